@@ -1,0 +1,31 @@
+# Lists source files of the calling folder: sets VAR to their absolute paths and remembers
+# them, so that marl_check_listed can tell which files on disk belong to no target.
+function(marl_sources var)
+  set(files)
+  foreach(name IN LISTS ARGN)
+    list(APPEND files "${CMAKE_CURRENT_SOURCE_DIR}/${name}")
+  endforeach()
+  set_property(GLOBAL APPEND PROPERTY MARL_LISTED ${files})
+  set(${var} ${files} PARENT_SCOPE)
+endfunction()
+
+# Stops the configuration when a source file on disk is on no list.
+function(marl_check_listed)
+  set(patterns)
+  foreach(room shell appearance documents network settings support platform suite tests bench fuzz
+               tools)
+    list(APPEND patterns "${PROJECT_SOURCE_DIR}/${room}/*.cpp")
+  endforeach()
+  file(GLOB_RECURSE on_disk CONFIGURE_DEPENDS ${patterns})
+  get_property(listed GLOBAL PROPERTY MARL_LISTED)
+  foreach(file IN LISTS on_disk)
+    if(NOT file IN_LIST listed)
+      file(RELATIVE_PATH name "${PROJECT_SOURCE_DIR}" "${file}")
+      list(APPEND forgotten "${name}")
+    endif()
+  endforeach()
+  if(forgotten)
+    list(JOIN forgotten "\n  " text)
+    message(FATAL_ERROR "These source files belong to no target:\n  ${text}")
+  endif()
+endfunction()

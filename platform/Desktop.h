@@ -1,0 +1,112 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "platform/Canvas.h"
+#include "platform/RuntimeError.h"
+#include "platform/Text.h"
+#include "platform/forms/Geometry.h"
+
+namespace marl {
+
+class Control;
+class Form;
+enum class Property;
+
+/// What a form looks like on its platform. The form owns it from load to unload.
+class FormPeer {
+ public:
+  virtual ~FormPeer() = default;
+  virtual void CaptionChanged() = 0;
+  /// Moves the window to the form's bounds.
+  virtual void Place(const Box& bounds) = 0;
+  virtual void SetState() = 0;
+  virtual void Show(bool visible) = 0;
+  virtual void ControlChanged(Control& control, Property property) = 0;
+  /// Marks an area for painting, in twips from the inner corner.
+  virtual void Invalidate(const Box& area) = 0;
+  virtual void InvalidateAll() = 0;
+  /// Paints what is marked, now (UpdateWindow).
+  virtual void Refresh() = 0;
+  virtual void Focus(Control& control) = 0;
+  virtual void BringToFront() = 0;
+  virtual bool InForeground() const = 0;
+  /// The window goes; no event comes any more. The object itself may be in use further up the
+  /// stack: the desktop keeps it until the events have run out.
+  virtual void Close() = 0;
+};
+
+/// Ends the process at once, from wherever it is thrown: no form's unload sequence runs.
+struct ProcessEnd {
+  int exitCode = 0;
+};
+
+/// Flags and answers of a message box, with the platform's numbers.
+enum MessageFlag : int {
+  kOkOnly = 0,
+  kYesNo = 4,
+  kCritical = 16,
+  kQuestion = 32,
+  kExclamation = 48,
+  kInformation = 64,
+};
+enum MessageAnswer : int { kAnswerOk = 1, kAnswerCancel = 2, kAnswerYes = 6, kAnswerNo = 7 };
+
+/// The screen, the forms on it and the flow of events. Everything runs on one thread.
+class Desktop {
+ public:
+  virtual ~Desktop() = default;
+
+  virtual std::unique_ptr<FormPeer> CreatePeer(Form& form) = 0;
+  /// Runs events until `form` is hidden or unloaded; the other forms take no input meanwhile.
+  virtual void RunModal(Form& form, Form* owner) = 0;
+  /// Runs events until no form is loaded. Returns the process's exit code.
+  virtual int Run() = 0;
+  /// Runs the events that wait, and returns.
+  virtual void DoEvents() = 0;
+
+  /// Shows a message under the title (MessageBox) above the active form. Returns the answer.
+  virtual int MsgBox(TextView text, int flags, TextView title) = 0;
+  virtual void Beep() = 0;
+  /// Brings the window of exactly this title to the foreground; false when there is none.
+  virtual bool ActivateByTitle(TextView title) = 0;
+
+  /// Width and height of the primary screen, in twips.
+  virtual Size ScreenSize() const = 0;
+  /// Size of a pixel, in twips: 15 by 15 at 96 dots an inch.
+  virtual Size TwipsPerPixel() const = 0;
+  /// A system colour's value (GetSysColor).
+  virtual Color SystemColorValue(int index) const = 0;
+
+  /// Takes commands from other programs for the form, under service and topic (DDE), as long as
+  /// the form is loaded.
+  virtual void OfferCommands(Form& form, TextView service, TextView topic) = 0;
+
+  /// The forms that are loaded, in the order of loading.
+  const std::vector<Form*>& forms() const { return forms_; }
+
+  /// The one place where events enter: runs `event` and lets no failure out. A failure that
+  /// nothing caught becomes a message with its text, and the process ends.
+  void Event(const std::function<void()>& event);
+  /// True once the process is to end; no further event runs then.
+  bool ended() const { return ended_; }
+  int exitCode() const { return exitCode_; }
+  /// Ends the flow of events, with this exit code.
+  void End(int exitCode);
+
+ protected:
+  virtual void Ended() = 0;
+
+ private:
+  friend class Form;
+  std::vector<Form*> forms_;
+  std::vector<std::unique_ptr<FormPeer>> closed_;
+  int depth_ = 0;
+  bool ended_ = false;
+  int exitCode_ = 0;
+};
+
+}  // namespace marl

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/Text.h"
+
+namespace marl {
+
+/// `ShowWindow` commands that programs are started with.
+enum ShowCommand : int {
+  kShowHidden = 0,
+  kShowNormal = 1,
+  kShowMinimised = 2,
+};
+
+/// The window that a started program belongs to.
+enum class ShellOwner { kMainForm, kDesktop };
+
+/// Starts programs and opens documents.
+class Shell {
+ public:
+  virtual ~Shell() = default;
+  /// Hands a file to the shell (ShellExecute). An empty verb means none. Returns the shell's code,
+  /// above 32 for success.
+  virtual int Execute(ShellOwner owner, TextView verb, TextView file, TextView parameters,
+                      TextView directory, int show) = 0;
+  /// Finds the program associated with the type of `file` (FindExecutable, a buffer of 1024
+  /// characters). Returns its code, above 32 for success; `program` is the buffer up to its first
+  /// NUL then, else untouched.
+  virtual int FindProgram(TextView file, TextView directory, Text& program) = 0;
+};
+
+}  // namespace marl

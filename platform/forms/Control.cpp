@@ -1,0 +1,114 @@
+#include "platform/forms/Control.h"
+
+#include "platform/forms/Form.h"
+
+namespace marl {
+
+const char16_t* TypeName(ControlKind kind) {
+  switch (kind) {
+    case ControlKind::kLabel: return u"Label";
+    case ControlKind::kImage: return u"Image";
+    case ControlKind::kShape: return u"Shape";
+    case ControlKind::kLine: return u"Line";
+    case ControlKind::kCommandButton: return u"CommandButton";
+    case ControlKind::kCheckBox: return u"CheckBox";
+    case ControlKind::kOptionButton: return u"OptionButton";
+    case ControlKind::kTextBox: return u"TextBox";
+    case ControlKind::kListBox: return u"ListBox";
+    case ControlKind::kComboBox: return u"ComboBox";
+    case ControlKind::kFrame: return u"Frame";
+    case ControlKind::kPictureBox: return u"PictureBox";
+    case ControlKind::kHScrollBar: return u"HScrollBar";
+    case ControlKind::kStatusBar: return u"StatusBar";
+    case ControlKind::kTabStrip: return u"TabStrip";
+    case ControlKind::kTimer: return u"Timer";
+    case ControlKind::kMenu: return u"Menu";
+  }
+  return u"";
+}
+
+Control::Control(Form& form, ControlKind kind, std::string_view name, int index, Control* container)
+    : form_(form), kind_(kind), name_(name), index_(index), container_(container) {
+  font_ = form.Font();
+  TabIndex = static_cast<int>(form.controls().size());
+  form.Add(*this);
+}
+
+Control::~Control() { form_.Remove(*this); }
+
+bool Control::windowless() const {
+  return kind_ == ControlKind::kLabel || kind_ == ControlKind::kImage ||
+         kind_ == ControlKind::kShape || kind_ == ControlKind::kLine;
+}
+
+void Control::SetBounds(const Box& bounds) {
+  if (bounds == bounds_) return;
+  if (windowless()) form_.Invalidate(*this);
+  bounds_ = bounds;
+  Changed(Property::kBounds);
+}
+
+void Control::SetVisible(bool visible) {
+  if (visible == visible_) return;
+  if (windowless()) form_.Invalidate(*this);
+  visible_ = visible;
+  Changed(Property::kVisible);
+}
+
+void Control::SetEnabled(bool enabled) {
+  if (enabled == enabled_) return;
+  enabled_ = enabled;
+  Changed(Property::kEnabled);
+}
+
+void Control::SetCaption(TextView caption) {
+  if (caption == caption_) return;
+  caption_ = caption;
+  Changed(Property::kCaption);
+}
+
+void Control::SetToolTipText(TextView text) {
+  if (text == toolTip_) return;
+  toolTip_ = text;
+  Changed(Property::kToolTip);
+}
+
+void Control::SetFont(const marl::Font& font) {
+  if (font == font_) return;
+  font_ = font;
+  Changed(Property::kFont);
+}
+
+void Control::SetForeColor(Color color) {
+  if (color == foreColor_) return;
+  foreColor_ = color;
+  Changed(Property::kColor);
+}
+
+void Control::SetBackColor(Color color) {
+  if (color == backColor_) return;
+  backColor_ = color;
+  Changed(Property::kColor);
+}
+
+void Control::Refresh() {
+  if (!form_.peer()) return;
+  form_.Invalidate(*this);
+  form_.peer()->Refresh();
+}
+
+void Control::SetFocus() {
+  if (form_.peer()) form_.peer()->Focus(*this);
+}
+
+void Control::UserClick() {
+  if (visible_ && enabled_ && Click) Click();
+}
+
+void Control::UserFocus() {
+  if (GotFocus) GotFocus();
+}
+
+void Control::Changed(Property property) { form_.ControlChanged(*this, property); }
+
+}  // namespace marl

@@ -1,0 +1,246 @@
+#include "platform/forms/Controls.h"
+
+#include <algorithm>
+
+#include "platform/RuntimeError.h"
+#include "platform/forms/Form.h"
+
+namespace marl {
+
+namespace {
+
+const Text kNoText;
+
+RuntimeError InvalidPropertyValue() { return {380, u"Invalid property value"}; }
+
+}  // namespace
+
+void Image::SetPicture(PicturePtr picture) {
+  if (picture == picture_) return;
+  form().Invalidate(*this);
+  picture_ = std::move(picture);
+  Changed(Property::kPicture);
+}
+
+void Shape::SetBorderColor(Color color) {
+  if (color == borderColor_) return;
+  borderColor_ = color;
+  Changed(Property::kColor);
+}
+
+void Shape::SetFillColor(Color color) {
+  if (color == fillColor_) return;
+  fillColor_ = color;
+  Changed(Property::kColor);
+}
+
+Line::Line(Form& form, std::string_view name, int index, Control* container)
+    : Control(form, ControlKind::kLine, name, index, container) {
+  visible_ = false;
+}
+
+void Line::Place(Point from, Point to) {
+  if (from == from_ && to == to_) return;
+  from_ = from;
+  to_ = to;
+  SetBounds({std::min(from.x, to.x), std::min(from.y, to.y), std::abs(to.x - from.x),
+             std::abs(to.y - from.y)});
+  Changed(Property::kBounds);
+}
+
+void Line::SetBorderColor(Color color) {
+  if (color == borderColor_) return;
+  borderColor_ = color;
+  Changed(Property::kColor);
+}
+
+void CheckBox::SetValue(int value) {
+  if (value == value_) return;
+  value_ = value;
+  Changed(Property::kValue);
+  if (Click) Click();
+}
+
+void CheckBox::UserClick() {
+  if (Visible() && Enabled()) SetValue(value_ == 0 ? 1 : 0);
+}
+
+void OptionButton::SetValue(bool value) {
+  if (value == value_) return;
+  value_ = value;
+  Changed(Property::kValue);
+  if (!value) return;
+  for (Control* other : form().controls()) {
+    if (other == this || other->kind() != ControlKind::kOptionButton ||
+        other->container() != container()) {
+      continue;
+    }
+    static_cast<OptionButton*>(other)->SetValue(false);
+  }
+  if (Click) Click();
+}
+
+void OptionButton::UserClick() {
+  if (Visible() && Enabled()) SetValue(true);
+}
+
+TextBox::TextBox(Form& form, std::string_view name, int index, Control* container)
+    : Control(form, ControlKind::kTextBox, name, index, container) {
+  SetForeColor(kWindowText);
+  SetBackColor(kWindowBackground);
+}
+
+void TextBox::SetText(TextView text) {
+  if (text == caption_) return;
+  caption_ = text;
+  selStart_ = 0;
+  selLength_ = 0;
+  Changed(Property::kCaption);
+  if (Change) Change();
+}
+
+void TextBox::Select(int start, int length) {
+  const int size = static_cast<int>(caption_.size());
+  selStart_ = std::clamp(start, 0, size);
+  selLength_ = std::clamp(length, 0, size - selStart_);
+  Changed(Property::kSelection);
+}
+
+void TextBox::UserEdit(TextView text, int selStart, int selLength) {
+  selStart_ = selStart;
+  selLength_ = selLength;
+  if (text == caption_) return;
+  caption_ = text;
+  if (Change) Change();
+}
+
+void TextBox::UserSelect(int start, int length) {
+  selStart_ = start;
+  selLength_ = length;
+}
+
+const Text& ItemList::List(int row) const {
+  return row < 0 || row >= ListCount() ? kNoText : items_[static_cast<std::size_t>(row)].text;
+}
+
+void ItemList::SetList(int row, TextView text) {
+  if (row < 0 || row >= ListCount()) throw RuntimeError::InvalidCall();
+  items_[static_cast<std::size_t>(row)].text = text;
+  Changed(Property::kItems);
+}
+
+int ItemList::ItemData(int row) const {
+  return row < 0 || row >= ListCount() ? 0 : items_[static_cast<std::size_t>(row)].data;
+}
+
+void ItemList::SetItemData(int row, int data) {
+  if (row < 0 || row >= ListCount()) throw RuntimeError::InvalidCall();
+  items_[static_cast<std::size_t>(row)].data = data;
+}
+
+int ItemList::AddItem(TextView text, int row) {
+  if (row > ListCount()) throw RuntimeError::InvalidCall();
+  if (row < 0) row = ListCount();
+  if (Sorted) {
+    const auto place = std::upper_bound(
+        items_.begin(), items_.end(), text,
+        [](TextView wanted, const Item& item) { return wanted < TextView(item.text); });
+    row = static_cast<int>(place - items_.begin());
+  }
+  items_.insert(items_.begin() + row, Item{marl::Text(text)});
+  if (listIndex_ >= row) ++listIndex_;
+  Changed(Property::kItems);
+  return row;
+}
+
+void ItemList::RemoveItem(int row) {
+  if (row < 0 || row >= ListCount()) throw RuntimeError::InvalidCall();
+  items_.erase(items_.begin() + row);
+  if (listIndex_ == row) {
+    listIndex_ = -1;
+  } else if (listIndex_ > row) {
+    --listIndex_;
+  }
+  Changed(Property::kItems);
+}
+
+void ItemList::Clear() {
+  items_.clear();
+  listIndex_ = -1;
+  Changed(Property::kItems);
+}
+
+void ItemList::SetListIndex(int row) {
+  if (row < -1 || row >= ListCount()) throw InvalidPropertyValue();
+  Select(row);
+}
+
+void ItemList::UserSelectRow(int row) {
+  if (row >= -1 && row < ListCount()) Select(row);
+}
+
+void ItemList::Select(int row) {
+  if (row == listIndex_) return;
+  listIndex_ = row;
+  if (kind() == ControlKind::kComboBox) caption_ = List(row);
+  Changed(Property::kSelection);
+  if (row >= 0 && Click) Click();
+}
+
+bool ListBox::Selected(int row) const {
+  if (row < 0 || row >= ListCount()) return false;
+  return MultiSelect ? items_[static_cast<std::size_t>(row)].selected : row == listIndex_;
+}
+
+void ListBox::SetSelected(int row, bool selected) {
+  if (row < 0 || row >= ListCount()) throw RuntimeError::InvalidCall();
+  if (!MultiSelect) {
+    if (selected || row == listIndex_) SetListIndex(selected ? row : -1);
+    return;
+  }
+  items_[static_cast<std::size_t>(row)].selected = selected;
+  listIndex_ = row;
+  Changed(Property::kSelection);
+  if (Click) Click();
+}
+
+int ListBox::SelCount() const {
+  int count = 0;
+  for (int row = 0; row < ListCount(); ++row) count += Selected(row) ? 1 : 0;
+  return count;
+}
+
+Text ComboBox::Text() const { return Editable ? caption_ : List(listIndex_); }
+
+void ComboBox::SetText(TextView text) {
+  if (!Editable) {
+    for (int row = 0; row < ListCount(); ++row) {
+      if (List(row) == text) return SetListIndex(row);
+    }
+    throw RuntimeError{383, u"'Text' property is read-only"};
+  }
+  if (text == caption_) return;
+  caption_ = text;
+  listIndex_ = -1;
+  Changed(Property::kCaption);
+  if (Change) Change();
+}
+
+void ComboBox::UserEdit(TextView text) {
+  if (text == caption_) return;
+  caption_ = text;
+  listIndex_ = -1;
+  if (Change) Change();
+}
+
+Timer::Timer(Form& form, std::string_view name) : Control(form, ControlKind::kTimer, name) {
+  TabStop = false;
+}
+
+void Timer::SetInterval(int milliseconds) {
+  if (milliseconds == interval_) return;
+  interval_ = milliseconds;
+  Changed(Property::kTimer);
+}
+
+}  // namespace marl

@@ -1,0 +1,231 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/Canvas.h"
+#include "platform/forms/Control.h"
+
+namespace marl {
+
+/// Text that the form paints. Its background is transparent.
+class Label : public Control {
+ public:
+  explicit Label(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
+      : Control(form, ControlKind::kLabel, name, index, container) {}
+  marl::Alignment Alignment = marl::Alignment::kLeft;  // set by the design only
+  bool WordWrap = true;                                // set by the design only
+};
+
+/// A picture that the form paints at its own size.
+class Image : public Control {
+ public:
+  explicit Image(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
+      : Control(form, ControlKind::kImage, name, index, container) {}
+  const PicturePtr& Picture() const { return picture_; }
+  void SetPicture(PicturePtr picture);
+
+ private:
+  PicturePtr picture_;
+};
+
+/// A rectangle. A transparent one without border is a place on the form and nothing to be seen.
+class Shape : public Control {
+ public:
+  explicit Shape(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
+      : Control(form, ControlKind::kShape, name, index, container) {}
+  Color BorderColor() const { return borderColor_; }
+  void SetBorderColor(Color color);
+  Color FillColor() const { return fillColor_; }
+  void SetFillColor(Color color);
+  bool Transparent = true;   // set by the design only
+  bool BorderShown = false;  // set by the design only
+
+ private:
+  Color borderColor_ = 0;
+  Color fillColor_ = 0xFFFFFF;
+};
+
+/// A line of one pixel's width from one point to another, in twips; it leaves out its end point.
+class Line : public Control {
+ public:
+  explicit Line(Form& form, std::string_view name, int index = -1, Control* container = nullptr);
+  Point From() const { return from_; }
+  Point To() const { return to_; }
+  void Place(Point from, Point to);
+  Color BorderColor() const { return borderColor_; }
+  void SetBorderColor(Color color);
+
+ private:
+  Point from_;
+  Point to_;
+  Color borderColor_ = 0;
+};
+
+/// A push button. `Default` is pressed by Enter, `Cancel` by Esc.
+class CommandButton : public Control {
+ public:
+  explicit CommandButton(Form& form, std::string_view name, int index = -1,
+                         Control* container = nullptr)
+      : Control(form, ControlKind::kCommandButton, name, index, container) {}
+  bool Default = false;  // set by the design only
+  bool Cancel = false;   // set by the design only
+};
+
+/// A box that is ticked (1) or not (0). `Click` is raised when the value differs.
+class CheckBox : public Control {
+ public:
+  explicit CheckBox(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
+      : Control(form, ControlKind::kCheckBox, name, index, container) {}
+  int Value() const { return value_; }
+  void SetValue(int value);
+  void UserClick() override;
+
+ private:
+  int value_ = 0;
+};
+
+/// One of a group: selecting it deselects its neighbours in the same container.
+class OptionButton : public Control {
+ public:
+  explicit OptionButton(Form& form, std::string_view name, int index = -1,
+                        Control* container = nullptr)
+      : Control(form, ControlKind::kOptionButton, name, index, container) {}
+  bool Value() const { return value_; }
+  void SetValue(bool value);
+  void UserClick() override;
+
+ private:
+  bool value_ = false;
+};
+
+/// A field of one line. `Change` is raised when the text differs.
+class TextBox : public Control {
+ public:
+  explicit TextBox(Form& form, std::string_view name, int index = -1, Control* container = nullptr);
+  const marl::Text& Text() const { return caption_; }
+  void SetText(TextView text);
+  int SelStart() const { return selStart_; }
+  int SelLength() const { return selLength_; }
+  void Select(int start, int length);
+
+  std::function<void()> Change;
+
+  /// The user edited the field: text and selection as the edit left them.
+  void UserEdit(TextView text, int selStart, int selLength);
+  /// The caret moved; raises nothing.
+  void UserSelect(int start, int length);
+
+ private:
+  int selStart_ = 0;
+  int selLength_ = 0;
+};
+
+/// The rows that a list or a drop-down list shows, each with a number of the program's own.
+class ItemList : public Control {
+ public:
+  ItemList(Form& form, ControlKind kind, std::string_view name, int index, Control* container)
+      : Control(form, kind, name, index, container) {}
+  int ListCount() const { return static_cast<int>(items_.size()); }
+  /// Text of a row; empty outside the list.
+  const marl::Text& List(int row) const;
+  void SetList(int row, TextView text);
+  int ItemData(int row) const;
+  void SetItemData(int row, int data);
+  /// Appends a row, or inserts it at `row`. Returns where it stands (a sorted list chooses).
+  int AddItem(TextView text, int row = -1);
+  /// Throws "Invalid procedure call or argument" outside the list.
+  void RemoveItem(int row);
+  void Clear();
+
+  int ListIndex() const { return listIndex_; }
+  /// Selects a row, -1 none. Raises `Click` when the index changes to a row. Throws "Invalid
+  /// property value" outside the list.
+  void SetListIndex(int row);
+
+  bool Sorted = false;  // set by the design only
+
+  void UserSelectRow(int row);
+
+ protected:
+  struct Item {
+    marl::Text text;
+    int data = 0;
+    bool selected = false;
+  };
+  std::vector<Item> items_;
+  int listIndex_ = -1;
+
+ private:
+  void Select(int row);
+};
+
+class ListBox : public ItemList {
+ public:
+  explicit ListBox(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
+      : ItemList(form, ControlKind::kListBox, name, index, container) {}
+  bool MultiSelect = false;  // set by the design only
+  bool Selected(int row) const;
+  void SetSelected(int row, bool selected);
+  int SelCount() const;
+};
+
+/// A drop-down list, with an edit field (`kEditable`) or without.
+class ComboBox : public ItemList {
+ public:
+  explicit ComboBox(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
+      : ItemList(form, ControlKind::kComboBox, name, index, container) {}
+  bool Editable = false;  // set by the design only
+  /// What the field shows. Without an edit field, setting it selects the row of that text and
+  /// throws when there is none.
+  marl::Text Text() const;
+  void SetText(TextView text);
+  std::function<void()> Change;
+  void UserEdit(TextView text);
+
+ private:
+  friend class ItemList;
+};
+
+/// A titled group; option buttons within it are one group.
+class Frame : public Control {
+ public:
+  explicit Frame(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
+      : Control(form, ControlKind::kFrame, name, index, container) {
+    TabStop = false;
+  }
+};
+
+/// The bar at the foot of a form, with one text.
+class StatusBar : public Control {
+ public:
+  explicit StatusBar(Form& form, std::string_view name)
+      : Control(form, ControlKind::kStatusBar, name) {
+    TabStop = false;
+  }
+};
+
+/// Raises `Tick` every `Interval` milliseconds while it is enabled.
+class Timer : public Control {
+ public:
+  explicit Timer(Form& form, std::string_view name);
+  int Interval() const { return interval_; }
+  void SetInterval(int milliseconds);
+  std::function<void()> Tick;
+
+ private:
+  int interval_ = 0;
+};
+
+/// An entry of a form's menu bar, or of the menu `parent`. A caption of "-" is a separator.
+class Menu : public Control {
+ public:
+  Menu(Form& form, std::string_view name, int index = -1, Menu* parent = nullptr)
+      : Control(form, ControlKind::kMenu, name, index, parent) {
+    TabStop = false;
+  }
+  Menu* parent() const { return static_cast<Menu*>(container()); }
+};
+
+}  // namespace marl

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/Text.h"
+
+namespace marl {
+
+/// A font as forms and controls name it; the platform chooses a face that comes closest.
+struct Font {
+  Text Name = u"Tahoma";
+  std::int64_t Size = 82500;  ///< points, in ten-thousandths
+  bool Bold = false;
+  bool Italic = false;
+  bool Underline = false;
+  int Charset = 1;  ///< DEFAULT_CHARSET; 2 is the symbol charset
+
+  bool operator==(const Font&) const = default;
+};
+
+}  // namespace marl

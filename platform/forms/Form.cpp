@@ -1,0 +1,258 @@
+#include "platform/forms/Form.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/forms/Controls.h"
+
+namespace marl {
+
+Form::Form(Desktop& desktop, std::string name) : desktop_(desktop), name_(std::move(name)) {}
+
+Form::~Form() {
+  if (!peer_) return;
+  peer_->Close();
+  std::erase(desktop_.forms_, this);
+}
+
+void Form::Remove(Control& control) { std::erase(controls_, &control); }
+
+void Form::SetCaption(TextView caption) {
+  if (caption == caption_) return;
+  caption_ = caption;
+  if (peer_) peer_->CaptionChanged();
+}
+
+void Form::Move(const Box& bounds) {
+  if (!peer_) {
+    bounds_ = bounds;
+    return;
+  }
+  if (bounds == bounds_) return;
+  peer_->Place(bounds);
+}
+
+void Form::SetState(WindowState state) {
+  if (state == state_) return;
+  state_ = state;
+  if (!peer_) return;
+  peer_->SetState();
+  OnResize();
+}
+
+void Form::SetBackground(PicturePtr picture) {
+  background_ = std::move(picture);
+  if (peer_) peer_->InvalidateAll();
+}
+
+void Form::Load() {
+  if (peer_) return;
+  peer_ = desktop_.CreatePeer(*this);
+  desktop_.forms_.push_back(this);
+  OnLoad();
+}
+
+void Form::Show() {
+  Load();
+  if (!peer_ || visible_) return;
+  visible_ = true;
+  peer_->Show(true);
+}
+
+void Form::ShowModal(Form* owner) {
+  Show();
+  if (peer_ && visible_) desktop_.RunModal(*this, owner);
+}
+
+void Form::Hide() {
+  if (!visible_) return;
+  visible_ = false;
+  if (peer_) peer_->Show(false);
+}
+
+void Form::Unload() {
+  if (!peer_ || unloading_) return;
+  if (!OnQueryUnload()) return;
+  unloading_ = true;
+  OnUnload();
+  visible_ = false;
+  std::erase(desktop_.forms_, this);
+  peer_->Close();
+  desktop_.closed_.push_back(std::move(peer_));
+  unloading_ = false;
+}
+
+void Form::Refresh() {
+  if (!peer_) return;
+  peer_->InvalidateAll();
+  peer_->Refresh();
+}
+
+void Form::BringToFront() {
+  if (peer_) peer_->BringToFront();
+}
+
+bool Form::InForeground() const { return peer_ && peer_->InForeground(); }
+
+void Form::UserClick() { OnClick(); }
+
+void Form::UserKey(char16_t character) { OnKeyPress(character); }
+
+void Form::UserMouseMove(int button, int shift, float x, float y) {
+  OnMouseMove(button, shift, x, y);
+}
+
+void Form::UserMouseDown(int button, float x, float y) {
+  if (button != 1) return;
+  pressed_ = HitTest(x, y);
+  pressedForm_ = pressed_ == nullptr;
+}
+
+void Form::UserMouseUp(int button, float x, float y) {
+  if (button != 1) return;
+  // A click is a button pressed and let go over the same thing.
+  Control* const pressed = std::exchange(pressed_, nullptr);
+  const bool onForm = std::exchange(pressedForm_, false);
+  Control* const now = HitTest(x, y);
+  if (pressed && pressed == now) {
+    pressed->UserClick();
+  } else if (onForm && !now && x >= 0 && y >= 0 && x < static_cast<float>(inner_.width) &&
+             y < static_cast<float>(inner_.height)) {
+    UserClick();
+  }
+}
+
+void Form::UserActivate() { OnActivate(); }
+
+void Form::UserClose() { Unload(); }
+
+bool Form::UserExecute(TextView command) { return OnExecute(command); }
+
+void Form::PeerPlaced(const Box& bounds, const Size& inner, WindowState state) {
+  const bool resized = inner != inner_ || state != state_;
+  bounds_ = bounds;
+  inner_ = inner;
+  state_ = state;
+  // The first placing belongs to the making of the window.
+  if (resized && peer_) OnResize();
+}
+
+Point Form::Origin(const Control& control) const {
+  Point at{control.Left(), control.Top()};
+  for (const Control* c = control.container(); c; c = c->container()) {
+    at.x += c->Left();
+    at.y += c->Top();
+  }
+  return at;
+}
+
+Control* Form::HitTest(float x, float y) const {
+  // Later controls lie above earlier ones.
+  for (auto it = controls_.rbegin(); it != controls_.rend(); ++it) {
+    Control& control = **it;
+    if (control.kind() != ControlKind::kLabel && control.kind() != ControlKind::kImage) continue;
+    // A disabled control lets the click through to what lies beneath.
+    if (!control.Visible() || !control.Enabled()) continue;
+    const Point at = Origin(control);
+    if (x >= static_cast<float>(at.x) && x < static_cast<float>(at.x + control.Width()) &&
+        y >= static_cast<float>(at.y) && y < static_cast<float>(at.y + control.Height())) {
+      return &control;
+    }
+  }
+  return nullptr;
+}
+
+CommandButton* Form::DefaultButton() const {
+  for (Control* control : controls_) {
+    if (control->kind() != ControlKind::kCommandButton) continue;
+    auto* const button = static_cast<CommandButton*>(control);
+    if (button->Default) return button;
+  }
+  return nullptr;
+}
+
+CommandButton* Form::CancelButton() const {
+  for (Control* control : controls_) {
+    if (control->kind() != ControlKind::kCommandButton) continue;
+    auto* const button = static_cast<CommandButton*>(control);
+    if (button->Cancel) return button;
+  }
+  return nullptr;
+}
+
+void Form::Invalidate(const Control& control) {
+  if (!peer_ || !control.Visible() || !control.windowless()) return;
+  const Point at = Origin(control);
+  const Size pixel = desktop_.TwipsPerPixel();
+  // A line covers one pixel more than its extent.
+  peer_->Invalidate(
+      {at.x, at.y, control.Width() + pixel.width, control.Height() + pixel.height});
+}
+
+void Form::ControlChanged(Control& control, Property property) {
+  if (!peer_) return;
+  if (control.windowless()) {
+    Invalidate(control);
+  } else {
+    peer_->ControlChanged(control, property);
+  }
+}
+
+void PaintForm(const Form& form, Canvas& canvas, Size pixel) {
+  const auto x = [&](int twips) {
+    return static_cast<int>((twips >= 0 ? twips + pixel.width / 2 : twips - pixel.width / 2) /
+                            pixel.width);
+  };
+  const auto y = [&](int twips) {
+    return static_cast<int>((twips >= 0 ? twips + pixel.height / 2 : twips - pixel.height / 2) /
+                            pixel.height);
+  };
+  canvas.Fill({0, 0, x(form.inner().width), y(form.inner().height)}, form.BackColor());
+  if (form.Background()) canvas.Draw(*form.Background(), 0, 0);
+  for (const Control* control : form.controls()) {
+    if (!control->windowless() || !control->Visible()) continue;
+    if (control->container() && control->container()->kind() != ControlKind::kFrame) continue;
+    const Point at = form.Origin(*control);
+    const Box box{x(at.x), y(at.y), x(at.x + control->Width()) - x(at.x),
+                  y(at.y + control->Height()) - y(at.y)};
+    switch (control->kind()) {
+      case ControlKind::kLabel: {
+        const auto& label = static_cast<const Label&>(*control);
+        canvas.Write(label.Caption(), box,
+                     {label.Font(), label.ForeColor(), label.Alignment, label.WordWrap, true,
+                      label.Enabled()});
+        break;
+      }
+      case ControlKind::kImage: {
+        const auto& image = static_cast<const Image&>(*control);
+        if (image.Picture()) canvas.Draw(*image.Picture(), box.left, box.top);
+        break;
+      }
+      case ControlKind::kShape: {
+        const auto& shape = static_cast<const Shape&>(*control);
+        if (!shape.Transparent) canvas.Fill(box, shape.FillColor());
+        if (shape.BorderShown && box.width > 0 && box.height > 0) {
+          const int right = box.left + box.width - 1;
+          const int bottom = box.top + box.height - 1;
+          const Color color = shape.BorderColor();
+          canvas.Line({box.left, box.top}, {right, box.top}, color);
+          canvas.Line({right, box.top}, {right, bottom}, color);
+          canvas.Line({right, bottom}, {box.left, bottom}, color);
+          canvas.Line({box.left, bottom}, {box.left, box.top}, color);
+        }
+        break;
+      }
+      case ControlKind::kLine: {
+        const auto& line = static_cast<const Line&>(*control);
+        const Point origin{at.x - control->Left(), at.y - control->Top()};
+        canvas.Line({x(origin.x + line.From().x), y(origin.y + line.From().y)},
+                    {x(origin.x + line.To().x), y(origin.y + line.To().y)}, line.BorderColor());
+        break;
+      }
+      default:
+        break;
+    }
+  }
+}
+
+}  // namespace marl

@@ -1,0 +1,142 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/Desktop.h"
+#include "platform/Text.h"
+#include "platform/forms/Control.h"
+
+namespace marl {
+
+class CommandButton;
+
+enum class BorderStyle { kNone, kFixedSingle, kSizable, kFixedDialog };
+enum class WindowState { kNormal = 0, kMinimised = 1, kMaximised = 2 };
+
+/// A window of the program: portable state, its controls, its events. A form is a class that owns
+/// its controls as members; its window exists from `Load` to `Unload`.
+class Form {
+ public:
+  Form(Desktop& desktop, std::string name);
+  virtual ~Form();
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+
+  Desktop& desktop() const { return desktop_; }
+  const std::string& name() const { return name_; }
+  const std::vector<Control*>& controls() const { return controls_; }
+  bool loaded() const { return peer_ != nullptr; }
+
+  Text Tag;
+  const Text& Caption() const { return caption_; }
+  void SetCaption(TextView caption);
+  const marl::Font& Font() const { return font_; }
+  void SetFont(const marl::Font& font) { font_ = font; }
+
+  /// Outer place on the screen, in twips.
+  const Box& bounds() const { return bounds_; }
+  int Left() const { return bounds_.left; }
+  int Top() const { return bounds_.top; }
+  int Width() const { return bounds_.width; }
+  int Height() const { return bounds_.height; }
+  void Move(int left, int top) { Move({left, top, bounds_.width, bounds_.height}); }
+  void Move(const Box& bounds);
+  /// Inner size, in twips: without frame, title and menu bar.
+  const Size& inner() const { return inner_; }
+
+  WindowState State() const { return state_; }
+  void SetState(WindowState state);
+  bool Visible() const { return visible_; }
+  Color BackColor() const { return backColor_; }
+  /// The picture behind the controls, or null: kept, so that no repaint computes it again.
+  const PicturePtr& Background() const { return background_; }
+  void SetBackground(PicturePtr picture);
+
+  // Set by the design only.
+  BorderStyle Border = BorderStyle::kFixedDialog;
+  bool MinButton = false;
+  bool MaxButton = false;
+  bool ShowInTaskbar = false;
+  bool KeyPreview = false;
+  Size Design;  ///< inner size at creation, in twips
+
+  /// Makes the window, unseen, and runs the form's load sequence. A loaded form stays as it is.
+  void Load();
+  void Show();
+  /// Shows the form above `owner` and returns when it has been hidden or unloaded.
+  void ShowModal(Form* owner);
+  void Hide();
+  /// Ends the form: `QueryUnload`, which may refuse, then `OnUnload`, then the window goes.
+  void Unload();
+  void Refresh();
+  /// Above the program's other windows and active (SetForegroundWindow).
+  void BringToFront();
+  bool InForeground() const;
+  FormPeer* peer() const { return peer_.get(); }
+
+  // What the user and the platform did. Called by peers and tests.
+  void UserClick();
+  void UserKey(char16_t character);
+  /// Position in twips from the inner corner.
+  void UserMouseMove(int button, int shift, float x, float y);
+  void UserMouseDown(int button, float x, float y);
+  void UserMouseUp(int button, float x, float y);
+  void UserActivate();
+  void UserClose();
+  /// The window's place, inner size and state as the platform has them now.
+  void PeerPlaced(const Box& bounds, const Size& inner, WindowState state);
+  void PeerVisible(bool visible) { visible_ = visible; }
+  /// A command from another program. Returns false when it is refused.
+  bool UserExecute(TextView command);
+
+  /// The topmost visible windowless control that takes clicks at the point, or null.
+  Control* HitTest(float x, float y) const;
+  /// The button that Enter or Esc presses, or null.
+  CommandButton* DefaultButton() const;
+  CommandButton* CancelButton() const;
+  /// Marks the place of a windowless control for painting.
+  void Invalidate(const Control& control);
+  void ControlChanged(Control& control, Property property);
+  /// A control's left and top, counted from the form's inner corner.
+  Point Origin(const Control& control) const;
+
+ protected:
+  virtual void OnLoad() {}
+  virtual void OnActivate() {}
+  virtual void OnResize() {}
+  virtual void OnClick() {}
+  virtual void OnKeyPress(char16_t /*character*/) {}
+  virtual void OnMouseMove(int /*button*/, int /*shift*/, float /*x*/, float /*y*/) {}
+  virtual bool OnQueryUnload() { return true; }
+  virtual void OnUnload() {}
+  virtual bool OnExecute(TextView /*command*/) { return false; }
+
+ private:
+  friend class Control;
+  void Add(Control& control) { controls_.push_back(&control); }
+  void Remove(Control& control);
+
+  Desktop& desktop_;
+  std::string name_;
+  std::vector<Control*> controls_;
+  Text caption_;
+  marl::Font font_;
+  Box bounds_;
+  Size inner_;
+  WindowState state_ = WindowState::kNormal;
+  bool visible_ = false;
+  bool unloading_ = false;
+  Color backColor_ = kButtonFace;
+  PicturePtr background_;
+  std::unique_ptr<FormPeer> peer_;
+  Control* pressed_ = nullptr;
+  bool pressedForm_ = false;
+};
+
+/// Paints the form's picture and its windowless controls on the canvas, whose origin is the inner
+/// corner; `pixel` is the size of a pixel in twips.
+void PaintForm(const Form& form, Canvas& canvas, Size pixel);
+
+}  // namespace marl

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace marl {
+
+/// A picture in memory: rows from the top, 32 bits a pixel laid out 0xAARRGGBB, colours
+/// multiplied with their alpha.
+struct Picture {
+  int width = 0;   ///< pixels
+  int height = 0;  ///< pixels
+  std::vector<std::uint32_t> pixels;
+
+  Picture() = default;
+  Picture(int w, int h, std::uint32_t fill = 0)
+      : width(w), height(h), pixels(static_cast<std::size_t>(w) * h, fill) {}
+
+  std::uint32_t& At(int x, int y) { return pixels[static_cast<std::size_t>(y) * width + x]; }
+  std::uint32_t At(int x, int y) const { return pixels[static_cast<std::size_t>(y) * width + x]; }
+};
+
+/// Pictures are shared, never changed once a control shows them.
+using PicturePtr = std::shared_ptr<const Picture>;
+
+}  // namespace marl
