@@ -76,10 +76,21 @@ class Desktop {
 
   /// Width and height of the primary screen, in twips.
   virtual Size ScreenSize() const = 0;
-  /// Size of a pixel, in twips: 15 by 15 at 96 dots an inch.
-  virtual Size TwipsPerPixel() const = 0;
+  /// Dots an inch of the screen, in X and Y.
+  virtual Size Dpi() const = 0;
+  /// Size of a pixel in whole twips: 15 by 15 at 96 dots an inch.
+  Size TwipsPerPixel() const;
+  /// Twips to pixels and back, rounded to the nearest.
+  int PixelsX(int twips) const;
+  int PixelsY(int twips) const;
+  int TwipsX(int pixels) const;
+  int TwipsY(int pixels) const;
   /// A system colour's value (GetSysColor).
   virtual Color SystemColorValue(int index) const = 0;
+
+  /// Registers the common controls (InitCommonControlsEx with a record of `size` bytes and these
+  /// class flags); the program runs with those that it has.
+  virtual void InitCommonControlsEx(int size, int flags) = 0;
 
   /// Takes commands from other programs for the form, under service and topic (DDE), as long as
   /// the form is loaded.

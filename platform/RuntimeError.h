@@ -23,6 +23,7 @@ class RuntimeError : public std::exception {
   static RuntimeError SubscriptOutOfRange() { return {9, u"Subscript out of range"}; }
   static RuntimeError DivisionByZero() { return {11, u"Division by zero"}; }
   static RuntimeError TypeMismatch() { return {13, u"Type mismatch"}; }
+  static RuntimeError InvalidPropertyValue() { return {380, u"Invalid property value"}; }
   static RuntimeError DuplicateKey() {
     return {457, u"This key is already associated with an element of this collection"};
   }

@@ -4,6 +4,24 @@
 
 namespace marl {
 
+namespace {
+
+constexpr int kTwipsPerInch = 1440;
+
+int Scale(int value, int factor, int divisor) {
+  const std::int64_t product = std::int64_t{value} * factor;
+  const std::int64_t half = divisor / 2;
+  return static_cast<int>((product >= 0 ? product + half : product - half) / divisor);
+}
+
+}  // namespace
+
+Size Desktop::TwipsPerPixel() const { return {TwipsX(1), TwipsY(1)}; }
+int Desktop::PixelsX(int twips) const { return Scale(twips, Dpi().width, kTwipsPerInch); }
+int Desktop::PixelsY(int twips) const { return Scale(twips, Dpi().height, kTwipsPerInch); }
+int Desktop::TwipsX(int pixels) const { return Scale(pixels, kTwipsPerInch, Dpi().width); }
+int Desktop::TwipsY(int pixels) const { return Scale(pixels, kTwipsPerInch, Dpi().height); }
+
 void Desktop::Event(const std::function<void()>& event) {
   if (ended_) return;
   ++depth_;

@@ -40,6 +40,12 @@ void Form::SetState(WindowState state) {
   OnResize();
 }
 
+void Form::SetBackColor(Color color) {
+  if (color == backColor_) return;
+  backColor_ = color;
+  if (peer_) peer_->InvalidateAll();
+}
+
 void Form::SetBackground(PicturePtr picture) {
   background_ = std::move(picture);
   if (peer_) peer_->InvalidateAll();
@@ -56,7 +62,9 @@ void Form::Show() {
   Load();
   if (!peer_ || visible_) return;
   visible_ = true;
-  peer_->Show(true);
+  // A form that starts minimised may hide itself before anything of it is seen.
+  if (state_ == WindowState::kMinimised) OnResize();
+  if (visible_) peer_->Show(true);
 }
 
 void Form::ShowModal(Form* owner) {
@@ -198,15 +206,10 @@ void Form::ControlChanged(Control& control, Property property) {
   }
 }
 
-void PaintForm(const Form& form, Canvas& canvas, Size pixel) {
-  const auto x = [&](int twips) {
-    return static_cast<int>((twips >= 0 ? twips + pixel.width / 2 : twips - pixel.width / 2) /
-                            pixel.width);
-  };
-  const auto y = [&](int twips) {
-    return static_cast<int>((twips >= 0 ? twips + pixel.height / 2 : twips - pixel.height / 2) /
-                            pixel.height);
-  };
+void PaintForm(const Form& form, Canvas& canvas) {
+  const Desktop& desktop = form.desktop();
+  const auto x = [&](int twips) { return desktop.PixelsX(twips); };
+  const auto y = [&](int twips) { return desktop.PixelsY(twips); };
   canvas.Fill({0, 0, x(form.inner().width), y(form.inner().height)}, form.BackColor());
   if (form.Background()) canvas.Draw(*form.Background(), 0, 0);
   for (const Control* control : form.controls()) {

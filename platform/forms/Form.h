@@ -50,6 +50,7 @@ class Form {
   void SetState(WindowState state);
   bool Visible() const { return visible_; }
   Color BackColor() const { return backColor_; }
+  void SetBackColor(Color color);
   /// The picture behind the controls, or null: kept, so that no repaint computes it again.
   const PicturePtr& Background() const { return background_; }
   void SetBackground(PicturePtr picture);
@@ -136,7 +137,7 @@ class Form {
 };
 
 /// Paints the form's picture and its windowless controls on the canvas, whose origin is the inner
-/// corner; `pixel` is the size of a pixel in twips.
-void PaintForm(const Form& form, Canvas& canvas, Size pixel);
+/// corner.
+void PaintForm(const Form& form, Canvas& canvas);
 
 }  // namespace marl

@@ -1,0 +1,134 @@
+#include "platform/memory/MemoryDesktop.h"
+
+#include <algorithm>
+
+#include "platform/forms/Controls.h"
+
+namespace marl {
+
+MemoryPeer::MemoryPeer(MemoryDesktop& desktop, Form& form) : desktop_(desktop), form_(form) {
+  Box bounds = form.bounds();
+  bounds.width = form.Design.width + desktop.frame.width;
+  bounds.height = form.Design.height + desktop.frame.height;
+  form.PeerPlaced(bounds, InnerOf(bounds), form.State());
+}
+
+Size MemoryPeer::InnerOf(const Box& bounds) const {
+  return {bounds.width - desktop_.frame.width, bounds.height - desktop_.frame.height};
+}
+
+void MemoryPeer::Place(const Box& bounds) { form_.PeerPlaced(bounds, InnerOf(bounds), form_.State()); }
+
+void MemoryPeer::SetState() {}
+
+void MemoryPeer::Show(bool visible) {
+  if (visible && form_.State() != WindowState::kMinimised) {
+    desktop_.foreground = &form_;
+    form_.UserActivate();
+  } else if (!visible && desktop_.foreground == &form_) {
+    desktop_.foreground = nullptr;
+  }
+}
+
+void MemoryPeer::ControlChanged(Control&, Property) {}
+
+void MemoryPeer::Focus(Control& control) {
+  focus = &control;
+  control.UserFocus();
+}
+
+void MemoryPeer::BringToFront() { desktop_.foreground = &form_; }
+
+bool MemoryPeer::InForeground() const { return desktop_.foreground == &form_; }
+
+void MemoryPeer::Close() {
+  closed_ = true;
+  if (desktop_.foreground == &form_) desktop_.foreground = nullptr;
+  std::erase_if(desktop_.offers, [this](const auto& offer) { return offer.form == &form_; });
+}
+
+std::unique_ptr<FormPeer> MemoryDesktop::CreatePeer(Form& form) {
+  return std::make_unique<MemoryPeer>(*this, form);
+}
+
+void MemoryDesktop::RunModal(Form& form, Form* owner) {
+  modal.push_back(form.name());
+  const auto script = whenModal.find(form.name());
+  if (script != whenModal.end()) {
+    Event([&] { script->second(form); });
+  }
+  if (ended()) throw ProcessEnd{exitCode()};
+  // A user who does nothing would stay here for ever: the form is closed instead.
+  if (form.Visible()) form.UserClose();
+  if (owner && owner->Visible()) foreground = owner;
+}
+
+int MemoryDesktop::Run() {
+  while (!ended() && !forms().empty() && !posted.empty()) DoEvents();
+  return exitCode();
+}
+
+void MemoryDesktop::DoEvents() {
+  if (posted.empty()) {
+    // Nothing would ever happen again: the clock moves on, as it does for a user who waits.
+    Advance(50);
+    return;
+  }
+  const auto action = std::move(posted.front());
+  posted.pop_front();
+  Event(action);
+  if (ended()) throw ProcessEnd{exitCode()};
+}
+
+int MemoryDesktop::MsgBox(TextView text, int flags, TextView title) {
+  messages.push_back({Text(text), flags, Text(title)});
+  const auto answer = answers.find(Text(text));
+  return answer == answers.end() ? kAnswerOk : answer->second;
+}
+
+bool MemoryDesktop::ActivateByTitle(TextView title) {
+  for (const OtherWindow& window : others) {
+    if (window.title == title) {
+      activated.push_back(window.title);
+      return true;
+    }
+  }
+  return false;
+}
+
+Color MemoryDesktop::SystemColorValue(int index) const {
+  switch (index) {
+    case 5: return Rgb(255, 255, 255);
+    case 15: return Rgb(240, 240, 240);
+    case 17: return Rgb(109, 109, 109);
+    case 18: return Rgb(0, 0, 0);
+    case 24: return Rgb(255, 255, 225);
+    default: return Rgb(index, index, index);
+  }
+}
+
+void MemoryDesktop::OfferCommands(Form& form, TextView service, TextView topic) {
+  offers.push_back({&form, Text(service), Text(topic)});
+}
+
+void MemoryDesktop::Advance(int milliseconds) {
+  for (int passed = 0; passed < milliseconds && !ended(); ++passed) {
+    for (Form* form : std::vector<Form*>(forms())) {
+      if (std::find(forms().begin(), forms().end(), form) == forms().end()) continue;
+      for (Control* control : std::vector<Control*>(form->controls())) {
+        if (control->kind() != ControlKind::kTimer || !control->Enabled() || !form->loaded()) {
+          continue;
+        }
+        auto* const timer = static_cast<Timer*>(control);
+        if (timer->Interval() <= 0) continue;
+        if (++elapsed_[timer] < timer->Interval()) continue;
+        elapsed_[timer] = 0;
+        Event([&] {
+          if (timer->Tick) timer->Tick();
+        });
+      }
+    }
+  }
+}
+
+}  // namespace marl

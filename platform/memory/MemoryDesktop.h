@@ -1,0 +1,111 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/Desktop.h"
+#include "platform/forms/Form.h"
+
+namespace marl {
+
+class MemoryDesktop;
+
+/// Records what its form shows and moves as a window would.
+class MemoryPeer : public FormPeer {
+ public:
+  MemoryPeer(MemoryDesktop& desktop, Form& form);
+  void CaptionChanged() override {}
+  void Place(const Box& bounds) override;
+  void SetState() override;
+  void Show(bool visible) override;
+  void ControlChanged(Control& control, Property property) override;
+  void Invalidate(const Box& area) override { invalidated.push_back(area); }
+  void InvalidateAll() override { ++invalidatedWhole; }
+  void Refresh() override { ++refreshed; }
+  void Focus(Control& control) override;
+  void BringToFront() override;
+  bool InForeground() const override;
+  void Close() override;
+
+  std::vector<Box> invalidated;
+  int invalidatedWhole = 0;
+  int refreshed = 0;
+  Control* focus = nullptr;
+
+ private:
+  Size InnerOf(const Box& bounds) const;
+
+  MemoryDesktop& desktop_;
+  Form& form_;
+  bool closed_ = false;
+};
+
+/// A whole screen in memory: windows with a frame, a scripted user, a clock. The windows of other
+/// programs can be put there by tests.
+class MemoryDesktop : public Desktop {
+ public:
+  struct Message {
+    Text text;
+    int flags = 0;
+    Text title;
+    bool operator==(const Message&) const = default;
+  };
+  struct OtherWindow {
+    Text title;
+    bool visible = true;
+  };
+  struct Offer {
+    Form* form = nullptr;
+    Text service;
+    Text topic;
+  };
+
+  // What the test arranges.
+  Size screen{15360, 11520};  ///< twips: 1024 by 768 pixels at 96 dots an inch
+  Size dpi{96, 96};
+  Size frame{120, 570};  ///< twips that a window's frame and title add
+  std::map<Text, int> answers;  ///< message text -> answer; kAnswerOk when not listed
+  std::vector<OtherWindow> others;
+  Form* foreground = nullptr;
+  Point cursor;  ///< pixels
+  /// Runs when a form of this name is shown modally, in place of the user.
+  std::map<std::string, std::function<void(Form&)>> whenModal;
+  /// Runs once each, one a call of DoEvents.
+  std::deque<std::function<void()>> posted;
+
+  // What has happened.
+  std::vector<Message> messages;
+  std::vector<Text> activated;
+  std::vector<Offer> offers;
+  std::vector<std::pair<int, int>> commonControls;  ///< size and flags of each call
+  int beeps = 0;
+  std::vector<std::string> modal;  ///< names of the forms shown modally, in order
+
+  std::unique_ptr<FormPeer> CreatePeer(Form& form) override;
+  void RunModal(Form& form, Form* owner) override;
+  int Run() override;
+  void DoEvents() override;
+  int MsgBox(TextView text, int flags, TextView title) override;
+  void Beep() override { ++beeps; }
+  bool ActivateByTitle(TextView title) override;
+  Size ScreenSize() const override { return screen; }
+  Size Dpi() const override { return dpi; }
+  void InitCommonControlsEx(int size, int flags) override { commonControls.push_back({size, flags}); }
+  Color SystemColorValue(int index) const override;
+  void OfferCommands(Form& form, TextView service, TextView topic) override;
+
+  /// Moves the clock on; timers tick on their way.
+  void Advance(int milliseconds);
+
+ protected:
+  void Ended() override {}
+
+ private:
+  friend class MemoryPeer;
+  std::map<const Control*, int> elapsed_;
+};
+
+}  // namespace marl

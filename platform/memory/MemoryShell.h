@@ -1,0 +1,53 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/Process.h"
+#include "platform/Shell.h"
+
+namespace marl {
+
+/// A shell that starts nothing and remembers everything.
+class MemoryShell : public Shell {
+ public:
+  struct Started {
+    ShellOwner owner = ShellOwner::kMainForm;
+    Text verb;
+    Text file;
+    Text parameters;
+    Text directory;
+    int show = 0;
+    bool operator==(const Started&) const = default;
+  };
+
+  std::vector<Started> started;
+  int executeCode = 42;
+  Text browser;               ///< what is associated with every type
+  int findCode = 33;
+  std::vector<Text> asked;    ///< the files whose program was asked for
+
+  int Execute(ShellOwner owner, TextView verb, TextView file, TextView parameters,
+              TextView directory, int show) override {
+    started.push_back({owner, Text(verb), Text(file), Text(parameters), Text(directory), show});
+    return executeCode;
+  }
+  int FindProgram(TextView file, TextView, Text& program) override {
+    asked.emplace_back(file);
+    if (findCode > 32) program = browser;
+    return findCode;
+  }
+};
+
+/// A process of the test's choosing.
+class MemoryProcess : public Process {
+ public:
+  Text commandLine;
+  Text programPath = u"C:\\Suite\\Marl.exe";
+  bool previousInstance = false;
+
+  Text CommandLine() const override { return commandLine; }
+  Text ProgramPath() const override { return programPath; }
+  bool PreviousInstance() override { return previousInstance; }
+};
+
+}  // namespace marl

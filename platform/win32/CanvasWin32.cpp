@@ -1,0 +1,120 @@
+#include "platform/win32/CanvasWin32.h"
+
+#include <algorithm>
+
+namespace marl::win32 {
+
+COLORREF Resolve(Color color) {
+  if (color >= 0) return static_cast<COLORREF>(color);
+  return GetSysColor(static_cast<int>(color & 0x7FFFFFFF));
+}
+
+HFONT FontCache::Get(const Font& font, int dpi) {
+  std::u16string key = font.Name;
+  key += u'|';
+  for (std::int64_t part : {font.Size, std::int64_t{font.Charset}, std::int64_t{dpi},
+                            std::int64_t{font.Bold | font.Italic << 1 | font.Underline << 2}}) {
+    const std::string digits = std::to_string(part);
+    key.append(digits.begin(), digits.end());
+    key += u'|';
+  }
+  auto& kept = fonts_[key];
+  if (!kept) {
+    LOGFONTW description = {};
+    // Ten-thousandths of a point to pixels; a negative height is that of the characters.
+    const double height = static_cast<double>(font.Size) * dpi / 720000.0;
+    description.lfHeight = -static_cast<LONG>(std::clamp(height, 1.0, 4000.0) + 0.5);
+    description.lfWeight = font.Bold ? FW_BOLD : FW_NORMAL;
+    description.lfItalic = font.Italic;
+    description.lfUnderline = font.Underline;
+    description.lfCharSet = static_cast<BYTE>(font.Charset);
+    description.lfQuality = CLEARTYPE_QUALITY;
+    const std::size_t length = std::min<std::size_t>(font.Name.size(), LF_FACESIZE - 1);
+    std::copy_n(Wide(font.Name), length, description.lfFaceName);
+    kept = UniqueFont(CreateFontIndirectW(&description));
+  }
+  return kept.get();
+}
+
+void CanvasWin32::Fill(const Box& box, Color color) {
+  const RECT area = {box.left, box.top, box.left + box.width, box.top + box.height};
+  SetBkColor(context_, Resolve(color));
+  ExtTextOutW(context_, 0, 0, ETO_OPAQUE, &area, nullptr, 0, nullptr);
+}
+
+void CanvasWin32::Draw(const Picture& picture, int x, int y) {
+  if (picture.width <= 0 || picture.height <= 0) return;
+  RECT clip;
+  if (GetClipBox(context_, &clip) == NULLREGION) return;
+  // Only what the clip shows is copied.
+  const int left = std::max<int>(x, clip.left);
+  const int top = std::max<int>(y, clip.top);
+  const int right = std::min<int>(x + picture.width, clip.right);
+  const int bottom = std::min<int>(y + picture.height, clip.bottom);
+  if (left >= right || top >= bottom) return;
+  const int width = right - left;
+  const int height = bottom - top;
+
+  BITMAPINFO info = {};
+  info.bmiHeader.biSize = sizeof info.bmiHeader;
+  info.bmiHeader.biWidth = width;
+  info.bmiHeader.biHeight = -height;
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  void* bits = nullptr;
+  const UniqueBitmap bitmap(CreateDIBSection(context_, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+  if (!bitmap) return;
+  auto* row = static_cast<std::uint32_t*>(bits);
+  bool opaque = true;
+  for (int line = 0; line < height; ++line, row += width) {
+    const std::uint32_t* const source =
+        picture.pixels.data() +
+        static_cast<std::size_t>(top - y + line) * static_cast<std::size_t>(picture.width) +
+        static_cast<std::size_t>(left - x);
+    std::copy_n(source, width, row);
+    opaque = opaque && std::all_of(source, source + width,
+                                   [](std::uint32_t pixel) { return pixel >> 24 == 255; });
+  }
+  const UniqueContext memory(CreateCompatibleDC(context_));
+  const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
+  if (opaque) {
+    BitBlt(context_, left, top, width, height, memory.get(), 0, 0, SRCCOPY);
+  } else {
+    const BLENDFUNCTION over = {AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
+    AlphaBlend(context_, left, top, width, height, memory.get(), 0, 0, width, height, over);
+  }
+  SelectObject(memory.get(), before);
+}
+
+void CanvasWin32::Line(Point from, Point to, Color color) {
+  const UniquePen pen(CreatePen(PS_SOLID, 1, Resolve(color)));
+  const HGDIOBJ before = SelectObject(context_, pen.get());
+  MoveToEx(context_, from.x, from.y, nullptr);
+  LineTo(context_, to.x, to.y);
+  SelectObject(context_, before);
+}
+
+void CanvasWin32::Write(TextView text, const Box& box, const TextStyle& style) {
+  if (text.empty()) return;
+  const HGDIOBJ before = SelectObject(context_, fonts_.Get(style.font, dpi_));
+  SetBkMode(context_, TRANSPARENT);
+  UINT flags = style.wrap ? DT_WORDBREAK : 0;
+  if (!style.accessKeys) flags |= DT_NOPREFIX;
+  if (style.alignment == Alignment::kCenter) flags |= DT_CENTER;
+  if (style.alignment == Alignment::kRight) flags |= DT_RIGHT;
+  RECT area = {box.left, box.top, box.left + box.width, box.top + box.height};
+  const auto* const characters = reinterpret_cast<const wchar_t*>(text.data());
+  const int length = static_cast<int>(text.size());
+  if (!style.enabled) {
+    // Engraved, as the platform's own disabled texts: a light edge below, the grey above.
+    RECT edge = area;
+    OffsetRect(&edge, 1, 1);
+    SetTextColor(context_, GetSysColor(COLOR_3DHILIGHT));
+    DrawTextW(context_, characters, length, &edge, flags);
+  }
+  SetTextColor(context_, style.enabled ? Resolve(style.color) : GetSysColor(COLOR_GRAYTEXT));
+  DrawTextW(context_, characters, length, &area, flags);
+  SelectObject(context_, before);
+}
+
+}  // namespace marl::win32

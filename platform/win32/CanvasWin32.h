@@ -1,0 +1,40 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "platform/Canvas.h"
+#include "platform/win32/Handle.h"
+
+namespace marl::win32 {
+
+/// The value of a colour that may be a system colour reference.
+COLORREF Resolve(Color color);
+
+/// Fonts by their description, made once and kept: CreateFontIndirect is dear, and a label's font
+/// changes with each hover.
+class FontCache {
+ public:
+  /// `dpi` is the screen's dots an inch in Y. The handle lives as long as the cache.
+  HFONT Get(const Font& font, int dpi);
+
+ private:
+  std::map<std::u16string, UniqueFont> fonts_;
+};
+
+/// Paints on a device context.
+class CanvasWin32 : public Canvas {
+ public:
+  CanvasWin32(HDC context, FontCache& fonts, int dpi) : context_(context), fonts_(fonts), dpi_(dpi) {}
+  void Fill(const Box& box, Color color) override;
+  void Draw(const Picture& picture, int x, int y) override;
+  void Line(Point from, Point to, Color color) override;
+  void Write(TextView text, const Box& box, const TextStyle& style) override;
+
+ private:
+  HDC context_;
+  FontCache& fonts_;
+  int dpi_;
+};
+
+}  // namespace marl::win32

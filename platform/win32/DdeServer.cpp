@@ -1,0 +1,76 @@
+#include "platform/win32/DdeServer.h"
+
+#include "platform/DdeCommand.h"
+#include "platform/Desktop.h"
+#include "platform/forms/Form.h"
+#include "platform/win32/Handle.h"
+
+namespace marl::win32 {
+
+namespace {
+
+// The library's callback gets no context of ours; there is one server a process.
+DdeServer* g_server = nullptr;
+
+Text FromCodePage(const NarrowText& text) {
+  const int size = static_cast<int>(text.size());
+  const int needed = MultiByteToWideChar(CP_ACP, 0, text.data(), size, nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(needed), L'\0');
+  MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), needed);
+  return FromWide(wide.data(), wide.size());
+}
+
+}  // namespace
+
+DdeServer::DdeServer(Desktop& desktop, Form& form, TextView service, TextView topic)
+    : desktop_(desktop), form_(form) {
+  if (DdeInitializeW(&instance_, Entry, APPCLASS_STANDARD | CBF_FAIL_POKES | CBF_FAIL_REQUESTS | CBF_FAIL_ADVISES | CBF_SKIP_ALLNOTIFICATIONS,
+                     0) != DMLERR_NO_ERROR) {
+    instance_ = 0;
+    return;
+  }
+  g_server = this;
+  service_ = DdeCreateStringHandleW(instance_, Wide(Text(service)), CP_WINUNICODE);
+  topic_ = DdeCreateStringHandleW(instance_, Wide(Text(topic)), CP_WINUNICODE);
+  DdeNameService(instance_, service_, nullptr, DNS_REGISTER);
+}
+
+DdeServer::~DdeServer() {
+  if (instance_) {
+    DdeNameService(instance_, service_, nullptr, DNS_UNREGISTER);
+    DdeFreeStringHandle(instance_, topic_);
+    DdeFreeStringHandle(instance_, service_);
+    DdeUninitialize(instance_);
+  }
+  if (g_server == this) g_server = nullptr;
+}
+
+HDDEDATA CALLBACK DdeServer::Entry(UINT type, UINT, HCONV, HSZ string1, HSZ string2, HDDEDATA data,
+                                   ULONG_PTR, ULONG_PTR) {
+  DdeServer* const server = g_server;
+  if (!server) return nullptr;
+  switch (type) {
+    case XTYP_CONNECT: {
+      const bool known = DdeCmpStringHandles(string1, server->topic_) == 0 &&
+                         DdeCmpStringHandles(string2, server->service_) == 0;
+      return reinterpret_cast<HDDEDATA>(static_cast<ULONG_PTR>(known));
+    }
+    case XTYP_EXECUTE:
+      return server->Execute(data);
+    default:
+      return nullptr;
+  }
+}
+
+HDDEDATA DdeServer::Execute(HDDEDATA data) {
+  bool taken = false;
+  desktop_.Event([&] {
+    Bytes bytes(DdeGetData(data, nullptr, 0, 0));
+    DdeGetData(data, bytes.data(), static_cast<DWORD>(bytes.size()), 0);
+    taken = form_.UserExecute(IsWideCommand(bytes) ? WideCommand(bytes)
+                                                   : FromCodePage(NarrowCommand(bytes)));
+  });
+  return reinterpret_cast<HDDEDATA>(static_cast<ULONG_PTR>(taken ? DDE_FACK : DDE_FNOTPROCESSED));
+}
+
+}  // namespace marl::win32

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <windows.h>
+
+#include <ddeml.h>
+
+#include "platform/Text.h"
+
+namespace marl {
+
+class Desktop;
+class Form;
+
+namespace win32 {
+
+/// Answers DDE conversations of one service and topic with the commands that the form takes
+/// (the platform's DDE management library). One at a time.
+class DdeServer {
+ public:
+  DdeServer(Desktop& desktop, Form& form, TextView service, TextView topic);
+  ~DdeServer();
+  DdeServer(const DdeServer&) = delete;
+  DdeServer& operator=(const DdeServer&) = delete;
+
+  const Form& form() const { return form_; }
+
+ private:
+  static HDDEDATA CALLBACK Entry(UINT type, UINT format, HCONV conversation, HSZ string1,
+                                 HSZ string2, HDDEDATA data, ULONG_PTR data1, ULONG_PTR data2);
+  HDDEDATA Execute(HDDEDATA data);
+
+  Desktop& desktop_;
+  Form& form_;
+  DWORD instance_ = 0;
+  HSZ service_ = nullptr;
+  HSZ topic_ = nullptr;
+};
+
+}  // namespace win32
+}  // namespace marl

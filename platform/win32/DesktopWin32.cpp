@@ -1,0 +1,133 @@
+#include "platform/win32/DesktopWin32.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "platform/win32/FormWin32.h"
+
+namespace marl::win32 {
+
+namespace {
+
+HWND WindowOf(const Form* form) {
+  return form && form->peer() ? static_cast<FormWin32*>(form->peer())->window() : nullptr;
+}
+
+}  // namespace
+
+DesktopWin32::DesktopWin32() {
+  const HDC screen = GetDC(nullptr);
+  dpi_ = {GetDeviceCaps(screen, LOGPIXELSX), GetDeviceCaps(screen, LOGPIXELSY)};
+  ReleaseDC(nullptr, screen);
+}
+
+DesktopWin32::~DesktopWin32() = default;
+
+std::unique_ptr<FormPeer> DesktopWin32::CreatePeer(Form& form) {
+  return std::make_unique<FormWin32>(*this, form);
+}
+
+HWND DesktopWin32::OwnerFor(const Form& form) const {
+  if (form.ShowInTaskbar) return nullptr;
+  for (auto it = forms().rbegin(); it != forms().rend(); ++it) {
+    if (*it != &form && (*it)->Visible()) return WindowOf(*it);
+  }
+  return nullptr;
+}
+
+void DesktopWin32::RunModal(Form& form, Form* owner) {
+  Modal modal{&form, {}};
+  for (const Form* other : forms()) {
+    const HWND window = WindowOf(other);
+    if (other == &form || !window || !IsWindowEnabled(window)) continue;
+    EnableWindow(window, FALSE);
+    modal.disabled.push_back(window);
+  }
+  modals_.push_back(std::move(modal));
+  MSG message;
+  while (form.Visible() && form.loaded()) {
+    if (GetMessageW(&message, nullptr, 0, 0) <= 0) {
+      PostQuitMessage(static_cast<int>(message.wParam));
+      break;
+    }
+    Dispatch(message);
+  }
+  EndModal(form);
+  if (const HWND window = WindowOf(owner)) SetActiveWindow(window);
+}
+
+void DesktopWin32::EndModal(const Form& form) {
+  const auto found = std::find_if(modals_.begin(), modals_.end(),
+                                  [&](const Modal& modal) { return modal.form == &form; });
+  if (found == modals_.end()) return;
+  const Modal modal = std::move(*found);
+  modals_.erase(found);
+  for (const HWND window : modal.disabled) EnableWindow(window, TRUE);
+}
+
+int DesktopWin32::Run() {
+  MSG message;
+  while (!ended() && !forms().empty() && GetMessageW(&message, nullptr, 0, 0) > 0) {
+    Dispatch(message);
+  }
+  return exitCode();
+}
+
+void DesktopWin32::DoEvents() {
+  MSG message;
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    if (message.message == WM_QUIT) return PostQuitMessage(static_cast<int>(message.wParam));
+    Dispatch(message);
+  }
+}
+
+void DesktopWin32::Dispatch(MSG& message) {
+  for (const Form* form : forms()) {
+    const auto* const peer = static_cast<FormWin32*>(form->peer());
+    if (!peer || !peer->hasFields() || !form->Visible()) continue;
+    if (peer->window() == message.hwnd || IsChild(peer->window(), message.hwnd)) {
+      if (IsDialogMessageW(peer->window(), &message)) return;
+      break;
+    }
+  }
+  TranslateMessage(&message);
+  DispatchMessageW(&message);
+}
+
+int DesktopWin32::MsgBox(TextView text, int flags, TextView title) {
+  return MessageBoxW(GetActiveWindow(), Wide(Text(text)), Wide(Text(title)),
+                     static_cast<UINT>(flags) | MB_SETFOREGROUND);
+}
+
+void DesktopWin32::Beep() { MessageBeep(MB_OK); }
+
+bool DesktopWin32::ActivateByTitle(TextView title) {
+  const HWND window = FindWindowW(nullptr, Wide(Text(title)));
+  return window && SetForegroundWindow(window);
+}
+
+Size DesktopWin32::ScreenSize() const {
+  return {TwipsX(GetSystemMetrics(SM_CXSCREEN)), TwipsY(GetSystemMetrics(SM_CYSCREEN))};
+}
+
+Color DesktopWin32::SystemColorValue(int index) const {
+  return static_cast<Color>(GetSysColor(index));
+}
+
+void DesktopWin32::InitCommonControlsEx(int size, int flags) {
+  const INITCOMMONCONTROLSEX record = {static_cast<DWORD>(size), static_cast<DWORD>(flags)};
+  ::InitCommonControlsEx(&record);
+}
+
+void DesktopWin32::OfferCommands(Form& form, TextView service, TextView topic) {
+  dde_ = std::make_unique<DdeServer>(*this, form, service, topic);
+}
+
+void DesktopWin32::Withdraw(const Form& form) {
+  if (dde_ && &dde_->form() == &form) dde_.reset();
+}
+
+void DesktopWin32::Ended() { ExitProcess(static_cast<UINT>(exitCode())); }
+
+}  // namespace marl::win32

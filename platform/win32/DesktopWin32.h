@@ -1,0 +1,60 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "platform/Desktop.h"
+#include "platform/win32/CanvasWin32.h"
+#include "platform/win32/DdeServer.h"
+#include "platform/win32/Handle.h"
+
+namespace marl::win32 {
+
+class FormWin32;
+
+/// The screen of the machine and the thread's message loop.
+class DesktopWin32 : public Desktop {
+ public:
+  DesktopWin32();
+  ~DesktopWin32() override;
+
+  std::unique_ptr<FormPeer> CreatePeer(Form& form) override;
+  void RunModal(Form& form, Form* owner) override;
+  int Run() override;
+  void DoEvents() override;
+  int MsgBox(TextView text, int flags, TextView title) override;
+  void Beep() override;
+  bool ActivateByTitle(TextView title) override;
+  Size ScreenSize() const override;
+  Size Dpi() const override { return dpi_; }
+  Color SystemColorValue(int index) const override;
+  void InitCommonControlsEx(int size, int flags) override;
+  void OfferCommands(Form& form, TextView service, TextView topic) override;
+
+  FontCache& fonts() { return fonts_; }
+  /// The window that a new form's window belongs to; none for forms of the taskbar.
+  HWND OwnerFor(const Form& form) const;
+  /// The form is about to leave the screen: the windows that it kept from input take it again,
+  /// so that one of ours and no other program's is next.
+  void EndModal(const Form& form);
+  /// No command reaches the form any more.
+  void Withdraw(const Form& form);
+
+ protected:
+  void Ended() override;
+
+ private:
+  struct Modal {
+    const Form* form = nullptr;
+    std::vector<HWND> disabled;
+  };
+
+  void Dispatch(MSG& message);
+
+  Size dpi_;
+  FontCache fonts_;
+  std::vector<Modal> modals_;
+  std::unique_ptr<DdeServer> dde_;
+};
+
+}  // namespace marl::win32

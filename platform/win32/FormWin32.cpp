@@ -1,0 +1,570 @@
+#include "platform/win32/FormWin32.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "platform/win32/DesktopWin32.h"
+
+namespace marl::win32 {
+
+namespace {
+
+constexpr wchar_t kClassName[] = L"MarlForm";
+constexpr int kFirstControlId = 1000;
+
+DWORD StyleOf(const Form& form) {
+  DWORD style = WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
+  switch (form.Border) {
+    case BorderStyle::kNone: return style | WS_POPUP;
+    case BorderStyle::kSizable: style |= WS_THICKFRAME; break;
+    case BorderStyle::kFixedSingle:
+    case BorderStyle::kFixedDialog: break;
+  }
+  style |= WS_CAPTION | WS_SYSMENU;
+  if (form.MinButton) style |= WS_MINIMIZEBOX;
+  if (form.MaxButton) style |= WS_MAXIMIZEBOX;
+  if (!form.ShowInTaskbar) style |= WS_POPUP;
+  return style;
+}
+
+DWORD ExStyleOf(const Form& form) {
+  DWORD style = WS_EX_CONTROLPARENT;
+  if (form.Border == BorderStyle::kFixedDialog) style |= WS_EX_DLGMODALFRAME;
+  if (form.ShowInTaskbar) style |= WS_EX_APPWINDOW;
+  return style;
+}
+
+int ButtonOf(UINT message) {
+  switch (message) {
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONUP: return 2;
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONUP: return 4;
+    default: return 1;
+  }
+}
+
+Text WindowText(HWND window) {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+  const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
+  return FromWide(text.data(), static_cast<std::size_t>(std::max(length, 0)));
+}
+
+}  // namespace
+
+FormWin32::FormWin32(DesktopWin32& desktop, Form& form) : desktop_(desktop), form_(form) {
+  static const ATOM registered = [] {
+    WNDCLASSEXW description = {};
+    description.cbSize = sizeof description;
+    // A double click is one click and something that is not asked for.
+    description.style = CS_DBLCLKS;
+    description.lpfnWndProc = Entry;
+    description.hInstance = GetModuleHandleW(nullptr);
+    description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    description.hIcon = LoadIconW(description.hInstance, MAKEINTRESOURCEW(1));
+    description.lpszClassName = kClassName;
+    return RegisterClassExW(&description);
+  }();
+  if (!registered) throw RuntimeError(7, u"Out of memory");
+
+  RECT outer = {0, 0, desktop.PixelsX(form.Design.width), desktop.PixelsY(form.Design.height)};
+  AdjustWindowRectEx(&outer, StyleOf(form), FALSE, ExStyleOf(form));
+  CreateWindowExW(ExStyleOf(form), kClassName, Wide(form.Caption()), StyleOf(form),
+                  desktop.PixelsX(form.Left()), desktop.PixelsY(form.Top()),
+                  outer.right - outer.left, outer.bottom - outer.top, desktop.OwnerFor(form),
+                  nullptr, GetModuleHandleW(nullptr), this);
+  if (!window_) throw RuntimeError(7, u"Out of memory");
+
+  std::vector<Control*> order(form.controls());
+  std::stable_sort(order.begin(), order.end(),
+                   [](const Control* a, const Control* b) { return a->TabIndex < b->TabIndex; });
+  int id = kFirstControlId;
+  // Containers first: their controls stand in their windows.
+  for (const bool containers : {true, false}) {
+    for (Control* control : order) {
+      if ((control->kind() == ControlKind::kFrame) == containers) CreateControl(*control, id++);
+    }
+  }
+  for (Control* control : order) {
+    if (const HWND child = WindowOf(*control); child && control->kind() != ControlKind::kFrame) {
+      SetWindowPos(child, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    }
+  }
+  Report();
+}
+
+FormWin32::~FormWin32() { Close(); }
+
+LRESULT CALLBACK FormWin32::Entry(HWND window, UINT message, WPARAM w, LPARAM l) noexcept {
+  if (message == WM_NCCREATE) {
+    auto* const peer =
+        static_cast<FormWin32*>(reinterpret_cast<const CREATESTRUCTW*>(l)->lpCreateParams);
+    peer->window_ = window;
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(peer));
+  }
+  auto* const peer = reinterpret_cast<FormWin32*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (!peer) return DefWindowProcW(window, message, w, l);
+  return peer->OnMessage(message, w, l);
+}
+
+LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
+  const HWND window = window_;
+  // Messages may close the form: after an event nothing of it is touched any more.
+  switch (message) {
+    case WM_PAINT:
+      desktop_.Event([&] { OnPaint(); });
+      return 0;
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_PRINTCLIENT: {
+      desktop_.Event([&] {
+        CanvasWin32 canvas(reinterpret_cast<HDC>(w), desktop_.fonts(), desktop_.Dpi().height);
+        PaintForm(form_, canvas);
+      });
+      return 0;
+    }
+    case WM_MOVE:
+    case WM_SIZE:
+      desktop_.Event([&] { Report(); });
+      return DefWindowProcW(window, message, w, l);
+    case WM_ACTIVATE:
+      if (LOWORD(w) != WA_INACTIVE && form_.loaded()) {
+        const LRESULT result = DefWindowProcW(window, message, w, l);
+        desktop_.Event([&] { form_.UserActivate(); });
+        return result;
+      }
+      break;
+    case WM_MOUSEMOVE: {
+      int button = 0;
+      if (w & MK_LBUTTON) button |= 1;
+      if (w & MK_RBUTTON) button |= 2;
+      desktop_.Event([&] {
+        form_.UserMouseMove(button, (w & MK_SHIFT ? 1 : 0) | (w & MK_CONTROL ? 2 : 0), TwipsAtX(l),
+                            TwipsAtY(l));
+      });
+      return 0;
+    }
+    case WM_LBUTTONDOWN:
+    case WM_RBUTTONDOWN:
+      SetCapture(window);
+      desktop_.Event([&] { form_.UserMouseDown(ButtonOf(message), TwipsAtX(l), TwipsAtY(l)); });
+      return 0;
+    case WM_LBUTTONUP:
+    case WM_RBUTTONUP:
+      ReleaseCapture();
+      desktop_.Event([&] { form_.UserMouseUp(ButtonOf(message), TwipsAtX(l), TwipsAtY(l)); });
+      return 0;
+    case WM_CHAR:
+      desktop_.Event([&] { form_.UserKey(static_cast<char16_t>(w)); });
+      return 0;
+    case WM_TIMER:
+      desktop_.Event([&] {
+        const auto& controls = form_.controls();
+        if (w >= controls.size() || controls[w]->kind() != ControlKind::kTimer) return;
+        const auto& timer = static_cast<const Timer&>(*controls[w]);
+        if (timer.Enabled() && timer.Tick) timer.Tick();
+      });
+      return 0;
+    case WM_COMMAND:
+      desktop_.Event([&] { OnCommand(LOWORD(w), HIWORD(w), reinterpret_cast<HWND>(l)); });
+      return 0;
+    case DM_GETDEFID:
+      if (CommandButton* const button = form_.DefaultButton()) {
+        if (const HWND child = WindowOf(*button)) {
+          return MAKELRESULT(GetDlgCtrlID(child), DC_HASDEFID);
+        }
+      }
+      return 0;
+    case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLORBTN:
+      return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_BTNFACE));
+    case WM_CLOSE:
+      desktop_.Event([&] { form_.UserClose(); });
+      return 0;
+    case WM_ENDSESSION:
+      if (w) desktop_.Event([&] { form_.UserClose(); });
+      return 0;
+    case WM_NCDESTROY:
+      SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+      window_ = nullptr;
+      return DefWindowProcW(window, message, w, l);
+    default:
+      break;
+  }
+  return DefWindowProcW(window, message, w, l);
+}
+
+void FormWin32::OnPaint() {
+  PAINTSTRUCT paint;
+  const HDC screen = BeginPaint(window_, &paint);
+  const RECT& dirty = paint.rcPaint;
+  const int width = dirty.right - dirty.left;
+  const int height = dirty.bottom - dirty.top;
+  if (width > 0 && height > 0) {
+    // Composed beside the screen and shown at once: nothing flickers.
+    const UniqueContext memory(CreateCompatibleDC(screen));
+    const UniqueBitmap bitmap(CreateCompatibleBitmap(screen, width, height));
+    const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
+    SetViewportOrgEx(memory.get(), -dirty.left, -dirty.top, nullptr);
+    CanvasWin32 canvas(memory.get(), desktop_.fonts(), desktop_.Dpi().height);
+    PaintForm(form_, canvas);
+    SetViewportOrgEx(memory.get(), 0, 0, nullptr);
+    BitBlt(screen, dirty.left, dirty.top, width, height, memory.get(), 0, 0, SRCCOPY);
+    SelectObject(memory.get(), before);
+  }
+  EndPaint(window_, &paint);
+}
+
+void FormWin32::OnCommand(int id, int notification, HWND from) {
+  if (updating_ > 0) return;
+  if (!from) {
+    // Enter and Esc, from the dialog manager.
+    if (id == IDCANCEL) {
+      if (CommandButton* const button = form_.CancelButton()) button->UserClick();
+      return;
+    }
+    if (id == IDOK) {
+      if (CommandButton* const button = form_.DefaultButton()) button->UserClick();
+      return;
+    }
+    from = GetDlgItem(window_, id);
+  }
+  Control* const control = ControlOf(from);
+  if (!control) return;
+  switch (control->kind()) {
+    case ControlKind::kCommandButton:
+    case ControlKind::kCheckBox:
+    case ControlKind::kOptionButton:
+      if (notification == BN_CLICKED) {
+        control->UserClick();
+      } else if (notification == BN_SETFOCUS) {
+        control->UserFocus();
+      }
+      break;
+    case ControlKind::kTextBox:
+      if (notification == EN_CHANGE) {
+        DWORD start = 0;
+        DWORD end = 0;
+        SendMessageW(from, EM_GETSEL, reinterpret_cast<WPARAM>(&start),
+                     reinterpret_cast<LPARAM>(&end));
+        static_cast<TextBox*>(control)->UserEdit(WindowText(from), static_cast<int>(start),
+                                                 static_cast<int>(end - start));
+      } else if (notification == EN_SETFOCUS) {
+        control->UserFocus();
+      }
+      break;
+    case ControlKind::kListBox:
+      if (notification == LBN_SELCHANGE) {
+        static_cast<ItemList*>(control)->UserSelectRow(
+            static_cast<int>(SendMessageW(from, LB_GETCURSEL, 0, 0)));
+      } else if (notification == LBN_SETFOCUS) {
+        control->UserFocus();
+      }
+      break;
+    case ControlKind::kComboBox:
+      if (notification == CBN_SELCHANGE) {
+        static_cast<ItemList*>(control)->UserSelectRow(
+            static_cast<int>(SendMessageW(from, CB_GETCURSEL, 0, 0)));
+      } else if (notification == CBN_EDITCHANGE) {
+        static_cast<ComboBox*>(control)->UserEdit(WindowText(from));
+      } else if (notification == CBN_SETFOCUS) {
+        control->UserFocus();
+      }
+      break;
+    default:
+      break;
+  }
+}
+
+void FormWin32::Report() {
+  if (!window_) return;
+  if (IsIconic(window_)) {
+    // Minimised, the form keeps the place that it comes back to.
+    form_.PeerPlaced(form_.bounds(), form_.inner(), WindowState::kMinimised);
+    return;
+  }
+  RECT outer;
+  RECT inner;
+  GetWindowRect(window_, &outer);
+  GetClientRect(window_, &inner);
+  PlaceStatusBar();
+  form_.PeerPlaced({desktop_.TwipsX(outer.left), desktop_.TwipsY(outer.top),
+                    desktop_.TwipsX(outer.right - outer.left),
+                    desktop_.TwipsY(outer.bottom - outer.top)},
+                   {desktop_.TwipsX(inner.right), desktop_.TwipsY(inner.bottom)},
+                   // Unseen, the form's state waits for the form to be shown.
+                   !IsWindowVisible(window_) ? form_.State()
+                   : IsZoomed(window_)       ? WindowState::kMaximised
+                                             : WindowState::kNormal);
+}
+
+void FormWin32::CaptionChanged() { SetWindowTextW(window_, Wide(form_.Caption())); }
+
+void FormWin32::Place(const Box& bounds) {
+  SetWindowPos(window_, nullptr, desktop_.PixelsX(bounds.left), desktop_.PixelsY(bounds.top),
+               desktop_.PixelsX(bounds.width), desktop_.PixelsY(bounds.height),
+               SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+}
+
+void FormWin32::SetState() {
+  if (form_.Visible()) Show(true);
+}
+
+void FormWin32::Show(bool visible) {
+  if (!visible) {
+    desktop_.EndModal(form_);
+    ShowWindow(window_, SW_HIDE);
+    return;
+  }
+  switch (form_.State()) {
+    case WindowState::kNormal: ShowWindow(window_, SW_SHOWNORMAL); break;
+    case WindowState::kMinimised: ShowWindow(window_, SW_SHOWMINIMIZED); break;
+    case WindowState::kMaximised: ShowWindow(window_, SW_SHOWMAXIMIZED); break;
+  }
+  if (hasFields_ && GetFocus() == window_) {
+    if (const HWND first = GetNextDlgTabItem(window_, nullptr, FALSE)) SetFocus(first);
+  }
+}
+
+void FormWin32::CreateControl(Control& control, int id) {
+  if (control.windowless() || control.kind() == ControlKind::kMenu) return;
+  if (control.kind() == ControlKind::kTimer) return SyncTimer(static_cast<Timer&>(control));
+
+  const wchar_t* className = L"BUTTON";
+  DWORD style = WS_CHILD | WS_CLIPSIBLINGS;
+  DWORD exStyle = 0;
+  bool field = true;
+  switch (control.kind()) {
+    case ControlKind::kCommandButton:
+      style |= static_cast<CommandButton&>(control).Default ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
+      style |= BS_NOTIFY;
+      break;
+    case ControlKind::kCheckBox:
+      style |= BS_CHECKBOX | BS_MULTILINE | BS_NOTIFY;
+      break;
+    case ControlKind::kOptionButton:
+      style |= BS_AUTORADIOBUTTON | BS_MULTILINE | BS_NOTIFY;
+      break;
+    case ControlKind::kFrame:
+      style |= BS_GROUPBOX;
+      exStyle = WS_EX_CONTROLPARENT;
+      field = false;
+      break;
+    case ControlKind::kTextBox:
+      className = L"EDIT";
+      style |= ES_AUTOHSCROLL;
+      exStyle = WS_EX_CLIENTEDGE;
+      break;
+    case ControlKind::kListBox:
+      className = L"LISTBOX";
+      style |= LBS_NOTIFY | WS_VSCROLL | LBS_NOINTEGRALHEIGHT;
+      if (static_cast<ListBox&>(control).MultiSelect) style |= LBS_EXTENDEDSEL;
+      exStyle = WS_EX_CLIENTEDGE;
+      break;
+    case ControlKind::kComboBox:
+      className = L"COMBOBOX";
+      style |= WS_VSCROLL | CBS_AUTOHSCROLL;
+      style |= static_cast<ComboBox&>(control).Editable ? CBS_DROPDOWN : CBS_DROPDOWNLIST;
+      break;
+    case ControlKind::kStatusBar:
+      className = STATUSCLASSNAMEW;
+      field = false;
+      break;
+    default:
+      return;
+  }
+  if (control.Visible()) style |= WS_VISIBLE;
+  if (!control.Enabled()) style |= WS_DISABLED;
+  if (field && control.TabStop) style |= WS_TABSTOP;
+  // The first option button of a run begins a group for the arrow keys; what follows ends it.
+  if (control.kind() != ControlKind::kOptionButton || control.index() <= 0) style |= WS_GROUP;
+  HWND parent = window_;
+  if (control.container()) {
+    if (const HWND outer = WindowOf(*control.container())) parent = outer;
+  }
+  const HWND child = CreateWindowExW(
+      exStyle, className, Wide(control.Caption()), style, 0, 0, 0, 0, parent,
+      reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+  if (!child) throw RuntimeError(7, u"Out of memory");
+  windows_[&control] = child;
+  hasFields_ = hasFields_ || field;
+  PlaceControl(control, child);
+  for (const Property property :
+       {Property::kFont, Property::kItems, Property::kValue, Property::kSelection}) {
+    ControlChanged(control, property);
+  }
+}
+
+void FormWin32::PlaceControl(const Control& control, HWND child) {
+  if (control.kind() == ControlKind::kStatusBar) return PlaceStatusBar();
+  const int left = desktop_.PixelsX(control.Left());
+  const int top = desktop_.PixelsY(control.Top());
+  // Neighbours that touch in twips touch in pixels: the far edge is converted, not the size.
+  const int width = desktop_.PixelsX(control.Left() + control.Width()) - left;
+  int height = desktop_.PixelsY(control.Top() + control.Height()) - top;
+  // The height of a drop-down list is that with its list open.
+  if (control.kind() == ControlKind::kComboBox) height = height * 10;
+  SetWindowPos(child, nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void FormWin32::PlaceStatusBar() {
+  for (const auto& [control, child] : windows_) {
+    if (control->kind() == ControlKind::kStatusBar) SendMessageW(child, WM_SIZE, 0, 0);
+  }
+}
+
+void FormWin32::SyncTimer(Timer& timer) {
+  const auto& controls = form_.controls();
+  const auto id = static_cast<UINT_PTR>(
+      std::find(controls.begin(), controls.end(), &timer) - controls.begin());
+  if (timer.Enabled() && timer.Interval() > 0) {
+    SetTimer(window_, id, static_cast<UINT>(timer.Interval()), nullptr);
+  } else {
+    KillTimer(window_, id);
+  }
+}
+
+void FormWin32::ControlChanged(Control& control, Property property) {
+  if (control.kind() == ControlKind::kTimer) return SyncTimer(static_cast<Timer&>(control));
+  const HWND child = WindowOf(control);
+  if (!child) return;
+  ++updating_;
+  switch (property) {
+    case Property::kBounds:
+      PlaceControl(control, child);
+      break;
+    case Property::kVisible:
+      ShowWindow(child, control.Visible() ? SW_SHOWNA : SW_HIDE);
+      break;
+    case Property::kEnabled:
+      EnableWindow(child, control.Enabled());
+      break;
+    case Property::kCaption:
+      SetWindowTextW(child, Wide(control.Caption()));
+      break;
+    case Property::kFont:
+      SendMessageW(child, WM_SETFONT,
+                   reinterpret_cast<WPARAM>(
+                       desktop_.fonts().Get(control.Font(), desktop_.Dpi().height)),
+                   TRUE);
+      break;
+    case Property::kValue:
+      if (control.kind() == ControlKind::kCheckBox) {
+        const int value = static_cast<CheckBox&>(control).Value();
+        SendMessageW(child, BM_SETCHECK, value == 0 ? BST_UNCHECKED : BST_CHECKED, 0);
+      } else if (control.kind() == ControlKind::kOptionButton) {
+        const bool value = static_cast<OptionButton&>(control).Value();
+        SendMessageW(child, BM_SETCHECK, value ? BST_CHECKED : BST_UNCHECKED, 0);
+      }
+      break;
+    case Property::kItems:
+      if (control.kind() == ControlKind::kListBox || control.kind() == ControlKind::kComboBox) {
+        SyncItems(static_cast<ItemList&>(control), child);
+      }
+      break;
+    case Property::kSelection:
+      SyncSelection(control, child);
+      break;
+    default:
+      break;
+  }
+  --updating_;
+}
+
+void FormWin32::SyncItems(ItemList& list, HWND child) {
+  const bool combo = list.kind() == ControlKind::kComboBox;
+  SendMessageW(child, WM_SETREDRAW, FALSE, 0);
+  SendMessageW(child, combo ? CB_RESETCONTENT : LB_RESETCONTENT, 0, 0);
+  for (int row = 0; row < list.ListCount(); ++row) {
+    SendMessageW(child, combo ? CB_ADDSTRING : LB_ADDSTRING, 0,
+                 reinterpret_cast<LPARAM>(Wide(list.List(row))));
+  }
+  SyncSelection(list, child);
+  SendMessageW(child, WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(child, nullptr, TRUE);
+}
+
+void FormWin32::SyncSelection(Control& control, HWND child) {
+  switch (control.kind()) {
+    case ControlKind::kTextBox: {
+      const auto& box = static_cast<const TextBox&>(control);
+      SendMessageW(child, EM_SETSEL, static_cast<WPARAM>(box.SelStart()),
+                   static_cast<LPARAM>(box.SelStart() + box.SelLength()));
+      break;
+    }
+    case ControlKind::kComboBox:
+      SendMessageW(child, CB_SETCURSEL,
+                   static_cast<WPARAM>(static_cast<const ItemList&>(control).ListIndex()), 0);
+      if (static_cast<const ComboBox&>(control).Editable) {
+        SetWindowTextW(child, Wide(control.Caption()));
+      }
+      break;
+    case ControlKind::kListBox: {
+      const auto& list = static_cast<const ListBox&>(control);
+      if (!list.MultiSelect) {
+        SendMessageW(child, LB_SETCURSEL, static_cast<WPARAM>(list.ListIndex()), 0);
+        break;
+      }
+      for (int row = 0; row < list.ListCount(); ++row) {
+        SendMessageW(child, LB_SETSEL, list.Selected(row), row);
+      }
+      break;
+    }
+    default:
+      break;
+  }
+}
+
+void FormWin32::Invalidate(const Box& area) {
+  const RECT pixels = {desktop_.PixelsX(area.left), desktop_.PixelsY(area.top),
+                       desktop_.PixelsX(area.left + area.width) + 1,
+                       desktop_.PixelsY(area.top + area.height) + 1};
+  InvalidateRect(window_, &pixels, FALSE);
+}
+
+void FormWin32::InvalidateAll() { InvalidateRect(window_, nullptr, FALSE); }
+
+void FormWin32::Refresh() { UpdateWindow(window_); }
+
+void FormWin32::Focus(Control& control) {
+  if (const HWND child = WindowOf(control)) SetFocus(child);
+}
+
+void FormWin32::BringToFront() { SetForegroundWindow(window_); }
+
+bool FormWin32::InForeground() const { return window_ && GetForegroundWindow() == window_; }
+
+void FormWin32::Close() {
+  if (!window_) return;
+  desktop_.EndModal(form_);
+  desktop_.Withdraw(form_);
+  // From here on no message finds its way to the form.
+  SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+  DestroyWindow(std::exchange(window_, nullptr));
+  windows_.clear();
+}
+
+float FormWin32::TwipsAtX(LPARAM position) const {
+  return static_cast<float>(static_cast<short>(LOWORD(position))) * 1440.0f /
+         static_cast<float>(desktop_.Dpi().width);
+}
+
+float FormWin32::TwipsAtY(LPARAM position) const {
+  return static_cast<float>(static_cast<short>(HIWORD(position))) * 1440.0f /
+         static_cast<float>(desktop_.Dpi().height);
+}
+
+HWND FormWin32::WindowOf(const Control& control) const {
+  const auto found = windows_.find(&control);
+  return found == windows_.end() ? nullptr : found->second;
+}
+
+Control* FormWin32::ControlOf(HWND window) const {
+  for (const auto& [control, child] : windows_) {
+    if (child == window) return const_cast<Control*>(control);
+  }
+  return nullptr;
+}
+
+}  // namespace marl::win32

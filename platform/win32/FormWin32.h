@@ -1,0 +1,66 @@
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include "platform/Desktop.h"
+#include "platform/forms/Controls.h"
+#include "platform/forms/Form.h"
+#include "platform/win32/CanvasWin32.h"
+#include "platform/win32/Handle.h"
+
+namespace marl::win32 {
+
+class DesktopWin32;
+
+/// A form's window and the standard controls on it. Translates: what a message means for the form
+/// is the form's to decide.
+class FormWin32 : public FormPeer {
+ public:
+  /// Makes the window unseen, with its controls, and tells the form its place.
+  FormWin32(DesktopWin32& desktop, Form& form);
+  ~FormWin32() override;
+
+  void CaptionChanged() override;
+  void Place(const Box& bounds) override;
+  void SetState() override;
+  void Show(bool visible) override;
+  void ControlChanged(Control& control, Property property) override;
+  void Invalidate(const Box& area) override;
+  void InvalidateAll() override;
+  void Refresh() override;
+  void Focus(Control& control) override;
+  void BringToFront() override;
+  bool InForeground() const override;
+  void Close() override;
+
+  HWND window() const { return window_; }
+  /// True when keys go through the dialog manager: there is a control that can have the focus.
+  bool hasFields() const { return hasFields_; }
+
+ private:
+  static LRESULT CALLBACK Entry(HWND window, UINT message, WPARAM w, LPARAM l) noexcept;
+  LRESULT OnMessage(UINT message, WPARAM w, LPARAM l);
+  void OnPaint();
+  void OnCommand(int id, int notification, HWND from);
+  void Report();
+  void CreateControl(Control& control, int id);
+  void PlaceControl(const Control& control, HWND window);
+  void PlaceStatusBar();
+  void SyncTimer(Timer& timer);
+  void SyncItems(ItemList& list, HWND window);
+  void SyncSelection(Control& control, HWND window);
+  float TwipsAtX(LPARAM position) const;
+  float TwipsAtY(LPARAM position) const;
+  HWND WindowOf(const Control& control) const;
+  Control* ControlOf(HWND window) const;
+
+  DesktopWin32& desktop_;
+  Form& form_;
+  HWND window_ = nullptr;
+  std::map<const Control*, HWND> windows_;
+  bool hasFields_ = false;
+  int updating_ = 0;  ///< above 0 while the program writes into a control
+};
+
+}  // namespace marl::win32

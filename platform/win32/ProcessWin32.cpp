@@ -1,0 +1,49 @@
+#include "platform/win32/ProcessWin32.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+namespace marl::win32 {
+
+Text ProcessWin32::CommandLine() const {
+  const wchar_t* at = GetCommandLineW();
+  // The program's own name: quoted, or up to the first blank.
+  if (*at == L'"') {
+    ++at;
+    while (*at && *at != L'"') ++at;
+    if (*at) ++at;
+  } else {
+    while (*at && *at != L' ' && *at != L'\t') ++at;
+  }
+  // One blank separates; any other belongs to what was typed.
+  if (*at == L' ' || *at == L'\t') ++at;
+  return FromWide(at, wcslen(at));
+}
+
+Text ProcessWin32::ProgramPath() const {
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length =
+        GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    if (length < path.size()) {
+      return FromWide(path.data(), length);
+    }
+    path.resize(path.size() * 2);
+  }
+}
+
+bool ProcessWin32::PreviousInstance() {
+  // One switchboard a user: each user of a machine has a name of his own in his session.
+  std::array<wchar_t, 257> user = {};
+  DWORD size = static_cast<DWORD>(user.size());
+  GetUserNameW(user.data(), &size);
+  std::wstring name = L"Local\\Marl.Switchboard.";
+  name += user.data();
+  std::replace(name.begin() + 6, name.end(), L'\\', L'/');
+  SetLastError(ERROR_SUCCESS);
+  claim_ = UniqueMutex(CreateMutexW(nullptr, FALSE, name.c_str()));
+  return GetLastError() == ERROR_ALREADY_EXISTS || GetLastError() == ERROR_ACCESS_DENIED;
+}
+
+}  // namespace marl::win32

@@ -1,0 +1,33 @@
+#include "platform/win32/ShellWin32.h"
+
+#include <shellapi.h>
+
+#include <array>
+
+#include "platform/win32/Handle.h"
+
+namespace marl::win32 {
+
+int ShellWin32::Execute(ShellOwner owner, TextView verb, TextView file, TextView parameters,
+                        TextView directory, int show) {
+  const HWND window = owner == ShellOwner::kMainForm ? mainWindow_() : GetDesktopWindow();
+  const Text verbText(verb);
+  const HINSTANCE code =
+      ShellExecuteW(window, verb.empty() ? nullptr : Wide(verbText), Wide(Text(file)),
+                    Wide(Text(parameters)), Wide(Text(directory)), show);
+  return static_cast<int>(reinterpret_cast<INT_PTR>(code));
+}
+
+int ShellWin32::FindProgram(TextView file, TextView directory, Text& program) {
+  // The platform writes MAX_PATH characters at most; the rest is room that nobody misses.
+  std::array<wchar_t, 1024> buffer = {};
+  const HINSTANCE code = FindExecutableW(Wide(Text(file)), Wide(Text(directory)), buffer.data());
+  const int result = static_cast<int>(reinterpret_cast<INT_PTR>(code));
+  if (result > 32) {
+    buffer.back() = L'\0';
+    program = FromWide(buffer.data(), wcslen(buffer.data()));
+  }
+  return result;
+}
+
+}  // namespace marl::win32

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+
+#include "platform/Shell.h"
+
+namespace marl::win32 {
+
+/// The shell of the platform. `mainWindow` gives the window that started programs belong to.
+class ShellWin32 : public Shell {
+ public:
+  explicit ShellWin32(std::function<HWND()> mainWindow) : mainWindow_(std::move(mainWindow)) {}
+  int Execute(ShellOwner owner, TextView verb, TextView file, TextView parameters,
+              TextView directory, int show) override;
+  int FindProgram(TextView file, TextView directory, Text& program) override;
+
+ private:
+  std::function<HWND()> mainWindow_;
+};
+
+}  // namespace marl::win32

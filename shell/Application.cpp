@@ -1,0 +1,25 @@
+#include "shell/Application.h"
+
+namespace marl {
+
+namespace {
+
+// InitCommonControlsEx's record and the class of extended combo boxes.
+constexpr int kRecordSize = 8;
+constexpr int kUserExClasses = 0x200;
+
+}  // namespace
+
+Application::Application(Platform platform) : platform_(platform) {}
+
+int Application::Run() {
+  Desktop& desktop = platform_.desktop;
+  desktop.Event([&] {
+    Skip([&] { desktop.InitCommonControlsEx(kRecordSize, kUserExClasses); });
+    main_ = std::make_unique<frmMain>(platform_);
+    main_->Show();
+  });
+  return desktop.ended() ? desktop.exitCode() : desktop.Run();
+}
+
+}  // namespace marl

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/Text.h"
+
+namespace marl {
+
+/// The choice of a file, kept between showings: what the common file dialog starts from and what
+/// it ends with.
+struct FileDialog {
+  Text FileName;
+  Text DialogTitle;
+  Text Filter;  ///< descriptions and patterns in turn, separated by "|"
+  Text InitDir;
+  int Flags = 0;
+};
+
+}  // namespace marl

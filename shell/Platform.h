@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/Components.h"
+#include "platform/Desktop.h"
+#include "platform/FileSystem.h"
+#include "platform/Process.h"
+#include "platform/SettingsStore.h"
+#include "platform/Shell.h"
+#include "support/StringTable.h"
+
+namespace marl {
+
+/// Title of the program, on its windows and messages.
+constexpr TextView kApplicationTitle = u"Marl";
+
+/// All that the program needs from the outside: the real thing, or a desktop in memory.
+struct Platform {
+  Desktop& desktop;
+  FileSystem& files;
+  SettingsStore& settings;
+  Shell& shell;
+  Process& process;
+  Components& components;
+  const StringTable& strings;
+};
+
+}  // namespace marl

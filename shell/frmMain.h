@@ -1,0 +1,112 @@
+#pragma once
+
+#include <array>
+#include <memory>
+
+#include "platform/forms/Controls.h"
+#include "platform/forms/Form.h"
+#include "shell/FileDialog.h"
+#include "shell/Launcher.h"
+#include "shell/Platform.h"
+#include "shell/SuiteComponents.h"
+#include "shell/SwitchboardModel.h"
+
+namespace marl {
+
+/// The switchboard: a panel of 18 large buttons that start the tools of the suite.
+///
+/// Start-up and shutdown, which are sequences of decisions over settings and files, stand in
+/// frmMain_Load.cpp; what a press and the menu entries do, in frmMain_Commands.cpp.
+class frmMain : public Form {
+ public:
+  explicit frmMain(Platform& platform);
+
+  // State of the main form for its whole life.
+  int ClientHeight = 0;            ///< wanted inner height, in twips
+  bool TooltipsEnabled = true;     ///< setting `Tooltips`
+  bool ToolsMenuVisible = false;   ///< setting `Tools`
+  Text ApplicationFolder;          ///< folder of the program and of all tools
+  Text BrowserPath;                ///< program that opens .html files, or empty
+  int IconsPerRow = 0;             ///< columns of the panel
+  HiddenKeySequence HiddenKeys;    ///< how far "SETGUI" has been typed
+  int HoverButton = -1;            ///< button under the mouse, or -1
+  std::array<Text, kButtonCount> TooltipTexts;
+  Text CurrentServerTag;           ///< tag of the current tracking server, or empty
+
+  // Controls of a slot share its index.
+  std::array<std::unique_ptr<Shape>, kButtonCount> shpRun;
+  std::array<std::unique_ptr<Image>, kButtonCount> imgRun;
+  std::array<std::unique_ptr<Label>, kButtonCount> lblRun;
+  StatusBar stbMain{*this, "stbMain"};
+  Menu mnuPopup{*this, "mnuPopup"};
+  std::array<std::unique_ptr<Menu>, kButtonCount> mnuMarl;
+  FileDialog dlgOpen;  ///< its file name is the current project file
+
+  /// Repaints picture and label of every button, in button order.
+  void RefreshButtons();
+  /// Runs the resize handler.
+  void Resized();
+  /// The one press action: what image, label, hovered frame and tray entry of a slot all end in.
+  void Press(int index);
+
+  // Entries of the menu bar.
+  void mnuProjectNew();
+  void mnuProjectSave();
+  void mnuProjectAnalyse();
+  void mnuProjectPTM();
+  void mnuProjectExit();
+  void mnuTMImport();
+  void mnuTMExport();
+  void mnuTranslateBatch();
+  void mnuTranslateSingle();
+  void mnuTranslateClipboard();
+  void mnuTranslateReplace();
+  void mnuAlignNew();
+  void mnuAlignOpen();
+  void mnuGlossaryMaintain();
+  void mnuQACheck();
+  void mnuToolsApp(int index);
+  void mnuToolsQACheck();
+  void mnuToolsCommentReport();
+  void mnuHelpTutorial();
+
+ protected:
+  void OnLoad() override;
+  void OnActivate() override;
+  void OnResize() override;
+  void OnClick() override;
+  void OnKeyPress(char16_t character) override;
+  void OnUnload() override;
+  bool OnExecute(TextView command) override;
+
+ private:
+  // Load, step by step.
+  void RunRegistrar();
+  void EndIfSecondInstance();
+  void AskFirstRunQuestions();
+  void RedirectToWizard();
+  void RemoveTemporaryFiles();
+  void SetCaptions();
+  void PrepareButtons();
+  void RestorePosition();
+  void RestoreFlags();
+  void ProbeBrowser();
+  void MarkMissingTools();
+
+  bool Ask(int question) const;
+  Text Setting(TextView key, TextView default_) const;
+  void Save(TextView key, TextView value);
+  void RunTool(TextView program, TextView arguments = {});
+  void RunQaCheck(int kind);
+  Text WardenArguments() const;
+  Text ProgramFolder() const;
+  Text ProgramName() const;
+
+  Platform& platform_;
+  Launcher launcher_{platform_};
+  SuiteComponents components_{platform_};
+  bool QaBusy = false;
+  bool CommentReportBusy = false;
+};
+
+}  // namespace marl

@@ -1,0 +1,82 @@
+#include "shell/frmMain.h"
+
+// What a press and the entries of the menu bar do. The program table is here: names in exactly
+// this spelling, started from the program's own folder and from nowhere else.
+
+namespace marl {
+
+namespace {
+
+constexpr std::array<TextView, 5> kToolsApps = {u"FaceMap.exe", u"Q17Morph.exe", u"WordRich.exe",
+                                                u"PageTool.exe", u"FrameTool.exe"};
+
+}  // namespace
+
+void frmMain::Press(int index) {
+  const auto slot = static_cast<std::size_t>(index);
+  if (lblRun[slot]->Tag == kDead) return;
+  switch (index) {
+    case kQaCheck:
+      mnuToolsQACheck();
+      break;
+    case kExit:
+      Unload();
+      break;
+    case kAdministrator:
+      RunTool(kSwitchboard[slot].program, WardenArguments());
+      break;
+    default:
+      if (!kSwitchboard[slot].program.empty()) RunTool(kSwitchboard[slot].program);
+      break;
+  }
+}
+
+void frmMain::RunTool(TextView program, TextView arguments) {
+  launcher_.RunProgram(ApplicationFolder, program, arguments, kShowNormal, true);
+}
+
+void frmMain::mnuProjectNew() { RunTool(u"Q17Cadence.exe", u"/I"); }
+void frmMain::mnuProjectSave() { RunTool(u"Q17Cadence.exe", u"/E"); }
+void frmMain::mnuProjectAnalyse() { RunTool(u"Q17Gauge.exe", u"/w"); }
+void frmMain::mnuProjectPTM() { components_.RunProjectTm(); }
+void frmMain::mnuProjectExit() { Unload(); }
+
+void frmMain::mnuTMImport() { RunTool(u"Q17Vault.exe", u"/I"); }
+void frmMain::mnuTMExport() { RunTool(u"Q17Vault.exe", u"/E"); }
+
+void frmMain::mnuTranslateBatch() { RunTool(u"Q17Batch.exe", u"/w"); }
+void frmMain::mnuTranslateSingle() { components_.RunSingleFile(); }
+void frmMain::mnuTranslateClipboard() { RunTool(u"Q17Bench.exe", u"/C"); }
+void frmMain::mnuTranslateReplace() { components_.RunReplace(); }
+
+void frmMain::mnuAlignNew() { RunTool(u"Q17Pair.exe", u"/n"); }
+void frmMain::mnuAlignOpen() { RunTool(u"Q17Pair.exe", u"/o"); }
+
+void frmMain::mnuGlossaryMaintain() { RunTool(u"Q17Lexis.exe"); }
+void frmMain::mnuQACheck() { RunQaCheck(1); }
+
+void frmMain::mnuToolsApp(int index) {
+  if (index < 0 || index >= static_cast<int>(kToolsApps.size())) return desktop().Beep();
+  RunTool(kToolsApps[static_cast<std::size_t>(index)]);
+}
+
+void frmMain::mnuToolsQACheck() { RunQaCheck(0); }
+
+// A second click while a run is in progress is ignored: the component pumps messages.
+void frmMain::RunQaCheck(int kind) {
+  if (QaBusy) return;
+  QaBusy = true;
+  components_.RunQaCheck(kind);
+  QaBusy = false;
+}
+
+void frmMain::mnuToolsCommentReport() {
+  if (CommentReportBusy) return;
+  CommentReportBusy = true;
+  components_.RunCommentReport();
+  CommentReportBusy = false;
+}
+
+void frmMain::mnuHelpTutorial() { RunTool(u"MarlTour.exe"); }
+
+}  // namespace marl

@@ -1,0 +1,191 @@
+#include "shell/frmMain.h"
+#include "support/Numbers.h"
+
+// Start-up and shutdown of the main form. The order of the steps is a promise to the suite's other
+// programs: what a second start may touch, and what a first run leaves behind, follows from it.
+
+namespace marl {
+
+namespace {
+
+constexpr TextView kApplication = u"Marl";
+constexpr TextView kSection = u"Settings";
+
+}  // namespace
+
+void frmMain::OnLoad() {
+  RunRegistrar();
+  EndIfSecondInstance();
+  AskFirstRunQuestions();
+  RedirectToWizard();
+  RemoveTemporaryFiles();
+  ClientHeight = inner().height;
+  SetCaptions();
+  Refresh();
+  PrepareButtons();
+  RestorePosition();
+  RestoreFlags();
+  SetCaption(kApplicationTitle);
+  ProbeBrowser();
+  MarkMissingTools();
+  IconsPerRow = 5;
+  HiddenKeys.Reset();
+  HoverButton = -1;
+}
+
+// Before everything else: a second start that ends at once has registered the components too.
+void frmMain::RunRegistrar() {
+  launcher_.RunProgram(ProgramFolder(), u"RegLib.EXE", u"/s", kShowNormal, false);
+}
+
+void frmMain::EndIfSecondInstance() {
+  if (!platform_.process.PreviousInstance()) {
+    desktop().OfferCommands(*this, ProgramName(), u"Marl");
+    return;
+  }
+  Skip([&] {
+    desktop().MsgBox(platform_.strings.Get(10000), kInformation, kApplicationTitle);
+  });
+  throw ProcessEnd{};
+}
+
+void frmMain::AskFirstRunQuestions() {
+  if (Setting(u"FirstRun", u"Y") != u"Y") return;
+  // Whoever takes the demonstration is asked again at the next start: `FirstRun` keeps its "Y".
+  if (Ask(9027) &&
+      launcher_.RunProgram(ProgramFolder(), u"MarlTour.exe", u"", kShowNormal, true)) {
+    throw ProcessEnd{};
+  }
+  Save(u"FirstRun", u"N");
+  launcher_.RunProgram(ProgramFolder(), u"Q17Shell.exe", u"/R", kShowHidden, false);
+  Save(u"Wizard", Ask(9026) ? u"Y" : u"N");
+}
+
+void frmMain::RedirectToWizard() {
+  if (UpperCase(platform_.process.CommandLine()) == u"NW") return;
+  if (Setting(u"Wizard", u"N") != u"Y") return;
+  if (launcher_.RunProgram(ProgramFolder(), u"Q17Shell.exe", u"1", kShowNormal, true)) {
+    throw ProcessEnd{};
+  }
+}
+
+void frmMain::RemoveTemporaryFiles() {
+  const Text folder = platform_.files.TempPath();
+  const auto search = platform_.files.Find(folder + u"ORU*.TMP");
+  if (!search) return;
+  std::vector<Text> names;
+  FoundEntry entry;
+  while (search->Next(entry) == kOk) {
+    if (!(entry.attributes & kDirectory)) names.push_back(entry.name);
+  }
+  for (const Text& name : names) platform_.files.Remove(folder + name, false);
+}
+
+void frmMain::SetCaptions() {
+  for (int i = 0; i < kButtonCount; ++i) {
+    lblRun[static_cast<std::size_t>(i)]->SetCaption(platform_.strings.Get(kCaptionString + i));
+  }
+  for (int i = 0; i < kButtonCount; ++i) {
+    TooltipTexts[static_cast<std::size_t>(i)] = platform_.strings.Get(kTooltipString + i);
+  }
+}
+
+void frmMain::PrepareButtons() {
+  for (std::size_t i = 0; i < kButtonCount; ++i) {
+    mnuMarl[i]->SetCaption(lblRun[i]->Caption());
+    imgRun[i]->SetToolTipText(u"");
+    lblRun[i]->SetToolTipText(u"");
+    lblRun[i]->Move(shpRun[i]->Left() + (shpRun[i]->Width() - lblRun[i]->Width()) / 2,
+                    lblRun[i]->Top());
+  }
+}
+
+void frmMain::RestorePosition() {
+  const Size screen = desktop().ScreenSize();
+  int left = CLng(Setting(u"Left", u"-1"));
+  int top = CLng(Setting(u"Top", u"-1"));
+  // A window that just fits stays: only what would stand out is centred, in both directions.
+  const bool outside = left < 0 || top < 0 || std::int64_t{left} + Width() > screen.width ||
+                       std::int64_t{top} + Height() > screen.height;
+  if (outside) {
+    left = CLng((screen.width - Width()) / 2.0);
+    top = CLng((screen.height - Height()) / 2.0);
+  }
+  Move(left, top);
+}
+
+void frmMain::RestoreFlags() {
+  dlgOpen.InitDir =
+      platform_.settings.GetSetting(u"Marl Project Wizard", u"Target Files", u"Folder", u"");
+  TooltipsEnabled = CBool(Setting(u"Tooltips", u"TRUE"));
+  ToolsMenuVisible = CBool(Setting(u"Tools", u"FALSE"));
+  const int state = CInt(Setting(u"WindowState", u"0"));
+  if (state < 0 || state > 2) throw RuntimeError::InvalidPropertyValue();
+  SetState(static_cast<WindowState>(state));
+  ApplicationFolder = ProgramFolder();
+}
+
+void frmMain::ProbeBrowser() {
+  const Text probe =
+      JoinPath(platform_.files.TempPath(), platform_.files.TempName() + u".html");
+  {
+    constexpr std::string_view kPage = "<html><head></head><body><p></p></body></html>\r\n";
+    Status status = kOk;
+    const auto file = platform_.files.Create(probe, status);
+    if (!file || file->Write(kPage.data(), kPage.size()) != kOk) {
+      throw RuntimeError(70, u"Permission denied");
+    }
+  }
+  BrowserPath.clear();
+  Text program;
+  if (platform_.shell.FindProgram(probe, u"", program) > 32) BrowserPath = program;
+  platform_.files.Remove(probe, true);
+}
+
+void frmMain::MarkMissingTools() {
+  for (auto& label : lblRun) {
+    if (label->Tag.empty()) continue;
+    const bool there = platform_.files.FileExists(JoinPath(ApplicationFolder, label->Tag));
+    label->Tag = there ? TextView() : kDead;
+    if (!there) label->SetEnabled(false);
+  }
+}
+
+void frmMain::OnUnload() {
+  Save(u"Left", NumberText(Left()));
+  Save(u"Top", NumberText(Top()));
+  Save(u"Tooltips", BooleanText(TooltipsEnabled));
+  Save(u"Tools", BooleanText(ToolsMenuVisible));
+  Save(u"WindowState", NumberText(static_cast<int>(State())));
+  Save(u"XtraFeatures", imgRun[kUtilities]->Visible() ? u"1" : u"0");
+}
+
+bool frmMain::Ask(int question) const {
+  return desktop().MsgBox(platform_.strings.Get(question), kQuestion | kYesNo,
+                          kApplicationTitle) == kAnswerYes;
+}
+
+Text frmMain::Setting(TextView key, TextView default_) const {
+  return platform_.settings.GetSetting(kApplication, kSection, key, default_);
+}
+
+void frmMain::Save(TextView key, TextView value) {
+  platform_.settings.SaveSetting(kApplication, kSection, key, value);
+}
+
+Text frmMain::ProgramFolder() const {
+  const Text path = platform_.process.ProgramPath();
+  const std::size_t slash = path.rfind(u'\\');
+  if (slash == Text::npos) return {};
+  // A drive's root keeps its backslash: without it the path would mean that drive's own folder.
+  return path.substr(0, slash == 2 && path[1] == u':' ? 3 : slash);
+}
+
+Text frmMain::ProgramName() const {
+  const Text path = platform_.process.ProgramPath();
+  const std::size_t slash = path.rfind(u'\\');
+  const Text name = slash == Text::npos ? path : path.substr(slash + 1);
+  return name.substr(0, name.rfind(u'.'));
+}
+
+}  // namespace marl

@@ -1,0 +1,28 @@
+// The entry point on Windows: puts the real platform together and runs the program on it.
+
+#include "platform/win32/ComponentsWin32.h"
+#include "platform/win32/DesktopWin32.h"
+#include "platform/win32/FileSystemWin32.h"
+#include "platform/win32/FormWin32.h"
+#include "platform/win32/ProcessWin32.h"
+#include "platform/win32/SettingsStoreWin32.h"
+#include "platform/win32/ShellWin32.h"
+#include "platform/win32/StringResourceWin32.h"
+#include "shell/Application.h"
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
+  using namespace marl;
+  win32::DesktopWin32 desktop;
+  win32::FileSystemWin32 files;
+  win32::SettingsStoreWin32 settings;
+  win32::ProcessWin32 process;
+  win32::ComponentsWin32 components;
+  win32::StringResourceWin32 resource;
+  const StringTable strings(resource);
+  win32::ShellWin32 shell([&]() -> HWND {
+    if (desktop.forms().empty() || !desktop.forms().front()->peer()) return nullptr;
+    return static_cast<win32::FormWin32*>(desktop.forms().front()->peer())->window();
+  });
+  Application application({desktop, files, settings, shell, process, components, strings});
+  return application.Run();
+}
