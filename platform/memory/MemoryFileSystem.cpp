@@ -1,0 +1,366 @@
+#include "platform/memory/MemoryFileSystem.h"
+
+#include <algorithm>
+
+#include "platform/FoldCase.h"
+
+namespace marl {
+
+struct MemoryFileSystem::Node {
+  Text path;  // as it was made; no last backslash, but for a drive's root
+  Bytes bytes;
+  std::uint32_t attributes = 0;
+  int writers = 0;
+
+  bool folder() const { return (attributes & kDirectory) != 0; }
+  Text name() const { return path.substr(path.rfind(u'\\') + 1); }
+};
+
+namespace {
+
+bool HasWildcard(TextView path) { return path.find_first_of(u"*?") != TextView::npos; }
+
+TextView ParentOf(TextView path) {
+  const std::size_t slash = path.rfind(u'\\');
+  return slash == TextView::npos ? TextView() : path.substr(0, slash);
+}
+
+TextView NameOf(TextView path) { return path.substr(path.rfind(u'\\') + 1); }
+
+// The platform's rules: "*" is any run of units, "?" one unit or none at the end, and "*.*" every
+// name, one without a point too. Both texts are folded.
+bool Matches(TextView name, TextView pattern) {
+  if (pattern == u"*.*") return true;
+  std::size_t n = 0, p = 0, star = TextView::npos, mark = 0;
+  while (n < name.size()) {
+    if (p < pattern.size() && pattern[p] == u'*') {
+      star = p++;
+      mark = n;
+    } else if (p < pattern.size() && (pattern[p] == u'?' || pattern[p] == name[n])) {
+      ++p;
+      ++n;
+    } else if (star != TextView::npos) {
+      p = star + 1;
+      n = ++mark;
+    } else {
+      return false;
+    }
+  }
+  while (p < pattern.size() && (pattern[p] == u'*' || pattern[p] == u'?')) ++p;
+  return p == pattern.size();
+}
+
+class Listing : public FileSearch {
+ public:
+  explicit Listing(std::vector<FoundEntry> entries) : entries_(std::move(entries)) {}
+  Status Next(FoundEntry& out) override {
+    if (next_ == entries_.size()) return kNoMoreFiles;
+    out = entries_[next_++];
+    return kOk;
+  }
+
+ private:
+  std::vector<FoundEntry> entries_;
+  std::size_t next_ = 0;
+};
+
+}  // namespace
+
+class MemoryFileSystem::Writer : public OutputFile {
+ public:
+  Writer(const MemoryFileSystem& owner, NodePointer node) : owner_(owner), node_(std::move(node)) {
+    ++node_->writers;
+  }
+  ~Writer() override { --node_->writers; }
+  Status Write(const void* data, std::size_t size) override {
+    if (const auto failure = owner_.Begin(FileAction::kWrite, node_->path)) return *failure;
+    const auto* bytes = static_cast<const unsigned char*>(data);
+    node_->bytes.insert(node_->bytes.end(), bytes, bytes + size);
+    return kOk;
+  }
+
+ private:
+  const MemoryFileSystem& owner_;
+  NodePointer node_;
+};
+
+MemoryFileSystem::MemoryFileSystem() { SetTempPath(u"C:\\Users\\Translator\\Temp"); }
+
+MemoryFileSystem::~MemoryFileSystem() = default;
+
+/// Drive, backslash and names: without empty parts, "." and "..", and without a last backslash.
+/// A path without a drive counts from the root of drive C.
+Text MemoryFileSystem::FullPath(TextView path) {
+  Text slashed(path);
+  std::replace(slashed.begin(), slashed.end(), u'/', u'\\');
+  TextView rest = slashed;
+  Text full = u"C:";
+  if (rest.size() >= 2 && rest[1] == u':') {
+    full = rest.substr(0, 2);
+    rest.remove_prefix(2);
+  } else if (rest.starts_with(u"\\\\")) {
+    full = u"\\";
+    rest.remove_prefix(1);
+  }
+  const std::size_t root = full.size();
+  while (!rest.empty()) {
+    const std::size_t slash = rest.find(u'\\');
+    const TextView part = rest.substr(0, slash);
+    rest = slash == TextView::npos ? TextView() : rest.substr(slash + 1);
+    if (part.empty() || part == u".") continue;
+    if (part == u"..") {
+      full.resize(std::max(root, std::min(full.size(), full.rfind(u'\\'))));
+      continue;
+    }
+    full += u'\\';
+    full += part;
+  }
+  return full;
+}
+
+Text MemoryFileSystem::Key(TextView fullPath) { return FoldCase(fullPath); }
+
+MemoryFileSystem::NodePointer MemoryFileSystem::Look(TextView path) const {
+  if (path.empty() || path.find(u'\0') != TextView::npos) return nullptr;
+  const auto found = nodes_.find(Key(FullPath(path)));
+  return found == nodes_.end() ? nullptr : found->second;
+}
+
+MemoryFileSystem::NodePointer MemoryFileSystem::Meet(TextView path) const {
+  NodePointer node = Look(path);
+  const auto gone = std::find(vanished_.begin(), vanished_.end(), node);
+  if (node && gone != vanished_.end()) {
+    vanished_.erase(gone);
+    const_cast<MemoryFileSystem*>(this)->Erase(path);
+  }
+  return node;
+}
+
+Status MemoryFileSystem::Absence(TextView path) const {
+  if (path.empty() || path.find(u'\0') != TextView::npos) return kPathNotFound;
+  const NodePointer parent = Look(ParentOf(FullPath(path)));
+  return parent && parent->folder() ? kFileNotFound : kPathNotFound;
+}
+
+std::optional<Status> MemoryFileSystem::Begin(FileAction action, TextView path) const {
+  touched_.push_back({action, Text(path)});
+  for (auto it = failures_.begin(); it != failures_.end(); ++it) {
+    if (it->action != action) continue;
+    if (it->skip-- > 0) return std::nullopt;
+    const Status status = it->status;
+    failures_.erase(it);
+    return status;
+  }
+  return std::nullopt;
+}
+
+bool MemoryFileSystem::NormalFileExists(TextView path) const {
+  if (Begin(FileAction::kTest, path) || HasWildcard(path) || path.ends_with(u'\\')) return false;
+  const NodePointer node = Meet(path);
+  return node && !(node->attributes & (kDirectory | kHidden | kSystem));
+}
+
+bool MemoryFileSystem::FileExists(TextView path) const {
+  if (Begin(FileAction::kTest, path) || path.ends_with(u'\\')) return false;
+  const NodePointer node = Meet(path);
+  return node && !node->folder();
+}
+
+bool MemoryFileSystem::FolderExists(TextView path) const {
+  if (Begin(FileAction::kTest, path)) return false;
+  const NodePointer node = Meet(path);
+  return node && node->folder();
+}
+
+Status MemoryFileSystem::ReadAll(TextView path, Bytes& out) const {
+  if (const auto failure = Begin(FileAction::kRead, path)) return *failure;
+  const NodePointer node = Meet(path);
+  if (!node) return Absence(path);
+  if (node->folder()) return kAccessDenied;
+  out = node->bytes;
+  return kOk;
+}
+
+std::unique_ptr<OutputFile> MemoryFileSystem::Create(TextView path, Status& status) {
+  if (const auto failure = Begin(FileAction::kCreate, path)) {
+    status = *failure;
+    return nullptr;
+  }
+  NodePointer node = Meet(path);
+  if (node && (node->attributes & (kDirectory | kReadOnly | kHidden | kSystem))) {
+    status = kAccessDenied;
+    return nullptr;
+  }
+  if (node && node->writers > 0) {
+    status = kSharingViolation;
+    return nullptr;
+  }
+  if (!node) {
+    const Text full = FullPath(path);
+    const NodePointer parent = Look(ParentOf(full));
+    if (!parent || !parent->folder() || HasWildcard(path) || path.find(u'\0') != TextView::npos) {
+      status = parent && HasWildcard(path) ? static_cast<Status>(123) : kPathNotFound;
+      return nullptr;
+    }
+    node = std::make_shared<Node>(Node{full, {}, kArchive});
+    nodes_[Key(full)] = node;
+  }
+  node->bytes.clear();
+  status = kOk;
+  return std::make_unique<Writer>(*this, node);
+}
+
+Status MemoryFileSystem::Remove(TextView path, bool force) {
+  if (const auto failure = Begin(FileAction::kRemove, path)) return *failure;
+  const NodePointer node = Meet(path);
+  if (!node) return Absence(path);
+  if (node->folder() || ((node->attributes & kReadOnly) && !force)) return kAccessDenied;
+  if (node->writers > 0) return kSharingViolation;
+  nodes_.erase(Key(node->path));
+  return kOk;
+}
+
+Status MemoryFileSystem::Copy(TextView from, TextView to) {
+  if (const auto failure = Begin(FileAction::kCopy, from)) return *failure;
+  const NodePointer source = Meet(from);
+  if (!source) return Absence(from);
+  const NodePointer target = Look(to);
+  if (source->folder() || (target && (target->attributes & (kDirectory | kReadOnly)))) {
+    return kAccessDenied;
+  }
+  const NodePointer parent = Look(ParentOf(FullPath(to)));
+  if (!parent || !parent->folder()) return kPathNotFound;
+  Put(to, source->bytes, source->attributes);
+  return kOk;
+}
+
+Status MemoryFileSystem::MakeFolder(TextView path) {
+  if (const auto failure = Begin(FileAction::kMakeFolder, path)) return *failure;
+  if (Look(path)) return static_cast<Status>(183);  // ERROR_ALREADY_EXISTS
+  const NodePointer parent = Look(ParentOf(FullPath(path)));
+  if (!parent || !parent->folder()) return kPathNotFound;
+  PutFolder(path);
+  return kOk;
+}
+
+Status MemoryFileSystem::Attributes(TextView path, std::uint32_t& out) const {
+  if (const auto failure = Begin(FileAction::kAttributes, path)) return *failure;
+  const NodePointer node = Meet(path);
+  if (!node) return Absence(path);
+  out = node->attributes;
+  return kOk;
+}
+
+Status MemoryFileSystem::SetAttributes(TextView path, std::uint32_t attributes) {
+  if (const auto failure = Begin(FileAction::kSetAttributes, path)) return *failure;
+  const NodePointer node = Meet(path);
+  if (!node) return Absence(path);
+  node->attributes =
+      (attributes & ~std::uint32_t{kDirectory}) | (node->attributes & kDirectory);
+  return kOk;
+}
+
+std::unique_ptr<FileSearch> MemoryFileSystem::Find(TextView pattern) const {
+  if (Begin(FileAction::kFind, pattern) || pattern.empty() || pattern.ends_with(u'\\') ||
+      pattern.find(u'\0') != TextView::npos) {
+    return nullptr;
+  }
+  const std::size_t slash = pattern.find_last_of(u"\\/");
+  const Text folder = FullPath(slash == TextView::npos ? TextView() : pattern.substr(0, slash + 1));
+  const NodePointer node = Look(folder);
+  if (!node || !node->folder()) return nullptr;
+  const Text wanted = FoldCase(slash == TextView::npos ? pattern : pattern.substr(slash + 1));
+  std::vector<FoundEntry> entries;
+  if (HasWildcard(wanted) && folder.size() > 2) {
+    for (const TextView dots : {u".", u".."}) {
+      if (Matches(dots, wanted)) entries.push_back({kDirectory, Text(dots)});
+    }
+  }
+  const Text prefix = Key(folder) + u'\\';
+  for (auto it = nodes_.lower_bound(prefix); it != nodes_.end(); ++it) {
+    if (!it->first.starts_with(prefix)) break;
+    const TextView name = TextView(it->first).substr(prefix.size());
+    if (name.find(u'\\') != TextView::npos || !Matches(name, wanted)) continue;
+    entries.push_back({it->second->attributes, it->second->name()});
+  }
+  if (entries.empty()) return nullptr;
+  // What an exact path meets is met once: a file that is to vanish is gone behind its listing.
+  if (!HasWildcard(wanted)) Meet(pattern);
+  return std::make_unique<Listing>(std::move(entries));
+}
+
+Text MemoryFileSystem::TempName() {
+  Text digits;
+  for (int n = nextTempName_++; n > 0; n /= 10) {
+    digits.insert(digits.begin(), static_cast<char16_t>(u'0' + n % 10));
+  }
+  return u"rad" + digits + u".tmp";
+}
+
+void MemoryFileSystem::Put(TextView path, Bytes bytes, std::uint32_t attributes) {
+  const Text full = FullPath(path);
+  PutFolder(ParentOf(full));
+  NodePointer& node = nodes_[Key(full)];
+  if (!node) node = std::make_shared<Node>(Node{full, {}, 0});
+  node->bytes = std::move(bytes);
+  node->attributes = attributes;
+}
+
+void MemoryFileSystem::Put(TextView path, std::string_view bytes, std::uint32_t attributes) {
+  Put(path, Bytes(bytes.begin(), bytes.end()), attributes);
+}
+
+void MemoryFileSystem::PutFolder(TextView path, std::uint32_t attributes) {
+  const Text full = FullPath(path);
+  if (const TextView parent = ParentOf(full); !parent.empty()) {
+    if (!Look(parent)) PutFolder(parent);
+  }
+  NodePointer& node = nodes_[Key(full)];
+  if (!node) node = std::make_shared<Node>(Node{full, {}, kDirectory});
+  if (attributes) node->attributes = attributes | kDirectory;
+}
+
+void MemoryFileSystem::Erase(TextView path) {
+  const Text key = Key(FullPath(path));
+  nodes_.erase(key);
+  for (auto it = nodes_.lower_bound(key + u'\\');
+       it != nodes_.end() && it->first.starts_with(key + u'\\');) {
+    it = nodes_.erase(it);
+  }
+}
+
+void MemoryFileSystem::Vanish(TextView path) {
+  if (NodePointer node = Look(path)) vanished_.push_back(std::move(node));
+}
+
+void MemoryFileSystem::FailNext(FileAction action, Status status, int skip) {
+  failures_.push_back({action, status, skip});
+}
+
+std::optional<Bytes> MemoryFileSystem::Content(TextView path) const {
+  const NodePointer node = Look(path);
+  if (!node || node->folder()) return std::nullopt;
+  return node->bytes;
+}
+
+int MemoryFileSystem::OpenFiles() const {
+  int open = 0;
+  for (const auto& [key, node] : nodes_) open += node->writers;
+  return open;
+}
+
+std::vector<Text> MemoryFileSystem::Files() const {
+  std::vector<Text> files;
+  for (const auto& [key, node] : nodes_) {
+    if (!node->folder()) files.push_back(node->path);
+  }
+  return files;
+}
+
+void MemoryFileSystem::SetTempPath(TextView folder) {
+  PutFolder(folder);
+  tempPath_ = folder;
+  if (!tempPath_.ends_with(u'\\')) tempPath_ += u'\\';
+}
+
+}  // namespace marl

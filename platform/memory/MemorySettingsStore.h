@@ -1,0 +1,56 @@
+#pragma once
+
+#include <map>
+#include <tuple>
+#include <vector>
+
+#include "platform/FoldCase.h"
+#include "platform/SettingsStore.h"
+
+namespace marl {
+
+/// Settings in memory. Every write is remembered, so that a test sees what a start touched.
+class MemorySettingsStore : public SettingsStore {
+ public:
+  struct Write {
+    Text application;
+    Text section;
+    Text key;
+    Text value;
+    bool operator==(const Write&) const = default;
+  };
+
+  std::vector<Write> writes;
+  Status failure = kOk;  ///< what every write ends with while it is not kOk
+
+  Text GetSetting(TextView application, TextView section, TextView key,
+                  TextView default_) const override {
+    const auto found = values_.find(Name(application, section, key));
+    return found == values_.end() ? Text(default_) : found->second;
+  }
+  Status SaveSetting(TextView application, TextView section, TextView key,
+                     TextView value) override {
+    if (application.empty() || section.empty() || key.empty()) return kInvalidParameter;
+    if (failure != kOk) return failure;
+    writes.push_back({Text(application), Text(section), Text(key), Text(value)});
+    values_[Name(application, section, key)] = value.substr(0, value.find(u'\0'));
+    return kOk;
+  }
+
+  /// Puts a value there that was not written by the program.
+  void Put(TextView application, TextView section, TextView key, TextView value) {
+    values_[Name(application, section, key)] = value;
+  }
+  bool Has(TextView application, TextView section, TextView key) const {
+    return values_.contains(Name(application, section, key));
+  }
+
+ private:
+  using Address = std::tuple<Text, Text, Text>;
+  static Address Name(TextView application, TextView section, TextView key) {
+    return {FoldCase(application), FoldCase(section), FoldCase(key)};
+  }
+  std::map<Address, Text> values_;
+};
+
+}  // namespace marl
