@@ -1,5 +1,8 @@
 #include "shell/frmMain.h"
 
+#include "platform/FoldCase.h"
+#include "support/Numbers.h"
+
 namespace marl {
 
 namespace {
@@ -15,10 +18,6 @@ constexpr Box kPicture{540, 120, 720, 720};
 constexpr Box InCell(int index, const Box& part) {
   return {index % kColumns * kCell.width + part.left, index / kColumns * kCell.height + part.top,
           part.width, part.height};
-}
-
-char16_t UpperCase(char16_t c) {
-  return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - u'a' + u'A') : c;
 }
 
 }  // namespace
@@ -73,13 +72,18 @@ void frmMain::OnResize() {
   ClientHeight = inner().height;
 }
 
+void frmMain::Centre() {
+  const Size screen = desktop().ScreenSize();
+  Move(CLng((screen.width - Width()) / 2.0), CLng((screen.height - Height()) / 2.0));
+}
+
 void frmMain::OnClick() {
   if (HoverButton >= 0) Press(HoverButton);
 }
 
 void frmMain::OnKeyPress(char16_t character) {
-  const char16_t key = UpperCase(character);
-  if (key == u'C') CentreForm(*this);
+  const char16_t key = FoldCase(character);
+  if (key == u'C') Centre();
   if (HiddenKeys.Take(key)) HiddenKeys.Reset();
 }
 

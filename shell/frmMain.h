@@ -88,6 +88,7 @@ class frmMain : public Form {
   void RemoveTemporaryFiles();
   void SetCaptions();
   void PrepareButtons();
+  void Centre();
   void RestorePosition();
   void RestoreFlags();
   void ProbeBrowser();
@@ -98,7 +99,6 @@ class frmMain : public Form {
   void Save(TextView key, TextView value);
   void RunTool(TextView program, TextView arguments = {});
   void RunQaCheck(int kind);
-  Text WardenArguments() const;
   Text ProgramFolder() const;
   Text ProgramName() const;
 

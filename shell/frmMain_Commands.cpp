@@ -22,9 +22,6 @@ void frmMain::Press(int index) {
     case kExit:
       Unload();
       break;
-    case kAdministrator:
-      RunTool(kSwitchboard[slot].program, WardenArguments());
-      break;
     default:
       if (!kSwitchboard[slot].program.empty()) RunTool(kSwitchboard[slot].program);
       break;

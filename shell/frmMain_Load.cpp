@@ -1,3 +1,4 @@
+#include "platform/FoldCase.h"
 #include "shell/frmMain.h"
 #include "support/Numbers.h"
 
@@ -62,7 +63,7 @@ void frmMain::AskFirstRunQuestions() {
 }
 
 void frmMain::RedirectToWizard() {
-  if (UpperCase(platform_.process.CommandLine()) == u"NW") return;
+  if (FoldCase(platform_.process.CommandLine()) == u"NW") return;
   if (Setting(u"Wizard", u"N") != u"Y") return;
   if (launcher_.RunProgram(ProgramFolder(), u"Q17Shell.exe", u"1", kShowNormal, true)) {
     throw ProcessEnd{};
@@ -108,10 +109,10 @@ void frmMain::RestorePosition() {
   const bool outside = left < 0 || top < 0 || std::int64_t{left} + Width() > screen.width ||
                        std::int64_t{top} + Height() > screen.height;
   if (outside) {
-    left = CLng((screen.width - Width()) / 2.0);
-    top = CLng((screen.height - Height()) / 2.0);
+    Centre();
+  } else {
+    Move(left, top);
   }
-  Move(left, top);
 }
 
 void frmMain::RestoreFlags() {
