@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/Text.h"
+#include "platform/forms/Controls.h"
+#include "platform/forms/Font.h"
+#include "support/Numbers.h"
+
+namespace marl {
+
+/// Sets the font from a font spec, the text "name|size|styles": the size is a decimal as the user
+/// writes it, in points; the styles are letters of "biu", in any order and case. Parts that the
+/// spec lacks leave the font as it is, an empty third part clears the styles. A part that cannot be
+/// used (no number, a size outside 0 to 2048 points) is skipped; nothing is reported.
+void ApplyFontSpec(Font& font, TextView spec, const NumberFormat& format = {});
+/// The same on a control.
+void ApplyFontSpec(Control& control, TextView spec, const NumberFormat& format = {});
+
+/// The font as a font spec; all three parts are present.
+Text GetFontSpec(const Font& font, const NumberFormat& format = {});
+Text GetFontSpec(const Control& control, const NumberFormat& format = {});
+
+/// Copies name, size, bold, italic and underline, and then the text colour.
+void CopyFontAndColour(const Label& source, Label& destination);
+
+}  // namespace marl
