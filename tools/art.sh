@@ -1,0 +1,158 @@
+#!/usr/bin/env bash
+# Draws all pictures of the program anew: `./marl art`, or tools/art.sh itself.
+#
+# Each button is a glyph (resources/art/glyphs), each look of the buttons a style
+# (resources/art/styles), both SVG on one grid of 48 by 48 units; a style says where the glyph goes
+# by @GLYPH@, and may ask for the tints of the button (resources/art/tints.txt). The pictures are
+# checked in, so that only who changes the art needs librsvg2-bin and imagemagick.
+set -euo pipefail
+ART_ROOT=$(cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.." && pwd)
+ART=$ART_ROOT/resources/art
+ICONS=$ART_ROOT/resources/icons
+DOCS=$ART_ROOT/docs
+ART_SETS=(0 1 2 3)
+ART_SIZES=(48 72 96)
+ART_JOBS=${MARL_JOBS:-$(nproc)}
+
+# Packs well, stays 32 bits a pixel, and comes out the same on every run.
+PNG_OUT=(-strip -define png:compression-level=9 -define png:compression-filter=5
+         -define png:compression-strategy=1 -define "png:exclude-chunks=date,time,gAMA,cHRM,bKGD")
+
+# art_compose GLYPH STYLE: prints the picture of one button in one style.
+art_compose() {
+  local name
+  name=$(basename "$1" .svg)
+  awk -v name="$name" '
+    FILENAME == ARGV[1] { if ($1 == name) { light = $2; deep = $3; pale = $4 } next }
+    FILENAME == ARGV[2] { if ($0 !~ /^<\/?svg/) body = body $0 "\n"; next }
+    /@GLYPH@/ { printf "%s", body; next }
+    { gsub("@LIGHT@", light); gsub("@DEEP@", deep); gsub("@PALE@", pale); print }
+  ' "$ART/tints.txt" "$1" "$2"
+}
+
+# art_render SIZE SVG PNG
+art_render() {
+  rsvg-convert --width "$1" --height "$1" "$2" --output "$3"
+}
+
+# art_row STYLE SIZE PNG: the eighteen buttons in one style, side by side.
+art_row() {
+  local style=$1 size=$2 glyph base pictures=()
+  for glyph in "$ART"/glyphs/*.svg; do
+    base=${glyph##*/}
+    base=$ART_WORK/$(basename "$style" .svg)-${base%%-*}
+    [[ -f $base.svg ]] || art_compose "$glyph" "$style" >"$base.svg"
+    art_render "$size" "$base.svg" "$base-$size.png"
+    pictures+=("$base-$size.png")
+  done
+  convert "${pictures[@]}" +append "${PNG_OUT[@]}" "PNG32:$3"
+}
+
+# art_strip SET SIZE: dull above bright, eighteen columns.
+art_strip() {
+  local row rows=()
+  for row in dull bright; do
+    art_row "$ART/styles/set$1-$row.svg" "$2" "$ART_WORK/set$1-$row-$2.png"
+    rows+=("$ART_WORK/set$1-$row-$2.png")
+  done
+  convert "${rows[@]}" -append "${PNG_OUT[@]}" "PNG32:$ICONS/set$1_$2.png"
+}
+
+# art_sheet SET: how a set looks on the panel, dull and bright, on the default gradient.
+art_sheet() {
+  convert "$ICONS/set$1_48.png" -crop 48x48 +repage "$ART_WORK/sheet$1-%02d.png"
+  montage "$ART_WORK/sheet$1-"{00..35}.png -tile 9x4 -geometry +14+11 -background none \
+    "$ART_WORK/sheet$1.png"
+  local width height
+  read -r width height < <(identify -format '%w %h\n' "$ART_WORK/sheet$1.png")
+  convert -size "${width}x$height" gradient:'#b6cbc5-#004d39' "$ART_WORK/sheet$1.png" -composite \
+    "${PNG_OUT[@]}" "PNG24:$DOCS/icons-set$1.png"
+}
+
+# art_number BYTES VALUE: prints a number, low byte first.
+art_number() {
+  local i value=$2 text=
+  for ((i = 0; i < $1; ++i)); do
+    text+=$(printf '\\x%02x' $((value & 255)))
+    value=$((value >> 8))
+  done
+  printf "$text"
+}
+
+# The application icon; and, for the program file, four of its pictures as bare resources with
+# their directory, since their numbers there are fixed (resource compilers number an icon's
+# pictures as they like).
+art_application_icon() {
+  local size pictures=() source
+  for size in 16 20 24 32 40 48 64 256; do
+    source=$ART/application.svg
+    [[ ! -f $ART/application-$size.svg ]] || source=$ART/application-$size.svg
+    art_render "$size" "$source" "$ART_WORK/application-$size.png"
+    pictures+=("$ART_WORK/application-$size.png")
+  done
+  convert "${pictures[@]}" "$ICONS/Marl.ico"
+
+  local entry width bytes offset number=30001 index=0 group=$ICONS/program-group.bin
+  { art_number 2 0; art_number 2 1; art_number 2 4; } >"$group"
+  while ((index < 8)); do
+    entry=$((6 + 16 * index))
+    index=$((index + 1))
+    read -r width bytes offset < <(
+      od -An -v -tu1 -w16 -j "$entry" -N 16 "$ICONS/Marl.ico" |
+        awk '{ print $1, $9 + 256 * ($10 + 256 * $11), $13 + 256 * ($14 + 256 * $15) }')
+    case $width in 16 | 32 | 48 | 0) ;; *) continue ;; esac
+    tail -c +$((offset + 1)) "$ICONS/Marl.ico" | head -c "$bytes" >"$ICONS/program-$number.bin" ||
+      true
+    {
+      art_number 1 "$width"; art_number 1 "$width"; art_number 2 0; art_number 2 1
+      art_number 2 32; art_number 4 "$bytes"; art_number 2 "$number"
+    } >>"$group"
+    number=$((number + 1))
+  done
+}
+
+# art_picture NAME SIZE LEFT TOP GLYPH...: a picture of its own, and a row of bright buttons of that
+# size at that place; at 96 dpi and, one and a half times as large, at 144.
+art_picture() {
+  local name=$1 size=$2 left=$3 top=$4 zoom suffix number row strip=$ART_WORK/set0-bright
+  shift 4
+  for zoom in 2 3; do
+    suffix=
+    ((zoom == 2)) || suffix=_144
+    row=()
+    for number in "$@"; do
+      art_render $((size * zoom / 2)) "$strip-$number".svg "$ART_WORK/row-$number.png"
+      row+=("$ART_WORK/row-$number.png")
+    done
+    montage "${row[@]}" -tile x1 -geometry "+$((size * zoom / 16))+0" -background none \
+      "$ART_WORK/row.png"
+    rsvg-convert --zoom $((zoom / 2)).$((zoom % 2 * 5)) "$ART/$name.svg" \
+      --output "$ART_WORK/$name.png"
+    convert "$ART_WORK/$name.png" "$ART_WORK/row.png" \
+      -geometry "+$((left * zoom / 2))+$((top * zoom / 2))" -composite \
+      "${PNG_OUT[@]}" "PNG24:$ICONS/$name$suffix.png"
+  done
+}
+
+art_main() {
+  ART_WORK=$(mktemp -d)
+  trap 'rm -rf "$ART_WORK"' EXIT
+  mkdir -p "$ICONS" "$DOCS"
+  local set size jobs=()
+  for set in "${ART_SETS[@]}"; do
+    for size in "${ART_SIZES[@]}"; do art_strip "$set" "$size"; done &
+    jobs+=($!)
+    if ((${#jobs[@]} >= ART_JOBS)); then
+      wait "${jobs[0]}"
+      jobs=("${jobs[@]:1}")
+    fi
+  done
+  for set in "${jobs[@]}"; do wait "$set"; done
+  for size in 16 24; do art_row "$ART/styles/menu-$size.svg" "$size" "$ICONS/menu_$size.png"; done
+  for set in "${ART_SETS[@]}"; do art_sheet "$set"; done
+  art_application_icon
+  art_picture splash 32 60 240 00 01 02 03 05 09 10 12 14
+  art_picture about 32 216 32 00 02 05 10
+}
+
+art_main
