@@ -7,6 +7,7 @@ namespace marl {
 /// Strings of the switchboard's own, beside those that are shared with the suite.
 enum OwnString : int {
   kComponentMissingString = 30001,
+  kNoSystemInfoString = 30002,
 };
 
 /// The user interface's texts by id.

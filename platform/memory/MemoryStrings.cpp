@@ -16,12 +16,22 @@ constexpr Entry kEnglish[] = {
 #include "resources/strings/en.inc"
 };
 
+constexpr Entry kGerman[] = {
+#include "resources/strings/de.inc"
+};
+
+template <std::size_t size>
+std::map<int, Text> TextsOf(const Entry (&entries)[size]) {
+  std::map<int, Text> texts;
+  for (const Entry& entry : entries) texts.emplace(entry.id, entry.text);
+  return texts;
+}
+
 }  // namespace
 
 MemoryStrings::MemoryStrings(std::string_view language) {
-  if (language == "en") {
-    for (const Entry& entry : kEnglish) texts.emplace(entry.id, entry.text);
-  }
+  if (language == "en") texts = TextsOf(kEnglish);
+  if (language == "de") texts = TextsOf(kGerman);
 }
 
 bool MemoryStrings::Load(int id, Text& out) const {

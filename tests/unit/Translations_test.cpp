@@ -1,0 +1,310 @@
+// Checks what every language's file of texts has to keep.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <map>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "platform/FoldCase.h"
+#include "platform/memory/MemoryStrings.h"
+#include "platform/RuntimeError.h"
+#include "support/StringTable.h"
+
+namespace marl {
+namespace {
+
+std::string Plain(TextView text) {
+  std::string plain;
+  for (const char16_t unit : text) plain += unit < 0x80 ? static_cast<char>(unit) : '?';
+  return plain;
+}
+
+std::vector<Text> Fields(TextView text) {
+  std::vector<Text> fields(1);
+  for (const char16_t unit : text) {
+    if (unit == u'|') {
+      fields.emplace_back();
+    } else {
+      fields.back() += unit;
+    }
+  }
+  return fields;
+}
+
+/// The access key of a text, in capitals; 0 when it has none. "&&" is a plain "&".
+char16_t AccessKey(TextView text) {
+  for (std::size_t i = 0; i + 1 < text.size(); ++i) {
+    if (text[i] != u'&') continue;
+    if (text[i + 1] != u'&') return FoldCase(text[i + 1]);
+    ++i;
+  }
+  return 0;
+}
+
+int CountAccessKeys(TextView text) {
+  int count = 0;
+  for (std::size_t i = 0; i + 1 < text.size(); ++i) {
+    if (text[i] != u'&') continue;
+    if (text[i + 1] != u'&') ++count;
+    ++i;
+  }
+  return count;
+}
+
+/// Texts that are seen together, in one level of a menu or on one form, so that no two of them may
+/// have one access key. `others` are keys that stand there whatever the language.
+struct Neighbours {
+  const char* where;
+  std::vector<int> ids;
+  TextView others = {};
+};
+
+const std::vector<Neighbours>& AllNeighbours() {
+  static const std::vector<Neighbours> all = {
+      {"menu bar", {1000, 1100, 1200, 1300, 1400, 1500, 1600}},
+      {"project menu", {1001, 1002, 1003, 1004, 1005, 1006, 1007, 1008, 1009}},
+      {"TM menu", {1101, 1102}},
+      {"translate menu", {1201, 1202, 1203, 1204, 1205}},
+      {"align menu", {1301, 1302}},
+      {"glossary menu", {1401, 1402}},
+      {"tools menu", {1508, 1509, 1506}, u"12345"},
+      {"help menu", {1601, 1602, 1603}},
+      {"change server", {1082, 1083, 1084, 1085}},
+      {"display settings",
+       {3052, 3053, 3059, 3060, 3061, 3062, 3063, 3064, 3065, 3069, 3070, 3071, 3073, 3074, 3075}},
+      {"font", {3102, 3103, 3104, 3105, 3106, 3107, 3108}},
+      {"options, switchboard",
+       {4013, 4014, 4015, 4017, 4012, 4001, 4002, 4006, 20000, 20001}},
+      {"options, general",
+       {4013, 4014, 4015, 4017, 4003, 4004, 4005, 4008, 4009, 4010, 4011, 20000, 20001}},
+      {"options, LAN", {4013, 4014, 4015, 4017, 4016, 20000, 20001}},
+      // The buttons of this page are not translated: "&Add", "&Remove", "&Clear".
+      {"options, hidden segments", {4013, 4014, 4015, 4017, 20000, 20001}, u"ARC"},
+      {"wizard mode", {5001, 5002}},
+      {"LAN settings", {5011, 5012, 5013, 5014, 5015, 5016, 5017}},
+      {"about", {3025, 3026}},
+  };
+  return all;
+}
+
+std::vector<std::string> Clashes(const MemoryStrings& strings) {
+  std::vector<std::string> clashes;
+  for (const Neighbours& group : AllNeighbours()) {
+    std::map<char16_t, std::string> taken;
+    for (const char16_t key : group.others) taken[key] = "fixed";
+    for (const int id : group.ids) {
+      const char16_t key = AccessKey(strings.texts.at(id));
+      if (key == 0) continue;
+      const auto [at, free] = taken.emplace(key, std::to_string(id));
+      if (!free) {
+        clashes.push_back(std::string(group.where) + ": " + Plain(Text(1, key)) + " of " +
+                          at->second + " and " + std::to_string(id));
+      }
+    }
+  }
+  return clashes;
+}
+
+TEST(Translations, EveryTextOfTheListStandsWordForWord) {
+  // Written down apart from the file, id by id, the way the suite hands it out.
+  const struct {
+    int id;
+    TextView text;
+  } rows[] = {
+      {501, u"OK"},
+      {1000, u"&Project"},
+      {1001, u"&Import files in to a new project..."},
+      {1006, u"E&xit"},
+      {1009, u"&Track projects"},
+      {1075, u"[no server]"},
+      {1083, u"The server &requires a secure connection (SSL)"},
+      {1100, u"T&M"},
+      {1201, u"Apply TMs in &batch mode..."},
+      {1302, u"&Open an existing alignment..."},
+      {1400, u"Term&Vault"},
+      {1402, u"Terminology &QA Check..."},
+      {1503, u"DOC to RTF"},
+      {1509, u"&Comment Report..."},
+      {1603, u"&Translating in Marl..."},
+      {2000, u"Analyse"},
+      {2017, u"Exit"},
+      {2020, u"Analyse files for leverage statistics"},
+      {2034, u"Transfer files between Marl and Quillon"},
+      {2037, u"Exit the application"},
+      {3053, u"Set g&radient colour 2"},
+      {3066, u"White/Gold Application Icons"},
+      {3075, u"Icons per row"},
+      {3106, u"&Color"},
+      {4002, u"Show all applications in &tools menu"},
+      {4008, u"&Hide \"number only\" segments"},
+      {4011, u"Hide &bullet point characters (\u2022 and \u00B7)"},
+      {4016, u"L&AN settings..."},
+      {4101, u"Don't split on these strings"},
+      {5012, u"&Override the system default settings with these settings:"},
+      {6000, u"Select language and file name"},
+      {8001,
+       u"The following applications are still running.  Exiting will prevent these applications "
+       u"from running correctly."},
+      {9027,
+       u"Would you like to launch a demonstration which shows you how to translate in Marl?"},
+      {10002,
+       u"This will remove all Marl files from the folder.  Are you sure you want to continue?"},
+      {10006, u"File not found : "},
+      {10008, u"Marl projects|*.qpj;*.qprx|All files|*.*"},
+      {10043, u"Marl skins|*.qsk|All files (*.*)|*.*"},
+      {20001, u"Cancel"},
+  };
+  const MemoryStrings english("en");
+  for (const auto& row : rows) {
+    ASSERT_TRUE(english.texts.count(row.id)) << row.id;
+    EXPECT_EQ(english.texts.at(row.id), row.text) << row.id;
+  }
+}
+
+TEST(Translations, TheListsIdsAreThereAndNoOthers) {
+  const struct {
+    int first, last;
+  } ranges[] = {
+      {501, 502},   {1000, 1009}, {1075, 1075}, {1081, 1085},   {1100, 1102},   {1200, 1205},
+      {1300, 1302}, {1400, 1402}, {1500, 1506}, {1508, 1509},   {1600, 1603},   {2000, 2017},
+      {2020, 2037}, {3003, 3005}, {3020, 3022}, {3025, 3027},   {3050, 3075},   {3100, 3108},
+      {4000, 4017}, {4100, 4102}, {5000, 5002}, {5010, 5019},   {6000, 6002},   {8000, 8003},
+      {9026, 9027}, {10000, 10010}, {10043, 10043}, {20000, 20001},
+  };
+  std::set<int> expected;
+  for (const auto& range : ranges) {
+    for (int id = range.first; id <= range.last; ++id) expected.insert(id);
+  }
+  std::set<int> shared;
+  for (const auto& [id, text] : MemoryStrings("en").texts) {
+    if (id < 30000) shared.insert(id);
+  }
+  EXPECT_EQ(shared, expected);
+}
+
+TEST(Translations, AnUnknownLanguageHasNoTexts) {
+  EXPECT_TRUE(MemoryStrings("xx").texts.empty());
+}
+
+TEST(Translations, NoIdStandsTwiceInAFile) {
+  for (const char* language : {"en", "de"}) {
+    std::ifstream file(std::string(MARL_SOURCE_DIR "/resources/strings/") + language + ".inc");
+    ASSERT_TRUE(file) << language;
+    int last = 0;
+    std::size_t lines = 0;
+    for (std::string line; std::getline(file, line); ++lines) {
+      const std::string start = "MARL_STRING(";
+      ASSERT_EQ(line.substr(0, start.size()), start) << language << ": " << line;
+      const int id = std::stoi(line.substr(start.size()));
+      EXPECT_GT(id, last) << language << ": out of order or twice";
+      EXPECT_LE(id, 0xFFFF);
+      EXPECT_EQ(line.find("\\\""), std::string::npos) << line;
+      last = id;
+    }
+    EXPECT_EQ(lines, MemoryStrings(language).texts.size()) << language;
+  }
+}
+
+class Translation : public testing::TestWithParam<const char*> {
+ protected:
+  const MemoryStrings english{"en"};
+  const MemoryStrings strings{GetParam()};
+};
+
+TEST_P(Translation, HasTheSameIds) {
+  std::set<int> ours, theirs;
+  for (const auto& [id, text] : english.texts) ours.insert(id);
+  for (const auto& [id, text] : strings.texts) theirs.insert(id);
+  EXPECT_EQ(theirs, ours);
+}
+
+TEST_P(Translation, HasNoEmptyTextAndNoneThatTheResourceCannotHold) {
+  for (const auto& [id, text] : strings.texts) {
+    EXPECT_FALSE(text.empty()) << id;
+    EXPECT_LE(text.size(), 4097u) << id;
+    EXPECT_EQ(text.find(u'\0'), Text::npos) << id;
+  }
+}
+
+TEST_P(Translation, HasAnAccessKeyWhereTheOriginalHasOne) {
+  for (const auto& [id, text] : strings.texts) {
+    EXPECT_LE(CountAccessKeys(text), 1) << id;
+    EXPECT_EQ(AccessKey(text) != 0, AccessKey(english.texts.at(id)) != 0) << id;
+  }
+}
+
+TEST_P(Translation, HasNoNumberWhereFormsLookForOne) {
+  for (const auto& [id, text] : strings.texts) {
+    const bool number = std::all_of(text.begin(), text.end(),
+                                    [](char16_t unit) { return unit >= u'0' && unit <= u'9'; });
+    EXPECT_FALSE(number) << id;
+  }
+}
+
+TEST_P(Translation, KeepsTheDotsOfWhatOpensADialog) {
+  for (const auto& [id, text] : strings.texts) {
+    EXPECT_EQ(text.ends_with(u"..."), english.texts.at(id).ends_with(u"...")) << id;
+  }
+}
+
+TEST_P(Translation, KeepsTheBlankBeforeWhatFollows) {
+  for (const auto& [id, text] : strings.texts) {
+    EXPECT_EQ(text.ends_with(u' '), english.texts.at(id).ends_with(u' ')) << id;
+  }
+}
+
+TEST_P(Translation, KeepsThePatternsOfFilters) {
+  for (const auto& [id, text] : english.texts) {
+    const std::vector<Text> expected = Fields(text);
+    const std::vector<Text> fields = Fields(strings.texts.at(id));
+    ASSERT_EQ(fields.size(), expected.size()) << id;
+    for (std::size_t i = 1; i < fields.size(); i += 2) EXPECT_EQ(fields[i], expected[i]) << id;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, Translation, testing::Values("en", "de"),
+                         [](const auto& row) { return std::string(row.param); });
+
+TEST(Translations, GermanAccessKeysDoNotClash) {
+  EXPECT_EQ(Clashes(MemoryStrings("de")), std::vector<std::string>{});
+}
+
+TEST(Translations, EnglishAccessKeysClashOnlyWhereTheSharedTextsDo) {
+  // Windows moves from one to the other and waits for Enter; the words are the suite's.
+  const std::vector<std::string> shared = {
+      "display settings: S of 3052 and 3071",
+      "display settings: U of 3069 and 3073",
+      "options, general: H of 4017 and 4008",
+  };
+  EXPECT_EQ(Clashes(MemoryStrings("en")), shared);
+}
+
+TEST(Translations, AClashIsSeen) {
+  MemoryStrings strings("de");
+  strings.texts[1102] = u"Auch &importieren";
+  EXPECT_EQ(Clashes(strings), std::vector<std::string>{"TM menu: I of 1101 and 1102"});
+}
+
+TEST(Translations, TheTableFailsForAnIdThatItDoesNotHave) {
+  const MemoryStrings resource("de");
+  const StringTable table(resource);
+  EXPECT_EQ(table.Get(20001), u"Abbrechen");
+  Text text = u"before";
+  EXPECT_FALSE(table.Find(1, text));
+  EXPECT_EQ(text, u"before");
+  try {
+    table.Get(1);
+    ADD_FAILURE() << "no failure";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.number(), 326);
+    EXPECT_EQ(error.text(), u"Resource with identifier '1' not found");
+  }
+}
+
+}  // namespace
+}  // namespace marl
