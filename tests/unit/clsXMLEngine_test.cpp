@@ -1,0 +1,324 @@
+#include "documents/clsXMLEngine.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string_view>
+#include <vector>
+
+#include "platform/RuntimeError.h"
+#include "platform/memory/MemoryFileSystem.h"
+#include "tests/unit/XMLReference.h"
+
+namespace marl {
+namespace {
+
+using reference::Documents;
+using reference::Token;
+using TokenList = std::vector<Token>;
+
+constexpr TextView kPath = u"C:\\Docs\\a.xml";
+
+class XmlTokens : public testing::Test {
+ protected:
+  /// Tokens left, without the end; the end must stay the end.
+  TokenList Rest() {
+    TokenList tokens;
+    Token token{};
+    while ((token.kind = engine.GetToken(token.text)) != xtEndOfDocument) tokens.push_back(token);
+    EXPECT_EQ(token.text, u"");
+    token.text = u"old";
+    EXPECT_EQ(engine.GetToken(token.text), xtEndOfDocument);
+    EXPECT_EQ(token.text, u"");
+    return tokens;
+  }
+
+  TokenList ScanFile(Bytes bytes) {
+    files.Put(kPath, std::move(bytes));
+    EXPECT_TRUE(engine.OpenDocument(kPath));
+    return Rest();
+  }
+
+  TokenList Scan(TextView text) { return ScanFile(reference::Encode(text)); }
+
+  MemoryFileSystem files;
+  clsXMLEngine engine{files};
+};
+
+TEST_F(XmlTokens, NothingIsLeftAfterConstruction) { EXPECT_EQ(Rest(), TokenList()); }
+
+TEST_F(XmlTokens, EmptyFileOpensAndEndsAtOnce) { EXPECT_EQ(ScanFile({}), TokenList()); }
+
+TEST_F(XmlTokens, FileOfNothingButAByteOrderMarkEndsAtOnce) {
+  EXPECT_EQ(ScanFile({0xEF, 0xBB, 0xBF}), TokenList());
+}
+
+TEST_F(XmlTokens, OneByteOrderMarkIsDroppedAndTheNextIsText) {
+  EXPECT_EQ(Scan(u"\xFEFF<a>"), TokenList({{xtOpenTag, u"<a>"}}));
+  EXPECT_EQ(Scan(u"\xFEFF\xFEFFx"), TokenList({{xtText, u"\xFEFFx"}}));
+  EXPECT_EQ(Scan(u"x\xFEFF"), TokenList({{xtText, u"x\xFEFF"}}));
+}
+
+TEST_F(XmlTokens, MissingFileLeavesTheDocumentOpenedBefore) {
+  files.Put(kPath, "<a><b>");
+  ASSERT_TRUE(engine.OpenDocument(kPath));
+  Text token;
+  engine.GetToken(token);
+  EXPECT_FALSE(engine.OpenDocument(u"C:\\Docs\\none.xml"));
+  EXPECT_EQ(Rest(), TokenList({{xtOpenTag, u"<b>"}}));
+}
+
+TEST_F(XmlTokens, FoldersHiddenAndSystemFilesCountAsMissing) {
+  files.PutFolder(u"C:\\Docs\\folder");
+  files.Put(u"C:\\Docs\\hidden", "<a>", kHidden);
+  files.Put(u"C:\\Docs\\system", "<a>", kSystem);
+  files.Put(u"C:\\Docs\\readonly", "<a>", kReadOnly);
+  EXPECT_FALSE(engine.OpenDocument(u"C:\\Docs\\folder"));
+  EXPECT_FALSE(engine.OpenDocument(u"C:\\Docs\\hidden"));
+  EXPECT_FALSE(engine.OpenDocument(u"C:\\Docs\\system"));
+  EXPECT_FALSE(engine.OpenDocument(u""));
+  EXPECT_EQ(Rest(), TokenList());
+  EXPECT_TRUE(engine.OpenDocument(u"C:\\Docs\\readonly"));
+}
+
+TEST_F(XmlTokens, UnreadableFileLeavesTheDocumentOpenedBefore) {
+  files.Put(kPath, "<a>");
+  files.Put(u"C:\\Docs\\b.xml", "<b>");
+  ASSERT_TRUE(engine.OpenDocument(kPath));
+  files.FailNext(FileAction::kRead, kSharingViolation);
+  EXPECT_FALSE(engine.OpenDocument(u"C:\\Docs\\b.xml"));
+  EXPECT_EQ(Rest(), TokenList({{xtOpenTag, u"<a>"}}));
+}
+
+TEST_F(XmlTokens, FileThatVanishesAfterTheTestIsAPlainFailure) {
+  files.Put(kPath, "<a>");
+  files.Vanish(kPath);
+  EXPECT_FALSE(engine.OpenDocument(kPath));
+  EXPECT_EQ(Rest(), TokenList());
+}
+
+TEST_F(XmlTokens, FileIsReadWholeInOneOperation) {
+  files.Put(kPath, "<a>");
+  files.ForgetTouched();
+  ASSERT_TRUE(engine.OpenDocument(kPath));
+  Rest();
+  using Touch = MemoryFileSystem::Touch;
+  EXPECT_EQ(files.Touched(), std::vector<Touch>({Touch{FileAction::kTest, Text(kPath)},
+                                                 Touch{FileAction::kRead, Text(kPath)}}));
+}
+
+TEST_F(XmlTokens, SuccessfulOpenReplacesTheRemainder) {
+  files.Put(kPath, "<a><b>");
+  ASSERT_TRUE(engine.OpenDocument(kPath));
+  Text token;
+  engine.GetToken(token);
+  EXPECT_EQ(Scan(u"<c>"), TokenList({{xtOpenTag, u"<c>"}}));
+  EXPECT_EQ(ScanFile({}), TokenList());
+}
+
+TEST_F(XmlTokens, DocumentsAndTheirTokens) {
+  const struct {
+    const char* what;
+    TextView document;
+    TokenList tokens;
+  } rows[] = {
+      {"element", u"<a>x</a>", {{xtOpenTag, u"<a>"}, {xtText, u"x"}, {xtCloseTag, u"</a>"}}},
+      {"lone angle", u"<", {{xtOpenTag, u"<"}}},
+      {"lone closing angle is text", u">", {{xtText, u">"}}},
+      {"empty tag", u"<a/>", {{xtEmptyTag, u"<a/>"}}},
+      {"empty close tag", u"</a/>", {{xtCloseTag, u"</a/>"}}},
+      {"nothing within", u"<>", {{xtOpenTag, u"<>"}}},
+      {"only a slash", u"</>", {{xtCloseTag, u"</>"}}},
+      {"angle within an attribute ends the tag",
+       u"<a b=\"1 > 2\">",
+       {{xtOpenTag, u"<a b=\"1 >"}, {xtText, u" 2\">"}}},
+      {"slash before an angle within an attribute",
+       u"<a b=\"/>\">",
+       {{xtEmptyTag, u"<a b=\"/>"}, {xtText, u"\">"}}},
+      {"prolog", u"<?xml a=\"b\"?>", {{xtInstruction, u"<?xml a=\"b\"?>"}}},
+      {"instruction over angles", u"<?a > <b> ?>", {{xtInstruction, u"<?a > <b> ?>"}}},
+      {"shortest instruction", u"<?>", {{xtInstruction, u"<?>"}}},
+      {"declaration", u"<!ELEMENT x>", {{xtDeclaration, u"<!ELEMENT x>"}}},
+      {"empty declaration", u"<!>", {{xtDeclaration, u"<!>"}}},
+      {"doctype", u"<!DOCTYPE x [ y ]>", {{xtDocType, u"<!DOCTYPE x [ y ]>"}}},
+      {"doctype in small letters", u"<!doctype x [ y ]>", {{xtDocType, u"<!doctype x [ y ]>"}}},
+      {"doctype in both", u"<!dOcTyPe[]>", {{xtDocType, u"<!dOcTyPe[]>"}}},
+      {"doctype with declarations within",
+       u"<!DOCTYPE x [<!ELEMENT y>]><a>",
+       {{xtDocType, u"<!DOCTYPE x [<!ELEMENT y>]>"}, {xtOpenTag, u"<a>"}}},
+      {"doctype without subset runs on to the first one anywhere",
+       u"<!DOCTYPE x><a>1]><b>",
+       {{xtDocType, u"<!DOCTYPE x><a>1]>"}, {xtOpenTag, u"<b>"}}},
+      {"doctype without subset swallows the rest",
+       u"<!DOCTYPE x><a></a>",
+       {{xtDocType, u"<!DOCTYPE x><a></a>"}}},
+      {"doctype cut short is a declaration", u"<!DOCTYP>", {{xtDeclaration, u"<!DOCTYP>"}}},
+      {"comment", u"<!-- <a> -- > -->x", {{xtComment, u"<!-- <a> -- > -->"}, {xtText, u"x"}}},
+      {"shortest comment", u"<!-->x", {{xtComment, u"<!-->"}, {xtText, u"x"}}},
+      {"short comment", u"<!--->", {{xtComment, u"<!--->"}}},
+      {"comment needs both dashes", u"<!- -->", {{xtDeclaration, u"<!- -->"}}},
+      {"character data", u"<![CDATA[<a>]>]]>x", {{xtCData, u"<![CDATA[<a>]>]]>"}, {xtText, u"x"}}},
+      {"character data in small letters", u"<![cdata[]]>", {{xtCData, u"<![cdata[]]>"}}},
+      {"character data needs its bracket", u"<![CDATA>", {{xtDeclaration, u"<![CDATA>"}}},
+      {"text keeps space and entities",
+       u" \r\n\t<a>&amp; &#65;\r\n",
+       {{xtText, u" \r\n\t"}, {xtOpenTag, u"<a>"}, {xtText, u"&amp; &#65;\r\n"}}},
+      {"text alone", u"a>b", {{xtText, u"a>b"}}},
+      {"two angles", u"<<a>", {{xtOpenTag, u"<<a>"}}},
+      {"blank before the name", u"< /a>", {{xtOpenTag, u"< /a>"}}},
+      {"zero unit", TextView(u"\0<\0>", 4), {{xtText, Text(1, 0)}, {xtOpenTag, Text(u"<\0>", 3)}}},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Scan(row.document), row.tokens) << row.what;
+    ASSERT_TRUE(engine.OpenXMLW(row.document));
+    EXPECT_EQ(Rest(), row.tokens) << row.what << ", as text";
+  }
+}
+
+TEST_F(XmlTokens, MissingTerminatorTakesTheRestAndTheKindOfItsStart) {
+  const struct {
+    TextView document;
+    XMLTokenKind kind;
+  } rows[] = {
+      {u"<a", xtOpenTag},           {u"<a/", xtOpenTag},
+      {u"</a", xtCloseTag},         {u"</", xtCloseTag},
+      {u"<?", xtInstruction},       {u"<?a>", xtInstruction},
+      {u"<!", xtDeclaration},       {u"<!a", xtDeclaration},
+      {u"<!--", xtComment},         {u"<!-- > ->", xtComment},
+      {u"<![CDATA[", xtCData},      {u"<![CDATA[ ]>", xtCData},
+      {u"<!DOCTYPE", xtDocType},    {u"<!DOCTYPE>", xtDocType},
+      {u"<!DOCTYP", xtDeclaration}, {u"<!doctype ] >", xtDocType},
+      {u"<![CDATA", xtDeclaration}, {u"<!-", xtDeclaration},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Scan(row.document), TokenList({{row.kind, Text(row.document)}}))
+        << testing::PrintToString(Text(row.document));
+  }
+}
+
+TEST_F(XmlTokens, KindsHaveTheirNumbers) {
+  EXPECT_EQ(sizeof(XMLTokenKind), 4u);
+  EXPECT_EQ(xtDeclaration, 0);
+  EXPECT_EQ(xtInstruction, 1);
+  EXPECT_EQ(xtDocType, 2);
+  EXPECT_EQ(xtComment, 3);
+  EXPECT_EQ(xtCData, 4);
+  EXPECT_EQ(xtText, 5);
+  EXPECT_EQ(xtOpenTag, 6);
+  EXPECT_EQ(xtCloseTag, 7);
+  EXPECT_EQ(xtEmptyTag, 8);
+  EXPECT_EQ(xtEndOfDocument, 9);
+}
+
+TEST_F(XmlTokens, FilesAreReadAsUTF8WhateverTheyAre) {
+  const struct {
+    const char* what;
+    Bytes bytes;
+    Text text;
+  } rows[] = {
+      {"UTF-16 with its mark", {0xFF, 0xFE, 0x61, 0x00}, {0xFFA1, 0x00}},
+      {"ANSI", {0x61, 0xE9, 0x62, 0x63}, {u'a', 9 * 4096 + 34 * 64 + 35}},
+      {"overlong angle is an angle", {0xC0, 0xBC, 0x61, 0xC0, 0xBE}, u"<a>"},
+      {"lone lead at the end", {0xC3}, {195}},
+  };
+  for (const auto& row : rows) {
+    Text all;
+    for (const Token& token : ScanFile(row.bytes)) all += token.text;
+    EXPECT_EQ(all, row.text) << row.what;
+  }
+}
+
+TEST_F(XmlTokens, OpenXMLWOfAnEmptyTextFailsAndLeavesNothing) {
+  files.Put(kPath, "<a>");
+  ASSERT_TRUE(engine.OpenDocument(kPath));
+  try {
+    engine.OpenXMLW(u"");
+    FAIL() << "no error";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.number(), 5);
+  }
+  EXPECT_EQ(Rest(), TokenList());
+}
+
+TEST_F(XmlTokens, OpenXMLWDropsAByteOrderMark) {
+  EXPECT_TRUE(engine.OpenXMLW(u"\xFEFF"));
+  EXPECT_EQ(Rest(), TokenList());
+  EXPECT_TRUE(engine.OpenXMLW(u"\xFEFFx"));
+  EXPECT_EQ(Rest(), TokenList({{xtText, u"x"}}));
+}
+
+TEST_F(XmlTokens, OpenXMLWTakesATokenOfTheSameEngine) {
+  ASSERT_TRUE(engine.OpenXMLW(u"<![CDATA[<a>]]>"));
+  TextView token;
+  engine.GetToken(token);
+  ASSERT_TRUE(engine.OpenXMLW(token.substr(9, 3)));
+  EXPECT_EQ(Rest(), TokenList({{xtOpenTag, u"<a>"}}));
+}
+
+// The engine decodes in steps; terminators and keywords must be found across them.
+TEST_F(XmlTokens, TokensAcrossEveryPlaceOfTheDecodingStep) {
+  const Text tail = u"<![CDATA[]]><!DOCTYPE []><!-- --><?a?><a b=\"é\"/></a>€<!b>";
+  for (std::size_t fill = 4096 - tail.size() - 4; fill < 4100; ++fill) {
+    for (const Text& head : {Text(fill, u'x'), u"<" + Text(fill - 1, u'-')}) {
+      const Text document = head + tail;
+      ASSERT_EQ(Scan(document), reference::Tokens(document)) << fill;
+    }
+  }
+}
+
+TEST_F(XmlTokens, LongDocumentsAgreeWithTheReference) {
+  Documents documents(7);
+  for (int round = reference::Rounds(3); round > 0; --round) {
+    Text document;
+    while (document.size() < 60000) document += documents.Make(40) + u">-->]]>?>";
+    ASSERT_EQ(Scan(document), reference::Tokens(reference::WithoutMark(document)));
+    // And one token longer than any window, between short ones.
+    document.insert(document.size() / 2, Text(50000, u'x'));
+    ASSERT_EQ(Scan(document), reference::Tokens(reference::WithoutMark(document)));
+  }
+}
+
+TEST_F(XmlTokens, RandomDocumentsAgreeWithTheReference) {
+  Documents documents(1);
+  for (int round = reference::Rounds(40000); round > 0; --round) {
+    const Bytes bytes = documents.MakeBytes(12);
+    const Text document = reference::WithoutMark(reference::Decode(bytes));
+    ASSERT_EQ(ScanFile(bytes), reference::Tokens(document)) << testing::PrintToString(document);
+  }
+}
+
+TEST_F(XmlTokens, ConcatenatedTokensGiveBackTheDocument) {
+  Documents documents(2);
+  for (int round = reference::Rounds(20000); round > 0; --round) {
+    const Text document = documents.Make(20);
+    if (document.empty()) continue;
+    ASSERT_TRUE(engine.OpenXMLW(document));
+    Text all;
+    for (const Token& token : Rest()) all += token.text;
+    ASSERT_EQ(all, reference::WithoutMark(document));
+  }
+}
+
+TEST_F(XmlTokens, HugeDocumentsTakeLinearTime) {
+  const auto seconds = [&](std::size_t size, const char* pattern) {
+    Bytes bytes;
+    bytes.reserve(size);
+    const std::string_view unit(pattern);
+    while (bytes.size() < size) bytes.insert(bytes.end(), unit.begin(), unit.end());
+    files.Put(kPath, std::move(bytes));
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(engine.OpenDocument(kPath));
+    TextView token;
+    while (engine.GetToken(token) != xtEndOfDocument) {
+    }
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  };
+  // Without any "<", never terminated, and nothing but the shortest tokens. Anything worse than
+  // linear would take minutes.
+  for (const char* pattern : {"x", "<!--", "<![CDATA[ ]>", "<>", "<!DOCTYPE>", "\xC3", "<a>\n"}) {
+    EXPECT_LT(seconds(2'000'000, pattern), 20.0) << pattern;
+  }
+}
+
+}  // namespace
+}  // namespace marl
