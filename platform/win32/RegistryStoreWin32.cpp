@@ -1,0 +1,145 @@
+#include "platform/win32/RegistryStoreWin32.h"
+
+#include <windows.h>
+
+#include "platform/win32/Handle.h"
+
+namespace marl::win32 {
+namespace {
+
+/// The platform's handle. A root's 32-bit number is widened with its sign.
+HKEY Key(KeyHandle key) {
+  return reinterpret_cast<HKEY>(static_cast<LONG_PTR>(static_cast<LONG>(key)));
+}
+
+std::atomic<int>& LiveKeys() { return g_liveHandles[static_cast<int>(HandleKind::kKey)]; }
+
+DWORD Size(std::span<char> buffer) { return static_cast<DWORD>(buffer.size()); }
+BYTE* Data(std::span<char> buffer) { return reinterpret_cast<BYTE*>(buffer.data()); }
+
+}  // namespace
+
+Status RegistryStoreWin32::Keep(long status, void* key, OpenKeyHandle& out) {
+  out.Reset();
+  if (status == ERROR_SUCCESS) {
+    // Handles of the platform fit in 32 bits in every process.
+    const auto number = static_cast<std::uint32_t>(reinterpret_cast<ULONG_PTR>(key));
+    out = OpenKeyHandle(*this, number);
+    ++LiveKeys();
+  }
+  return static_cast<Status>(status);
+}
+
+Status RegistryStoreWin32::OpenKey(KeyHandle key, const NarrowText& path, std::uint32_t access,
+                                   OpenKeyHandle& out) {
+  HKEY opened = nullptr;
+  return Keep(RegOpenKeyExA(Key(key), path.c_str(), 0, access, &opened), opened, out);
+}
+
+Status RegistryStoreWin32::CreateKey(KeyHandle key, const NarrowText& path, std::uint32_t access,
+                                     OpenKeyHandle& out) {
+  HKEY opened = nullptr;
+  char noClass[] = "";
+  SECURITY_ATTRIBUTES security = {sizeof(security), nullptr, FALSE};
+  return Keep(RegCreateKeyExA(Key(key), path.c_str(), 0, noClass, 0, access, &security, &opened,
+                              nullptr),
+              opened, out);
+}
+
+void RegistryStoreWin32::CloseKey(KeyHandle key) {
+  RegCloseKey(Key(key));
+  --LiveKeys();
+}
+
+Status RegistryStoreWin32::DeleteKey(KeyHandle key, const NarrowText& path) {
+  return static_cast<Status>(RegDeleteKeyA(Key(key), path.c_str()));
+}
+
+Status RegistryStoreWin32::QueryValue(KeyHandle key, const NarrowText& name, std::uint32_t& kind,
+                                      std::span<char> buffer, std::uint32_t& size) {
+  DWORD type = 0;
+  DWORD length = Size(buffer);
+  const LONG status =
+      RegQueryValueExA(Key(key), name.c_str(), nullptr, &type, Data(buffer), &length);
+  if (status == ERROR_SUCCESS || status == ERROR_MORE_DATA) {
+    kind = type;
+    size = length;
+  }
+  return static_cast<Status>(status);
+}
+
+Status RegistryStoreWin32::SetValue(KeyHandle key, const NarrowText& name, std::uint32_t kind,
+                                    const NarrowText& data) {
+  return static_cast<Status>(RegSetValueExA(Key(key), name.c_str(), 0, kind,
+                                            reinterpret_cast<const BYTE*>(data.c_str()),
+                                            static_cast<DWORD>(data.size())));
+}
+
+Status RegistryStoreWin32::DeleteValue(KeyHandle key, const NarrowText& name) {
+  return static_cast<Status>(RegDeleteValueA(Key(key), name.c_str()));
+}
+
+Status RegistryStoreWin32::EnumKey(KeyHandle key, std::uint32_t index, std::span<char> name) {
+  return static_cast<Status>(RegEnumKeyA(Key(key), index, name.data(), Size(name)));
+}
+
+Status RegistryStoreWin32::EnumValue(KeyHandle key, std::uint32_t index, std::span<char> name,
+                                     std::uint32_t& nameLength, std::uint32_t& kind,
+                                     std::span<char> data, std::uint32_t& size) {
+  DWORD type = 0;
+  DWORD units = Size(name);
+  DWORD length = Size(data);
+  const LONG status = RegEnumValueA(Key(key), index, name.data(), &units, nullptr, &type,
+                                    Data(data), &length);
+  if (status == ERROR_SUCCESS) {
+    nameLength = units;
+    kind = type;
+  }
+  if (status == ERROR_SUCCESS || status == ERROR_MORE_DATA) size = length;
+  return static_cast<Status>(status);
+}
+
+Status RegistryStoreWin32::QueryInfo(KeyHandle key, KeyInfo& out) {
+  DWORD subKeys = 0, longestSubKey = 0, values = 0, longestName = 0, longestData = 0;
+  const LONG status =
+      RegQueryInfoKeyA(Key(key), nullptr, nullptr, nullptr, &subKeys, &longestSubKey, nullptr,
+                       &values, &longestName, &longestData, nullptr, nullptr);
+  if (status == ERROR_SUCCESS) out = {subKeys, longestSubKey, values, longestName, longestData};
+  return static_cast<Status>(status);
+}
+
+Status RegistryStoreWin32::ConnectRegistry(const NarrowText& machine, KeyHandle root,
+                                           OpenKeyHandle& out) {
+  HKEY opened = nullptr;
+  return Keep(RegConnectRegistryA(machine.empty() ? nullptr : machine.c_str(), Key(root), &opened),
+              opened, out);
+}
+
+std::uint32_t RegistryStoreWin32::ExpandEnvironment(const NarrowText& source,
+                                                    std::span<char> buffer) {
+  return ExpandEnvironmentStringsA(source.c_str(), buffer.data(), Size(buffer));
+}
+
+NarrowText RegistryStoreWin32::ToNarrow(TextView text) const {
+  if (text.empty()) return {};
+  const auto* wide = reinterpret_cast<const wchar_t*>(text.data());
+  const int units = static_cast<int>(text.size());
+  // No unit needs more bytes than this in any system code page.
+  NarrowText narrow(text.size() * 4, '\0');
+  const int length = WideCharToMultiByte(CP_ACP, 0, wide, units, narrow.data(),
+                                         static_cast<int>(narrow.size()), nullptr, nullptr);
+  narrow.resize(static_cast<std::size_t>(length));
+  return narrow;
+}
+
+Text RegistryStoreWin32::FromNarrow(std::string_view text) const {
+  if (text.empty()) return {};
+  Text wide(text.size(), u'\0');
+  const int length =
+      MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()),
+                          reinterpret_cast<wchar_t*>(wide.data()), static_cast<int>(wide.size()));
+  wide.resize(static_cast<std::size_t>(length));
+  return wide;
+}
+
+}  // namespace marl::win32
