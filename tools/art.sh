@@ -83,13 +83,18 @@ art_number() {
 # their directory, since their numbers there are fixed (resource compilers number an icon's
 # pictures as they like).
 art_application_icon() {
-  local size pictures=() source
-  for size in 16 20 24 32 40 48 64 256; do
-    source=$ART/application.svg
-    [[ ! -f $ART/application-$size.svg ]] || source=$ART/application-$size.svg
-    art_render "$size" "$source" "$ART_WORK/application-$size.png"
-    pictures+=("$ART_WORK/application-$size.png")
-  done
+  local size corner rim left right wide top bottom notch tip pictures=() base
+  while read -r size corner rim left right wide top bottom notch tip; do
+    [[ $size != '#' ]] || continue
+    base=$ART_WORK/application-$size
+    sed -e "s/@SIZE@/$size/g; s/@CORNER@/$corner/g; s/@CORNER2@/$((corner - rim))/g" \
+      -e "s/@RIM@/$rim/g; s/@INNER@/$((size - 2 * rim))/g; s/@MIDDLE@/$((size / 2))/g" \
+      -e "s/@LEFT@/$left/g; s/@LEFT2@/$((left + wide))/g; s/@RIGHT@/$right/g" \
+      -e "s/@RIGHT2@/$((right - wide))/g; s/@TOP@/$top/g; s/@BOTTOM@/$bottom/g" \
+      -e "s/@NOTCH@/$notch/g; s/@TIP@/$tip/g" "$ART/application.svg" >"$base.svg"
+    art_render "$size" "$base.svg" "$base.png"
+    pictures+=("$base.png")
+  done <"$ART/application.txt"
   convert "${pictures[@]}" "$ICONS/Marl.ico"
 
   local entry width bytes offset number=30001 index=0 group=$ICONS/program-group.bin
