@@ -1,0 +1,377 @@
+#include "appearance/GradientRect.h"
+
+#include <algorithm>
+#include <bit>
+#include <cfloat>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <utility>
+
+#include "platform/RuntimeError.h"
+#include "support/Numbers.h"
+
+// The same picture everywhere needs arithmetic that rounds each step to its own type.
+static_assert(FLT_EVAL_METHOD == 0, "compile with -msse2 -mfpmath=sse");
+
+namespace marl {
+namespace {
+
+constexpr std::uint64_t kRadianBits = 0x3F91DF46A2529D34;  // 0.017453292519943278
+constexpr int kLastSystemColor = 24;
+constexpr std::int64_t kMostEntries = std::int64_t{1} << 27;
+
+/// An angle in degrees, brought into one turn.
+float WithinTurn(double degrees) {
+  return static_cast<float>(degrees - Int(Int(degrees / 360.0) * 360.0));
+}
+
+/// Rounds half to even, inline: the ramp rounds three numbers for each line. Adding 1.5 * 2^52
+/// leaves a double no room for a fraction, so the sum's low half is the rounded value.
+std::uint32_t RoundSmall(double value) {
+  return static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value + 6755399441055744.0));
+}
+
+std::uint32_t PixelOf(Color color) {
+  const auto bits = static_cast<std::uint32_t>(color);
+  return 0xFF000000u | (bits & 0xFF) << 16 | (bits & 0xFF00) | (bits & 0xFF0000) >> 16;
+}
+
+/// Calls `pixel(x, y)` for each pixel of the line, in drawing order, without the end point. On the
+/// longer axis the line goes pixel by pixel; on the shorter one it rounds, and a tie goes to the
+/// smaller coordinate, whichever way the line runs.
+template <typename Pixel>
+void WalkLine(Point from, Point to, Pixel&& pixel) {
+  const std::int64_t dx = std::int64_t{to.x} - from.x;
+  const std::int64_t dy = std::int64_t{to.y} - from.y;
+  const bool alongX = std::abs(dx) >= std::abs(dy);
+  const std::int64_t length = std::abs(alongX ? dx : dy);
+  const std::int64_t rise = std::abs(alongX ? dy : dx);
+  const int step = (alongX ? dx : dy) < 0 ? -1 : 1;
+  const int shift = (alongX ? dy : dx) < 0 ? -1 : 1;
+  std::int64_t major = alongX ? from.x : from.y;
+  std::int64_t minor = alongX ? from.y : from.x;
+  std::int64_t error = length - (shift > 0 ? 1 : 0);
+  for (std::int64_t i = 0; i < length; ++i) {
+    if (alongX) {
+      pixel(major, minor);
+    } else {
+      pixel(minor, major);
+    }
+    major += step;
+    error += 2 * rise;
+    if (error >= 2 * length) {
+      error -= 2 * length;
+      minor += shift;
+    }
+  }
+}
+
+/// Where the first line lies in one row or column across the sweep.
+struct Span {
+  int low = std::numeric_limits<int>::max();
+  int high = std::numeric_limits<int>::min();
+  bool empty() const { return low > high; }
+};
+
+/// The lines of a sweep seen along one of its rows (columns): line k covers `low + k * step` to
+/// `high + k * step`, and where lines overlap the later one stands.
+class Track {
+ public:
+  Track(const Span& span, int step, int lines) : span_(span), step_(step), lines_(lines) {}
+
+  /// The line that is seen at `place`, or -1.
+  int LineAt(int place) const {
+    if (span_.empty()) return -1;
+    const std::int64_t latest =
+        step_ > 0 ? std::int64_t{place} - span_.low : std::int64_t{span_.high} - place;
+    if (latest < 0) return -1;
+    if (latest < lines_) return static_cast<int>(latest);
+    const std::int64_t at = std::int64_t{place} - std::int64_t{step_} * (lines_ - 1);
+    return at >= span_.low && at <= span_.high ? lines_ - 1 : -1;
+  }
+  /// Where the first line is seen last: `LineAt(place)` is `(place - edge) * step`.
+  int edge() const { return step_ > 0 ? span_.low : span_.high; }
+  /// True when no place from 0 up to `size` needs a look at the ends of the sweep.
+  bool Covers(int size) const {
+    const auto inside = [this](std::int64_t place) {
+      const std::int64_t line = (place - edge()) * step_;
+      return line >= 0 && line < lines_;
+    };
+    return !span_.empty() && inside(0) && inside(size - 1);
+  }
+
+ private:
+  Span span_;
+  int step_;
+  int lines_;
+};
+
+/// Rows are shifted copies of the ramp.
+void PaintRows(const std::vector<Track>& rows, int step, const std::vector<std::uint32_t>& ramp,
+               Picture& picture) {
+  // A sweep to the left shows the ramp from its end.
+  std::vector<std::uint32_t> strip = ramp;
+  if (step < 0) std::reverse(strip.begin(), strip.end());
+  std::uint32_t* out = picture.pixels.data();
+  for (const Track& row : rows) {
+    if (row.Covers(picture.width)) {
+      const int first = step > 0 ? -row.edge() : static_cast<int>(ramp.size()) - 1 - row.edge();
+      std::copy_n(strip.data() + first, picture.width, out);
+    } else {
+      for (int x = 0; x < picture.width; ++x) {
+        if (const int line = row.LineAt(x); line >= 0)
+          out[x] = ramp[static_cast<std::size_t>(line)];
+      }
+    }
+    out += picture.width;
+  }
+}
+
+/// Columns are shifted copies of the ramp; painted row by row, as memory lies.
+void PaintColumns(const std::vector<Track>& columns, int step,
+                  const std::vector<std::uint32_t>& ramp, Picture& picture) {
+  const int width = picture.width;
+  const bool covered = std::all_of(columns.begin(), columns.end(), [&](const Track& column) {
+    return column.Covers(picture.height);
+  });
+  if (!covered) {
+    for (int y = 0; y < picture.height; ++y) {
+      for (int x = 0; x < width; ++x) {
+        const int line = columns[static_cast<std::size_t>(x)].LineAt(y);
+        if (line >= 0) picture.At(x, y) = ramp[static_cast<std::size_t>(line)];
+      }
+    }
+    return;
+  }
+
+  // Neighbouring columns in step show one colour in every row.
+  struct Run {
+    int line = 0;  ///< seen in row 0
+    int length = 0;
+  };
+  std::vector<Run> runs;
+  std::vector<std::int32_t> lineAtTop(static_cast<std::size_t>(width));
+  for (int x = 0; x < width; ++x) {
+    const int line = -columns[static_cast<std::size_t>(x)].edge() * step;
+    lineAtTop[static_cast<std::size_t>(x)] = line;
+    if (runs.empty() || runs.back().line != line) runs.push_back({line, 0});
+    ++runs.back().length;
+  }
+
+  constexpr int kLongRun = 8;  // from here on filling runs beats looking up each pixel
+  const bool fill = width / static_cast<int>(runs.size()) >= kLongRun;
+  std::uint32_t* out = picture.pixels.data();
+  const std::uint32_t* colors = ramp.data();
+  for (int y = 0; y < picture.height; ++y, out += width) {
+    const std::ptrdiff_t shift = std::ptrdiff_t{step} * y;
+    if (fill) {
+      std::uint32_t* at = out;
+      for (const Run& run : runs) at = std::fill_n(at, run.length, colors[run.line + shift]);
+    } else {
+      const std::int32_t* line = lineAtTop.data();
+      for (int x = 0; x < width; ++x) out[x] = colors[line[x] + shift];
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<Point> SweepLine(const GradientSweep& sweep) {
+  std::vector<Point> line;
+  line.reserve(static_cast<std::size_t>(sweep.entries));
+  for (int n = 0; n < sweep.entries; ++n) {
+    const Point start = n % 2 == 0 ? sweep.from : sweep.to;
+    line.push_back({start.x + n / 2 * sweep.stepX, start.y + n / 2 * sweep.stepY});
+  }
+  return line;
+}
+
+void PaintSweep(const GradientSweep& sweep, Picture& picture) {
+  if (picture.width <= 0 || picture.height <= 0 || sweep.lines() <= 0) return;
+  const bool byRows = sweep.stepX != 0;
+  const int tracks = byRows ? picture.height : picture.width;
+  std::vector<Span> spans(static_cast<std::size_t>(tracks));
+  WalkLine(sweep.from, sweep.to, [&](std::int64_t x, std::int64_t y) {
+    const std::int64_t track = byRows ? y : x;
+    if (track < 0 || track >= tracks) return;
+    const auto place = static_cast<int>(byRows ? x : y);
+    Span& span = spans[static_cast<std::size_t>(track)];
+    span.low = std::min(span.low, place);
+    span.high = std::max(span.high, place);
+  });
+
+  const int step = byRows ? sweep.stepX : sweep.stepY;
+  std::vector<Track> seen;
+  seen.reserve(spans.size());
+  for (const Span& span : spans) seen.emplace_back(span, step, sweep.lines());
+  std::vector<std::uint32_t> ramp(static_cast<std::size_t>(sweep.lines()));
+  std::transform(sweep.ramp.begin(), sweep.ramp.begin() + sweep.lines(), ramp.begin(), PixelOf);
+  if (byRows) {
+    PaintRows(seen, step, ramp, picture);
+  } else {
+    PaintColumns(seen, step, ramp, picture);
+  }
+}
+
+void GradientTarget::Draw(const GradientSweep& sweep) {
+  Point from = sweep.from;
+  Point to = sweep.to;
+  for (int line = 0; line < sweep.lines(); ++line) {
+    Line(from, to, sweep.ramp[static_cast<std::size_t>(line)]);
+    from = {from.x + sweep.stepX, from.y + sweep.stepY};
+    to = {to.x + sweep.stepX, to.y + sweep.stepY};
+  }
+}
+
+GradientPicture::GradientPicture(Size size, Color background)
+    : picture_(std::max(size.width, 0), std::max(size.height, 0), PixelOf(background)) {}
+
+bool GradientPicture::GetClientRect(Size& size) {
+  size = {picture_.width, picture_.height};
+  return true;
+}
+
+void GradientPicture::Line(Point from, Point to, Color color) {
+  WalkLine(from, to, [&](std::int64_t x, std::int64_t y) {
+    if (x < 0 || x >= picture_.width || y < 0 || y >= picture_.height) return;
+    picture_.At(static_cast<int>(x), static_cast<int>(y)) = PixelOf(color);
+  });
+}
+
+PicturePtr GradientPicture::Take() {
+  return std::make_shared<const Picture>(std::exchange(picture_, Picture()));
+}
+
+bool clsGradient::Draw(GradientTarget& target) {
+  std::int32_t count = 0;
+  try {
+    target.LockWindowUpdate(true);
+    Size size;
+    if (target.GetClientRect(size) && size.width > 1 && size.height > 1) {
+      count = DrawGradient(target, size.width, size.height);
+    }
+  } catch (const RuntimeError& error) {
+    desktop_.MsgBox(error.text(), kExclamation, u"Marl");
+  }
+  target.LockWindowUpdate(false);
+  return count > 0;
+}
+
+std::int32_t clsGradient::BlendColors(Color Color1, Color Color2, std::int32_t Steps,
+                                      std::vector<Color>& colours) const {
+  Steps = std::max(Steps, 2);
+  const auto channel = [](Color color, int place) { return (color >> (8 * place)) & 0xFF; };
+  double start[3];
+  double slope[3];
+  for (int place = 0; place < 3; ++place) {
+    start[place] = channel(Color1, place);
+    // By the number of steps and not of the gaps between them: the ramp falls one step short.
+    slope[place] =
+        static_cast<float>(SafeDivide(channel(Color2, place) - channel(Color1, place), Steps));
+  }
+
+  colours.resize(static_cast<std::size_t>(Steps));
+  for (std::int32_t i = 1; i < Steps - 1; ++i) {
+    const double at = static_cast<float>(i);
+    const std::uint32_t red = RoundSmall(at * slope[0] + start[0]);
+    const std::uint32_t green = RoundSmall(at * slope[1] + start[1]);
+    const std::uint32_t blue = RoundSmall(at * slope[2] + start[2]);
+    colours[static_cast<std::size_t>(i)] = static_cast<Color>(red + 256 * green + 65536 * blue);
+  }
+  colours.front() = Color1;
+  colours.back() = Color2;
+  return Steps;
+}
+
+void clsGradient::SetAngle(float angle) {
+  if (!std::isfinite(angle)) throw RuntimeError::Overflow();
+  angle_ = WithinTurn(angle);
+}
+
+std::int32_t clsGradient::DrawGradient(GradientTarget& target, std::int32_t width,
+                                       std::int32_t height) {
+  try {
+    const GradientSweep sweep = Sweep(width, height);
+    target.Draw(sweep);
+    return 2 * sweep.lines();
+  } catch (const RuntimeError& error) {
+    desktop_.MsgBox(error.text(), kExclamation, u"GradientRect");
+    return 0;
+  }
+}
+
+void clsGradient::RotatePoint(const GradientPoint& origin, GradientPoint& point,
+                              float angle) const {
+  const auto a = static_cast<float>(angle * std::bit_cast<double>(kRadianBits));
+  const double sine = std::sin(static_cast<double>(a));
+  const double cosine = std::cos(static_cast<double>(a));
+  const float dx = point.X - origin.X;
+  const float dy = point.Y - origin.Y;
+  point.X = static_cast<float>(dy * sine + dx * cosine + origin.X);
+  point.Y = static_cast<float>(-(dx * sine - dy * cosine) + origin.Y);
+}
+
+double clsGradient::SafeDivide(double dividend, double divisor) const {
+  return divisor == 0.0 ? 0.0 : dividend / divisor;
+}
+
+GradientSweep clsGradient::Sweep(std::int32_t width, std::int32_t height) const {
+  const double w = width;
+  const double h = height;
+  const GradientPoint centre = {static_cast<float>(Int(w / 2)), static_cast<float>(Int(h / 2))};
+  const double r = std::max(w, h);
+  const auto half = static_cast<float>((std::sqrt(r * r + r * r) + 2) / 2);
+  GradientPoint a = {centre.X - half, centre.Y};
+  GradientPoint b = {half + centre.X, centre.Y};
+  const float rotation = WithinTurn(static_cast<double>(angle_) + 90);
+  RotatePoint(centre, a, rotation);
+  RotatePoint(centre, b, rotation);
+
+  GradientSweep sweep;
+  const bool steep = std::abs(double{a.Y} - b.Y) >= std::abs(double{a.X} - b.X);
+  double x0 = 0;
+  double y0 = 0;
+  if (steep && angle_ > 90 && angle_ <= 270) {
+    x0 = w - std::min(a.X, b.X);
+    sweep.stepX = -1;
+  } else if (steep) {
+    x0 = -double{std::max(a.X, b.X)};
+    sweep.stepX = 1;
+  } else if (angle_ <= 180) {
+    y0 = h - std::min(a.Y, b.Y);
+    sweep.stepY = -1;
+  } else {
+    y0 = -double{std::max(a.Y, b.Y)};
+    sweep.stepY = 1;
+  }
+  sweep.from = {CLng(x0 + a.X), CLng(y0 + a.Y)};
+  sweep.to = {CLng(x0 + b.X), CLng(y0 + b.Y)};
+
+  // One axis moves. The sweep ends as soon as the newest two entries have both left the area:
+  // entry n has gone `n / 2` steps from its start.
+  const auto distance = [&](const Point& start) -> std::int64_t {
+    if (sweep.stepX > 0) return std::int64_t{width} - start.x;
+    if (sweep.stepX < 0) return start.x;
+    return sweep.stepY > 0 ? std::int64_t{height} - start.y : start.y;
+  };
+  const auto firstOutside = [](std::int64_t steps, int parity) {
+    return steps < 0 ? std::int64_t{parity} : 2 * (steps + 1) + parity;
+  };
+  const std::int64_t even = firstOutside(distance(sweep.from), 0);
+  const std::int64_t odd = firstOutside(distance(sweep.to), 1);
+  // Both are outside from the later one on; its neighbour stands next to it or has gone before.
+  const std::int64_t last = std::max<std::int64_t>({even, odd, 2});
+  if (last >= kMostEntries) throw RuntimeError(7, u"Out of memory");
+  sweep.entries = static_cast<int>(last) + 1;
+  BlendColors(color1_, color2_, CLng(sweep.entries / 2.0), sweep.ramp);
+  return sweep;
+}
+
+Color clsGradient::Resolved(Color color) const {
+  if (color >= 0) return color;
+  const auto index = static_cast<std::int32_t>(color & 0x7FFFFFFF);
+  return index <= kLastSystemColor ? desktop_.SystemColorValue(index) : color;
+}
+
+}  // namespace marl

@@ -1,0 +1,116 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/Desktop.h"
+#include "platform/forms/Geometry.h"
+#include "platform/forms/Picture.h"
+
+namespace marl {
+
+/// A point of the target's client area, in pixels; both coordinates keep 32-bit precision.
+struct GradientPoint {
+  float X = 0;
+  float Y = 0;
+};
+
+/// All that a gradient draws: one line and its copies, each a pixel on from the one before and in
+/// the next colour. The end point of a line is left out. Lines reach far beyond the area.
+struct GradientSweep {
+  Point from;
+  Point to;
+  int stepX = 0;  ///< 1, -1, or 0 when stepY is not
+  int stepY = 0;
+  int entries = 0;          ///< length of `SweepLine`; an odd last entry is never drawn
+  std::vector<Color> ramp;  ///< colour of each line; may hold one more than there are lines
+
+  int lines() const { return entries / 2; }
+};
+
+/// The ends of all lines: entries 2k and 2k+1 belong to line k.
+std::vector<Point> SweepLine(const GradientSweep& sweep);
+
+/// Paints the sweep over the picture: pixel by pixel what its lines give when they are drawn one
+/// after the other by the platform's rule (a pixel half way between two goes to the upper or left
+/// one). What no line reaches stays. Takes about the time of a copy, not of the lines.
+void PaintSweep(const GradientSweep& sweep, Picture& picture);
+
+/// What a gradient is drawn on.
+class GradientTarget {
+ public:
+  virtual ~GradientTarget() = default;
+  /// Suspends (true) or resumes the target's painting.
+  virtual void LockWindowUpdate(bool /*lock*/) {}
+  /// Width and height of the client area, in pixels. False when they cannot be told.
+  virtual bool GetClientRect(Size& size) = 0;
+  /// A solid line of one pixel's width (MoveToEx, CreatePen, LineTo); the end point is left out.
+  virtual void Line(Point from, Point to, Color color) = 0;
+  /// All lines, in their order. A target that knows a faster way to the same pixels takes it.
+  virtual void Draw(const GradientSweep& sweep);
+};
+
+/// A target that keeps its picture.
+class GradientPicture : public GradientTarget {
+ public:
+  /// `size` in pixels; `background`, 0x00BBGGRR, is what stands there before.
+  explicit GradientPicture(Size size, Color background = 0);
+  bool GetClientRect(Size& size) override;
+  void Line(Point from, Point to, Color color) override;
+  void Draw(const GradientSweep& sweep) override { PaintSweep(sweep, picture_); }
+  const Picture& picture() const { return picture_; }
+  /// The picture for a control to keep; the target is empty afterwards.
+  PicturePtr Take();
+
+ private:
+  Picture picture_;
+};
+
+/// Paints a linear gradient of two colours, at any angle, by sweeping a line across the area.
+class clsGradient {
+ public:
+  /// The desktop shows failures and knows the system colours.
+  explicit clsGradient(Desktop& desktop) : desktop_(desktop) {}
+  virtual ~clsGradient() = default;
+
+  /// Draws on the whole client area. True when lines were drawn; an area of one pixel or less in
+  /// either direction takes none. Failures are shown in a message box.
+  virtual bool Draw(GradientTarget& target);
+  /// Fills `colours` with the ramp from `Color1` to `Color2` and returns their number: `Steps`, at
+  /// least 2. The blend stops one step short of `Color2`, which the last entry alone is.
+  virtual std::int32_t BlendColors(Color Color1, Color Color2, std::int32_t Steps,
+                                   std::vector<Color>& colours) const;
+  /// Colour of the first line. A reference to one of the system colours 0 to 24 is resolved at
+  /// once (GetSysColor); any other value is kept as it comes.
+  virtual void SetColor1(Color color) { color1_ = Resolved(color); }
+  virtual Color Color1() const { return color1_; }
+  /// Colour of the last line.
+  virtual void SetColor2(Color color) { color2_ = Resolved(color); }
+  virtual Color Color2() const { return color2_; }
+  /// Direction in degrees: 0 runs to the right, 90 upwards. Brought into 0 up to 360. Throws
+  /// "Overflow" for no number.
+  virtual void SetAngle(float angle);
+  virtual float Angle() const { return angle_; }
+  /// Draws on an area of this size, in pixels. Returns the number of line ends used, 0 after a
+  /// failure of the computation; each failure is shown in a message box.
+  virtual std::int32_t DrawGradient(GradientTarget& target, std::int32_t width,
+                                    std::int32_t height);
+  /// Turns `point` about `origin`, counter-clockwise on the screen, by an angle in degrees.
+  virtual void RotatePoint(const GradientPoint& origin, GradientPoint& point, float angle) const;
+  /// The quotient, or 0 when the divisor is exactly 0.
+  virtual double SafeDivide(double dividend, double divisor) const;
+
+  /// The lines for an area of this size, in pixels, as DrawGradient draws them. Throws "Overflow"
+  /// when an end leaves 32 bits.
+  GradientSweep Sweep(std::int32_t width, std::int32_t height) const;
+
+ private:
+  Color Resolved(Color color) const;
+
+  Desktop& desktop_;
+  Color color1_ = 0xFFFFD0;
+  Color color2_ = 0x400000;
+  float angle_ = 315.0F;
+};
+
+}  // namespace marl
