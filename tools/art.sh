@@ -76,7 +76,7 @@ art_number() {
     text+=$(printf '\\x%02x' $((value & 255)))
     value=$((value >> 8))
   done
-  printf "$text"
+  printf "%b" "$text"
 }
 
 # The application icon; and, for the program file, four of its pictures as bare resources with
