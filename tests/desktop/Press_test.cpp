@@ -1,0 +1,206 @@
+#include <algorithm>
+
+#include "tests/desktop/Switchboard.h"
+
+// Real clicks on the panel, and what they start.
+
+namespace marl::desktop {
+
+namespace {
+
+using Starts = std::vector<Started>;
+
+struct Button {
+  int index;
+  const wchar_t* program;
+};
+
+constexpr Button kButtons[] = {
+    {0, L"Q17Gauge.exe"},   {1, L"Q17Pair.exe"},    {2, L"Q17Lexis.exe"},  {3, L"Q17Cadence.exe"},
+    {4, L"Q17Batch.exe"},   {5, L"Q17Bench.exe"},   {8, L"Q17Warden.exe"}, {9, L"Q17Kit.exe"},
+    {11, L"Q17Vault.exe"},  {12, L"Q17Renew.exe"},  {13, L"Q17Diff.exe"},  {14, L"Q17Bridge.exe"},
+    {15, L"Q17Cleave.exe"}, {16, L"Q17Xlf.exe"},
+};
+
+constexpr wchar_t kOddFolder[] = L"My  suite, \u00dcbung \u03a9 & co (1)";
+
+class Press : public SwitchboardTest {};
+
+/// Clicks each program's icon and then its label, and compares what was started.
+void PressAll(const SuiteFolder& suite, const RunningMarl& marl, const std::wstring& directory) {
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  const std::wstring folder = directory.ends_with(L'\\') ? directory : directory + L"\\";
+  std::size_t count = 0;
+  for (const Button& button : kButtons) {
+    for (const POINT at : {IconOf(main, button.index), LabelOf(main, button.index)}) {
+      Click(at);
+      const Starts starts = suite.WaitForTools(++count);
+      if (starts.size() != count) Screenshot("no-start");
+      ASSERT_EQ(starts.size(), count) << "button " << button.index;
+      EXPECT_EQ(starts.back(), (Started{button.program, folder + button.program, L"", directory,
+                                        SW_SHOWNORMAL}));
+    }
+  }
+  EXPECT_FALSE(marl.Box());
+}
+
+}  // namespace
+
+TEST_F(Press, IconsAndLabelsStartTheirToolsFromAFolderWithBlanksAndForeignLetters) {
+  const SuiteFolder suite(kOddFolder);
+  const RunningMarl marl(suite);
+  PressAll(suite, marl, suite.path());
+  Screenshot("switchboard");
+}
+
+TEST_F(Press, IconsAndLabelsStartTheirToolsAtADriveRoot) {
+  const SuiteFolder suite(kOddFolder);
+  const DriveLetter drive(suite.path());
+  ASSERT_TRUE(drive.made());
+  const RunningMarl marl(suite, L"", drive.name() + L"\\Marl.exe");
+  PressAll(suite, marl, drive.name() + L"\\");
+}
+
+TEST_F(Press, MissingToolIsGreyedInertAndSilent) {
+  const auto picture = [](HWND main) {
+    // Out of the way: what lies under the mouse may look different.
+    MoveMouse(0, 0);
+    UpdateWindow(main);
+    return CellOf(main, kUtilities);
+  };
+  Pixels present;
+  {
+    const SuiteFolder suite;
+    const RunningMarl marl(suite);
+    const HWND main = marl.WaitForWindow();
+    ASSERT_TRUE(main);
+    // Painted when two readings in a row are the same and show more than one colour.
+    const RECT area = picture(main);
+    ASSERT_TRUE(WaitUntil([&] {
+      present = Capture(area);
+      return std::any_of(present.colors.begin(), present.colors.end(),
+                         [&](COLORREF c) { return c != present.colors.front(); });
+    }));
+    ASSERT_TRUE(Close(marl));
+  }
+  const SuiteFolder suite(L"Suite", {L"Q17Kit.exe"});
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  const RECT area = picture(main);
+  Pixels missing;
+  ASSERT_TRUE(WaitUntil([&] {
+    missing = Capture(area);
+    return std::any_of(missing.colors.begin(), missing.colors.end(),
+                       [&](COLORREF c) { return c != missing.colors.front(); });
+  }));
+  EXPECT_NE(missing.colors, present.colors);
+  Screenshot("missing-tool", main);
+
+  Click(IconOf(main, kUtilities));
+  Click(LabelOf(main, kUtilities));
+  // The next button works, and what it starts is all that was started.
+  Click(IconOf(main, kEdit));
+  EXPECT_EQ(suite.WaitForTools(1), (Starts{Start(suite, L"Q17Bench.exe")}));
+  EXPECT_FALSE(marl.Box());
+  EXPECT_TRUE(Close(marl));
+  EXPECT_EQ(suite.WaitForTools(1).size(), 1u);
+  EXPECT_EQ(settings.Get(L"XtraFeatures"), L"1") << "greyed, but still to be seen";
+}
+
+TEST_F(Press, ToolInstalledLaterStaysDeadUntilTheNextStart) {
+  const SuiteFolder suite(L"Suite", {L"Q17Kit.exe"});
+  const std::wstring tool = suite.path() + L"\\Q17Kit.exe";
+  {
+    const RunningMarl marl(suite);
+    const HWND main = marl.WaitForWindow();
+    ASSERT_TRUE(main);
+    ASSERT_TRUE(CopyFileW(g_programs.standIn.c_str(), tool.c_str(), TRUE));
+    Click(IconOf(main, kUtilities));
+    Click(IconOf(main, kEdit));
+    EXPECT_EQ(suite.WaitForTools(1), (Starts{Start(suite, L"Q17Bench.exe")}));
+    ASSERT_TRUE(Close(marl));
+  }
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  Click(IconOf(main, kUtilities));
+  EXPECT_EQ(suite.WaitForTools(2),
+            (Starts{Start(suite, L"Q17Bench.exe"), Start(suite, L"Q17Kit.exe")}));
+}
+
+TEST_F(Press, ToolRemovedLaterIsComplainedAbout) {
+  const SuiteFolder suite(kOddFolder);
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  suite.Remove(L"Q17Bench.exe");
+  Click(LabelOf(main, kEdit));
+  const MessageBoxWindow box = marl.WaitForBox();
+  ASSERT_TRUE(box);
+  Screenshot("file-not-found");
+  EXPECT_EQ(box.Title(), L"Marl");
+  EXPECT_EQ(box.Text(), L"File not found : " + suite.path() + L"\\Q17Bench.exe");
+  EXPECT_TRUE(box.Press(IDOK));
+  EXPECT_TRUE(marl.Running());
+}
+
+TEST_F(Press, QaCheckWithoutItsComponentTellsSo) {
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  for (int time = 0; time < 2; ++time) {
+    Click(IconOf(main, kQaCheck));
+    const MessageBoxWindow box = marl.WaitForBox();
+    ASSERT_TRUE(box);
+    EXPECT_EQ(box.Text(), L"This tool is not installed. Please run the setup of the suite again.");
+    EXPECT_TRUE(box.Press(IDOK));
+  }
+  EXPECT_TRUE(Close(marl));
+}
+
+// A second click within the time of a double click is not a second press.
+TEST_F(Press, DoubleClickPressesOnce) {
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  Click(IconOf(main, kEdit));
+  Click(IconOf(main, kEdit));
+  Click(IconOf(main, kUtilities));
+  EXPECT_EQ(suite.WaitForTools(2),
+            (Starts{Start(suite, L"Q17Bench.exe"), Start(suite, L"Q17Kit.exe")}));
+}
+
+TEST_F(Press, TwoHundredPressesLeakNothing) {
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  std::size_t pressed = 0;
+  const auto press = [&](std::size_t times) {
+    for (std::size_t i = 0; i < times; ++i) {
+      // In turn, so that no two clicks make a double click.
+      Click(pressed % 2 ? IconOf(main, kEdit) : LabelOf(main, kUtilities));
+      ++pressed;
+      if (suite.WaitForTools(pressed).size() != pressed) return false;
+    }
+    return true;
+  };
+  // What the platform loads at the first starts stays.
+  ASSERT_TRUE(press(20));
+  const DWORD handles = marl.Handles();
+  const std::size_t bytes = marl.PrivateBytes();
+  ASSERT_TRUE(press(200));
+  EXPECT_TRUE(WaitUntil([&] { return marl.Handles() <= handles + 2; }))
+      << handles << " handles before, " << marl.Handles() << " after";
+  EXPECT_LE(marl.PrivateBytes(), bytes + 256 * 1024) << "from " << bytes;
+  RecordProperty("handles_before", static_cast<int>(handles));
+  RecordProperty("handles_after", static_cast<int>(marl.Handles()));
+  RecordProperty("bytes_before", static_cast<int>(bytes));
+  RecordProperty("bytes_after", static_cast<int>(marl.PrivateBytes()));
+}
+
+}  // namespace marl::desktop

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "tests/desktop/Harness.h"
+
+namespace marl::desktop {
+
+inline constexpr wchar_t kDemonstrationQuestion[] =
+    L"Would you like to launch a demonstration which shows you how to translate in Marl?";
+inline constexpr wchar_t kWizardQuestion[] =
+    L"Would you like to start the translation wizard when you start Marl?";
+
+inline constexpr int kEdit = 5;
+inline constexpr int kUtilities = 9;
+inline constexpr int kQaCheck = 10;
+inline constexpr int kExit = 17;
+
+/// Settings of one's own; the first run lies behind the user unless a test says otherwise.
+class SwitchboardTest : public testing::Test {
+ protected:
+  SwitchboardTest() { settings.Set(L"FirstRun", L"N"); }
+
+  static Started Start(const SuiteFolder& suite, const std::wstring& program,
+                       const std::wstring& arguments = {}, int show = SW_SHOWNORMAL) {
+    return {program, suite.path() + L"\\" + program, arguments, suite.path(), show};
+  }
+
+  /// Closes the main form as its user does, and waits for the end of the process.
+  static testing::AssertionResult Close(const RunningMarl& marl) {
+    const HWND window = marl.Window();
+    if (!window) return testing::AssertionFailure() << "there is no window";
+    PostMessageW(window, WM_CLOSE, 0, 0);
+    const auto code = marl.WaitForExit();
+    if (!code) return testing::AssertionFailure() << "it still runs";
+    if (*code != 0) return testing::AssertionFailure() << "exit code " << *code;
+    return testing::AssertionSuccess();
+  }
+
+  Settings settings;
+};
+
+}  // namespace marl::desktop

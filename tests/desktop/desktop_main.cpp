@@ -1,0 +1,43 @@
+// The tests on the real program: the shipped Marl.exe in a suite folder of stand-in tools, moved by
+// a real mouse and real keys. Runs on Windows and, unchanged, in a Wine desktop.
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+
+#include "tests/desktop/Harness.h"
+
+namespace {
+
+std::wstring FullPath(const std::wstring& path) {
+  std::wstring full(32768, L'\0');
+  full.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+  return full;
+}
+
+bool Present(const std::wstring& path) {
+  return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+  using marl::desktop::g_programs;
+  // Windows would otherwise tell lengths at 96 dpi, whatever the screen has.
+  SetProcessDPIAware();
+  testing::InitGoogleTest(&argc, argv);
+  g_programs.marl = marl::desktop::Environment(L"MARL_PROGRAM");
+  g_programs.standIn = marl::desktop::Environment(L"MARL_STAND_IN");
+  for (int i = 1; i < argc; ++i) {
+    const std::wstring argument = argv[i];
+    if (argument.starts_with(L"--marl=")) g_programs.marl = argument.substr(7);
+    if (argument.starts_with(L"--stand-in=")) g_programs.standIn = argument.substr(11);
+  }
+  g_programs.marl = FullPath(g_programs.marl);
+  g_programs.standIn = FullPath(g_programs.standIn);
+  if (!Present(g_programs.marl) || !Present(g_programs.standIn)) {
+    std::cerr << "desktop_tests --marl=PATH --stand-in=PATH [GoogleTest options]\n";
+    return 2;
+  }
+  return RUN_ALL_TESTS();
+}
