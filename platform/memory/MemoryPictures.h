@@ -1,0 +1,41 @@
+#pragma once
+
+#include <set>
+#include <vector>
+
+#include "platform/Pictures.h"
+
+namespace marl {
+
+/// Plain pictures of the sizes that the real ones have.
+class MemoryPictures : public Pictures {
+ public:
+  std::set<int> missing;    ///< numbers without a picture
+  std::vector<int> loaded;  ///< what was asked for, in order
+
+  PicturePtr Load(int id) override {
+    loaded.push_back(id);
+    if (missing.contains(id)) return nullptr;
+    switch (id) {
+      case MARL_PICTURE_SPLASH: return Plain(480, 300);
+      case MARL_PICTURE_SPLASH_144: return Plain(720, 450);
+      case MARL_PICTURE_ABOUT: return Plain(400, 96);
+      case MARL_PICTURE_ABOUT_144: return Plain(600, 144);
+      case MARL_PICTURE_MENU_16: return Plain(kIcons * 16, 16);
+      case MARL_PICTURE_MENU_24: return Plain(kIcons * 24, 24);
+      default: break;
+    }
+    if (id < MARL_PICTURE_SET0_48 || id > MARL_PICTURE_SET3_96) return nullptr;
+    constexpr int kSizes[] = {48, 72, 96};
+    const int size = kSizes[(id - MARL_PICTURE_SET0_48) % 3];
+    return Plain(kIcons * size, 2 * size);
+  }
+
+ private:
+  static constexpr int kIcons = 18;
+  static PicturePtr Plain(int width, int height) {
+    return std::make_shared<const Picture>(width, height, 0xFF808080);
+  }
+};
+
+}  // namespace marl
