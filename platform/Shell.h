@@ -26,6 +26,9 @@ class Shell {
   /// characters). Returns its code, above 32 for success; `program` is the buffer up to its first
   /// NUL then, else untouched.
   virtual int FindProgram(TextView file, TextView directory, Text& program) = 0;
+  /// Starts a program by its command line (CreateProcess) with a window that gets the focus.
+  /// False when it cannot be started.
+  virtual bool Run(TextView commandLine, int show) = 0;
 };
 
 }  // namespace marl

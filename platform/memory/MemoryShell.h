@@ -1,5 +1,6 @@
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "platform/Process.h"
@@ -25,6 +26,8 @@ class MemoryShell : public Shell {
   Text browser;               ///< what is associated with every type
   int findCode = 33;
   std::vector<Text> asked;    ///< the files whose program was asked for
+  std::vector<std::pair<Text, int>> ran;  ///< command lines and show commands
+  bool runs = true;
 
   int Execute(ShellOwner owner, TextView verb, TextView file, TextView parameters,
               TextView directory, int show) override {
@@ -35,6 +38,10 @@ class MemoryShell : public Shell {
     asked.emplace_back(file);
     if (findCode > 32) program = browser;
     return findCode;
+  }
+  bool Run(TextView commandLine, int show) override {
+    ran.emplace_back(commandLine, show);
+    return runs;
   }
 };
 

@@ -30,4 +30,22 @@ int ShellWin32::FindProgram(TextView file, TextView directory, Text& program) {
   return result;
 }
 
+bool ShellWin32::Run(TextView commandLine, int show) {
+  if (commandLine.empty() || commandLine.find(u'\0') != TextView::npos) return false;
+  // The platform writes into the command line that it is given.
+  Text line(commandLine);
+  STARTUPINFOW startup = {};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESHOWWINDOW;
+  startup.wShowWindow = static_cast<WORD>(show);
+  PROCESS_INFORMATION process = {};
+  if (!CreateProcessW(nullptr, reinterpret_cast<wchar_t*>(line.data()), nullptr, nullptr, FALSE, 0,
+                      nullptr, nullptr, &startup, &process)) {
+    return false;
+  }
+  CloseHandle(process.hThread);
+  CloseHandle(process.hProcess);
+  return true;
+}
+
 }  // namespace marl::win32

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace marl {
+
+/// LOCALE_IDEFAULTANSICODEPAGE: the number of a locale's 8-bit code page, in decimal.
+constexpr std::uint32_t kLocaleDefaultAnsiCodePage = 4100;
+
+/// What the platform knows of languages and regions.
+class Locale {
+ public:
+  virtual ~Locale() = default;
+  /// Locale id of the running thread (GetThreadLocale).
+  virtual std::uint32_t ThreadLocale() const = 0;
+  /// Puts one fact of a locale, with its terminator, into the buffer (GetLocaleInfoA). Returns the
+  /// bytes written; 0, and an untouched buffer, for an unknown locale or fact or too little room.
+  virtual int LocaleInfo(std::uint32_t locale, std::uint32_t type,
+                         std::span<char> buffer) const = 0;
+};
+
+}  // namespace marl

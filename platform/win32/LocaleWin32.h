@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/Locale.h"
+
+namespace marl::win32 {
+
+/// The machine's locales.
+class LocaleWin32 : public Locale {
+ public:
+  std::uint32_t ThreadLocale() const override;
+  int LocaleInfo(std::uint32_t locale, std::uint32_t type, std::span<char> buffer) const override;
+};
+
+}  // namespace marl::win32
