@@ -1,0 +1,84 @@
+#include "platform/win32/PictureLoader.h"
+
+// The identifiers of the imaging component are in no library that is linked.
+#define INITGUID
+#include <windows.h>
+
+#include <objbase.h>
+#include <wincodec.h>
+
+#include <limits>
+
+namespace marl::win32 {
+
+namespace {
+
+constexpr UINT kLargestSide = 16384;
+
+struct Releaser {
+  void operator()(IUnknown* object) const { object->Release(); }
+};
+template <typename Interface>
+using Com = std::unique_ptr<Interface, Releaser>;
+
+}  // namespace
+
+PicturePtr DecodePicture(const void* data, std::size_t size) {
+  if (!data || size == 0 || size > std::numeric_limits<DWORD>::max()) return nullptr;
+  void* made = nullptr;
+  if (FAILED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
+                              IID_IWICImagingFactory, &made))) {
+    return nullptr;
+  }
+  const Com<IWICImagingFactory> factory(static_cast<IWICImagingFactory*>(made));
+
+  IWICStream* rawStream = nullptr;
+  if (FAILED(factory->CreateStream(&rawStream))) return nullptr;
+  const Com<IWICStream> stream(rawStream);
+  // The stream only reads; its signature does not say so.
+  auto* const bytes = static_cast<BYTE*>(const_cast<void*>(data));
+  if (FAILED(stream->InitializeFromMemory(bytes, static_cast<DWORD>(size)))) return nullptr;
+
+  IWICBitmapDecoder* rawDecoder = nullptr;
+  if (FAILED(factory->CreateDecoderFromStream(stream.get(), nullptr,
+                                              WICDecodeMetadataCacheOnDemand, &rawDecoder))) {
+    return nullptr;
+  }
+  const Com<IWICBitmapDecoder> decoder(rawDecoder);
+  IWICBitmapFrameDecode* rawFrame = nullptr;
+  if (FAILED(decoder->GetFrame(0, &rawFrame))) return nullptr;
+  const Com<IWICBitmapFrameDecode> frame(rawFrame);
+
+  IWICFormatConverter* rawConverter = nullptr;
+  if (FAILED(factory->CreateFormatConverter(&rawConverter))) return nullptr;
+  const Com<IWICFormatConverter> converter(rawConverter);
+  UINT width = 0;
+  UINT height = 0;
+  if (FAILED(converter->Initialize(frame.get(), GUID_WICPixelFormat32bppPBGRA,
+                                   WICBitmapDitherTypeNone, nullptr, 0.0,
+                                   WICBitmapPaletteTypeCustom)) ||
+      FAILED(converter->GetSize(&width, &height)) || width == 0 || height == 0 ||
+      width > kLargestSide || height > kLargestSide) {
+    return nullptr;
+  }
+  const auto picture = std::make_shared<Picture>(static_cast<int>(width), static_cast<int>(height));
+  const UINT stride = width * 4;
+  if (FAILED(converter->CopyPixels(nullptr, stride, stride * height,
+                                   reinterpret_cast<BYTE*>(picture->pixels.data())))) {
+    return nullptr;
+  }
+  return picture;
+}
+
+PicturePtr PicturesWin32::Load(int id) {
+  auto& shown = shown_[id];
+  if (PicturePtr picture = shown.lock()) return picture;
+  const HRSRC found = FindResourceW(nullptr, MAKEINTRESOURCEW(id), RT_RCDATA);
+  const HGLOBAL loaded = found ? LoadResource(nullptr, found) : nullptr;
+  if (!loaded) return nullptr;
+  const PicturePtr picture = DecodePicture(LockResource(loaded), SizeofResource(nullptr, found));
+  shown = picture;
+  return picture;
+}
+
+}  // namespace marl::win32

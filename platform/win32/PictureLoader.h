@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <memory>
+
+#include "platform/Pictures.h"
+
+namespace marl::win32 {
+
+/// Decodes a picture file in memory (PNG and all else that the platform's imaging component
+/// reads) to colours multiplied with their alpha. Null when it is no picture, or one with a side
+/// above 16384 pixels. COM has to be ready on the thread.
+PicturePtr DecodePicture(const void* data, std::size_t size);
+
+/// The pictures in the program's resources (RCDATA), each decoded at its first use and kept while
+/// somebody shows it.
+class PicturesWin32 : public Pictures {
+ public:
+  PicturePtr Load(int id) override;
+
+ private:
+  std::map<int, std::weak_ptr<const Picture>> shown_;
+};
+
+}  // namespace marl::win32
