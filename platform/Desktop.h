@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string_view>
@@ -15,6 +16,9 @@ namespace marl {
 class Control;
 class Form;
 enum class Property;
+
+/// A window of any program, as the platform numbers it; 0 is none.
+using WindowHandle = std::int32_t;
 
 /// What a form looks like on its platform. The form owns it from load to unload.
 class FormPeer {
@@ -71,6 +75,17 @@ class Desktop {
   /// Shows a message under the title (MessageBox) above the active form. Returns the answer.
   virtual int MsgBox(TextView text, int flags, TextView title) = 0;
   virtual void Beep() = 0;
+
+  /// Calls `visit` for each top-level window of any program, the topmost first, until it returns
+  /// false (EnumWindows).
+  virtual void EnumerateWindows(const std::function<bool(WindowHandle)>& visit) = 0;
+  /// The window's title as it fits into a buffer of `capacity` characters with its end mark
+  /// (GetWindowText); empty when the window has gone.
+  virtual Text TitleOf(WindowHandle window, int capacity) = 0;
+  /// True for a window that has the visible style, minimised or not (IsWindowVisible).
+  virtual bool IsVisible(WindowHandle window) = 0;
+  /// Shows a window by a `ShowCommand`.
+  virtual void ShowWindow(WindowHandle window, int command) = 0;
   /// Brings the window of exactly this title to the foreground; false when there is none.
   virtual bool ActivateByTitle(TextView title) = 0;
 

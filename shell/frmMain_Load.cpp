@@ -1,5 +1,6 @@
 #include "platform/FoldCase.h"
 #include "shell/frmMain.h"
+#include "shell/modFindWindow.h"
 #include "support/Numbers.h"
 
 // Start-up and shutdown of the main form. The order of the steps is a promise to the suite's other
@@ -45,7 +46,14 @@ void frmMain::EndIfSecondInstance() {
     return;
   }
   Skip([&] {
-    desktop().MsgBox(platform_.strings.Get(10000), kInformation, kApplicationTitle);
+    WindowHandle window = 0;
+    Text title;
+    if (FindWindowByTitle(desktop(), u"Marl :", kTitleBegins, window, title)) {
+      desktop().ShowWindow(window, kShowNormal);
+      desktop().ActivateByTitle(title);
+    } else {
+      desktop().MsgBox(platform_.strings.Get(10000), kInformation, kApplicationTitle);
+    }
   });
   throw ProcessEnd{};
 }

@@ -86,6 +86,34 @@ int MemoryDesktop::MsgBox(TextView text, int flags, TextView title) {
   return answer == answers.end() ? kAnswerOk : answer->second;
 }
 
+void MemoryDesktop::EnumerateWindows(const std::function<bool(WindowHandle)>& visit) {
+  for (std::size_t i = 0; i < others.size(); ++i) {
+    if (!visit(static_cast<WindowHandle>(i + 1))) return;
+  }
+}
+
+MemoryDesktop::OtherWindow* MemoryDesktop::Other(WindowHandle window) {
+  const auto place = static_cast<std::size_t>(window - 1);
+  return place < others.size() ? &others[place] : nullptr;
+}
+
+Text MemoryDesktop::TitleOf(WindowHandle window, int capacity) {
+  const OtherWindow* const other = Other(window);
+  return other ? other->title.substr(0, static_cast<std::size_t>(capacity - 1)) : Text();
+}
+
+bool MemoryDesktop::IsVisible(WindowHandle window) {
+  const OtherWindow* const other = Other(window);
+  return other && other->visible;
+}
+
+void MemoryDesktop::ShowWindow(WindowHandle window, int command) {
+  OtherWindow* const other = Other(window);
+  if (!other) return;
+  other->visible = command != 0;
+  shown.push_back({other->title, command});
+}
+
 bool MemoryDesktop::ActivateByTitle(TextView title) {
   for (const OtherWindow& window : others) {
     if (window.title == title) {

@@ -68,7 +68,7 @@ class MemoryDesktop : public Desktop {
   Size dpi{96, 96};
   Size frame{120, 570};  ///< twips that a window's frame and title add
   std::map<Text, int> answers;  ///< message text -> answer; kAnswerOk when not listed
-  std::vector<OtherWindow> others;
+  std::vector<OtherWindow> others;  ///< topmost first; the handle is the place, from 1
   Form* foreground = nullptr;
   Point cursor;  ///< pixels
   /// Runs when a form of this name is shown modally, in place of the user.
@@ -79,6 +79,7 @@ class MemoryDesktop : public Desktop {
   // What has happened.
   std::vector<Message> messages;
   std::vector<Text> activated;
+  std::vector<std::pair<Text, int>> shown;  ///< titles of other windows, and show commands
   std::vector<Offer> offers;
   std::vector<std::pair<int, int>> commonControls;  ///< size and flags of each call
   int beeps = 0;
@@ -90,6 +91,10 @@ class MemoryDesktop : public Desktop {
   void DoEvents() override;
   int MsgBox(TextView text, int flags, TextView title) override;
   void Beep() override { ++beeps; }
+  void EnumerateWindows(const std::function<bool(WindowHandle)>& visit) override;
+  Text TitleOf(WindowHandle window, int capacity) override;
+  bool IsVisible(WindowHandle window) override;
+  void ShowWindow(WindowHandle window, int command) override;
   bool ActivateByTitle(TextView title) override;
   Size ScreenSize() const override { return screen; }
   Size Dpi() const override { return dpi; }
@@ -105,6 +110,7 @@ class MemoryDesktop : public Desktop {
 
  private:
   friend class MemoryPeer;
+  OtherWindow* Other(WindowHandle window);
   std::map<const Control*, int> elapsed_;
 };
 

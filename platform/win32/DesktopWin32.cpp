@@ -14,6 +14,14 @@ HWND WindowOf(const Form* form) {
   return form && form->peer() ? static_cast<FormWin32*>(form->peer())->window() : nullptr;
 }
 
+// A handle's upper half only repeats its sign: 32 bits are all of it, in every build.
+HWND FromHandle(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
+
+BOOL CALLBACK VisitWindow(HWND window, LPARAM data) {
+  const auto& visit = *reinterpret_cast<const std::function<bool(WindowHandle)>*>(data);
+  return visit(HandleToLong(window)) ? TRUE : FALSE;
+}
+
 }  // namespace
 
 DesktopWin32::DesktopWin32() {
@@ -101,6 +109,24 @@ int DesktopWin32::MsgBox(TextView text, int flags, TextView title) {
 }
 
 void DesktopWin32::Beep() { MessageBeep(MB_OK); }
+
+void DesktopWin32::EnumerateWindows(const std::function<bool(WindowHandle)>& visit) {
+  EnumWindows(VisitWindow, reinterpret_cast<LPARAM>(&visit));
+}
+
+Text DesktopWin32::TitleOf(WindowHandle window, int capacity) {
+  std::wstring title(static_cast<std::size_t>(capacity), L'\0');
+  const int length = GetWindowTextW(FromHandle(window), title.data(), capacity);
+  return FromWide(title.data(), static_cast<std::size_t>(length));
+}
+
+bool DesktopWin32::IsVisible(WindowHandle window) {
+  return IsWindowVisible(FromHandle(window)) != FALSE;
+}
+
+void DesktopWin32::ShowWindow(WindowHandle window, int command) {
+  ::ShowWindow(FromHandle(window), command);
+}
 
 bool DesktopWin32::ActivateByTitle(TextView title) {
   const HWND window = FindWindowW(nullptr, Wide(Text(title)));

@@ -24,6 +24,10 @@ class DesktopWin32 : public Desktop {
   void DoEvents() override;
   int MsgBox(TextView text, int flags, TextView title) override;
   void Beep() override;
+  void EnumerateWindows(const std::function<bool(WindowHandle)>& visit) override;
+  Text TitleOf(WindowHandle window, int capacity) override;
+  bool IsVisible(WindowHandle window) override;
+  void ShowWindow(WindowHandle window, int command) override;
   bool ActivateByTitle(TextView title) override;
   Size ScreenSize() const override;
   Size Dpi() const override { return dpi_; }
