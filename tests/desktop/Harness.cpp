@@ -157,6 +157,43 @@ void WriteText(const std::wstring& path, const std::wstring& name, const std::ws
   RegCloseKey(key);
 }
 
+/// The name of a file outside of Wine; empty on Windows.
+std::wstring UnixNameOf(const std::wstring& path) {
+  using Translate = char*(CDECL*)(const wchar_t*);
+  const auto translate = reinterpret_cast<Translate>(reinterpret_cast<void*>(
+      GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
+  if (!translate) return {};
+  char* const name = translate(path.c_str());
+  if (!name) return {};
+  const std::wstring result = FromUtf8(name);
+  HeapFree(GetProcessHeap(), 0, name);
+  return result;
+}
+
+/// Wine keeps its drives as links, beside the one of drive C.
+std::wstring WineDriveLink(wchar_t letter) {
+  std::wstring link = UnixNameOf(L"C:\\");
+  link.resize(link.rfind(L"c:"));
+  return link + static_cast<wchar_t>(letter - L'A' + L'a') + L":";
+}
+
+bool RunUnixTool(const std::wstring& command) {
+  std::wstring line = command;
+  const std::wstring program = L"Z:\\bin\\" + command.substr(0, command.find(L' '));
+  STARTUPINFOW info = {};
+  info.cb = sizeof info;
+  PROCESS_INFORMATION started = {};
+  if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                      &info, &started)) {
+    return false;
+  }
+  // Its end is not told reliably; what it does, is to be seen.
+  WaitForSingleObject(started.hProcess, static_cast<DWORD>(kDeadline.count()));
+  CloseHandle(started.hThread);
+  CloseHandle(started.hProcess);
+  return true;
+}
+
 /// The environment of this process with some variables set anew, as CreateProcess takes it.
 std::wstring EnvironmentBlock(const std::map<std::wstring, std::wstring>& changes) {
   std::wstring block;
@@ -454,13 +491,23 @@ DriveLetter::DriveLetter(const std::wstring& folder) : folder_(folder) {
   for (wchar_t letter = L'R'; letter <= L'Y'; ++letter) {
     if (taken >> (letter - L'A') & 1) continue;
     name_ = std::wstring(1, letter) + L":";
-    made_ = DefineDosDeviceW(0, name_.c_str(), folder_.c_str()) != FALSE;
+    if (UnixNameOf(folder_).empty()) {
+      made_ = DefineDosDeviceW(0, name_.c_str(), folder_.c_str()) != FALSE;
+    } else {
+      made_ = RunUnixTool(L"ln -s \"" + UnixNameOf(folder_) + L"\" \"" + WineDriveLink(letter) +
+                          L"\"");
+    }
     return;
   }
 }
 
 DriveLetter::~DriveLetter() {
-  if (made_) DefineDosDeviceW(DDD_REMOVE_DEFINITION, name_.c_str(), nullptr);
+  if (!made_) return;
+  if (UnixNameOf(folder_).empty()) {
+    DefineDosDeviceW(DDD_REMOVE_DEFINITION, name_.c_str(), nullptr);
+  } else {
+    RunUnixTool(L"rm \"" + WineDriveLink(name_.front()) + L"\"");
+  }
 }
 
 Settings::Settings() {

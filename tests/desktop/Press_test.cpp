@@ -58,6 +58,9 @@ TEST_F(Press, IconsAndLabelsStartTheirToolsAtADriveRoot) {
   const SuiteFolder suite(kOddFolder);
   const DriveLetter drive(suite.path());
   ASSERT_TRUE(drive.made());
+  ASSERT_TRUE(WaitUntil([&] {
+    return GetFileAttributesW((drive.name() + L"\\Marl.exe").c_str()) != INVALID_FILE_ATTRIBUTES;
+  }));
   const RunningMarl marl(suite, L"", drive.name() + L"\\Marl.exe");
   PressAll(suite, marl, drive.name() + L"\\");
 }
