@@ -21,10 +21,50 @@ const char16_t* TypeName(ControlKind kind) {
     case ControlKind::kHScrollBar: return u"HScrollBar";
     case ControlKind::kStatusBar: return u"StatusBar";
     case ControlKind::kTabStrip: return u"TabStrip";
+    case ControlKind::kSSTab: return u"SSTab";
+    case ControlKind::kToolbar: return u"Toolbar";
+    case ControlKind::kListView: return u"ListView";
     case ControlKind::kTimer: return u"Timer";
     case ControlKind::kMenu: return u"Menu";
   }
   return u"";
+}
+
+bool HasCaption(ControlKind kind) {
+  switch (kind) {
+    case ControlKind::kLabel:
+    case ControlKind::kCommandButton:
+    case ControlKind::kCheckBox:
+    case ControlKind::kOptionButton:
+    case ControlKind::kFrame:
+    case ControlKind::kSSTab:
+    case ControlKind::kMenu: return true;
+    default: return false;
+  }
+}
+
+bool HasToolTipText(ControlKind kind) {
+  switch (kind) {
+    case ControlKind::kShape:
+    case ControlKind::kLine:
+    case ControlKind::kHScrollBar:
+    case ControlKind::kTimer:
+    case ControlKind::kMenu: return false;
+    default: return true;
+  }
+}
+
+bool HasFont(ControlKind kind) {
+  switch (kind) {
+    case ControlKind::kImage:
+    case ControlKind::kShape:
+    case ControlKind::kLine:
+    case ControlKind::kHScrollBar:
+    case ControlKind::kToolbar:
+    case ControlKind::kTimer:
+    case ControlKind::kMenu: return false;
+    default: return true;
+  }
 }
 
 Control::Control(Form& form, ControlKind kind, std::string_view name, int index, Control* container)

@@ -31,12 +31,21 @@ enum class ControlKind {
   kHScrollBar,
   kStatusBar,
   kTabStrip,
+  kSSTab,
+  kToolbar,
+  kListView,
   kTimer,
   kMenu,
 };
 
 /// The name of the kind, as forms tell controls apart: "Label", "CommandButton" ...
 const char16_t* TypeName(ControlKind kind);
+
+/// Whether the kind has the property. Every control carries its state all the same; those without
+/// it show nothing of it.
+bool HasCaption(ControlKind kind);
+bool HasToolTipText(ControlKind kind);
+bool HasFont(ControlKind kind);
 
 /// The property whose change a peer is told of.
 enum class Property {

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+#include <vector>
+
+#include "platform/forms/Control.h"
+
+namespace marl {
+
+/// A tab of a tab strip, a button of a tool bar or a column of a list: what the control's own
+/// properties are for the control, for one part of it.
+struct ControlPart {
+  Text Caption;
+  Text Tag;  ///< free text, for the program's own use
+  Text ToolTipText;
+  bool operator==(const ControlPart&) const = default;
+};
+
+/// The parts of a control. They count from 1; any other number throws "Subscript out of range".
+class PartedControl : public Control {
+ public:
+  PartedControl(Form& form, ControlKind kind, std::string_view name, int index, Control* container)
+      : Control(form, kind, name, index, container) {}
+
+  int PartCount() const { return static_cast<int>(parts_.size()); }
+  const ControlPart& Part(int part) const;
+  /// Appends a part. Returns its number.
+  virtual int AddPart(const ControlPart& part);
+  void SetPartCaption(int part, TextView caption);
+  void SetPartToolTipText(int part, TextView text);
+
+ private:
+  ControlPart& At(int part);
+
+  std::vector<ControlPart> parts_;
+};
+
+/// A row of tabs, of which one is selected as soon as there is one. What the tabs show is the
+/// form's affair: `Click` is raised when another tab is selected.
+class TabStrip : public PartedControl {
+ public:
+  explicit TabStrip(Form& form, std::string_view name, int index = -1,
+                    Control* container = nullptr)
+      : PartedControl(form, ControlKind::kTabStrip, name, index, container) {}
+  int AddPart(const ControlPart& part) override;
+  /// Number of the selected tab; 0 without tabs.
+  int SelectedItem() const { return selected_; }
+  void SetSelectedItem(int tab);
+  void UserSelectTab(int tab);
+
+ private:
+  int selected_ = 0;
+};
+
+/// A row of push buttons. `ButtonClick` is raised with the number of the one that was pressed.
+class Toolbar : public PartedControl {
+ public:
+  explicit Toolbar(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
+      : PartedControl(form, ControlKind::kToolbar, name, index, container) {
+    TabStop = false;
+  }
+  std::function<void(int)> ButtonClick;
+  void UserButtonClick(int button);
+};
+
+/// A list of rows with columns; the parts are the column headers.
+class ListView : public PartedControl {
+ public:
+  explicit ListView(Form& form, std::string_view name, int index = -1,
+                    Control* container = nullptr)
+      : PartedControl(form, ControlKind::kListView, name, index, container) {}
+};
+
+/// A dialog of pages with a tab each. Its tabs are a number and a caption each; they count from 0.
+class SSTab : public Control {
+ public:
+  explicit SSTab(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
+      : Control(form, ControlKind::kSSTab, name, index, container), captions_(1) {}
+  int Tabs() const { return static_cast<int>(captions_.size()); }
+  /// Throws "Invalid property value" below 1.
+  void SetTabs(int count);
+  /// Caption of a tab. Any number beyond the tabs throws "Invalid procedure call or argument".
+  const Text& TabCaption(int tab) const;
+  void SetTabCaption(int tab, TextView caption);
+  /// Number of the tab whose page is seen.
+  int Tab() const { return tab_; }
+  void SetTab(int tab);
+  void UserSelectTab(int tab);
+
+ private:
+  std::vector<Text> captions_;
+  int tab_ = 0;
+};
+
+}  // namespace marl

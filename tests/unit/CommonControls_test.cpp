@@ -1,0 +1,112 @@
+#include "platform/forms/CommonControls.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/RuntimeError.h"
+#include "platform/forms/Form.h"
+#include "platform/memory/MemoryDesktop.h"
+
+namespace marl {
+namespace {
+
+class CommonControls : public testing::Test {
+ protected:
+  MemoryDesktop desktop;
+  Form form{desktop, "frmAny"};
+};
+
+TEST_F(CommonControls, PartsCountFromOne) {
+  ListView list(form, "lvw");
+  EXPECT_EQ(list.AddPart({u"a", u"", u""}), 1);
+  EXPECT_EQ(list.AddPart({u"b", u"", u""}), 2);
+  EXPECT_EQ(list.Part(2).Caption, u"b");
+  for (const int part : {-1, 0, 3}) {
+    EXPECT_THROW(list.Part(part), RuntimeError) << part;
+    EXPECT_THROW(list.SetPartCaption(part, u"x"), RuntimeError) << part;
+    EXPECT_THROW(list.SetPartToolTipText(part, u"x"), RuntimeError) << part;
+  }
+}
+
+TEST_F(CommonControls, TheFirstTabIsSelectedAtOnceAndSilently) {
+  TabStrip tabs(form, "tab");
+  int clicks = 0;
+  tabs.Click = [&] { ++clicks; };
+  EXPECT_EQ(tabs.SelectedItem(), 0);
+  tabs.AddPart({u"a", u"", u""});
+  tabs.AddPart({u"b", u"", u""});
+  EXPECT_EQ(tabs.SelectedItem(), 1);
+  EXPECT_EQ(clicks, 0);
+}
+
+TEST_F(CommonControls, ATabStripClicksWhenAnotherTabIsSelected) {
+  TabStrip tabs(form, "tab");
+  int clicks = 0;
+  tabs.Click = [&] { ++clicks; };
+  tabs.AddPart({u"a", u"", u""});
+  tabs.AddPart({u"b", u"", u""});
+  tabs.SetSelectedItem(1);
+  EXPECT_EQ(clicks, 0);
+  tabs.SetSelectedItem(2);
+  tabs.UserSelectTab(1);
+  EXPECT_EQ(clicks, 2);
+  tabs.UserSelectTab(3);
+  tabs.SetEnabled(false);
+  tabs.UserSelectTab(2);
+  EXPECT_EQ(tabs.SelectedItem(), 1);
+  EXPECT_EQ(clicks, 2);
+  EXPECT_THROW(tabs.SetSelectedItem(0), RuntimeError);
+  EXPECT_THROW(tabs.SetSelectedItem(3), RuntimeError);
+}
+
+TEST_F(CommonControls, AToolBarTellsWhichButton) {
+  Toolbar bar(form, "tlb");
+  bar.AddPart({u"a", u"", u""});
+  bar.AddPart({u"b", u"", u""});
+  std::vector<int> pressed;
+  bar.UserButtonClick(1);
+  bar.ButtonClick = [&](int button) { pressed.push_back(button); };
+  bar.UserButtonClick(2);
+  bar.UserButtonClick(0);
+  bar.UserButtonClick(3);
+  bar.SetVisible(false);
+  bar.UserButtonClick(1);
+  EXPECT_EQ(pressed, std::vector<int>{2});
+}
+
+TEST_F(CommonControls, ATabbedDialogHasOnePageAtLeast) {
+  SSTab pages(form, "sst");
+  EXPECT_EQ(pages.Tabs(), 1);
+  EXPECT_THROW(pages.SetTabs(0), RuntimeError);
+  pages.SetTabs(3);
+  EXPECT_EQ(pages.Tabs(), 3);
+  EXPECT_THROW(pages.TabCaption(3), RuntimeError);
+  EXPECT_THROW(pages.TabCaption(-1), RuntimeError);
+  EXPECT_THROW(pages.SetTabCaption(3, u"x"), RuntimeError);
+}
+
+TEST_F(CommonControls, ATabbedDialogClicksWhenThePageChanges) {
+  SSTab pages(form, "sst");
+  pages.SetTabs(3);
+  int clicks = 0;
+  pages.Click = [&] { ++clicks; };
+  pages.SetTab(0);
+  EXPECT_EQ(clicks, 0);
+  pages.SetTab(2);
+  pages.UserSelectTab(1);
+  EXPECT_EQ(clicks, 2);
+  EXPECT_THROW(pages.SetTab(3), RuntimeError);
+  pages.UserSelectTab(3);
+  EXPECT_EQ(pages.Tab(), 1);
+  pages.SetTabs(1);
+  EXPECT_EQ(pages.Tab(), 0);
+}
+
+TEST_F(CommonControls, KindsAreToldApartByName) {
+  EXPECT_EQ(TextView(TypeName(TabStrip(form, "a").kind())), u"TabStrip");
+  EXPECT_EQ(TextView(TypeName(SSTab(form, "b").kind())), u"SSTab");
+  EXPECT_EQ(TextView(TypeName(Toolbar(form, "c").kind())), u"Toolbar");
+  EXPECT_EQ(TextView(TypeName(ListView(form, "d").kind())), u"ListView");
+}
+
+}  // namespace
+}  // namespace marl
