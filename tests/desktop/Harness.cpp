@@ -187,7 +187,7 @@ bool RunUnixTool(const std::wstring& command) {
                       &info, &started)) {
     return false;
   }
-  // Its end is not told reliably; what it does, is to be seen.
+  // The handle may be signalled before the tool is done: callers look for what it does.
   WaitForSingleObject(started.hProcess, static_cast<DWORD>(kDeadline.count()));
   CloseHandle(started.hThread);
   CloseHandle(started.hProcess);
@@ -561,6 +561,17 @@ void Screenshot(const std::string& name, HWND window) {
   if (folder.empty()) return;
   RECT area = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
   if (window) GetWindowRect(window, &area);
+  // Painted through: nothing has changed for a while.
+  constexpr std::chrono::milliseconds kStill{150};
+  auto since = std::chrono::steady_clock::now();
+  Pixels last = Capture(area);
+  WaitUntil([&] {
+    Pixels now = Capture(area);
+    if (now == last) return std::chrono::steady_clock::now() - since >= kStill;
+    last = std::move(now);
+    since = std::chrono::steady_clock::now();
+    return false;
+  });
   SavePng(ScreenPart(area).bitmap(), folder + L"\\" + FromUtf8(name) + L".png");
 }
 
@@ -736,6 +747,14 @@ MessageBoxWindow RunningMarl::WaitForBox() const {
     return box || !Running();
   });
   return box;
+}
+
+bool RunningMarl::WaitForIdle() const {
+  return process_ && WaitForInputIdle(process_, static_cast<DWORD>(kDeadline.count())) == 0;
+}
+
+DWORD RunningMarl::GuiObjects() const {
+  return GetGuiResources(process_, GR_GDIOBJECTS) + GetGuiResources(process_, GR_USEROBJECTS);
 }
 
 std::size_t RunningMarl::PrivateBytes() const {

@@ -207,9 +207,14 @@ class RunningMarl {
   /// Waits for a message box; an empty one when the process ended or the deadline passed.
   MessageBoxWindow WaitForBox() const;
 
+  /// Waits until it has nothing to do for the first time.
+  bool WaitForIdle() const;
+
   /// Bytes of memory that belong to this process alone.
   std::size_t PrivateBytes() const;
   DWORD Handles() const;
+  /// Drawing objects, windows, menus and icons; 0 where the platform does not tell.
+  DWORD GuiObjects() const;
 
  private:
   HANDLE process_ = nullptr;

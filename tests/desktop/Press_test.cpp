@@ -195,10 +195,12 @@ TEST_F(Press, TwoHundredPressesLeakNothing) {
   // What the platform loads at the first starts stays.
   ASSERT_TRUE(press(20));
   const DWORD handles = marl.Handles();
+  const DWORD objects = marl.GuiObjects();
   const std::size_t bytes = marl.PrivateBytes();
   ASSERT_TRUE(press(200));
   EXPECT_TRUE(WaitUntil([&] { return marl.Handles() <= handles + 2; }))
       << handles << " handles before, " << marl.Handles() << " after";
+  EXPECT_LE(marl.GuiObjects(), objects + 2);
   EXPECT_LE(marl.PrivateBytes(), bytes + 256 * 1024) << "from " << bytes;
   RecordProperty("handles_before", static_cast<int>(handles));
   RecordProperty("handles_after", static_cast<int>(marl.Handles()));

@@ -173,16 +173,15 @@ TEST_F(StartUp, MissingWizardIsComplainedAboutAndTheSwitchboardOpens) {
   EXPECT_TRUE(marl.WaitForWindow());
 }
 
-// The first instance starts minimised: a second start then finds no window that it could restore.
 TEST_F(StartUp, SecondStartRunsTheRegistrarTellsSoAndTouchesNothing) {
-  settings.Set(L"WindowState", L"1");
   const SuiteFolder suite;
   const RunningMarl first(suite);
-  ASSERT_TRUE(WaitUntil([&] { return first.Window() && suite.Starts().size() == 1; }));
-  // Idle: the start is over when the probe for the browser has left the temporary folder.
-  ASSERT_EQ(WaitForInputIdle(OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION, FALSE, first.id()),
-                             static_cast<DWORD>(kDeadline.count())),
-            0u);
+  const HWND window = first.WaitForWindow();
+  ASSERT_TRUE(window);
+  ASSERT_TRUE(first.WaitForIdle());
+  ASSERT_TRUE(WaitUntil([&] { return suite.Starts().size() == 1; }));
+  // As it is in the tray: a second start finds no window that it could restore.
+  ShowWindow(window, SW_HIDE);
   settings.Set(L"FirstRun", L"Y");
   settings.Set(L"Wizard", L"Y");
   CloseHandle(CreateFileW((suite.temp() + L"\\ORU1.TMP").c_str(), GENERIC_WRITE, 0, nullptr,
@@ -200,6 +199,24 @@ TEST_F(StartUp, SecondStartRunsTheRegistrarTellsSoAndTouchesNothing) {
   EXPECT_EQ(settings.Image(), image);
   EXPECT_EQ(suite.Files(), files);
   EXPECT_TRUE(first.Running());
+  EXPECT_FALSE(IsWindowVisible(window)) << "it stays in the tray";
+}
+
+TEST_F(StartUp, SecondStartBringsTheFirstOnesWindowBack) {
+  const SuiteFolder suite;
+  const RunningMarl first(suite);
+  const HWND window = first.WaitForWindow();
+  ASSERT_TRUE(window);
+  SetWindowTextW(window, L"marl : project server");
+  ShowWindow(window, SW_MINIMIZE);
+  ASSERT_TRUE(IsIconic(window));
+  const auto image = settings.Image();
+  const RunningMarl second(suite);
+  ASSERT_EQ(second.WaitForExit(), 0u);
+  EXPECT_FALSE(IsIconic(window));
+  EXPECT_TRUE(WaitUntil([&] { return GetForegroundWindow() == window; }));
+  EXPECT_EQ(settings.Image(), image);
+  EXPECT_TRUE(WaitUntil([&] { return suite.Starts().size() == 2; })) << "both run the registrar";
 }
 
 TEST_F(StartUp, TemporaryFilesOfTheSuiteAreRemovedAndTheProbeLeavesNothing) {
