@@ -1,0 +1,158 @@
+# Opens the switchboard in a demo suite. Sourced by ./marl.
+
+TOOLS=(Q17Gauge.exe Q17Pair.exe Q17Lexis.exe Q17Cadence.exe Q17Batch.exe Q17Bench.exe Q17Warden.exe
+       Q17Kit.exe Q17Vault.exe Q17Renew.exe Q17Diff.exe Q17Bridge.exe Q17Cleave.exe Q17Xlf.exe
+       MarlTour.exe RegLib.EXE Q17Shell.exe FaceMap.exe Q17Morph.exe WordRich.exe PageTool.exe
+       FrameTool.exe)
+DEMO_SETTINGS='HKCU\Software\VB and VBA Program Settings\Marl'
+DEMO_KEY='HKCU\Software\Oru\Marl'
+
+# Lays out a suite folder: the program, what lies beside it, and a stand-in for every tool.
+demo_layout() {
+  local tool
+  SUITE="$ROOT/build/demo/Marl Suite"
+  mkdir -p "$SUITE"
+  cp -ru "dist/win32/." "$SUITE/"
+  for tool in "${TOOLS[@]}"; do
+    cp -u build/win32/suite/stand_in.exe "$SUITE/$tool"
+  done
+}
+
+has_display() {
+  [[ -n ${DISPLAY:-} ]] && xwininfo -root >/dev/null 2>&1
+}
+
+cmd_run() {
+  ensure_packages run
+  build_program win32
+  build_preset win32 stand_in >/dev/null
+  demo_layout
+  if has_display; then
+    MARL_USE_DISPLAY=1 wine_begin demo
+    say "The switchboard is open; the window shows a desktop of its own, with a taskbar"
+    (cd "$SUITE" && wine Marl.exe)
+  else
+    demo_alone 96
+  fi
+}
+
+# The pictures of the demo at both resolutions. Each has a Wine prefix of its own.
+cmd_shots() {
+  ensure_packages run
+  build_program win32
+  build_preset win32 stand_in >/dev/null
+  demo_layout
+  (demo_alone 96)
+  (demo_alone 144)
+}
+
+# shot NAME: a picture of the whole screen.
+shot() {
+  import -window root "$ROOT/out/shots/$1$DEMO_SUFFIX.png"
+  say "out/shots/$1$DEMO_SUFFIX.png"
+}
+
+# wait_for SECONDS COMMAND...: until the command succeeds.
+wait_for() {
+  local until=$((SECONDS + $1))
+  shift
+  until "$@"; do
+    ((SECONDS < until)) || return 1
+    sleep 0.1
+  done
+}
+
+# find_window KIND: the program's visible window of that kind into X, Y, W, H. Questions are
+# narrow, the splash has no title, the switchboard is named.
+find_window() {
+  local line name
+  while read -r line; do
+    [[ $line =~ ^(0x[0-9a-f]+)\ (\"(.*)\"|\(has\ no\ name\)):\ \(\"marl.exe\".*\ ([0-9]+)x([0-9]+)\+-?[0-9]+\+-?[0-9]+\ +\+(-?[0-9]+)\+(-?[0-9]+)$ ]] || continue
+    name=${BASH_REMATCH[3]} W=${BASH_REMATCH[4]} H=${BASH_REMATCH[5]}
+    X=${BASH_REMATCH[6]} Y=${BASH_REMATCH[7]}
+    ((W > 100 && H > 60)) || continue
+    xwininfo -id "${BASH_REMATCH[1]}" | grep -q IsViewable || continue
+    case $1 in
+      question) [[ $name == Marl ]] && ((H * 2 < W || H < 160 * DEMO_DPI / 96)) && return 0 ;;
+      splash) [[ -z $name ]] && ((W > 400 && H < W)) && return 0 ;;
+      switchboard) [[ $name == Marl* ]] && ((H >= 300)) && return 0 ;;
+    esac
+  done < <(xwininfo -root -tree | sed 's/^ *//')
+  return 1
+}
+
+no_window() { ! find_window "$1"; }
+
+# click X Y, in pixels of the screen, as the user would: go there, then press.
+click() { xdotool mousemove "$1" "$2" sleep 0.1 click 1; }
+
+# started PROGRAM: true when the demo's log has its start.
+started() { grep -q "\"program\": \"$1\"" "$MARL_SUITE_LOG" 2>/dev/null; }
+
+# answer_no: the No button of the question that stands there.
+answer_no() {
+  wait_for 15 find_window question || fail "no question appeared"
+  sleep 0.3
+  click $((X + W / 2 + 34 * DEMO_DPI / 96)) $((Y + H - 22 * DEMO_DPI / 96))
+}
+
+# press_button INDEX: the middle of a button's picture. The panel stands above the status bar, at
+# the foot of the window.
+press_button() {
+  local column=$(($1 % 5)) row=$(($1 / 5))
+  local pitch_x=$((116 * DEMO_DPI / 96)) pitch_y=$((84 * DEMO_DPI / 96))
+  find_window switchboard || fail "the switchboard is gone"
+  local foot=$((Y + H - 23 * DEMO_DPI / 96)) left=$((X + 3))
+  click $((left + pitch_x / 2 + column * pitch_x)) $((foot - 300 * DEMO_DPI / 96 + row * pitch_y))
+}
+
+# Shows the program without a user: a fresh one's questions, two tools, the way out.
+demo_alone() {
+  DEMO_DPI=$1 DEMO_SUFFIX=
+  if ((DEMO_DPI != 96)); then DEMO_SUFFIX=-$DEMO_DPI; fi
+  unset DISPLAY
+  local prefix=demo
+  if ((DEMO_DPI != 96)); then prefix=demo$DEMO_DPI; fi
+  wine_begin "$prefix" "$DEMO_DPI"
+  mkdir -p out/shots
+  wine reg delete "$DEMO_SETTINGS" /f >/dev/null 2>&1 || true
+  wine reg delete "$DEMO_KEY" /f >/dev/null 2>&1 || true
+  export MARL_SUITE_LOG=$WINEPREFIX/drive_c/suite.log
+  rm -f "$MARL_SUITE_LOG"
+  local status=0 marl
+  (cd "$SUITE" && MARL_SUITE_LOG='C:\suite.log' exec wine Marl.exe) &
+  marl=$!
+  say "A fresh user starts the switchboard"
+  wait_for 30 find_window question || fail "the first question did not appear"
+  sleep 0.3
+  shot run-1-first-question
+  answer_no
+  sleep 0.5
+  wait_for 15 started Q17Shell.exe || fail "the context menu entries were not installed"
+  answer_no
+  if wait_for 3 find_window splash; then
+    sleep 0.3
+    shot run-2-splash
+    click $((X + W / 2)) $((Y + H / 2))
+  fi
+  wait_for 15 find_window switchboard || fail "the switchboard did not appear"
+  sleep 0.5
+  shot run-3-switchboard
+  press_button 5
+  wait_for 15 started Q17Bench.exe || fail "Edit did not start Q17Bench.exe"
+  sleep 0.7
+  shot run-4-edit
+  press_button 8
+  wait_for 15 started Q17Warden.exe || fail "Administrator did not start Q17Warden.exe"
+  sleep 0.7
+  shot run-5-administrator
+  press_button 17
+  wait_for 10 gone "$marl" || fail "the switchboard did not end"
+  wait "$marl" || status=$?
+  ((status == 0)) || fail "the switchboard ended with code $status"
+  say "The switchboard has ended. It started:"
+  sed -E 's/.*"program": "([^"]*)".*"arguments": "(([^"\\]|\\.)*)", "directory": "(([^"\\]|\\.)*)".*/   \1\t[\2]\tin \4/; s/\\\\/\\/g' \
+    "$MARL_SUITE_LOG"
+}
+
+gone() { ! kill -0 "$1" 2>/dev/null; }
