@@ -54,7 +54,6 @@ struct KeyInfo {
   std::uint32_t longestSubKey = 0;
   std::uint32_t values = 0;
   std::uint32_t longestValueName = 0;
-  std::uint32_t longestData = 0;
 };
 
 class RegistryStore;

@@ -62,7 +62,8 @@ struct MemoryRegistryStore::Node {
     if (buffer.size() < value.data.size()) return kMoreData;
     std::copy(value.data.begin(), value.data.end(), buffer.begin());
     // A terminator that is missing is supplied where there is room, but not counted.
-    if (IsTextKind(value.kind) && buffer.size() > value.data.size()) {
+    if (IsTextKind(value.kind) && buffer.size() > value.data.size() &&
+        !value.data.empty() && value.data.back() != '\0') {
       buffer[value.data.size()] = '\0';
     }
     return kOk;
@@ -86,6 +87,15 @@ MemoryRegistryStore& MemoryRegistryStore::AddMachine(const NarrowText& name) {
   auto& machine = machines_[Folded(name)];
   machine = std::make_unique<MemoryRegistryStore>();
   return *machine;
+}
+
+void MemoryRegistryStore::Plant(KeyHandle root, const NarrowText& path, const NarrowText& name,
+                                std::uint32_t kind, const NarrowText& data) {
+  std::shared_ptr<Node> node;
+  if (Walk(root, path, true, node) != kOk) return;
+  const auto value = node->Find(name);
+  if (value != node->values.end()) node->values.erase(value);
+  node->values.push_back({Name(name), kind, data});
 }
 
 Status MemoryRegistryStore::Find(KeyHandle key, Opened& out) const {
@@ -250,7 +260,6 @@ Status MemoryRegistryStore::QueryInfo(KeyHandle key, KeyInfo& out) {
   for (const Node::Value& value : node->values) {
     ++out.values;
     out.longestValueName = std::max(out.longestValueName, Size(value.name));
-    out.longestData = std::max(out.longestData, Size(value.data));
   }
   return kOk;
 }

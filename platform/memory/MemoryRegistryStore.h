@@ -22,6 +22,10 @@ class MemoryRegistryStore : public RegistryStore {
   void SetEnvironment(const NarrowText& name, const NarrowText& value);
   /// A machine that ConnectRegistry reaches under this name, with roots of its own.
   MemoryRegistryStore& AddMachine(const NarrowText& name);
+  /// Puts data into a value as it is, as a program with wide entry points could leave it: text
+  /// without terminator, lengths of any kind. The key is made.
+  void Plant(KeyHandle root, const NarrowText& path, const NarrowText& name, std::uint32_t kind,
+             const NarrowText& data);
   /// Keys that are open now.
   std::size_t OpenKeys() const { return open_.size(); }
 

@@ -33,7 +33,8 @@ Status RegistryStoreWin32::Keep(long status, void* key, OpenKeyHandle& out) {
 Status RegistryStoreWin32::OpenKey(KeyHandle key, const NarrowText& path, std::uint32_t access,
                                    OpenKeyHandle& out) {
   HKEY opened = nullptr;
-  return Keep(RegOpenKeyExA(Key(key), path.c_str(), 0, access, &opened), opened, out);
+  const LONG status = RegOpenKeyExA(Key(key), path.c_str(), 0, access, &opened);
+  return Keep(status, opened, out);
 }
 
 Status RegistryStoreWin32::CreateKey(KeyHandle key, const NarrowText& path, std::uint32_t access,
@@ -41,9 +42,9 @@ Status RegistryStoreWin32::CreateKey(KeyHandle key, const NarrowText& path, std:
   HKEY opened = nullptr;
   char noClass[] = "";
   SECURITY_ATTRIBUTES security = {sizeof(security), nullptr, FALSE};
-  return Keep(RegCreateKeyExA(Key(key), path.c_str(), 0, noClass, 0, access, &security, &opened,
-                              nullptr),
-              opened, out);
+  const LONG status = RegCreateKeyExA(Key(key), path.c_str(), 0, noClass, 0, access, &security,
+                                      &opened, nullptr);
+  return Keep(status, opened, out);
 }
 
 void RegistryStoreWin32::CloseKey(KeyHandle key) {
@@ -100,19 +101,20 @@ Status RegistryStoreWin32::EnumValue(KeyHandle key, std::uint32_t index, std::sp
 }
 
 Status RegistryStoreWin32::QueryInfo(KeyHandle key, KeyInfo& out) {
-  DWORD subKeys = 0, longestSubKey = 0, values = 0, longestName = 0, longestData = 0;
+  DWORD subKeys = 0, longestSubKey = 0, values = 0, longestName = 0;
   const LONG status =
       RegQueryInfoKeyA(Key(key), nullptr, nullptr, nullptr, &subKeys, &longestSubKey, nullptr,
-                       &values, &longestName, &longestData, nullptr, nullptr);
-  if (status == ERROR_SUCCESS) out = {subKeys, longestSubKey, values, longestName, longestData};
+                       &values, &longestName, nullptr, nullptr, nullptr);
+  if (status == ERROR_SUCCESS) out = {subKeys, longestSubKey, values, longestName};
   return static_cast<Status>(status);
 }
 
 Status RegistryStoreWin32::ConnectRegistry(const NarrowText& machine, KeyHandle root,
                                            OpenKeyHandle& out) {
   HKEY opened = nullptr;
-  return Keep(RegConnectRegistryA(machine.empty() ? nullptr : machine.c_str(), Key(root), &opened),
-              opened, out);
+  const LONG status =
+      RegConnectRegistryA(machine.empty() ? nullptr : machine.c_str(), Key(root), &opened);
+  return Keep(status, opened, out);
 }
 
 std::uint32_t RegistryStoreWin32::ExpandEnvironment(const NarrowText& source,

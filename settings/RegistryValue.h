@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <variant>
+
+#include "platform/Text.h"
+
+namespace marl {
+
+/// What a value of the registry holds: nothing, text, a 16-bit or 32-bit integer, or bytes.
+using RegistryValue = std::variant<std::monostate, Text, std::int16_t, std::int32_t, Bytes>;
+
+/// The value as text: numbers in decimal, nothing as the empty text, bytes as the 16-bit units
+/// that they form, lower byte first; a single byte left over is dropped.
+Text RegistryText(const RegistryValue& value);
+
+/// The value as a 32-bit integer, when it is a 16-bit or 32-bit one.
+bool RegistryInteger(const RegistryValue& value, std::int32_t& out);
+
+/// Four bytes, the lowest first, as REG_DWORD stores them.
+NarrowText DwordBytes(std::int32_t value);
+/// The reverse; bytes that are missing count as zero.
+std::int32_t DwordValue(std::string_view bytes);
+
+}  // namespace marl

@@ -1,0 +1,171 @@
+#include "settings/cRegistry.h"
+
+#include <array>
+#include <cstring>
+#include <utility>
+
+namespace marl {
+namespace {
+
+/// The class's own buffer for names of sub-keys.
+constexpr std::size_t kSectionBuffer = 255;
+
+/// A percent sign and a second one at least two places after the first.
+bool HoldsPercentName(TextView text) {
+  const std::size_t first = text.find(u'%');
+  return first != TextView::npos && text.find(u'%', first + 2) != TextView::npos;
+}
+
+std::int32_t SwapBytes(std::int32_t value) {
+  const auto bits = static_cast<std::uint32_t>(value);
+  return static_cast<std::int32_t>(bits >> 24 | (bits >> 8 & 0xFF00) | (bits << 8 & 0xFF0000) |
+                                   bits << 24);
+}
+
+}  // namespace
+
+bool cRegistry::KeyExists() {
+  OpenKeyHandle key;
+  return store_.OpenKey(Root(), Section(), kKeyQueryValue, key) == kOk;
+}
+
+bool cRegistry::CreateKey() {
+  OpenKeyHandle key;
+  return store_.CreateKey(Root(), Section(), kKeyAllBasic, key) == kOk;
+}
+
+bool cRegistry::DeleteKey() { return store_.DeleteKey(Root(), Section()) == kOk; }
+
+bool cRegistry::DeleteValue() {
+  OpenKeyHandle key;
+  return store_.OpenKey(Root(), Section(), kKeyAllBasic, key) == kOk &&
+         store_.DeleteValue(key.get(), store_.ToNarrow(ValueKey)) == kOk;
+}
+
+RegistryValue cRegistry::Value() {
+  // A key that does not open leaves no handle, and the query fails by itself.
+  OpenKeyHandle key;
+  store_.OpenKey(Root(), Section(), kKeyQueryValue, key);
+  const NarrowText name = store_.ToNarrow(ValueKey);
+  std::uint32_t kind = 0;
+  std::uint32_t size = 0;
+  const Status status = store_.QueryValue(key.get(), name, kind, {}, size);
+  if (status != kOk && status != kMoreData) return Default;
+  valueType = static_cast<std::int32_t>(kind);
+
+  if (IsTextKind(kind)) {
+    // Text of no bytes has not even a terminator to leave out.
+    if (size == 0) return Default;
+    const Text text = ReadText(key.get(), size);
+    return kind == kRegExpandSz ? ExpandEnvironment(text) : text;
+  }
+  if (kind == kRegDword || kind == kRegDwordBigEndian) {
+    std::array<char, 4> bytes = {};
+    store_.QueryValue(key.get(), name, kind, bytes, size);
+    const std::int32_t number = DwordValue({bytes.data(), bytes.size()});
+    return valueType == kRegDword ? number : SwapBytes(number);
+  }
+  // The array's upper bound is the size: sister programs count on the zero behind the data.
+  Bytes bytes(static_cast<std::size_t>(size) + 1);
+  const std::span<char> buffer(reinterpret_cast<char*>(bytes.data()), size);
+  if (size != 0) store_.QueryValue(key.get(), name, kind, buffer, size);
+  return bytes;
+}
+
+Text cRegistry::ReadText(KeyHandle key, std::uint32_t size) {
+  NarrowText text(size, '\0');
+  std::uint32_t kind = 0;
+  std::uint32_t read = size;
+  store_.QueryValue(key, store_.ToNarrow(ValueKey), kind, text, read);
+  text.pop_back();
+  return store_.FromNarrow(text);
+}
+
+Text cRegistry::ExpandEnvironment(const Text& text) {
+  const NarrowText source = store_.ToNarrow(text);
+  const std::uint32_t needed = store_.ExpandEnvironment(source, {});
+  if (needed == 0) return {};
+  NarrowText expanded(needed, '\0');
+  store_.ExpandEnvironment(source, expanded);
+  expanded.pop_back();
+  return store_.FromNarrow(expanded);
+}
+
+bool cRegistry::SetValue(const RegistryValue& value) { return Write(value) == kOk; }
+
+void cRegistry::Value(const RegistryValue& value) { Write(value); }
+
+Status cRegistry::Write(const RegistryValue& value) {
+  OpenKeyHandle key;
+  if (const Status made = store_.CreateKey(Root(), Section(), kKeyAllBasic, key); made != kOk) {
+    return made;
+  }
+  Status status = kTypeMismatch;
+  switch (valueType) {
+    case kRegSz:
+    case kRegExpandSz: {
+      const Text text = RegistryText(value);
+      status = WriteAs(key.get(), HoldsPercentName(text) ? kRegExpandSz : kRegSz,
+                       store_.ToNarrow(text) + '\0');
+      break;
+    }
+    case kRegBinary:
+      if (const auto* bytes = std::get_if<Bytes>(&value)) {
+        // Two bytes fewer than there are: what this class reads has one too many already, and
+        // the programs that share these values know the count as it is.
+        status = bytes->size() < 2
+                     ? kInvalidParameter
+                     : WriteAs(key.get(), kRegBinary,
+                               NarrowText(bytes->begin(), bytes->end() - 2));
+      }
+      break;
+    case kRegDword:
+    case kRegDwordBigEndian:
+      if (std::int32_t number = 0; RegistryInteger(value, number)) {
+        status = WriteAs(key.get(), kRegDword, DwordBytes(number));
+      }
+      break;
+    default:
+      break;
+  }
+  lastAssigned_ = value;
+  return status;
+}
+
+Status cRegistry::WriteAs(KeyHandle key, std::uint32_t kind, const NarrowText& data) {
+  return store_.SetValue(key, store_.ToNarrow(ValueKey), kind, data);
+}
+
+bool cRegistry::EnumerateValues(std::vector<Text>& names, std::int32_t& count) {
+  names.clear();
+  count = 0;
+  OpenKeyHandle key;
+  if (store_.OpenKey(Root(), Section(), kKeyQueryValue, key) != kOk) return true;
+  KeyInfo info;
+  if (store_.QueryInfo(key.get(), info) != kOk) return true;
+  NarrowText buffer(info.longestValueName + 1, '\0');
+  std::uint32_t length = 0;
+  std::uint32_t kind = 0;
+  std::uint32_t size = 0;
+  while (store_.EnumValue(key.get(), static_cast<std::uint32_t>(count), buffer, length, kind, {},
+                          size) == kOk) {
+    names.resize(static_cast<std::size_t>(++count) + 1);
+    names.back() = store_.FromNarrow({buffer.data(), length});
+  }
+  return true;
+}
+
+bool cRegistry::EnumerateSections(std::vector<Text>& names, std::int32_t& count) {
+  names.clear();
+  count = 0;
+  OpenKeyHandle key;
+  if (store_.OpenKey(Root(), Section(), kKeyEnumerateSubKeys, key) != kOk) return true;
+  NarrowText buffer(kSectionBuffer, '\0');
+  while (store_.EnumKey(key.get(), static_cast<std::uint32_t>(count), buffer) == kOk) {
+    names.resize(static_cast<std::size_t>(++count) + 1);
+    names.back() = store_.FromNarrow(buffer.c_str());
+  }
+  return true;
+}
+
+}  // namespace marl

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <vector>
+
+namespace marl {
+
+/// What stands behind a port: the memory desktop, or the platform itself.
+enum class Backend { kMemory, kWin32 };
+
+/// All that this program can reach: natively memory alone, on Windows both.
+inline std::vector<Backend> AllBackends() {
+#ifdef _WIN32
+  return {Backend::kMemory, Backend::kWin32};
+#else
+  return {Backend::kMemory};
+#endif
+}
+
+inline void PrintTo(Backend backend, std::ostream* out) {
+  *out << (backend == Backend::kMemory ? "memory" : "win32");
+}
+
+/// Runs the test bodies of a fixture, a TestWithParam<Backend>, over each backend.
+#define MARL_OVER_ALL_BACKENDS(fixture)                                          \
+  INSTANTIATE_TEST_SUITE_P(Backends, fixture, testing::ValuesIn(AllBackends()),  \
+                           testing::PrintToStringParamName())
+
+}  // namespace marl
