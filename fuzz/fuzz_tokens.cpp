@@ -1,0 +1,38 @@
+#include "documents/clsXMLEngine.h"
+#include "fuzz/OneFile.h"
+#include "fuzz/Target.h"
+#include "tests/unit/XMLReference.h"
+
+// A file of any bytes, cut into tokens: together they are the document, and each is what the plain
+// reading of the rules says.
+MARL_FUZZ_TARGET(tokens) {
+  using namespace marl;
+  const fuzz::OneFile file(data, size);
+  clsXMLEngine engine(file);
+  fuzz::Expect(engine.OpenDocument(u"a.xml"), "a file that is there opens");
+
+  const Text document = reference::WithoutMark(reference::Decode(Bytes(data, data + size)));
+  // The plain reading takes quadratic time.
+  const bool compare = document.size() <= 8192;
+  Text rest = compare ? document : Text();
+  Text all;
+  for (;;) {
+    Text token;
+    const XMLTokenKind kind = engine.GetToken(token);
+    if (compare) {
+      fuzz::Expect(reference::Token{kind, token} == reference::Next(rest), "the token is told");
+    }
+    if (kind == xtEndOfDocument) break;
+    fuzz::Expect(!token.empty(), "each token takes something");
+    all += token;
+  }
+  fuzz::Expect(all == document, "the tokens are the document");
+
+  Text token = u"old";
+  fuzz::Expect(engine.GetToken(token) == xtEndOfDocument && token.empty(), "the end stays");
+  if (document.empty()) return;
+  fuzz::Expect(engine.OpenXMLW(document), "a text opens");
+  all = document[0] == 0xFEFF ? u"\xFEFF" : u"";
+  for (TextView view; engine.GetToken(view) != xtEndOfDocument;) all += view;
+  fuzz::Expect(all == document, "the text is cut in the same way");
+}
