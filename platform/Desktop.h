@@ -38,6 +38,8 @@ class FormPeer {
   virtual void Focus(Control& control) = 0;
   virtual void BringToFront() = 0;
   virtual bool InForeground() const = 0;
+  /// The form's window; 0 when it has gone.
+  virtual WindowHandle Handle() const = 0;
   /// The window goes; no event comes any more. The object itself may be in use further up the
   /// stack: the desktop keeps it until the events have run out.
   virtual void Close() = 0;

@@ -25,3 +25,6 @@
 /* The strips of 18 menu pictures, 16 and 24 pixels high. */
 #define MARL_PICTURE_MENU_16 230
 #define MARL_PICTURE_MENU_24 231
+
+/* The program's icon in the icon library. */
+#define MARL_ICON 117

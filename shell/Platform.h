@@ -3,6 +3,9 @@
 #include "platform/Components.h"
 #include "platform/Desktop.h"
 #include "platform/FileSystem.h"
+#include "platform/Icons.h"
+#include "platform/Locale.h"
+#include "platform/Pictures.h"
 #include "platform/Process.h"
 #include "platform/SettingsStore.h"
 #include "platform/Shell.h"
@@ -22,6 +25,9 @@ struct Platform {
   Process& process;
   Components& components;
   const StringTable& strings;
+  const Locale& locales;
+  Icons& icons;
+  Pictures& pictures;
 };
 
 }  // namespace marl

@@ -3,6 +3,7 @@
 #include <array>
 #include <memory>
 
+#include "appearance/modSetIcon.h"
 #include "platform/forms/Controls.h"
 #include "platform/forms/Form.h"
 #include "shell/FileDialog.h"
@@ -110,3 +111,5 @@ class frmMain : public Form {
 };
 
 }  // namespace marl
+  modSetIcon icons_{platform_.icons, platform_.process};
+  std::vector<std::unique_ptr<Menu>> menuBar_;  ///< in the order of the design

@@ -17,6 +17,7 @@ constexpr TextView kSection = u"Settings";
 
 void frmMain::OnLoad() {
   RunRegistrar();
+  icons_.SetFormIcon(hWnd(), kMarlIcon, true);
   EndIfSecondInstance();
   AskFirstRunQuestions();
   RedirectToWizard();

@@ -4,6 +4,9 @@
 #include "platform/win32/DesktopWin32.h"
 #include "platform/win32/FileSystemWin32.h"
 #include "platform/win32/FormWin32.h"
+#include "platform/win32/IconsWin32.h"
+#include "platform/win32/LocaleWin32.h"
+#include "platform/win32/PictureLoader.h"
 #include "platform/win32/ProcessWin32.h"
 #include "platform/win32/SettingsStoreWin32.h"
 #include "platform/win32/ShellWin32.h"
@@ -19,10 +22,14 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
   win32::ComponentsWin32 components;
   win32::StringResourceWin32 resource;
   const StringTable strings(resource);
+  const win32::LocaleWin32 locales;
+  win32::IconsWin32 icons;
+  win32::PicturesWin32 pictures;
   win32::ShellWin32 shell([&]() -> HWND {
     if (desktop.forms().empty() || !desktop.forms().front()->peer()) return nullptr;
     return static_cast<win32::FormWin32*>(desktop.forms().front()->peer())->window();
   });
-  Application application({desktop, files, settings, shell, process, components, strings});
+  Application application({desktop, files, settings, shell, process, components, strings, locales,
+                           icons, pictures});
   return application.Run();
 }

@@ -6,7 +6,8 @@
 
 namespace marl {
 
-MemoryPeer::MemoryPeer(MemoryDesktop& desktop, Form& form) : desktop_(desktop), form_(form) {
+MemoryPeer::MemoryPeer(MemoryDesktop& desktop, Form& form)
+    : desktop_(desktop), form_(form), handle_(++desktop.lastForm_) {
   Box bounds = form.bounds();
   bounds.width = form.Design.width + desktop.frame.width;
   bounds.height = form.Design.height + desktop.frame.height;

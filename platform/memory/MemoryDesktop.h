@@ -28,6 +28,7 @@ class MemoryPeer : public FormPeer {
   void Focus(Control& control) override;
   void BringToFront() override;
   bool InForeground() const override;
+  WindowHandle Handle() const override { return closed_ ? 0 : handle_; }
   void Close() override;
 
   std::vector<Box> invalidated;
@@ -40,6 +41,7 @@ class MemoryPeer : public FormPeer {
 
   MemoryDesktop& desktop_;
   Form& form_;
+  WindowHandle handle_;
   bool closed_ = false;
 };
 
@@ -111,6 +113,7 @@ class MemoryDesktop : public Desktop {
  private:
   friend class MemoryPeer;
   OtherWindow* Other(WindowHandle window);
+  WindowHandle lastForm_ = 0x10000;  ///< forms are numbered from behind it
   std::map<const Control*, int> elapsed_;
 };
 

@@ -32,6 +32,7 @@ class FormWin32 : public FormPeer {
   void Focus(Control& control) override;
   void BringToFront() override;
   bool InForeground() const override;
+  WindowHandle Handle() const override { return HandleToLong(window_); }
   void Close() override;
 
   HWND window() const { return window_; }

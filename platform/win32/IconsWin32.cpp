@@ -1,0 +1,42 @@
+#include "platform/win32/IconsWin32.h"
+
+#include "platform/win32/Handle.h"
+
+namespace marl::win32 {
+
+namespace {
+
+// A handle's upper half only repeats its sign: 32 bits are all of it, in every build.
+HWND Window(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
+HICON Icon(IconHandle icon) { return static_cast<HICON>(LongToHandle(icon)); }
+HMODULE Library(LibraryHandle library) { return reinterpret_cast<HMODULE>(library); }
+
+}  // namespace
+
+LibraryHandle IconsWin32::OpenLibrary(TextView path) {
+  return reinterpret_cast<LibraryHandle>(
+      LoadLibraryExW(Wide(Text(path)), nullptr,
+                     LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
+}
+
+void IconsWin32::CloseLibrary(LibraryHandle library) { FreeLibrary(Library(library)); }
+
+IconHandle IconsWin32::Load(LibraryHandle library, int id, int width, int height) {
+  return HandleToLong(LoadImageW(Library(library), MAKEINTRESOURCEW(id), IMAGE_ICON, width, height,
+                                 LR_SHARED));
+}
+
+void IconsWin32::Destroy(IconHandle icon) { DestroyIcon(Icon(icon)); }
+
+int IconsWin32::Metric(int index) const { return GetSystemMetrics(index); }
+
+WindowHandle IconsWin32::OwnerOf(WindowHandle window) const {
+  return HandleToLong(GetWindow(Window(window), GW_OWNER));
+}
+
+void IconsWin32::SetIcon(WindowHandle window, int which, IconHandle icon) {
+  SendMessageW(Window(window), WM_SETICON, static_cast<WPARAM>(which),
+               reinterpret_cast<LPARAM>(Icon(icon)));
+}
+
+}  // namespace marl::win32

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/Icons.h"
+
+namespace marl::win32 {
+
+/// Icons in libraries of any width: they are opened for their resources, no code of theirs runs.
+class IconsWin32 : public Icons {
+ public:
+  LibraryHandle OpenLibrary(TextView path) override;
+  void CloseLibrary(LibraryHandle library) override;
+  IconHandle Load(LibraryHandle library, int id, int width, int height) override;
+  void Destroy(IconHandle icon) override;
+  int Metric(int index) const override;
+  WindowHandle OwnerOf(WindowHandle window) const override;
+  void SetIcon(WindowHandle window, int which, IconHandle icon) override;
+};
+
+}  // namespace marl::win32
