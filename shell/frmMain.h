@@ -106,10 +106,9 @@ class frmMain : public Form {
   Platform& platform_;
   Launcher launcher_{platform_};
   SuiteComponents components_{platform_};
+  modSetIcon icons_{platform_.icons, platform_.process};
   bool QaBusy = false;
   bool CommentReportBusy = false;
 };
 
 }  // namespace marl
-  modSetIcon icons_{platform_.icons, platform_.process};
-  std::vector<std::unique_ptr<Menu>> menuBar_;  ///< in the order of the design

@@ -76,7 +76,6 @@ class Form {
   void BringToFront();
   bool InForeground() const;
   FormPeer* peer() const { return peer_.get(); }
-
   /// The form's window; 0 while it is not loaded.
   WindowHandle hWnd() const { return peer_ ? peer_->Handle() : 0; }
   // What the user and the platform did. Called by peers and tests.
