@@ -78,6 +78,7 @@ class Form {
   FormPeer* peer() const { return peer_.get(); }
   /// The form's window; 0 while it is not loaded.
   WindowHandle hWnd() const { return peer_ ? peer_->Handle() : 0; }
+
   // What the user and the platform did. Called by peers and tests.
   void UserClick();
   void UserKey(char16_t character);
