@@ -60,6 +60,7 @@ enum class Property {
   kValue,
   kItems,
   kSelection,
+  kEditSelection,
   kTimer,
 };
 

@@ -226,6 +226,13 @@ void ComboBox::SetText(TextView text) {
   if (Change) Change();
 }
 
+void ComboBox::Select(int start, int length) {
+  const int size = static_cast<int>(Text().size());
+  selStart_ = std::clamp(start, 0, size);
+  selLength_ = std::clamp(length, 0, size - selStart_);
+  Changed(Property::kEditSelection);
+}
+
 void ComboBox::UserEdit(TextView text) {
   if (text == caption_) return;
   caption_ = text;

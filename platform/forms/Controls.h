@@ -181,11 +181,17 @@ class ComboBox : public ItemList {
   /// throws when there is none.
   marl::Text Text() const;
   void SetText(TextView text);
+  /// Selection of the edit field, as it was set last.
+  int SelStart() const { return selStart_; }
+  int SelLength() const { return selLength_; }
+  void Select(int start, int length);
   std::function<void()> Change;
   void UserEdit(TextView text);
 
  private:
   friend class ItemList;
+  int selStart_ = 0;
+  int selLength_ = 0;
 };
 
 /// A titled group; option buttons within it are one group.
@@ -193,6 +199,16 @@ class Frame : public Control {
  public:
   explicit Frame(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
       : Control(form, ControlKind::kFrame, name, index, container) {
+    TabStop = false;
+  }
+};
+
+/// A plain area that holds other controls; option buttons within it are one group.
+class PictureBox : public Control {
+ public:
+  explicit PictureBox(Form& form, std::string_view name, int index = -1,
+                      Control* container = nullptr)
+      : Control(form, ControlKind::kPictureBox, name, index, container) {
     TabStop = false;
   }
 };

@@ -3,9 +3,24 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/FoldCase.h"
 #include "platform/forms/Controls.h"
 
 namespace marl {
+
+namespace {
+
+/// The access key of a caption, in capitals; 0 when it has none. "&&" is a plain "&".
+char16_t AccessKey(TextView caption) {
+  for (std::size_t i = 0; i + 1 < caption.size(); ++i) {
+    if (caption[i] != u'&') continue;
+    if (caption[i + 1] != u'&') return FoldCase(caption[i + 1]);
+    ++i;
+  }
+  return 0;
+}
+
+}  // namespace
 
 Form::Form(Desktop& desktop, std::string name) : desktop_(desktop), name_(std::move(name)) {}
 
@@ -188,6 +203,30 @@ CommandButton* Form::CancelButton() const {
   return nullptr;
 }
 
+Control* Form::AccessKeyTarget(char16_t key) const {
+  const auto canBeSeen = [](const Control* control) {
+    for (; control; control = control->container()) {
+      if (!control->Visible() || !control->Enabled()) return false;
+    }
+    return true;
+  };
+  for (const Control* label : controls_) {
+    if (label->kind() != ControlKind::kLabel || !canBeSeen(label)) continue;
+    const char16_t own = AccessKey(label->Caption());
+    if (own == 0 || own != FoldCase(key)) continue;
+    Control* next = nullptr;
+    for (Control* control : controls_) {
+      if (control->windowless() || !control->TabStop || control->TabIndex < label->TabIndex ||
+          control->kind() == ControlKind::kTimer || !canBeSeen(control)) {
+        continue;
+      }
+      if (!next || control->TabIndex < next->TabIndex) next = control;
+    }
+    if (next) return next;
+  }
+  return nullptr;
+}
+
 void Form::Invalidate(const Control& control) {
   if (!peer_ || !control.Visible() || !control.windowless()) return;
   const Point at = Origin(control);
@@ -212,10 +251,17 @@ void PaintForm(const Form& form, Canvas& canvas) {
   const auto y = [&](int twips) { return desktop.PixelsY(twips); };
   canvas.Fill({0, 0, x(form.inner().width), y(form.inner().height)}, form.BackColor());
   if (form.Background()) canvas.Draw(*form.Background(), 0, 0);
+  PaintControls(form, nullptr, canvas);
+}
+
+void PaintControls(const Form& form, const Control* container, Canvas& canvas) {
+  const Desktop& desktop = form.desktop();
+  const auto x = [&](int twips) { return desktop.PixelsX(twips); };
+  const auto y = [&](int twips) { return desktop.PixelsY(twips); };
   for (const Control* control : form.controls()) {
     if (!control->windowless() || !control->Visible()) continue;
-    if (control->container() && control->container()->kind() != ControlKind::kFrame) continue;
-    const Point at = form.Origin(*control);
+    if (control->container() != container) continue;
+    const Point at{control->Left(), control->Top()};
     const Box box{x(at.x), y(at.y), x(at.x + control->Width()) - x(at.x),
                   y(at.y + control->Height()) - y(at.y)};
     switch (control->kind()) {

@@ -99,6 +99,9 @@ class Form {
   /// The button that Enter or Esc presses, or null.
   CommandButton* DefaultButton() const;
   CommandButton* CancelButton() const;
+  /// The control that the access key of a label leads to: the next one in the tab order that can
+  /// have the focus. Null when no visible, enabled label has this key.
+  Control* AccessKeyTarget(char16_t key) const;
   /// Marks the place of a windowless control for painting.
   void Invalidate(const Control& control);
   void ControlChanged(Control& control, Property property);
@@ -141,5 +144,8 @@ class Form {
 /// Paints the form's picture and its windowless controls on the canvas, whose origin is the inner
 /// corner.
 void PaintForm(const Form& form, Canvas& canvas);
+/// Paints the windowless controls that stand in `container`, or on the form itself if it is null,
+/// on a canvas whose origin is the container's inner corner.
+void PaintControls(const Form& form, const Control* container, Canvas& canvas);
 
 }  // namespace marl

@@ -92,9 +92,10 @@ void DesktopWin32::DoEvents() {
 
 void DesktopWin32::Dispatch(MSG& message) {
   for (const Form* form : forms()) {
-    const auto* const peer = static_cast<FormWin32*>(form->peer());
+    auto* const peer = static_cast<FormWin32*>(form->peer());
     if (!peer || !peer->hasFields() || !form->Visible()) continue;
     if (peer->window() == message.hwnd || IsChild(peer->window(), message.hwnd)) {
+      if (peer->TakeAccessKey(message)) return;
       if (IsDialogMessageW(peer->window(), &message)) return;
       break;
     }

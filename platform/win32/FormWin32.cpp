@@ -79,17 +79,19 @@ FormWin32::FormWin32(DesktopWin32& desktop, Form& form) : desktop_(desktop), for
   std::vector<Control*> order(form.controls());
   std::stable_sort(order.begin(), order.end(),
                    [](const Control* a, const Control* b) { return a->TabIndex < b->TabIndex; });
-  int id = kFirstControlId;
-  // Containers first: their controls stand in their windows.
-  for (const bool containers : {true, false}) {
-    for (Control* control : order) {
-      if ((control->kind() == ControlKind::kFrame) == containers) CreateControl(*control, id++);
-    }
-  }
+  for (Control* control : order) CreateWithContainer(*control);
+  // The dialog manager goes by the order of the windows.
+  const Control* before = nullptr;
   for (Control* control : order) {
-    if (const HWND child = WindowOf(*control); child && control->kind() != ControlKind::kFrame) {
-      SetWindowPos(child, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    }
+    const HWND child = WindowOf(*control);
+    if (!child) continue;
+    SetWindowPos(child, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    // The first option button of a run begins a group for the arrow keys; what follows ends it.
+    const bool inRun = before && before->kind() == ControlKind::kOptionButton &&
+                       control->kind() == ControlKind::kOptionButton &&
+                       before->container() == control->container();
+    if (!inRun) SetWindowLongW(child, GWL_STYLE, GetWindowLongW(child, GWL_STYLE) | WS_GROUP);
+    before = control;
   }
   Report();
 }
@@ -106,6 +108,34 @@ LRESULT CALLBACK FormWin32::Entry(HWND window, UINT message, WPARAM w, LPARAM l)
   auto* const peer = reinterpret_cast<FormWin32*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   if (!peer) return DefWindowProcW(window, message, w, l);
   return peer->OnMessage(message, w, l);
+}
+
+LRESULT CALLBACK FormWin32::ContainerEntry(HWND window, UINT message, WPARAM w, LPARAM l,
+                                           UINT_PTR, DWORD_PTR peer) noexcept {
+  auto* const form = reinterpret_cast<FormWin32*>(peer);
+  switch (message) {
+    // What happens to the controls within concerns the form.
+    case WM_COMMAND:
+    case WM_HSCROLL:
+    case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLORBTN:
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORLISTBOX:
+      return SendMessageW(form->window_, message, w, l);
+    case WM_ERASEBKGND: {
+      RECT area;
+      GetClientRect(window, &area);
+      FillRect(reinterpret_cast<HDC>(w), &area, GetSysColorBrush(COLOR_BTNFACE));
+      return 1;
+    }
+    case WM_PAINT: {
+      const LRESULT result = DefSubclassProc(window, message, w, l);
+      form->desktop_.Event([&] { form->PaintContainer(window); });
+      return result;
+    }
+    default:
+      return DefSubclassProc(window, message, w, l);
+  }
 }
 
 LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
@@ -214,6 +244,37 @@ void FormWin32::OnPaint() {
     SelectObject(memory.get(), before);
   }
   EndPaint(window_, &paint);
+}
+
+// Over what the container has painted: its labels.
+void FormWin32::PaintContainer(HWND container) {
+  const Control* const control = ControlOf(container);
+  if (!control) return;
+  const HDC screen = GetDC(container);
+  {
+    CanvasWin32 canvas(screen, desktop_.fonts(), desktop_.Dpi().height);
+    PaintControls(form_, control, canvas);
+  }
+  ReleaseDC(container, screen);
+}
+
+bool FormWin32::TakeAccessKey(const MSG& message) {
+  if (message.message == WM_CHAR) {
+    // Without Alt a letter is an access key only where it would not be typed.
+    const LRESULT code = SendMessageW(message.hwnd, WM_GETDLGCODE, message.wParam,
+                                      reinterpret_cast<LPARAM>(&message));
+    if (code & (DLGC_WANTCHARS | DLGC_WANTALLKEYS)) return false;
+  } else if (message.message != WM_SYSCHAR) {
+    return false;
+  }
+  Control* const target = form_.AccessKeyTarget(static_cast<char16_t>(message.wParam));
+  const HWND child = target ? WindowOf(*target) : nullptr;
+  if (!child) return false;
+  SetFocus(child);
+  if (SendMessageW(child, WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL) {
+    SendMessageW(child, EM_SETSEL, 0, -1);
+  }
+  return true;
 }
 
 void FormWin32::OnCommand(int id, int notification, HWND from) {
@@ -327,6 +388,13 @@ void FormWin32::Show(bool visible) {
   }
 }
 
+void FormWin32::CreateWithContainer(Control& control) {
+  if (windows_.contains(&control)) return;
+  // A container comes before the controls that stand in it.
+  if (control.container()) CreateWithContainer(*control.container());
+  CreateControl(control, kFirstControlId + static_cast<int>(windows_.size()));
+}
+
 void FormWin32::CreateControl(Control& control, int id) {
   if (control.windowless() || control.kind() == ControlKind::kMenu) return;
   if (control.kind() == ControlKind::kTimer) return SyncTimer(static_cast<Timer&>(control));
@@ -347,7 +415,13 @@ void FormWin32::CreateControl(Control& control, int id) {
       style |= BS_AUTORADIOBUTTON | BS_MULTILINE | BS_NOTIFY;
       break;
     case ControlKind::kFrame:
-      style |= BS_GROUPBOX;
+      style |= BS_GROUPBOX | WS_CLIPCHILDREN;
+      exStyle = WS_EX_CONTROLPARENT;
+      field = false;
+      break;
+    case ControlKind::kPictureBox:
+      className = L"STATIC";
+      style |= WS_CLIPCHILDREN;
       exStyle = WS_EX_CONTROLPARENT;
       field = false;
       break;
@@ -377,8 +451,6 @@ void FormWin32::CreateControl(Control& control, int id) {
   if (control.Visible()) style |= WS_VISIBLE;
   if (!control.Enabled()) style |= WS_DISABLED;
   if (field && control.TabStop) style |= WS_TABSTOP;
-  // The first option button of a run begins a group for the arrow keys; what follows ends it.
-  if (control.kind() != ControlKind::kOptionButton || control.index() <= 0) style |= WS_GROUP;
   HWND parent = window_;
   if (control.container()) {
     if (const HWND outer = WindowOf(*control.container())) parent = outer;
@@ -388,6 +460,9 @@ void FormWin32::CreateControl(Control& control, int id) {
       reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
   if (!child) throw RuntimeError(7, u"Out of memory");
   windows_[&control] = child;
+  if (control.kind() == ControlKind::kFrame || control.kind() == ControlKind::kPictureBox) {
+    SetWindowSubclass(child, ContainerEntry, 0, reinterpret_cast<DWORD_PTR>(this));
+  }
   hasFields_ = hasFields_ || field;
   PlaceControl(control, child);
   for (const Property property :
@@ -466,6 +541,12 @@ void FormWin32::ControlChanged(Control& control, Property property) {
     case Property::kSelection:
       SyncSelection(control, child);
       break;
+    case Property::kEditSelection: {
+      const auto& combo = static_cast<const ComboBox&>(control);
+      SendMessageW(child, CB_SETEDITSEL, 0,
+                   MAKELPARAM(combo.SelStart(), combo.SelStart() + combo.SelLength()));
+      break;
+    }
     default:
       break;
   }
@@ -521,6 +602,14 @@ void FormWin32::Invalidate(const Box& area) {
                        desktop_.PixelsX(area.left + area.width) + 1,
                        desktop_.PixelsY(area.top + area.height) + 1};
   InvalidateRect(window_, &pixels, FALSE);
+  for (const auto& [control, child] : windows_) {
+    if (control->kind() != ControlKind::kFrame && control->kind() != ControlKind::kPictureBox) {
+      continue;
+    }
+    RECT within = pixels;
+    MapWindowPoints(window_, child, reinterpret_cast<POINT*>(&within), 2);
+    InvalidateRect(child, &within, TRUE);
+  }
 }
 
 void FormWin32::InvalidateAll() { InvalidateRect(window_, nullptr, FALSE); }

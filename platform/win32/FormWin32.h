@@ -36,15 +36,22 @@ class FormWin32 : public FormPeer {
   void Close() override;
 
   HWND window() const { return window_; }
+  /// Moves the focus if the message is the access key of one of the form's labels, which have no
+  /// window that the dialog manager could look at.
+  bool TakeAccessKey(const MSG& message);
   /// True when keys go through the dialog manager: there is a control that can have the focus.
   bool hasFields() const { return hasFields_; }
 
  private:
   static LRESULT CALLBACK Entry(HWND window, UINT message, WPARAM w, LPARAM l) noexcept;
+  static LRESULT CALLBACK ContainerEntry(HWND window, UINT message, WPARAM w, LPARAM l,
+                                         UINT_PTR id, DWORD_PTR peer) noexcept;
   LRESULT OnMessage(UINT message, WPARAM w, LPARAM l);
   void OnPaint();
+  void PaintContainer(HWND container);
   void OnCommand(int id, int notification, HWND from);
   void Report();
+  void CreateWithContainer(Control& control);
   void CreateControl(Control& control, int id);
   void PlaceControl(const Control& control, HWND window);
   void PlaceStatusBar();
