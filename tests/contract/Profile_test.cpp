@@ -1,0 +1,164 @@
+#include "platform/Profile.h"
+
+#include <memory>
+#include <string>
+
+#include "platform/memory/MemoryFileSystem.h"
+#include "platform/memory/MemoryProfile.h"
+#include "tests/contract/Backends.h"
+#ifdef _WIN32
+#include "platform/win32/FileSystemWin32.h"
+#include "platform/win32/ProfileWin32.h"
+#endif
+
+namespace marl {
+namespace {
+
+/// INI files in a folder of the test's own.
+class ProfileContract : public testing::TestWithParam<Backend> {
+ protected:
+  std::unique_ptr<FileSystem> files;
+  std::unique_ptr<Profile> profile;
+  Text folder;
+  Text file;
+
+  void SetUp() override {
+#ifdef _WIN32
+    if (GetParam() == Backend::kWin32) {
+      files = std::make_unique<win32::FileSystemWin32>();
+      profile = std::make_unique<win32::ProfileWin32>();
+    }
+#endif
+    if (!files) {
+      files = std::make_unique<MemoryFileSystem>();
+      profile = std::make_unique<MemoryProfile>(*files);
+    }
+    file = files->TempPath() + files->TempName() + u".ini";
+  }
+  void TearDown() override { files->Remove(file, true); }
+
+  void Put(std::string_view content) {
+    Status status = kOk;
+    const auto output = files->Create(file, status);
+    ASSERT_TRUE(output);
+    ASSERT_EQ(output->Write(content.data(), content.size()), kOk);
+  }
+  std::string Content() {
+    Bytes bytes;
+    files->ReadAll(file, bytes);
+    return {bytes.begin(), bytes.end()};
+  }
+  Text Get(TextView section, TextView key, TextView defaultText = u"-", std::size_t size = 1024) {
+    return profile->GetString(section, key, defaultText, size, file);
+  }
+};
+
+TEST_P(ProfileContract, ValuesAreFoundWithoutRegardToCase) {
+  Put("[Project]\r\nName=First\r\n[Other]\r\nName=Second\r\n");
+  EXPECT_EQ(Get(u"project", u"NAME"), u"First");
+  EXPECT_EQ(Get(u"OTHER", u"name"), u"Second");
+}
+
+TEST_P(ProfileContract, OfTwoKeysTheFirstCounts) {
+  Put("[S]\r\nK=1\r\nk=2\r\n[s]\r\nK=3\r\nL=4\r\n");
+  EXPECT_EQ(Get(u"S", u"K"), u"1");
+}
+
+TEST_P(ProfileContract, BlanksAndQuotationMarksAroundAValueGo) {
+  const struct {
+    const char* line;
+    TextView value;
+  } rows[] = {
+      {"K=plain", u"plain"},       {"  K  =  in blanks  ", u"in blanks"},
+      {"K=\"  kept  \"", u"  kept  "}, {"K='single'", u"single"},
+      {"K=\"open", u"\"open"},     {"K=a=b", u"a=b"},
+      {"K=a;b", u"a;b"},           {"K=", u""},
+      {"\tK\t=\tx\t", u"x"},       {"K=\"\"", u""},
+      {"K=in \"the\" middle", u"in \"the\" middle"},
+  };
+  for (const auto& row : rows) {
+    Put(std::string("[S]\r\n") + row.line + "\r\nZ=z\r\n");
+    EXPECT_EQ(Get(u"S", u"K"), row.value) << row.line;
+  }
+}
+
+TEST_P(ProfileContract, CommentsAndOtherLinesAreNoValues) {
+  Put("; first\r\n[S]\r\n;K=comment\r\nno value\r\n\r\nL=1\r\n");
+  EXPECT_EQ(Get(u"S", u"K"), u"-");
+  EXPECT_EQ(Get(u"S", u"L"), u"1");
+}
+
+TEST_P(ProfileContract, LinesMayEndInALineFeedAloneAndTheLastInNothing) {
+  Put("[S]\nK=1\nL=2");
+  EXPECT_EQ(Get(u"S", u"K"), u"1");
+  EXPECT_EQ(Get(u"S", u"L"), u"2");
+}
+
+TEST_P(ProfileContract, TheDefaultLosesTheBlanksAtItsEnd) {
+  EXPECT_EQ(Get(u"S", u"K", u"default  "), u"default");
+  EXPECT_EQ(Get(u"S", u"K", u""), u"");
+  Put("[S]\r\nL=1\r\n");
+  EXPECT_EQ(Get(u"S", u"K", u"a b "), u"a b");
+  EXPECT_EQ(Get(u"T", u"L", u"a b "), u"a b");
+}
+
+TEST_P(ProfileContract, WhatDoesNotFitTheBufferIsCutOff) {
+  for (const std::size_t length : {std::size_t{1022}, std::size_t{1023}, std::size_t{1024},
+                                   std::size_t{1025}, std::size_t{5000}}) {
+    Text value;
+    for (std::size_t i = 0; i < length; ++i) value += static_cast<char16_t>(u'a' + i % 26);
+    ASSERT_TRUE(profile->SetString(u"S", u"K", value, file));
+    EXPECT_EQ(Get(u"S", u"K"), value.substr(0, 1023)) << length;
+  }
+  EXPECT_EQ(Get(u"S", u"None", Text(1500, u'd')), Text(1023, u'd'));
+  EXPECT_EQ(Get(u"S", u"K", u"", 2), u"a");
+  EXPECT_EQ(Get(u"S", u"K", u"", 1), u"");
+  EXPECT_EQ(Get(u"S", u"K", u"", 0), u"");
+}
+
+TEST_P(ProfileContract, AFileIsMade) {
+  ASSERT_TRUE(profile->SetString(u"Section", u"Key", u"value", file));
+  EXPECT_EQ(Content(), "[Section]\r\nKey=value\r\n");
+}
+
+TEST_P(ProfileContract, AValueIsReplacedInItsPlace) {
+  Put("; note\r\n[One]\r\nA=1\r\nB=2\r\n[Two]\r\nA=3\r\n");
+  ASSERT_TRUE(profile->SetString(u"ONE", u"A", u"new", file));
+  EXPECT_EQ(Get(u"One", u"A"), u"new");
+  EXPECT_EQ(Get(u"One", u"B"), u"2");
+  EXPECT_EQ(Get(u"Two", u"A"), u"3");
+  EXPECT_NE(Content().find("; note"), std::string::npos);
+}
+
+TEST_P(ProfileContract, KeysAndSectionsAreAdded) {
+  Put("[One]\r\nA=1\r\n[Two]\r\nA=3\r\n");
+  ASSERT_TRUE(profile->SetString(u"One", u"B", u"2", file));
+  ASSERT_TRUE(profile->SetString(u"Three", u"C", u"4", file));
+  EXPECT_EQ(Get(u"One", u"A"), u"1");
+  EXPECT_EQ(Get(u"One", u"B"), u"2");
+  EXPECT_EQ(Get(u"Two", u"A"), u"3");
+  EXPECT_EQ(Get(u"Two", u"B"), u"-");
+  EXPECT_EQ(Get(u"Three", u"C"), u"4");
+}
+
+TEST_P(ProfileContract, TextsEndAtTheirFirstNul) {
+  ASSERT_TRUE(profile->SetString(TextView(u"S\0x", 3), TextView(u"K\0x", 3),
+                                 TextView(u"v\0x", 3), file));
+  EXPECT_EQ(Content(), "[S]\r\nK=v\r\n");
+  EXPECT_EQ(Get(u"S", u"None", TextView(u"d\0x", 3)), u"d");
+}
+
+TEST_P(ProfileContract, TextIsInTheSystemsCodePage) {
+  ASSERT_TRUE(profile->SetString(u"S", u"K", u"\u20AC \u00FC \u4E2D", file));
+  EXPECT_EQ(Content(), "[S]\r\nK=\x80 \xFC ?\r\n");
+  EXPECT_EQ(Get(u"S", u"K"), u"\u20AC \u00FC ?");
+}
+
+TEST_P(ProfileContract, AFileThatCannotBeWrittenIsAFailure) {
+  EXPECT_FALSE(profile->SetString(u"S", u"K", u"v", files->TempPath() + u"none\\at\\all.ini"));
+}
+
+MARL_OVER_ALL_BACKENDS(ProfileContract);
+
+}  // namespace
+}  // namespace marl
