@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/Text.h"
+#include "resources/version.h"
+
+namespace marl {
+
+/// The version as people write it.
+constexpr TextView kVersion = u"" MARL_VERSION;
+
+}  // namespace marl
