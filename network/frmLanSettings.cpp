@@ -1,0 +1,129 @@
+#include "network/frmLanSettings.h"
+
+#include "network/ValidateNumericText.h"
+#include "support/Numbers.h"
+#include "support/modI18N.h"
+#include "support/modResources.h"
+
+namespace marl {
+
+namespace {
+
+constexpr int kIncomplete = 5018;  // string of the message
+// One more than the highest port: the range that the dialog has always taken.
+constexpr std::int32_t kHighestPort = 65536;
+
+/// What a number's value holds. Other programs write here too: text that is a number counts as
+/// it, anything else as nothing given.
+std::int32_t Number(const RegistryValue& value) {
+  std::int32_t number = 0;
+  if (RegistryInteger(value, number)) return number;
+  if (const auto* const text = std::get_if<Text>(&value)) {
+    Skip([&] { number = CLng(*text); });
+  }
+  return number;
+}
+
+Text Trim(TextView text) {
+  const std::size_t first = text.find_first_not_of(u' ');
+  if (first == TextView::npos) return {};
+  return Text(text.substr(first, text.find_last_not_of(u' ') - first + 1));
+}
+
+}  // namespace
+
+frmLanSettings::frmLanSettings(const Ports& ports)
+    : Form(ports.desktop, "frmLanSettings"), ports_(ports) {
+  Tag = u"5010";
+  Design = {6360, 2835};
+  fraProxyServer.SetBounds({120, 90, 6120, 2130});
+  fraProxyServer.Tag = u"5019";
+  picContainer.SetBounds({120, 240, 5880, 1770});
+  optDefault.SetBounds({60, 60, 5760, 255});
+  optDefault.Tag = u"5011";
+  optOverride.SetBounds({60, 375, 5760, 255});
+  optOverride.Tag = u"5012";
+  chkUseProxy.SetBounds({330, 795, 5490, 255});
+  chkUseProxy.Tag = u"5013";
+  lblProxyAddress.SetBounds({600, 1275, 840, 255});
+  lblProxyAddress.Tag = u"5014";
+  txtProxyAddress.SetBounds({1440, 1215, 2550, 315});
+  lblProxyPort.SetBounds({4245, 1275, 600, 255});
+  lblProxyPort.Tag = u"5015";
+  txtProxyPort.SetBounds({4845, 1215, 780, 315});
+  cmdOK.SetBounds({3900, 2370, 1125, 345});
+  cmdOK.Tag = u"5016";
+  cmdOK.Default = true;
+  cmdCancel.SetBounds({5115, 2370, 1125, 345});
+  cmdCancel.Tag = u"5017";
+  cmdCancel.Cancel = true;
+
+  optDefault.Click = [this] { UpdateProxyControls(); };
+  optOverride.Click = [this] { UpdateProxyControls(); };
+  chkUseProxy.Click = [this] { UpdateProxyControls(); };
+  txtProxyPort.Change = [this] { ValidateNumericText(txtProxyPort, 0, kHighestPort, true); };
+  cmdOK.Click = [this] { OkClicked(); };
+  cmdCancel.Click = [this] { Unload(); };
+}
+
+void frmLanSettings::OnLoad() {
+  ApplyLocaleFont(*this, ports_.locale);
+  LoadFormStrings(*this, ports_.strings);
+  registry_.ClassKey = kCurrentUser;
+  registry_.SectionKey = u"Software\\Oru\\Marl\\Proxy";
+  (registry_.KeyExists() ? optOverride : optDefault).SetValue(true);
+  chkUseProxy.SetValue(Number(Read(u"UseProxy", kRegDword, std::int32_t{0})) != 0 ? 1 : 0);
+  const std::int32_t port = Number(Read(u"Port", kRegDword, std::int32_t{0}));
+  txtProxyPort.SetText(port != 0 ? NumberText(port) : Text());
+  txtProxyAddress.SetText(RegistryText(Read(u"Server", kRegSz, Text())));
+  UpdateProxyControls();
+}
+
+void frmLanSettings::UpdateProxyControls() {
+  chkUseProxy.SetEnabled(optOverride.Value());
+  const bool proxy = chkUseProxy.Value() != 0 && optOverride.Value();
+  lblProxyAddress.SetEnabled(proxy);
+  lblProxyPort.SetEnabled(proxy);
+  txtProxyAddress.SetEnabled(proxy);
+  txtProxyPort.SetEnabled(proxy);
+}
+
+bool frmLanSettings::ProxyIsIncomplete() const {
+  return optOverride.Value() && chkUseProxy.Value() != 0 &&
+         (Trim(txtProxyAddress.Text()).empty() || Trim(txtProxyPort.Text()).empty());
+}
+
+void frmLanSettings::OkClicked() {
+  if (ProxyIsIncomplete()) {
+    desktop().MsgBox(ports_.strings.Get(kIncomplete), kExclamation, u"Marl");
+    return;
+  }
+  if (optDefault.Value()) {
+    registry_.DeleteKey();
+  } else {
+    // With the proxy off the fields are kept too, for the next opening.
+    Write(u"UseProxy", kRegDword, std::int32_t{chkUseProxy.Value() != 0 ? 1 : 0});
+    Write(u"Port", kRegDword, std::int32_t{0});
+    if (IsNumeric(txtProxyPort.Text())) {
+      Write(u"Port", kRegDword, CLng(txtProxyPort.Text()));
+    }
+    Write(u"Server", kRegSz, Trim(txtProxyAddress.Text()));
+  }
+  Unload();
+}
+
+RegistryValue frmLanSettings::Read(TextView name, std::int32_t kind,
+                                   const RegistryValue& fallback) {
+  registry_.ValueKey = name;
+  registry_.valueType = kind;
+  registry_.Default = fallback;
+  return registry_.Value();
+}
+
+void frmLanSettings::Write(TextView name, std::int32_t kind, const RegistryValue& value) {
+  registry_.ValueKey = name;
+  registry_.valueType = kind;
+  registry_.Value(value);
+}
+
+}  // namespace marl

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/Locale.h"
+#include "platform/RegistryStore.h"
+#include "platform/forms/Controls.h"
+#include "platform/forms/Form.h"
+#include "settings/cRegistry.h"
+#include "support/StringTable.h"
+
+namespace marl {
+
+/// Proxy settings of the suite, which override those of the system. They live in one key of the
+/// registry; that the key exists is the override itself. Nothing is written before `cmdOK`.
+class frmLanSettings : public Form {
+ public:
+  struct Ports {
+    Desktop& desktop;
+    RegistryStore& registry;
+    const Locale& locale;
+    const StringTable& strings;
+  };
+  explicit frmLanSettings(const Ports& ports);
+
+  Frame fraProxyServer{*this, "fraProxyServer"};
+  PictureBox picContainer{*this, "picContainer", -1, &fraProxyServer};
+  OptionButton optDefault{*this, "optDefault", -1, &picContainer};
+  OptionButton optOverride{*this, "optOverride", -1, &picContainer};
+  CheckBox chkUseProxy{*this, "chkUseProxy", -1, &picContainer};
+  Label lblProxyAddress{*this, "lblProxyAddress", -1, &picContainer};
+  TextBox txtProxyAddress{*this, "txtProxyAddress", -1, &picContainer};
+  Label lblProxyPort{*this, "lblProxyPort", -1, &picContainer};
+  TextBox txtProxyPort{*this, "txtProxyPort", -1, &picContainer};
+  CommandButton cmdOK{*this, "cmdOK"};
+  CommandButton cmdCancel{*this, "cmdCancel"};
+
+ protected:
+  void OnLoad() override;
+
+ private:
+  void UpdateProxyControls();
+  void OkClicked();
+  bool ProxyIsIncomplete() const;
+  RegistryValue Read(TextView name, std::int32_t kind, const RegistryValue& fallback);
+  void Write(TextView name, std::int32_t kind, const RegistryValue& value);
+
+  Ports ports_;
+  cRegistry registry_{ports_.registry};
+};
+
+}  // namespace marl
