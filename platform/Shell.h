@@ -29,6 +29,8 @@ class Shell {
   /// Starts a program by its command line (CreateProcess) with a window that gets the focus.
   /// False when it cannot be started.
   virtual bool Run(TextView commandLine, int show) = 0;
+  /// Opens a help file for the main form's window (WinHelp).
+  virtual void Help(TextView file, int command, int data) = 0;
 };
 
 }  // namespace marl

@@ -30,6 +30,7 @@ frmMain::frmMain(Platform& platform) : Form(platform.desktop, "frmMain"), platfo
   KeyPreview = true;
   SetBackColor(Rgb(0, 77, 57));
   SetFont({u"Arial", 100000, true});
+  DesignMenuBar();
   for (int i = 0; i < kButtonCount; ++i) {
     const auto slot = static_cast<std::size_t>(i);
     shpRun[slot] = std::make_unique<Shape>(*this, "shpRun", i);

@@ -11,6 +11,7 @@
 #include "shell/Platform.h"
 #include "shell/SuiteComponents.h"
 #include "shell/SwitchboardModel.h"
+#include "support/frmSplash.h"
 
 namespace marl {
 
@@ -26,6 +27,7 @@ class frmMain : public Form {
   int ClientHeight = 0;            ///< wanted inner height, in twips
   bool TooltipsEnabled = true;     ///< setting `Tooltips`
   bool ToolsMenuVisible = false;   ///< setting `Tools`
+  Text HelpFile;                   ///< the application's help file
   Text ApplicationFolder;          ///< folder of the program and of all tools
   Text BrowserPath;                ///< program that opens .html files, or empty
   int IconsPerRow = 0;             ///< columns of the panel
@@ -42,6 +44,7 @@ class frmMain : public Form {
   Menu mnuPopup{*this, "mnuPopup"};
   std::array<std::unique_ptr<Menu>, kButtonCount> mnuMarl;
   FileDialog dlgOpen;  ///< its file name is the current project file
+  std::unique_ptr<frmSplash> splash;  ///< stands while the program starts
 
   /// Repaints picture and label of every button, in button order.
   void RefreshButtons();
@@ -69,7 +72,11 @@ class frmMain : public Form {
   void mnuToolsApp(int index);
   void mnuToolsQACheck();
   void mnuToolsCommentReport();
+  void mnuHelpContents();
   void mnuHelpTutorial();
+
+  /// Shows or hides the programs of the Tools menu as `ToolsMenuVisible` says.
+  void ApplyToolsMenu();
 
  protected:
   void OnLoad() override;
@@ -93,7 +100,12 @@ class frmMain : public Form {
   void RestorePosition();
   void RestoreFlags();
   void ProbeBrowser();
+  void ShowSplash();
+  bool WaitForSplash();
   void MarkMissingTools();
+
+  void DesignMenuBar();
+  void SetMenuCaptions();
 
   bool Ask(int question) const;
   Text Setting(TextView key, TextView default_) const;
@@ -107,6 +119,7 @@ class frmMain : public Form {
   Launcher launcher_{platform_};
   SuiteComponents components_{platform_};
   modSetIcon icons_{platform_.icons, platform_.process};
+  std::vector<std::unique_ptr<Menu>> menuBar_;  ///< in the order of the design
   bool QaBusy = false;
   bool CommentReportBusy = false;
 };

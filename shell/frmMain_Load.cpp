@@ -25,10 +25,13 @@ void frmMain::OnLoad() {
   ClientHeight = inner().height;
   SetCaptions();
   Refresh();
+  ShowSplash();
+  HelpFile = JoinPath(ProgramFolder(), u"Marl.HLP");
   PrepareButtons();
   RestorePosition();
   RestoreFlags();
   SetCaption(kApplicationTitle);
+  ApplyToolsMenu();
   ProbeBrowser();
   MarkMissingTools();
   IconsPerRow = 5;
@@ -92,6 +95,7 @@ void frmMain::RemoveTemporaryFiles() {
 }
 
 void frmMain::SetCaptions() {
+  SetMenuCaptions();
   for (int i = 0; i < kButtonCount; ++i) {
     lblRun[static_cast<std::size_t>(i)]->SetCaption(platform_.strings.Get(kCaptionString + i));
   }

@@ -250,4 +250,23 @@ void Timer::SetInterval(int milliseconds) {
   Changed(Property::kTimer);
 }
 
+Text ShortcutText(const Shortcut& shortcut) {
+  if (shortcut.key == 0) return {};
+  Text text;
+  if (shortcut.shift) text += u"Shift+";
+  if (shortcut.control) text += u"Ctrl+";
+  if (shortcut.key < kKeyF1) return text + static_cast<char16_t>(shortcut.key);
+  const int number = shortcut.key - kKeyF1 + 1;
+  text += u'F';
+  if (number >= 10) text += static_cast<char16_t>(u'0' + number / 10);
+  return text + static_cast<char16_t>(u'0' + number % 10);
+}
+
+bool Menu::Reachable() const {
+  for (const Menu* menu = this; menu; menu = menu->parent()) {
+    if (!menu->Visible() || !menu->Enabled()) return false;
+  }
+  return true;
+}
+
 }  // namespace marl

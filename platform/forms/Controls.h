@@ -234,6 +234,22 @@ class Timer : public Control {
   int interval_ = 0;
 };
 
+/// The platform's numbers of function keys; a letter's key has the number of its capital.
+enum KeyCode : int { kKeyF1 = 0x70, kKeyF6 = 0x75, kKeyF7 = 0x76 };
+
+/// Keys that choose a menu entry from anywhere on its form. They belong to the design of the form
+/// and not to its language.
+struct Shortcut {
+  int key = 0;  ///< 0 for none
+  bool control = false;
+  bool shift = false;
+
+  bool operator==(const Shortcut&) const = default;
+};
+
+/// What a menu shows for a shortcut: "Ctrl+N", "Shift+F1"; empty for none.
+Text ShortcutText(const Shortcut& shortcut);
+
 /// An entry of a form's menu bar, or of the menu `parent`. A caption of "-" is a separator.
 class Menu : public Control {
  public:
@@ -242,6 +258,11 @@ class Menu : public Control {
     TabStop = false;
   }
   Menu* parent() const { return static_cast<Menu*>(container()); }
+  bool separator() const { return Caption() == u"-"; }
+  /// True when neither the entry nor a menu that leads to it is hidden or disabled.
+  bool Reachable() const;
+
+  marl::Shortcut Shortcut;  // set by the design only
 };
 
 }  // namespace marl

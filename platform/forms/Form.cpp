@@ -121,6 +121,19 @@ void Form::UserClick() { OnClick(); }
 
 void Form::UserKey(char16_t character) { OnKeyPress(character); }
 
+bool Form::UserShortcut(const Shortcut& keys) {
+  if (keys.key == 0) return false;
+  for (Control* control : controls_) {
+    if (control->kind() != ControlKind::kMenu) continue;
+    auto* const menu = static_cast<Menu*>(control);
+    if (menu->Shortcut != keys || !menu->Reachable()) continue;
+    // The entry may end the form: nothing of it is touched after the click.
+    menu->UserClick();
+    return true;
+  }
+  return false;
+}
+
 void Form::UserMouseMove(int button, int shift, float x, float y) {
   OnMouseMove(button, shift, x, y);
 }

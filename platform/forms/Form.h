@@ -11,6 +11,7 @@
 namespace marl {
 
 class CommandButton;
+struct Shortcut;
 
 enum class BorderStyle { kNone, kFixedSingle, kSizable, kFixedDialog };
 enum class WindowState { kNormal = 0, kMinimised = 1, kMaximised = 2 };
@@ -82,6 +83,9 @@ class Form {
   // What the user and the platform did. Called by peers and tests.
   void UserClick();
   void UserKey(char16_t character);
+  /// Chooses the entry of the menu with this shortcut. False when there is none that can be
+  /// reached: the key is a plain one then.
+  bool UserShortcut(const Shortcut& keys);
   /// Position in twips from the inner corner.
   void UserMouseMove(int button, int shift, float x, float y);
   void UserMouseDown(int button, float x, float y);

@@ -28,6 +28,13 @@ class MemoryShell : public Shell {
   std::vector<Text> asked;    ///< the files whose program was asked for
   std::vector<std::pair<Text, int>> ran;  ///< command lines and show commands
   bool runs = true;
+  struct HelpCall {
+    Text file;
+    int command = 0;
+    int data = 0;
+    bool operator==(const Help&) const = default;
+  };
+  std::vector<HelpCall> help;
 
   int Execute(ShellOwner owner, TextView verb, TextView file, TextView parameters,
               TextView directory, int show) override {
@@ -42,6 +49,9 @@ class MemoryShell : public Shell {
   bool Run(TextView commandLine, int show) override {
     ran.emplace_back(commandLine, show);
     return runs;
+  }
+  void Help(TextView file, int command, int data) override {
+    help.push_back({Text(file), command, data});
   }
 };
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "platform/forms/Controls.h"
 #include "platform/win32/FormWin32.h"
 
 namespace marl::win32 {
@@ -90,7 +91,27 @@ void DesktopWin32::DoEvents() {
   }
 }
 
+bool DesktopWin32::TakeShortcut(const MSG& message) {
+  if (message.message != WM_KEYDOWN) return false;
+  for (Form* form : forms()) {
+    const HWND window = WindowOf(form);
+    if (!window || (window != message.hwnd && !IsChild(window, message.hwnd))) continue;
+    const auto held = [](int key) { return GetKeyState(key) < 0; };
+    if (held(VK_MENU)) return false;
+    bool taken = false;
+    Event([&] {
+      taken = form->UserShortcut(
+          {static_cast<int>(message.wParam), held(VK_CONTROL), held(VK_SHIFT)});
+    });
+    return taken;
+  }
+  return false;
+}
+
+void DesktopWin32::WaitForEvents() { WaitMessage(); }
+
 void DesktopWin32::Dispatch(MSG& message) {
+  if (TakeShortcut(message)) return;
   for (const Form* form : forms()) {
     auto* const peer = static_cast<FormWin32*>(form->peer());
     if (!peer || !peer->hasFields() || !form->Visible()) continue;

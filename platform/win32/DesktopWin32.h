@@ -54,6 +54,8 @@ class DesktopWin32 : public Desktop {
   };
 
   void Dispatch(MSG& message);
+  /// Hands a key to the menu of its form. True when an entry was chosen by it.
+  bool TakeShortcut(const MSG& message);
 
   Size dpi_;
   FontCache fonts_;

@@ -12,6 +12,7 @@ namespace {
 
 constexpr wchar_t kClassName[] = L"MarlForm";
 constexpr int kFirstControlId = 1000;
+constexpr int kFirstMenuId = 20000;  // and on, by the entry's place among the form's controls
 
 DWORD StyleOf(const Form& form) {
   DWORD style = WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
@@ -45,6 +46,12 @@ int ButtonOf(UINT message) {
   }
 }
 
+bool HasMenuBar(const Form& form) {
+  return std::any_of(form.controls().begin(), form.controls().end(), [](const Control* control) {
+    return control->kind() == ControlKind::kMenu && !control->container() && control->Visible();
+  });
+}
+
 Text WindowText(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
   const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
@@ -69,13 +76,14 @@ FormWin32::FormWin32(DesktopWin32& desktop, Form& form) : desktop_(desktop), for
   if (!registered) throw RuntimeError(7, u"Out of memory");
 
   RECT outer = {0, 0, desktop.PixelsX(form.Design.width), desktop.PixelsY(form.Design.height)};
-  AdjustWindowRectEx(&outer, StyleOf(form), FALSE, ExStyleOf(form));
+  AdjustWindowRectEx(&outer, StyleOf(form), HasMenuBar(form), ExStyleOf(form));
   CreateWindowExW(ExStyleOf(form), kClassName, Wide(form.Caption()), StyleOf(form),
                   desktop.PixelsX(form.Left()), desktop.PixelsY(form.Top()),
                   outer.right - outer.left, outer.bottom - outer.top, desktop.OwnerFor(form),
                   nullptr, GetModuleHandleW(nullptr), this);
   if (!window_) throw RuntimeError(7, u"Out of memory");
 
+  CreateMenus();
   std::vector<Control*> order(form.controls());
   std::stable_sort(order.begin(), order.end(),
                    [](const Control* a, const Control* b) { return a->TabIndex < b->TabIndex; });
@@ -289,6 +297,7 @@ void FormWin32::OnCommand(int id, int notification, HWND from) {
       if (CommandButton* const button = form_.DefaultButton()) button->UserClick();
       return;
     }
+    if (Menu* const menu = MenuOf(id)) return menu->UserClick();
     from = GetDlgItem(window_, id);
   }
   Control* const control = ControlOf(from);
@@ -489,6 +498,64 @@ void FormWin32::PlaceStatusBar() {
   }
 }
 
+void FormWin32::CreateMenus() {
+  for (const Control* control : form_.controls()) {
+    if (control->kind() != ControlKind::kMenu) continue;
+    const Menu* const parent = static_cast<const Menu*>(control)->parent();
+    // A hidden top-level menu is no reason for a bar, nor is what lies in it.
+    if (!parent && !HasMenuBar(form_)) continue;
+    if (!menus_.contains(parent)) menus_[parent] = UniqueMenu(parent ? CreatePopupMenu() : CreateMenu());
+  }
+  for (const auto& [parent, menu] : menus_) FillMenu(parent);
+  const auto bar = menus_.find(nullptr);
+  if (bar == menus_.end()) return;
+  SetMenu(window_, bar->second.get());
+  // Long captions may take a second line; the design names the inner size without the bar.
+  RECT inner;
+  RECT outer;
+  GetClientRect(window_, &inner);
+  GetWindowRect(window_, &outer);
+  const int missing = desktop_.PixelsY(form_.Design.height) - inner.bottom;
+  if (missing != 0) {
+    SetWindowPos(window_, nullptr, 0, 0, outer.right - outer.left,
+                 outer.bottom - outer.top + missing,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+}
+
+void FormWin32::FillMenu(const Menu* parent) {
+  const auto found = menus_.find(parent);
+  if (found == menus_.end()) return;
+  const HMENU menu = found->second.get();
+  // The menus of entries have their owners here: they are taken out, not destroyed.
+  while (GetMenuItemCount(menu) > 0) RemoveMenu(menu, 0, MF_BYPOSITION);
+  const auto& controls = form_.controls();
+  UINT position = 0;
+  for (std::size_t i = 0; i < controls.size(); ++i) {
+    if (controls[i]->kind() != ControlKind::kMenu) continue;
+    const auto& entry = static_cast<const Menu&>(*controls[i]);
+    if (entry.parent() != parent || !entry.Visible()) continue;
+    Text caption = entry.Caption();
+    if (const Text keys = ShortcutText(entry.Shortcut); !keys.empty()) caption += u'\t' + keys;
+    MENUITEMINFOW item = {};
+    item.cbSize = sizeof item;
+    item.fMask = MIIM_FTYPE | MIIM_STATE | MIIM_ID;
+    item.fType = entry.separator() ? MFT_SEPARATOR : MFT_STRING;
+    item.fState = entry.Enabled() ? MFS_ENABLED : MFS_DISABLED;
+    item.wID = static_cast<UINT>(kFirstMenuId) + static_cast<UINT>(i);
+    if (!entry.separator()) {
+      item.fMask |= MIIM_STRING;
+      item.dwTypeData = const_cast<wchar_t*>(Wide(caption));
+    }
+    if (const auto own = menus_.find(&entry); own != menus_.end()) {
+      item.fMask |= MIIM_SUBMENU;
+      item.hSubMenu = own->second.get();
+    }
+    InsertMenuItemW(menu, position++, TRUE, &item);
+  }
+  if (!parent) DrawMenuBar(window_);
+}
+
 void FormWin32::SyncTimer(Timer& timer) {
   const auto& controls = form_.controls();
   const auto id = static_cast<UINT_PTR>(
@@ -502,6 +569,13 @@ void FormWin32::SyncTimer(Timer& timer) {
 
 void FormWin32::ControlChanged(Control& control, Property property) {
   if (control.kind() == ControlKind::kTimer) return SyncTimer(static_cast<Timer&>(control));
+  if (control.kind() == ControlKind::kMenu) {
+    const Menu* const parent = static_cast<const Menu&>(control).parent();
+    FillMenu(parent);
+    // The bar may take another line now, and its form be less high inside.
+    if (!parent) Report();
+    return;
+  }
   const HWND child = WindowOf(control);
   if (!child) return;
   ++updating_;
@@ -630,6 +704,11 @@ void FormWin32::Close() {
   desktop_.Withdraw(form_);
   // From here on no message finds its way to the form.
   SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+  SetMenu(window_, nullptr);
+  for (const auto& [parent, menu] : menus_) {
+    while (GetMenuItemCount(menu.get()) > 0) RemoveMenu(menu.get(), 0, MF_BYPOSITION);
+  }
+  menus_.clear();
   DestroyWindow(std::exchange(window_, nullptr));
   windows_.clear();
 }
@@ -654,6 +733,16 @@ Control* FormWin32::ControlOf(HWND window) const {
     if (child == window) return const_cast<Control*>(control);
   }
   return nullptr;
+}
+
+Menu* FormWin32::MenuOf(int id) const {
+  const auto& controls = form_.controls();
+  const auto place = static_cast<std::size_t>(id - kFirstMenuId);
+  if (id < kFirstMenuId || place >= controls.size()) return nullptr;
+  Control* const control = controls[place];
+  if (control->kind() != ControlKind::kMenu) return nullptr;
+  auto* const menu = static_cast<Menu*>(control);
+  return menu->Reachable() ? menu : nullptr;
 }
 
 }  // namespace marl::win32

@@ -55,6 +55,9 @@ class FormWin32 : public FormPeer {
   void CreateControl(Control& control, int id);
   void PlaceControl(const Control& control, HWND window);
   void PlaceStatusBar();
+  void CreateMenus();
+  /// Fills the menu of `parent`, or the menu bar, anew with the entries that are shown.
+  void FillMenu(const Menu* parent);
   void SyncTimer(Timer& timer);
   void SyncItems(ItemList& list, HWND window);
   void SyncSelection(Control& control, HWND window);
@@ -62,11 +65,14 @@ class FormWin32 : public FormPeer {
   float TwipsAtY(LPARAM position) const;
   HWND WindowOf(const Control& control) const;
   Control* ControlOf(HWND window) const;
+  Menu* MenuOf(int id) const;
 
   DesktopWin32& desktop_;
   Form& form_;
   HWND window_ = nullptr;
   std::map<const Control*, HWND> windows_;
+  /// The native menu of each entry that has one, and under null the menu bar.
+  std::map<const Menu*, UniqueMenu> menus_;
   bool hasFields_ = false;
   int updating_ = 0;  ///< above 0 while the program writes into a control
 };

@@ -48,4 +48,9 @@ bool ShellWin32::Run(TextView commandLine, int show) {
   return true;
 }
 
+void ShellWin32::Help(TextView file, int command, int data) {
+  WinHelpW(mainWindow_(), Wide(Text(file)), static_cast<UINT>(command),
+           static_cast<ULONG_PTR>(data));
+}
+
 }  // namespace marl::win32

@@ -16,6 +16,7 @@ class ShellWin32 : public Shell {
               TextView directory, int show) override;
   int FindProgram(TextView file, TextView directory, Text& program) override;
   bool Run(TextView commandLine, int show) override;
+  void Help(TextView file, int command, int data) override;
 
  private:
   std::function<HWND()> mainWindow_;
