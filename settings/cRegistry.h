@@ -47,12 +47,31 @@ class cRegistry {
   /// True in any case.
   bool EnumerateSections(std::vector<Text>& names, std::int32_t& count);
 
+  /// Gives an executable a file type of its own, below HKEY_CLASSES_ROOT and Software\Classes of
+  /// HKEY_LOCAL_MACHINE: extension (without its dot), class, menu entries with the switches /p,
+  /// /a and /n, icon. Empty menu texts take the usual ones; an icon index of -1 means no icon.
+  /// What cannot be written under one root is still tried under the other.
+  void CreateEXEAssociation(TextView exePath, TextView className, TextView classDescription,
+                            TextView extension, TextView openMenuText, bool supportPrint,
+                            TextView printMenuText, bool supportNew, TextView newMenuText,
+                            bool supportInstall, TextView installMenuText,
+                            std::int32_t defaultIconIndex);
+  /// Gives a class that is there further menu entries: triples of verb key, menu text and command
+  /// line. Writes nothing when the items are no triples or the class is missing below `ClassKey`.
+  void CreateAdditionalEXEAssociations(TextView className,
+                                       const std::vector<RegistryValue>& items);
+
   /// Kind to write, and after a read the kind found.
   std::int32_t valueType = 0;
   /// What a failed read yields.
   RegistryValue Default;
 
  private:
+  /// Assigns the text below both roots of the associations; `ClassKey` stays the second one.
+  void SetDualClassValue(TextView text);
+  /// The same for the default value of a key.
+  void SetDualClassValue(TextView section, TextView text);
+
   Status Write(const RegistryValue& value);
   Status WriteAs(KeyHandle key, std::uint32_t kind, const NarrowText& data);
   Text ReadText(KeyHandle key, std::uint32_t size);

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/memory/MemoryRegistryStore.h"
+
+namespace marl {
+
+/// A registry in memory that tells what was written where, and refuses one root on request.
+class WatchedRegistry : public MemoryRegistryStore {
+ public:
+  /// A value written: root, key and data as the caller gave them.
+  struct Written {
+    std::uint32_t root;
+    NarrowText path;
+    NarrowText name;
+    std::uint32_t kind;
+    NarrowText data;
+    bool operator==(const Written&) const = default;
+  };
+
+  std::vector<Written> written;
+  KeyHandle refusedRoot = kNoKey;
+  bool refuseWriting = false;
+
+  Status CreateKey(KeyHandle key, const NarrowText& path, std::uint32_t access,
+                   OpenKeyHandle& out) override {
+    if (key == refusedRoot) return kAccessDenied;
+    root_ = static_cast<std::uint32_t>(key);
+    path_ = path;
+    return MemoryRegistryStore::CreateKey(key, path, access, out);
+  }
+  Status SetValue(KeyHandle key, const NarrowText& name, std::uint32_t kind,
+                  const NarrowText& data) override {
+    if (refuseWriting) return kAccessDenied;
+    written.push_back({root_, path_, name, kind, data});
+    return MemoryRegistryStore::SetValue(key, name, kind, data);
+  }
+
+ private:
+  std::uint32_t root_ = 0;
+  NarrowText path_;
+};
+
+}  // namespace marl

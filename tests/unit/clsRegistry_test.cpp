@@ -1,0 +1,102 @@
+#include "settings/clsRegistry.h"
+
+#include <gtest/gtest.h>
+
+#include "settings/cRegistry.h"
+#include "settings/clsMRU.h"
+#include "tests/unit/WatchedRegistry.h"
+
+namespace marl {
+namespace {
+
+// What a real registry cannot be made to do in a test.
+
+TEST(clsRegistryOnMemory, TextIsPassedWithoutItsTerminatorCounted) {
+  WatchedRegistry store;
+  clsRegistry registry(store);
+  registry.hkey = kCurrentUser;
+  registry.KeyRoot = u"Software";
+  registry.Subkey = u"Test";
+  ASSERT_EQ(registry.CreateKey(), u"0");
+  for (const std::int32_t kind : {1, 2, 7}) {
+    store.written.clear();
+    EXPECT_TRUE(registry.SetRegistryValue(u"v", Text(u"text"), kind));
+    ASSERT_EQ(store.written.size(), 1u);
+    EXPECT_EQ(store.written[0].data, "text");
+  }
+}
+
+TEST(clsRegistryOnMemory, ARefusedWriteIsReported) {
+  WatchedRegistry store;
+  clsRegistry registry(store);
+  registry.hkey = kCurrentUser;
+  registry.KeyRoot = u"Software";
+  registry.Subkey = u"Test";
+  ASSERT_EQ(registry.CreateKey(), u"0");
+  store.refuseWriting = true;
+  EXPECT_FALSE(registry.SetRegistryValue(u"v", Text(u"text"), 1));
+  EXPECT_TRUE(registry.SetRegistryValue(u"v", Text(u"text"), 5)) << "nothing to refuse";
+
+  cRegistry cursor(store);
+  cursor.ClassKey = kCurrentUser;
+  cursor.SectionKey = u"Software\\Test";
+  cursor.valueType = 1;
+  EXPECT_FALSE(cursor.SetValue(Text(u"text")));
+  cursor.Value(Text(u"text"));
+  EXPECT_EQ(cursor.Value(), RegistryValue());
+}
+
+TEST(clsRegistryOnMemory, AnotherMachinesRegistryIsItsOwn) {
+  MemoryRegistryStore store;
+  MemoryRegistryStore& other = store.AddMachine("\\\\other");
+  clsRegistry registry(store);
+  registry.hkey = kCurrentUser;
+  registry.KeyRoot = u"Software";
+  registry.Subkey = u"Test";
+  other.Plant(kLocalMachine, "Software\\Test", "v", kRegSz, NarrowText("there\0", 6));
+  EXPECT_EQ(registry.ReadRemoteRegistryValue(u"\\\\OTHER", kLocalMachine, u"v"),
+            RegistryValue(Text(u"there")));
+  EXPECT_EQ(registry.WriteRemoteRegistryValue(u"\\\\other", kLocalMachine, u"w",
+                                              std::int32_t{5}, kRegDword),
+            RegistryValue(std::int16_t{-1}));
+  EXPECT_EQ(registry.ReadRemoteRegistryValue(u"\\\\other", kLocalMachine, u"w"),
+            RegistryValue(std::int32_t{5}));
+  EXPECT_EQ(registry.GetRegistryValue(u"w"), RegistryValue());
+  EXPECT_EQ(store.OpenKeys(), 0u);
+}
+
+TEST(clsRegistryOnMemory, NamesLongerThanThePlatformTakesAreRefused) {
+  MemoryRegistryStore store;
+  clsRegistry registry(store);
+  registry.hkey = kCurrentUser;
+  registry.KeyRoot = u"Software";
+  registry.Subkey = Text(256, u'k');
+  EXPECT_EQ(registry.CreateKey(), u"");
+  EXPECT_FALSE(registry.KeyExists());
+  registry.Subkey = u"Test";
+  EXPECT_EQ(registry.CreateKey(), u"0");
+  EXPECT_FALSE(registry.SetRegistryValue(Text(16384, u'v'), Text(u"x"), kRegSz));
+}
+
+TEST(clsMRUOnMemory, ARefusedSaveLeavesTheStoreAsItWas) {
+  WatchedRegistry store;
+  clsMRU list(store);
+  list.hkey(kCurrentUser);
+  list.KeyRoot(u"Software\\Oru\\Marl");
+  list.Subkey(u"ServerMRU");
+  list.AddMRU(u"old");
+  list.SaveList();
+  list.AddMRU(u"new");
+  store.refuseWriting = true;
+  list.SaveList();
+  clsMRU loaded(store);
+  loaded.hkey(kCurrentUser);
+  loaded.KeyRoot(u"Software\\Oru\\Marl");
+  loaded.Subkey(u"ServerMRU");
+  loaded.LoadList();
+  EXPECT_EQ(loaded.Count(), 1);
+  EXPECT_EQ(loaded.Item(1), u"old");
+}
+
+}  // namespace
+}  // namespace marl
