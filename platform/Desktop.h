@@ -73,6 +73,8 @@ class Desktop {
   virtual int Run() = 0;
   /// Runs the events that wait, and returns.
   virtual void DoEvents() = 0;
+  /// Sleeps until an event waits (WaitMessage).
+  virtual void WaitForEvents() = 0;
 
   /// Shows a message under the title (MessageBox) above the active form. Returns the answer.
   virtual int MsgBox(TextView text, int flags, TextView title) = 0;

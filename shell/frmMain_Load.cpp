@@ -33,6 +33,7 @@ void frmMain::OnLoad() {
   SetCaption(kApplicationTitle);
   ApplyToolsMenu();
   ProbeBrowser();
+  if (!WaitForSplash()) return;
   MarkMissingTools();
   IconsPerRow = 5;
   HiddenKeys.Reset();

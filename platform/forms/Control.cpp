@@ -81,6 +81,19 @@ bool Control::windowless() const {
          kind_ == ControlKind::kShape || kind_ == ControlKind::kLine;
 }
 
+bool Control::TakesFocus() const {
+  switch (kind_) {
+    case ControlKind::kFrame:
+    case ControlKind::kPictureBox:
+    case ControlKind::kStatusBar:
+    case ControlKind::kTimer:
+    case ControlKind::kMenu:
+      return false;
+    default:
+      return !windowless();
+  }
+}
+
 void Control::SetBounds(const Box& bounds) {
   if (bounds == bounds_) return;
   if (windowless()) form_.Invalidate(*this);

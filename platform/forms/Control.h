@@ -85,6 +85,8 @@ class Control {
   Control* container() const { return container_; }
   /// True when the form paints the control: it has no window of its own.
   bool windowless() const;
+  /// True when the kind can have the focus at all.
+  bool TakesFocus() const;
 
   Text Tag;  ///< free text, for the program's own use
 

@@ -229,8 +229,7 @@ Control* Form::AccessKeyTarget(char16_t key) const {
     if (own == 0 || own != FoldCase(key)) continue;
     Control* next = nullptr;
     for (Control* control : controls_) {
-      if (control->windowless() || !control->TabStop || control->TabIndex < label->TabIndex ||
-          control->kind() == ControlKind::kTimer || !canBeSeen(control)) {
+      if (!control->TakesFocus() || control->TabIndex < label->TabIndex || !canBeSeen(control)) {
         continue;
       }
       if (!next || control->TabIndex < next->TabIndex) next = control;

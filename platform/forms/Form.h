@@ -104,7 +104,8 @@ class Form {
   CommandButton* DefaultButton() const;
   CommandButton* CancelButton() const;
   /// The control that the access key of a label leads to: the next one in the tab order that can
-  /// have the focus. Null when no visible, enabled label has this key.
+  /// have the focus, whether Tab stops there or not. Null when no visible, enabled label has this
+  /// key.
   Control* AccessKeyTarget(char16_t key) const;
   /// Marks the place of a windowless control for painting.
   void Invalidate(const Control& control);

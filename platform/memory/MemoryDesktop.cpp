@@ -73,11 +73,11 @@ void MemoryDesktop::DoEvents() {
   if (posted.empty()) {
     // Nothing would ever happen again: the clock moves on, as it does for a user who waits.
     Advance(50);
-    return;
+  } else {
+    const auto action = std::move(posted.front());
+    posted.pop_front();
+    Event(action);
   }
-  const auto action = std::move(posted.front());
-  posted.pop_front();
-  Event(action);
   if (ended()) throw ProcessEnd{exitCode()};
 }
 
@@ -142,6 +142,7 @@ void MemoryDesktop::OfferCommands(Form& form, TextView service, TextView topic) 
 
 void MemoryDesktop::Advance(int milliseconds) {
   for (int passed = 0; passed < milliseconds && !ended(); ++passed) {
+    ++now;
     for (Form* form : std::vector<Form*>(forms())) {
       if (std::find(forms().begin(), forms().end(), form) == forms().end()) continue;
       for (Control* control : std::vector<Control*>(form->controls())) {

@@ -85,12 +85,14 @@ class MemoryDesktop : public Desktop {
   std::vector<Offer> offers;
   std::vector<std::pair<int, int>> commonControls;  ///< size and flags of each call
   int beeps = 0;
+  std::int64_t now = 0;  ///< milliseconds that the clock has run
   std::vector<std::string> modal;  ///< names of the forms shown modally, in order
 
   std::unique_ptr<FormPeer> CreatePeer(Form& form) override;
   void RunModal(Form& form, Form* owner) override;
   int Run() override;
   void DoEvents() override;
+  void WaitForEvents() override {}  // the clock moves on in DoEvents
   int MsgBox(TextView text, int flags, TextView title) override;
   void Beep() override { ++beeps; }
   void EnumerateWindows(const std::function<bool(WindowHandle)>& visit) override;

@@ -32,7 +32,7 @@ class MemoryShell : public Shell {
     Text file;
     int command = 0;
     int data = 0;
-    bool operator==(const Help&) const = default;
+    bool operator==(const HelpCall&) const = default;
   };
   std::vector<HelpCall> help;
 

@@ -22,6 +22,7 @@ class DesktopWin32 : public Desktop {
   void RunModal(Form& form, Form* owner) override;
   int Run() override;
   void DoEvents() override;
+  void WaitForEvents() override;
   int MsgBox(TextView text, int flags, TextView title) override;
   void Beep() override;
   void EnumerateWindows(const std::function<bool(WindowHandle)>& visit) override;

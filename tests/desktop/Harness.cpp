@@ -20,6 +20,7 @@ constexpr const wchar_t* kSettingsKeys[] = {
     L"Software\\VB and VBA Program Settings\\Marl Project Wizard",
     L"Software\\Oru\\Marl",
 };
+constexpr wchar_t kIconLibrary[] = L"q17icl.oru";
 constexpr wchar_t kMarlSection[] = L"Software\\VB and VBA Program Settings\\Marl\\Settings";
 
 // The design of the panel, in twips: columns, the pitch of the grid, and in a cell the middle of
@@ -440,6 +441,8 @@ SuiteFolder::SuiteFolder(const std::wstring& name, const std::vector<std::wstrin
   CreateDirectoryW(path_.c_str(), nullptr);
   CreateDirectoryW(temp_.c_str(), nullptr);
   CopyFileW(g_programs.marl.c_str(), marl().c_str(), FALSE);
+  const std::wstring built = g_programs.marl.substr(0, g_programs.marl.rfind(L'\\') + 1);
+  CopyFileW((built + kIconLibrary).c_str(), (path_ + L"\\" + kIconLibrary).c_str(), FALSE);
   for (const std::wstring& tool : Tools()) {
     if (std::find(without.begin(), without.end(), tool) != without.end()) continue;
     CopyFileW(g_programs.standIn.c_str(), (path_ + L"\\" + tool).c_str(), FALSE);
@@ -724,9 +727,24 @@ HWND RunningMarl::Window() const {
   });
 }
 
+HWND RunningMarl::Splash() const {
+  return FindWindowOf(id_, [](HWND window) {
+    return ClassOf(window) == L"MarlForm" && IsWindowVisible(window) &&
+           (GetWindowLongW(window, GWL_STYLE) & WS_CAPTION) == 0;
+  });
+}
+
+void RunningMarl::DismissSplash() const {
+  const HWND splash = Splash();
+  if (!splash) return;
+  PostMessageW(splash, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(9, 9));
+  PostMessageW(splash, WM_LBUTTONUP, 0, MAKELPARAM(9, 9));
+}
+
 HWND RunningMarl::WaitForWindow() const {
   HWND window = nullptr;
   WaitUntil([&] {
+    DismissSplash();
     window = Window();
     if (window && !IsWindowVisible(window)) window = nullptr;
     return window || !Running();

@@ -200,7 +200,12 @@ class RunningMarl {
 
   /// The main form's window, shown or not; null when there is none.
   HWND Window() const;
-  /// Waits until the main form can be seen; null when the process ended or the deadline passed.
+  /// The splash's window while it stands; null otherwise.
+  HWND Splash() const;
+  /// Clicks the splash away if it stands; it lets itself be clicked away once start-up is done.
+  void DismissSplash() const;
+  /// Waits until the main form can be seen, and clicks the splash away meanwhile; null when the
+  /// process ended or the deadline passed.
   HWND WaitForWindow() const;
   /// The message box that is open, if any.
   MessageBoxWindow Box() const;

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/memory/MemoryComponents.h"
+#include "platform/memory/MemoryDesktop.h"
+#include "platform/memory/MemoryFileSystem.h"
+#include "platform/memory/MemoryIcons.h"
+#include "platform/memory/MemoryLocale.h"
+#include "platform/memory/MemoryPictures.h"
+#include "platform/memory/MemorySettingsStore.h"
+#include "platform/memory/MemoryShell.h"
+#include "platform/memory/MemoryStrings.h"
+#include "shell/Application.h"
+
+namespace marl {
+
+/// A whole machine in memory for the program to run on: a user who has answered the first-run
+/// questions, and the icon library in the program's folder.
+struct World {
+  MemoryDesktop desktop;
+  MemoryFileSystem files;
+  MemorySettingsStore settings;
+  MemoryShell shell;
+  MemoryProcess process;
+  MemoryComponents components;
+  MemoryStrings resource;
+  StringTable strings{resource};
+  MemoryLocale locales;
+  MemoryIcons icons;
+  MemoryPictures pictures;
+  std::unique_ptr<Application> application;
+
+  World() {
+    settings.SaveSetting(u"Marl", u"Settings", u"FirstRun", u"N");
+    settings.writes.clear();
+    icons.Put(u"C:\\Suite\\q17icl.oru", 117, 1171, 1172);
+  }
+
+  Platform platform() {
+    return {desktop, files,   settings, shell, process, components,
+            strings, locales, icons,    pictures};
+  }
+
+  /// Runs the program until nothing happens any more. Returns its exit code.
+  int Start() {
+    application = std::make_unique<Application>(platform());
+    return application->Run();
+  }
+  frmMain& main() { return application->mainForm(); }
+};
+
+}  // namespace marl
