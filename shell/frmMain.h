@@ -74,6 +74,7 @@ class frmMain : public Form {
   void mnuToolsCommentReport();
   void mnuHelpContents();
   void mnuHelpTutorial();
+  void mnuHelpAbout();
 
   /// Shows or hides the programs of the Tools menu as `ToolsMenuVisible` says.
   void ApplyToolsMenu();

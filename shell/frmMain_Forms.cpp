@@ -1,4 +1,5 @@
 #include "shell/frmMain.h"
+#include "support/frmAbout2006.h"
 
 // The main form's smaller companions.
 
@@ -19,6 +20,16 @@ bool frmMain::WaitForSplash() {
     desktop().DoEvents();
   }
   return loaded();
+}
+
+void frmMain::mnuHelpAbout() {
+  frmAbout2006 about({desktop(), platform_.pictures, platform_.locales, platform_.strings,
+                      [this](WindowHandle window) { icons_.SetFormIcon(window, kMarlIcon, false); },
+                      [this](TextView verb, TextView file, TextView parameters,
+                             TextView directory, int show) {
+                        launcher_.ShellOpen(verb, file, parameters, directory, show);
+                      }});
+  about.ShowModal(this);
 }
 
 }  // namespace marl

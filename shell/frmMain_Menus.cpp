@@ -80,7 +80,7 @@ const std::vector<TopEntry>& MenuBar() {
        1600,
        {{"mnuHelpContents", 1601, {kKeyF1}, &F::mnuHelpContents},
         {"mnuHelpTutorial", 1603, {}, &F::mnuHelpTutorial},
-        {"mnuHelpAbout", 1602, {kKeyF1, true, false}}}},
+        {"mnuHelpAbout", 1602, {kKeyF1, true, false}, &F::mnuHelpAbout}}},
   };
   return bar;
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/frmAbout2006.h"
 #include "tests/unit/World.h"
 
 namespace marl {
@@ -142,6 +143,26 @@ TEST_F(SecondStart, RunsTheRegistrarAndTouchesNothingElse) {
   EXPECT_TRUE(world.settings.writes.empty());
   EXPECT_TRUE(world.files.Content(world.files.TempPath() + u"ORU1.TMP").has_value());
   EXPECT_TRUE(world.desktop.offers.empty());
+}
+
+TEST(About, MenuEntryShowsItAboveTheMainFormAndItsLinksReachTheShell) {
+  World world;
+  world.Start();
+  world.shell.started.clear();
+  world.icons.given.clear();
+  world.desktop.whenModal["frmAbout2006"] = [](Form& form) {
+    auto& about = static_cast<frmAbout2006&>(form);
+    about.lblLabel[5]->UserClick();
+    about.cmdOK->UserClick();
+  };
+  world.main().mnuHelpAbout();
+  EXPECT_EQ(world.desktop.modal, std::vector<std::string>{"frmAbout2006"});
+  EXPECT_EQ(world.shell.started,
+            (std::vector<MemoryShell::Started>{{ShellOwner::kDesktop, u"Open",
+                                                u"http://www.marl.example", u"0", u"0", 1}}));
+  ASSERT_EQ(world.icons.given.size(), 2u) << "no owner gets the icon";
+  EXPECT_EQ(world.icons.given[0].icon, 1171);
+  EXPECT_EQ(world.desktop.forms().size(), 1u);
 }
 
 }  // namespace marl

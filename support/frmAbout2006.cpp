@@ -1,0 +1,89 @@
+#include "support/frmAbout2006.h"
+
+#include "support/Version.h"
+#include "support/modI18N.h"
+#include "support/modResources.h"
+
+namespace marl {
+
+namespace {
+
+constexpr TextView kMakersSite = u"http://www.oru.example";
+constexpr TextView kProductSite = u"http://www.marl.example";
+constexpr TextView kSupportSite = u"http://support.marl.example";
+
+constexpr int kLargeDpi = 120;  // from here on the larger drawing comes closer
+constexpr int kWidth = 6000;    // the logo's, in twips
+constexpr int kMargin = 240;
+constexpr int kLineHeight = 240;
+constexpr Color kLink = SystemColor(26);  // COLOR_HOTLIGHT
+
+constexpr Box TextLine(int top) { return {kMargin, top, kWidth - 2 * kMargin, kLineHeight}; }
+
+}  // namespace
+
+frmAbout2006::frmAbout2006(Ports ports)
+    : Form(ports.desktop, "frmAbout2006"), ports_(std::move(ports)) {
+  Design = {kWidth, 4905};
+  Tag = u"3020";
+  imgLogo.SetBounds({0, 0, kWidth, 1440});
+  imgLogo.Click = [this] { Open(u"Open", kMakersSite); };
+
+  AddLabel(kSuite, TextLine(1620), u"3021");
+  lblLabel[kSuite]->SetFont({u"Tahoma", 82500, true});
+  AddLabel(kVersionLabel, TextLine(1875), u"");
+  AddLabel(kCopyright, TextLine(2130), u"3022");
+  AddLabel(kSite, TextLine(2520), u"3025");
+  cmdShell[0] = std::make_unique<CommandButton>(*this, "cmdShell", 0);
+  AddLabel(kSupport, TextLine(2775), u"3026");
+  cmdShell[1] = std::make_unique<CommandButton>(*this, "cmdShell", 1);
+  for (std::size_t i = 0; i < cmdShell.size(); ++i) {
+    const int link = kSite + static_cast<int>(i);
+    lblLabel[static_cast<std::size_t>(link)]->SetForeColor(kLink);
+    lblLabel[static_cast<std::size_t>(link)]->SetFont({u"Tahoma", 82500, false, false, true});
+    cmdShell[i]->SetBounds({-1500, TextLine(2520 + 255 * static_cast<int>(i)).top, 1125, 240});
+    cmdShell[i]->TabStop = false;
+    cmdShell[i]->GotFocus = [this, link] { FollowLink(link); };
+  }
+  linBottom.Place({kMargin, 3165}, {kWidth - kMargin, 3165});
+  linBottom.SetVisible(true);
+  linBottom.SetBorderColor(SystemColor(16));  // COLOR_BTNSHADOW
+  AddLabel(kWarning, {kMargin, 3285, kWidth - 2 * kMargin, 1020}, u"3027");
+
+  cmdOK = std::make_unique<CommandButton>(*this, "cmdOK");
+  cmdOK->SetBounds({kWidth - 120 - 1125, 4440, 1125, 345});
+  cmdOK->Tag = u"20000";
+  cmdOK->Default = true;
+  cmdOK->Cancel = true;
+  cmdOK->Click = [this] { Unload(); };
+}
+
+void frmAbout2006::AddLabel(int index, const Box& bounds, TextView tag) {
+  auto& label = lblLabel[static_cast<std::size_t>(index)];
+  label = std::make_unique<Label>(*this, "lblLabel", index);
+  label->SetBounds(bounds);
+  label->Tag = tag;
+  label->Click = [this, index] { FollowLink(index); };
+}
+
+void frmAbout2006::OnLoad() {
+  ports_.setIcon(hWnd());
+  ApplyLocaleFont(*this, ports_.locales);
+  LoadFormStrings(*this, ports_.strings);
+  lblLabel[kVersionLabel]->SetCaption(Text(u"Marl ").append(kVersion));
+  imgLogo.SetPicture(ports_.pictures.Load(
+      desktop().Dpi().width >= kLargeDpi ? MARL_PICTURE_ABOUT_144 : MARL_PICTURE_ABOUT));
+}
+
+void frmAbout2006::FollowLink(int label) {
+  if (label == kSite) Open(u"Open", kProductSite);
+  if (label == kSupport) Open(u"Open", kSupportSite);
+}
+
+// Parameters and folder are the number 0, which arrives as the text "0": the shell takes neither
+// for an address.
+void frmAbout2006::Open(TextView operation, TextView address) {
+  ports_.shellOpen(operation, address, u"0", u"0", 1);
+}
+
+}  // namespace marl
