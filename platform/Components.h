@@ -29,6 +29,12 @@ class Components {
   virtual ~Components() = default;
   /// Makes an instance (CLSIDFromProgID, CoCreateInstance); null when none is registered.
   virtual std::unique_ptr<Component> Create(TextView name) = 0;
+  /// As `Create`. Where it makes nothing, `failure` tells why: it is empty when none is registered,
+  /// and the platform's description when a registered one cannot be made.
+  virtual std::unique_ptr<Component> TryCreate(TextView name, Text& failure) {
+    failure.clear();
+    return Create(name);
+  }
 };
 
 }  // namespace marl

@@ -8,6 +8,7 @@ namespace marl {
 enum OwnString : int {
   kComponentMissingString = 30001,
   kNoSystemInfoString = 30002,
+  kServerRefusedString = 30010,
 };
 
 /// The user interface's texts by id.

@@ -23,6 +23,7 @@ class MemoryComponents : public Components {
   };
 
   std::map<Text, Body> registered;
+  std::map<Text, Text> broken;  ///< registered ones that cannot be made, and why
   std::vector<CallRecord> calls;
   int live = 0;  ///< instances that have not been released
 
@@ -30,6 +31,11 @@ class MemoryComponents : public Components {
     const auto found = registered.find(Text(name));
     if (found == registered.end()) return nullptr;
     return std::make_unique<Instance>(*this, Text(name), found->second);
+  }
+  std::unique_ptr<Component> TryCreate(TextView name, Text& failure) override {
+    const auto found = broken.find(Text(name));
+    failure = found == broken.end() ? Text() : found->second;
+    return found == broken.end() ? Create(name) : nullptr;
   }
 
  private:

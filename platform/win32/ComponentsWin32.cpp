@@ -123,11 +123,20 @@ ComponentsWin32::~ComponentsWin32() {
 }
 
 std::unique_ptr<Component> ComponentsWin32::Create(TextView name) {
+  Text ignored;
+  return TryCreate(name, ignored);
+}
+
+std::unique_ptr<Component> ComponentsWin32::TryCreate(TextView name, Text& failure) {
+  failure.clear();
   CLSID id;
   if (FAILED(CLSIDFromProgID(Wide(Text(name)), &id))) return nullptr;
   IDispatch* object = nullptr;
-  if (FAILED(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER,
-                              IID_IDispatch, reinterpret_cast<void**>(&object)))) {
+  const HRESULT status =
+      CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, IID_IDispatch,
+                       reinterpret_cast<void**>(&object));
+  if (FAILED(status)) {
+    failure = SystemMessage(status);
     return nullptr;
   }
   return std::make_unique<ComponentWin32>(object);

@@ -10,6 +10,7 @@ class ComponentsWin32 : public Components {
   ComponentsWin32();
   ~ComponentsWin32() override;
   std::unique_ptr<Component> Create(TextView name) override;
+  std::unique_ptr<Component> TryCreate(TextView name, Text& failure) override;
 
  private:
   bool initialised_ = false;

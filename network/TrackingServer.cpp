@@ -1,0 +1,83 @@
+#include "network/TrackingServer.h"
+
+#include <utility>
+
+#include "network/ServerTag.h"
+#include "settings/clsRegistry.h"
+
+namespace marl {
+
+namespace {
+
+constexpr int kNoServer = 1075;  // string of the name that is shown
+constexpr TextView kKeyRoot = u"Software\\Oru\\Marl";
+constexpr TextView kSubkey = u"Settings";
+constexpr TextView kValue = u"TrackingServer";
+// No tag equals it: the first setting counts as a change and shows title and button.
+constexpr TextView kNotYetSet = u"#";
+
+bool IsBlank(TextView text) { return text.find_first_not_of(u' ') == TextView::npos; }
+
+clsRegistry SettingsKey(RegistryStore& store) {
+  clsRegistry registry(store);
+  registry.hkey = kCurrentUser;
+  registry.KeyRoot = kKeyRoot;
+  registry.Subkey = kSubkey;
+  return registry;
+}
+
+}  // namespace
+
+TrackingServer::TrackingServer(const Ports& ports, View view)
+    : ServerList(ports.registry),
+      ports_(ports),
+      view_(std::move(view)),
+      client_({ports.components, ports.files, ports.strings}) {}
+
+void TrackingServer::Start() {
+  ServerList.hkey(kCurrentUser);
+  ServerList.KeyRoot(kKeyRoot);
+  ServerList.Subkey(u"ServerMRU");
+  ServerList.LoadList();
+  CurrentServerTag = kNotYetSet;
+  const RegistryValue stored = SettingsKey(ports_.registry).GetRegistryValue(kValue, Text());
+  SetTrackingServer(RegistryText(stored), false);
+  if (CurrentServerTag == kNotYetSet) SetTrackingServer(u"", false);
+}
+
+bool TrackingServer::SetTrackingServer(TextView server, bool showError) {
+  const Text before = std::exchange(CurrentServerTag, Accepted(server, showError));
+  const bool changed = CurrentServerTag != before;
+  if (changed) {
+    clsXMLTag tag;
+    ReadServerTag(CurrentServerTag, tag);
+    view_.ShowName(CurrentServerTag.empty() ? TextView(ports_.strings.Get(kNoServer))
+                                            : tag.AttributeValue(u"server"));
+    if (!CurrentServerTag.empty()) ServerList.AddMRU(CurrentServerTag);
+  }
+  view_.EnableTracking(!CurrentServerTag.empty());
+  return changed;
+}
+
+/// The tag that is current once the component has seen the server: its own, the one before, or
+/// none.
+Text TrackingServer::Accepted(TextView server, bool showError) {
+  if (IsBlank(server)) return {};
+  Text wanted = IsServerTag(server) ? Text(server) : BareNameTag(server);
+  clsXMLTag tag;
+  ReadServerTag(wanted, tag);
+  if (tag.AttributeValue(u"server").empty()) return {};
+  Text failure;
+  if (client_.SetServer(ServerDocument(wanted), failure)) return wanted;
+  if (showError) ports_.desktop.MsgBox(failure, kExclamation, u"Marl");
+  return CurrentServerTag;
+}
+
+void TrackingServer::SaveServerSettings() {
+  clsRegistry registry = SettingsKey(ports_.registry);
+  registry.CreateKey();
+  registry.SetRegistryValue(kValue, CurrentServerTag, kRegSz);
+  ServerList.SaveList();
+}
+
+}  // namespace marl

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+
+#include "network/TrackingServerClient.h"
+#include "platform/Desktop.h"
+#include "platform/RegistryStore.h"
+#include "settings/clsMRU.h"
+
+namespace marl {
+
+/// Which project tracking server is current, and the list of earlier ones. The servers themselves
+/// are never contacted from here.
+class TrackingServer {
+ public:
+  struct Ports {
+    Desktop& desktop;
+    RegistryStore& registry;
+    Components& components;
+    const FileSystem& files;
+    const StringTable& strings;
+  };
+  /// What the main form shows of the server.
+  struct View {
+    /// Called when the server has changed, with its name or the text for no server.
+    std::function<void(TextView name)> ShowName;
+    /// Called at each setting: whether there is a site to open.
+    std::function<void(bool enabled)> EnableTracking;
+  };
+  TrackingServer(const Ports& ports, View view);
+
+  Text CurrentServerTag;  ///< tag of the current server; empty for none
+  clsMRU ServerList;      ///< tags of earlier servers; may hold bare names too
+
+  /// Loads the list and makes the stored server current, quietly. One that the component refuses
+  /// leaves no server.
+  void Start();
+  /// Makes a tag or a bare host name current; true when the current tag has changed. A server that
+  /// the component refuses leaves the old one, and its description is shown if `showError` is set.
+  /// An empty name removes the server.
+  bool SetTrackingServer(TextView server, bool showError);
+  /// Writes the current tag and the list.
+  void SaveServerSettings();
+
+ private:
+  Text Accepted(TextView server, bool showError);
+
+  Ports ports_;
+  View view_;
+  TrackingServerClient client_;
+};
+
+}  // namespace marl

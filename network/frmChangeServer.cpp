@@ -1,0 +1,139 @@
+#include "network/frmChangeServer.h"
+
+#include <memory>
+
+#include "network/ServerTag.h"
+#include "network/ValidateNumericText.h"
+#include "support/modI18N.h"
+#include "support/modResources.h"
+
+namespace marl {
+
+namespace {
+
+// Fewer than real ports, and not the range of the proxy's port.
+constexpr std::int32_t kLowestPort = 1;
+constexpr std::int32_t kHighestPort = 20000;
+
+constexpr int kPictureTile = 6;  // the button's own picture in the strip of an icon set
+constexpr int kTiles = 18;
+constexpr int kLargeDpi = 120;  // from here on the larger drawing comes closer
+
+TextView Trim(TextView text) {
+  const std::size_t first = text.find_first_not_of(u' ');
+  if (first == TextView::npos) return {};
+  return text.substr(first, text.find_last_not_of(u' ') - first + 1);
+}
+
+/// The bright picture of the button, cut out of the strip.
+PicturePtr CutTile(const Picture& strip) {
+  const int width = strip.width / kTiles;
+  const int height = strip.height / 2;
+  Picture tile(width, height);
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      tile.At(x, y) = strip.At(kPictureTile * width + x, height + y);
+    }
+  }
+  return std::make_shared<const Picture>(std::move(tile));
+}
+
+}  // namespace
+
+frmChangeServer::frmChangeServer(const Ports& ports, clsMRU& list)
+    : Form(ports.desktop, "frmChangeServer"), ports_(ports), list_(list) {
+  Tag = u"1081";
+  Design = {5910, 2310};
+  Image1.SetBounds({150, 150, 720, 720});
+  lblServer.SetBounds({1065, 210, 1155, 255});
+  lblServer.Tag = u"1082";
+  cmbServer.SetBounds({2220, 150, 3570, 315});
+  cmbServer.Editable = true;
+  chkSSL.SetBounds({1065, 615, 4725, 255});
+  chkSSL.Tag = u"1083";
+  chkUseDefault.SetBounds({1065, 960, 4725, 255});
+  chkUseDefault.Tag = u"1085";
+  lblPortNumber.SetBounds({1065, 1380, 1155, 255});
+  lblPortNumber.Tag = u"1084";
+  txtPortNumber.SetBounds({2220, 1320, 780, 315});
+  cmdOK.SetBounds({3450, 1845, 1125, 345});
+  cmdOK.Tag = u"501";
+  cmdOK.Default = true;
+  cmdCancel.SetBounds({4665, 1845, 1125, 345});
+  cmdCancel.Tag = u"502";
+  cmdCancel.Cancel = true;
+
+  chkUseDefault.Click = [this] {
+    lblPortNumber.SetEnabled(chkUseDefault.Value() == 0);
+    txtPortNumber.SetEnabled(chkUseDefault.Value() == 0);
+  };
+  cmbServer.Click = [this] { ServerChosen(); };
+  cmbServer.GotFocus = [this] { SelectAllText(); };
+  txtPortNumber.Change = [this] {
+    ValidateNumericText(txtPortNumber, kLowestPort, kHighestPort, false);
+  };
+  cmdOK.Click = [this] { Leave(false); };
+  cmdCancel.Click = [this] { Leave(true); };
+}
+
+void frmChangeServer::OnLoad() {
+  ApplyLocaleFont(*this, ports_.locale);
+  LoadFormStrings(*this, ports_.strings);
+  ShowPicture();
+  FillList();
+}
+
+void frmChangeServer::ShowPicture() {
+  const bool large = ports_.desktop.Dpi().width >= kLargeDpi;
+  const PicturePtr strip =
+      ports_.pictures.Load(large ? MARL_PICTURE_SET1_72 : MARL_PICTURE_SET1_48);
+  if (strip) Image1.SetPicture(CutTile(*strip));
+}
+
+void frmChangeServer::FillList() {
+  for (std::int32_t i = 1; i <= list_.Count(); ++i) {
+    if (!IsServerTag(list_.Item(i))) list_.Item(i, BareNameTag(list_.Item(i)));
+    ReadServerTag(list_.Item(i), tag_);
+    cmbServer.SetItemData(cmbServer.AddItem(tag_.AttributeValue(u"server")), i);
+  }
+}
+
+void frmChangeServer::Server(TextView tag) {
+  ReadServerTag(tag, tag_);
+  cmbServer.SetText(Trim(tag_.AttributeValue(u"server")));
+  const bool ssl = UsesSsl(tag_);
+  chkSSL.SetValue(ssl ? 1 : 0);
+  TextView port = tag_.AttributeValue(u"port");
+  if (port.empty()) port = DefaultPort(ssl);
+  if (port == DefaultPort(ssl)) {
+    chkUseDefault.SetValue(1);
+    txtPortNumber.SetText(u"");
+  } else {
+    chkUseDefault.SetValue(0);
+    txtPortNumber.SetText(port);
+  }
+}
+
+Text frmChangeServer::Server() const {
+  const bool ssl = chkSSL.Value() != 0;
+  return ComposeServerTag(
+      cmbServer.Text(), ssl,
+      chkUseDefault.Value() != 0 ? DefaultPort(ssl) : TextView(txtPortNumber.Text()));
+}
+
+void frmChangeServer::ServerChosen() {
+  const int row = cmbServer.ListIndex();
+  if (row < 0 || cmbServer.ItemData(row) <= 0) return;
+  Server(list_.Item(cmbServer.ItemData(row)));
+}
+
+void frmChangeServer::SelectAllText() {
+  cmbServer.Select(0, static_cast<int>(cmbServer.Text().size()));
+}
+
+void frmChangeServer::Leave(bool cancelled) {
+  Cancelled = cancelled;
+  Hide();
+}
+
+}  // namespace marl
