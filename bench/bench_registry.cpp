@@ -60,9 +60,9 @@ void ReadOnce(const char* name, char* buffer, DWORD room) {
 }
 
 void Write(HKEY key, const char* name, DWORD kind, const void* data, std::size_t size) {
-  Check(RegSetValueExA(key, name, 0, kind, static_cast<const BYTE*>(data),
-                       static_cast<DWORD>(size)),
-        "RegSetValueExA");
+  Check(
+      RegSetValueExA(key, name, 0, kind, static_cast<const BYTE*>(data), static_cast<DWORD>(size)),
+      "RegSetValueExA");
   RegCloseKey(key);
 }
 

@@ -126,8 +126,7 @@ class RegistryStore {
   virtual Status QueryInfo(KeyHandle key, KeyInfo& out) = 0;
 
   /// RegConnectRegistryA: a root of another machine's registry; an empty name is this machine.
-  virtual Status ConnectRegistry(const NarrowText& machine, KeyHandle root,
-                                 OpenKeyHandle& out) = 0;
+  virtual Status ConnectRegistry(const NarrowText& machine, KeyHandle root, OpenKeyHandle& out) = 0;
 
   /// ExpandEnvironmentStringsA: replaces each %NAME% that the environment knows. Gives the whole
   /// expansion's size with its terminator, however much of it the buffer took: a buffer of n

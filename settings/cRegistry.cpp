@@ -115,8 +115,7 @@ Status cRegistry::Write(const RegistryValue& value) {
         // the programs that share these values know the count as it is.
         status = bytes->size() < 2
                      ? kInvalidParameter
-                     : WriteAs(key.get(), kRegBinary,
-                               NarrowText(bytes->begin(), bytes->end() - 2));
+                     : WriteAs(key.get(), kRegBinary, NarrowText(bytes->begin(), bytes->end() - 2));
       }
       break;
     case kRegDword:

@@ -58,8 +58,7 @@ class cRegistry {
                             std::int32_t defaultIconIndex);
   /// Gives a class that is there further menu entries: triples of verb key, menu text and command
   /// line. Writes nothing when the items are no triples or the class is missing below `ClassKey`.
-  void CreateAdditionalEXEAssociations(TextView className,
-                                       const std::vector<RegistryValue>& items);
+  void CreateAdditionalEXEAssociations(TextView className, const std::vector<RegistryValue>& items);
 
   /// Kind to write, and after a read the kind found.
   std::int32_t valueType = 0;

@@ -24,9 +24,9 @@ Text OrUsual(TextView text, TextView usual) { return Text(text.empty() ? usual :
 void cRegistry::CreateEXEAssociation(TextView exePath, TextView className,
                                      TextView classDescription, TextView extension,
                                      TextView openMenuText, bool supportPrint,
-                                     TextView printMenuText, bool supportNew,
-                                     TextView newMenuText, bool supportInstall,
-                                     TextView installMenuText, std::int32_t defaultIconIndex) {
+                                     TextView printMenuText, bool supportNew, TextView newMenuText,
+                                     bool supportInstall, TextView installMenuText,
+                                     std::int32_t defaultIconIndex) {
   const Text exe = Quoted(Trimmed(exePath));
   const Text ofClass(className);
   const auto verb = [&](const char16_t* key, const Text& menuText, const char16_t* arguments) {

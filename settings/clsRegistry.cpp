@@ -85,7 +85,8 @@ std::vector<clsRegistry::NamedData> clsRegistry::EnumRegistryValues(std::uint32_
     // What is left then is a name that the buffer does not take.
     if (status == kMoreData) continue;
     if (status != kOk) return values;
-    values.push_back({store_.FromNarrow({name.data(), length}), DataText(kind, {data.data(), size})});
+    values.push_back(
+        {store_.FromNarrow({name.data(), length}), DataText(kind, {data.data(), size})});
   }
 }
 

@@ -62,8 +62,8 @@ struct MemoryRegistryStore::Node {
     if (buffer.size() < value.data.size()) return kMoreData;
     std::copy(value.data.begin(), value.data.end(), buffer.begin());
     // A terminator that is missing is supplied where there is room, but not counted.
-    if (IsTextKind(value.kind) && buffer.size() > value.data.size() &&
-        !value.data.empty() && value.data.back() != '\0') {
+    if (IsTextKind(value.kind) && buffer.size() > value.data.size() && !value.data.empty() &&
+        value.data.back() != '\0') {
       buffer[value.data.size()] = '\0';
     }
     return kOk;

@@ -42,8 +42,8 @@ Status RegistryStoreWin32::CreateKey(KeyHandle key, const NarrowText& path, std:
   HKEY opened = nullptr;
   char noClass[] = "";
   SECURITY_ATTRIBUTES security = {sizeof(security), nullptr, FALSE};
-  const LONG status = RegCreateKeyExA(Key(key), path.c_str(), 0, noClass, 0, access, &security,
-                                      &opened, nullptr);
+  const LONG status =
+      RegCreateKeyExA(Key(key), path.c_str(), 0, noClass, 0, access, &security, &opened, nullptr);
   return Keep(status, opened, out);
 }
 
@@ -90,8 +90,8 @@ Status RegistryStoreWin32::EnumValue(KeyHandle key, std::uint32_t index, std::sp
   DWORD type = 0;
   DWORD units = Size(name);
   DWORD length = Size(data);
-  const LONG status = RegEnumValueA(Key(key), index, name.data(), &units, nullptr, &type,
-                                    Data(data), &length);
+  const LONG status =
+      RegEnumValueA(Key(key), index, name.data(), &units, nullptr, &type, Data(data), &length);
   if (status == ERROR_SUCCESS) {
     nameLength = units;
     kind = type;

@@ -24,8 +24,8 @@ inline void PrintTo(Backend backend, std::ostream* out) {
 }
 
 /// Runs the test bodies of a fixture, a TestWithParam<Backend>, over each backend.
-#define MARL_OVER_ALL_BACKENDS(fixture)                                          \
-  INSTANTIATE_TEST_SUITE_P(Backends, fixture, testing::ValuesIn(AllBackends()),  \
+#define MARL_OVER_ALL_BACKENDS(fixture)                                         \
+  INSTANTIATE_TEST_SUITE_P(Backends, fixture, testing::ValuesIn(AllBackends()), \
                            testing::PrintToStringParamName())
 
 }  // namespace marl

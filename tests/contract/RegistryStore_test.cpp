@@ -239,8 +239,7 @@ TEST_P(RegistryContract, AKeyDoesOnlyWhatItWasOpenedFor) {
 
 TEST_P(RegistryContract, SubKeysComeInTheOrderOfTheirNames) {
   for (const char* name : {"b", "A", "c", "a1", "B2", "Z", "7"}) Make(name);
-  EXPECT_EQ(SubKeys(Open().get()),
-            (std::vector<NarrowText>{"7", "A", "a1", "b", "B2", "c", "Z"}));
+  EXPECT_EQ(SubKeys(Open().get()), (std::vector<NarrowText>{"7", "A", "a1", "b", "B2", "c", "Z"}));
 }
 
 TEST_P(RegistryContract, EnumKeyNeedsRoomForTheTerminator) {
@@ -357,11 +356,15 @@ TEST_P(RegistryContract, ExpansionThatDoesNotFitIsCut) {
 
 TEST_P(RegistryContract, TextIsNarrowedToTheCodePage) {
   EXPECT_EQ(store().ToNarrow(u""), "");
-  EXPECT_EQ(store().ToNarrow(u"Grüße €"), "Gr\xFC\xDF" "e \x80");
+  EXPECT_EQ(store().ToNarrow(u"Grüße €"),
+            "Gr\xFC\xDF"
+            "e \x80");
   EXPECT_EQ(store().ToNarrow(u"ĀŁŐ"), "ALO") << "look-alikes";
   EXPECT_EQ(store().ToNarrow(u"日本"), "??") << "a question mark for what has none";
   EXPECT_EQ(store().ToNarrow(TextView(u"a\0b", 3)), Raw("a\0b"));
-  EXPECT_EQ(store().FromNarrow("Gr\xFC\xDF" "e \x80"), u"Grüße €");
+  EXPECT_EQ(store().FromNarrow("Gr\xFC\xDF"
+                               "e \x80"),
+            u"Grüße €");
   EXPECT_EQ(store().FromNarrow(""), u"");
 }
 
@@ -445,9 +448,9 @@ class Walk {
     return kNames[Draw(8)];
   }
   std::uint32_t Access() {
-    static const std::uint32_t kAccess[] = {kKeyQueryValue, kKeyEnumerateSubKeys, kKeyAllBasic,
-                                            kKeyAllBasic,   kKeyRead,             kKeyWrite,
-                                            kKeyAllAccess,  kKeyAllAccess};
+    static const std::uint32_t kAccess[] = {
+        kKeyQueryValue, kKeyEnumerateSubKeys, kKeyAllBasic, kKeyAllBasic, kKeyRead,
+        kKeyWrite,      kKeyAllAccess,        kKeyAllAccess};
     return kAccess[Draw(8)];
   }
   NarrowText Data() {

@@ -68,8 +68,7 @@ RegistryTest::~RegistryTest() {
 
 OpenKeyHandle RegistryTest::Open(const NarrowText& below, std::uint32_t access) {
   OpenKeyHandle key;
-  EXPECT_EQ(store().OpenKey(kCurrentUser, below.empty() ? path_ : PathTo(below), access, key),
-            kOk);
+  EXPECT_EQ(store().OpenKey(kCurrentUser, below.empty() ? path_ : PathTo(below), access, key), kOk);
   return key;
 }
 

@@ -20,10 +20,10 @@ class Win32RegistryWorld : public RegistryWorld {
               ERROR_SUCCESS);
     // The platform adds no terminator when none stands behind the data.
     const NarrowText followed = data + 'X';
-    EXPECT_EQ(RegSetValueExA(key, name.c_str(), 0, kind,
-                             reinterpret_cast<const BYTE*>(followed.data()),
-                             static_cast<DWORD>(data.size())),
-              ERROR_SUCCESS);
+    EXPECT_EQ(
+        RegSetValueExA(key, name.c_str(), 0, kind, reinterpret_cast<const BYTE*>(followed.data()),
+                       static_cast<DWORD>(data.size())),
+        ERROR_SUCCESS);
     RegCloseKey(key);
   }
 

@@ -167,8 +167,7 @@ TEST_P(clsRegistryTest, SetRegistryValueWritesByKind) {
       {"empty text of no bytes", 1, Text(), true, StoredValue{1, ""}},
       {"text with percent signs stays of its kind", 1, Text(u"%A%"), true,
        StoredValue{1, Raw("%A%\0")}},
-      {"expandable text without percent signs too", 2, kText, true,
-       StoredValue{2, Raw("text\0")}},
+      {"expandable text without percent signs too", 2, kText, true, StoredValue{2, Raw("text\0")}},
       {"multi-string", 7, Text(u"a\0b\0\0", 5), true, StoredValue{7, Raw("a\0b\0\0")}},
       {"number as text", 1, std::int32_t{-5}, true, StoredValue{1, Raw("-5\0")}},
       {"all the bytes", 3, Bytes{1, 2, 0}, true, StoredValue{3, Raw("\1\2\0")}},
@@ -202,8 +201,7 @@ TEST_P(clsRegistryTest, WhatIsWrittenReadsBack) {
 
 TEST_P(clsRegistryTest, EnumRegistryKeys) {
   for (const char* name : {"b", "A", "\xC4"}) Make(name);
-  EXPECT_EQ(registry.EnumRegistryKeys(kCurrentUser, wide()),
-            (std::vector<Text>{u"A", u"b", u"Ä"}));
+  EXPECT_EQ(registry.EnumRegistryKeys(kCurrentUser, wide()), (std::vector<Text>{u"A", u"b", u"Ä"}));
   EXPECT_TRUE(registry.EnumRegistryKeys(kCurrentUser, wide() + u"\\none").empty());
   const auto top = registry.EnumRegistryKeys(kCurrentUser, u"");
   EXPECT_NE(std::find(top.begin(), top.end(), u"Software"), top.end()) << "the root itself";
@@ -214,8 +212,7 @@ TEST_P(clsRegistryTest, EnumRegistryKeysTakesTheLongestNames) {
   const OpenKeyHandle key = Open();
   OpenKeyHandle made;
   ASSERT_EQ(store().CreateKey(key.get(), longest, kKeyAllBasic, made), kOk);
-  EXPECT_EQ(registry.EnumRegistryKeys(kCurrentUser, wide()),
-            std::vector<Text>{Text(255, u'k')});
+  EXPECT_EQ(registry.EnumRegistryKeys(kCurrentUser, wide()), std::vector<Text>{Text(255, u'k')});
 }
 
 TEST_P(clsRegistryTest, EnumRegistryValuesGivesDataAsText) {

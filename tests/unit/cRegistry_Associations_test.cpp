@@ -28,9 +28,9 @@ class Associations : public testing::Test {
   };
 
   void Create(const Inputs& in) {
-    registry.CreateEXEAssociation(in.exe, u"Oru.Tool", u"A tool", u"otl", in.open,
-                                  in.supportPrint, in.print, in.supportNew, in.create,
-                                  in.supportInstall, in.install, in.icon);
+    registry.CreateEXEAssociation(in.exe, u"Oru.Tool", u"A tool", u"otl", in.open, in.supportPrint,
+                                  in.print, in.supportNew, in.create, in.supportInstall, in.install,
+                                  in.icon);
   }
 
   /// Each row is written twice, first below one root and then below the other.
@@ -69,8 +69,14 @@ TEST_F(Associations, OpeningAloneWritesFourRows) {
 }
 
 TEST_F(Associations, EverythingInItsOrderInstallBeforeNew) {
-  Create({.open = u"O", .supportPrint = true, .print = u"P", .supportNew = true, .create = u"N",
-          .supportInstall = true, .install = u"I", .icon = 12});
+  Create({.open = u"O",
+          .supportPrint = true,
+          .print = u"P",
+          .supportNew = true,
+          .create = u"N",
+          .supportInstall = true,
+          .install = u"I",
+          .icon = 12});
   ExpectRows({{".otl", "Oru.Tool"},
               {"Oru.Tool", "A tool"},
               {"Oru.Tool\\shell\\open", "O"},

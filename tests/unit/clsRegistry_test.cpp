@@ -56,8 +56,8 @@ TEST(clsRegistryOnMemory, AnotherMachinesRegistryIsItsOwn) {
   other.Plant(kLocalMachine, "Software\\Test", "v", kRegSz, NarrowText("there\0", 6));
   EXPECT_EQ(registry.ReadRemoteRegistryValue(u"\\\\OTHER", kLocalMachine, u"v"),
             RegistryValue(Text(u"there")));
-  EXPECT_EQ(registry.WriteRemoteRegistryValue(u"\\\\other", kLocalMachine, u"w",
-                                              std::int32_t{5}, kRegDword),
+  EXPECT_EQ(registry.WriteRemoteRegistryValue(u"\\\\other", kLocalMachine, u"w", std::int32_t{5},
+                                              kRegDword),
             RegistryValue(std::int16_t{-1}));
   EXPECT_EQ(registry.ReadRemoteRegistryValue(u"\\\\other", kLocalMachine, u"w"),
             RegistryValue(std::int32_t{5}));
