@@ -79,12 +79,14 @@ void RemoveTree(const std::wstring& folder) {
   RemoveDirectoryW(folder.c_str());
 }
 
-std::string ReadAll(const std::wstring& path) {
+/// A file's bytes from `offset` on.
+std::string ReadAll(const std::wstring& path, LONG offset) {
   std::string bytes;
   const HANDLE file =
       CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                   nullptr, OPEN_EXISTING, 0, nullptr);
   if (file == INVALID_HANDLE_VALUE) return bytes;
+  SetFilePointer(file, offset, nullptr, FILE_BEGIN);
   std::array<char, 4096> part;
   DWORD got = 0;
   while (ReadFile(file, part.data(), static_cast<DWORD>(part.size()), &got, nullptr) && got > 0) {
@@ -156,6 +158,43 @@ void WriteText(const std::wstring& path, const std::wstring& name, const std::ws
   RegSetValueExW(key, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
                  static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
   RegCloseKey(key);
+}
+
+/// Counts a process's handles in the table of all handles; Wine keeps no count for each process.
+std::size_t HandlesInSystemTable(DWORD process) {
+  struct Entry {
+    void* object;
+    ULONG_PTR process;
+    ULONG_PTR handle;
+    ULONG access;
+    USHORT trace;
+    USHORT type;
+    ULONG attributes;
+    ULONG reserved;
+  };
+  struct Table {
+    ULONG_PTR count;
+    ULONG_PTR reserved;
+    Entry entries[1];
+  };
+  constexpr int kExtendedHandleTable = 64;
+  constexpr LONG kTooSmall = static_cast<LONG>(0xC0000004);
+  using Query = LONG(NTAPI*)(int, void*, ULONG, ULONG*);
+  const auto query = reinterpret_cast<Query>(reinterpret_cast<void*>(
+      GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation")));
+  if (!query) return 0;
+  std::vector<ULONG_PTR> room(16384);
+  LONG status;
+  while ((status = query(kExtendedHandleTable, room.data(),
+                         static_cast<ULONG>(room.size() * sizeof(ULONG_PTR)), nullptr)) ==
+         kTooSmall) {
+    room.resize(room.size() * 2);
+  }
+  if (status < 0) return 0;
+  const auto* const table = reinterpret_cast<const Table*>(room.data());
+  return static_cast<std::size_t>(
+      std::count_if(table->entries, table->entries + table->count,
+                    [&](const Entry& entry) { return entry.process == process; }));
 }
 
 /// The name of a file outside of Wine; empty on Windows.
@@ -455,25 +494,27 @@ void SuiteFolder::Remove(const std::wstring& tool) const {
   DeleteFileW((path_ + L"\\" + tool).c_str());
 }
 
-std::vector<Started> SuiteFolder::Starts() const {
-  std::vector<Started> starts;
-  const std::string log = ReadAll(log_);
+const std::vector<Started>& SuiteFolder::Starts() const {
+  const std::string log = ReadAll(log_, read_);
   std::size_t at = 0;
   for (std::size_t end; (end = log.find('\n', at)) != std::string::npos; at = end + 1) {
     if (auto started = ParseStarted(log.substr(at, end - at))) {
-      starts.push_back(std::move(*started));
+      starts_.push_back(std::move(*started));
     }
   }
-  return starts;
+  read_ += static_cast<LONG>(at);
+  return starts_;
 }
 
 std::vector<Started> SuiteFolder::WaitForTools(std::size_t count) const {
-  std::vector<Started> tools;
+  const auto ofRegistrar = [](const Started& started) { return started.program == L"RegLib.EXE"; };
   WaitUntil([&] {
-    tools = Starts();
-    std::erase_if(tools, [](const Started& started) { return started.program == L"RegLib.EXE"; });
-    return tools.size() >= count;
+    const auto& starts = Starts();
+    const auto others = std::count_if(starts.begin(), starts.end(), std::not_fn(ofRegistrar));
+    return static_cast<std::size_t>(others) >= count;
   });
+  std::vector<Started> tools = starts_;
+  std::erase_if(tools, ofRegistrar);
   return tools;
 }
 
@@ -611,33 +652,43 @@ void Click(POINT at) { Click(at.x, at.y); }
 void Keys(const std::wstring& text) {
   for (const wchar_t c : text) {
     const SHORT key = VkKeyScanW(c);
-    const bool shift = (HIBYTE(key) & 1) != 0;
-    std::vector<INPUT> input;
-    const auto add = [&](WORD code, bool up) {
-      INPUT one = {};
-      one.type = INPUT_KEYBOARD;
-      one.ki.wVk = code;
-      one.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
-      input.push_back(one);
-    };
-    if (shift) add(VK_SHIFT, false);
-    add(LOBYTE(key), false);
-    add(LOBYTE(key), true);
-    if (shift) add(VK_SHIFT, true);
-    SendInput(static_cast<UINT>(input.size()), input.data(), sizeof(INPUT));
+    Chord(HIBYTE(key) & 1 ? std::vector<WORD>{VK_SHIFT} : std::vector<WORD>{}, LOBYTE(key));
   }
+}
+
+void Chord(const std::vector<WORD>& held, WORD key) {
+  std::vector<INPUT> input;
+  const auto add = [&](WORD code, DWORD flags) {
+    INPUT one = {};
+    one.type = INPUT_KEYBOARD;
+    one.ki.wVk = code;
+    one.ki.wScan = static_cast<WORD>(MapVirtualKeyW(code, MAPVK_VK_TO_VSC));
+    one.ki.dwFlags = flags;
+    input.push_back(one);
+  };
+  for (const WORD code : held) add(code, 0);
+  add(key, 0);
+  add(key, KEYEVENTF_KEYUP);
+  for (auto code = held.rbegin(); code != held.rend(); ++code) add(*code, KEYEVENTF_KEYUP);
+  SendInput(static_cast<UINT>(input.size()), input.data(), sizeof(INPUT));
+}
+
+bool BringForward(HWND window) {
+  SetForegroundWindow(window);
+  return WaitUntil([&] { return GetForegroundWindow() == window; });
 }
 
 std::wstring TextOf(HWND window) {
   // Another program that hangs must not hang the test with it.
+  constexpr UINT kHung = 5000;
   DWORD_PTR length = 0;
-  if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_ABORTIFHUNG, 2000, &length)) {
+  if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_NORMAL, kHung, &length)) {
     return {};
   }
   std::wstring text(length + 1, L'\0');
   DWORD_PTR got = 0;
   SendMessageTimeoutW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()),
-                      SMTO_ABORTIFHUNG, 2000, &got);
+                      SMTO_NORMAL, kHung, &got);
   text.resize(got);
   return text;
 }
@@ -775,18 +826,31 @@ DWORD RunningMarl::GuiObjects() const {
   return GetGuiResources(process_, GR_GDIOBJECTS) + GetGuiResources(process_, GR_USEROBJECTS);
 }
 
-std::size_t RunningMarl::PrivateBytes() const {
-  PROCESS_MEMORY_COUNTERS_EX counters = {};
-  counters.cb = sizeof counters;
-  GetProcessMemoryInfo(process_, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
-                       sizeof counters);
-  return counters.PrivateUsage;
+bool RunningMarl::PressMenu(wchar_t top, wchar_t entry) const {
+  const auto opened = [&] {
+    return FindWindowOf(id_, [](HWND window) {
+      return ClassOf(window) == L"#32768" && IsWindowVisible(window);
+    });
+  };
+  if (!BringForward(Window())) return false;
+  Chord({VK_MENU}, LOBYTE(VkKeyScanW(top)));
+  if (!WaitUntil([&] { return opened() != nullptr; })) return false;
+  Keys(std::wstring(1, entry));
+  return WaitUntil([&] { return opened() == nullptr; });
 }
 
-DWORD RunningMarl::Handles() const {
+std::size_t RunningMarl::PrivateBytes() const {
+  // Windows gives the same number as private usage; Wine knows it under this name alone.
+  PROCESS_MEMORY_COUNTERS counters = {};
+  counters.cb = sizeof counters;
+  GetProcessMemoryInfo(process_, &counters, sizeof counters);
+  return counters.PagefileUsage;
+}
+
+std::size_t RunningMarl::Handles() const {
   DWORD count = 0;
   GetProcessHandleCount(process_, &count);
-  return count;
+  return count ? count : HandlesInSystemTable(id_);
 }
 
 int Twips(int pixels) { return MulDiv(pixels, 1440, ScreenDpi()); }

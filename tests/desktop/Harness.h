@@ -69,7 +69,7 @@ class SuiteFolder {
   void Remove(const std::wstring& tool) const;
 
   /// All starts recorded until now, in their order.
-  std::vector<Started> Starts() const;
+  const std::vector<Started>& Starts() const;
   /// The starts apart from the component registrar's, once there are at least `count` of them or
   /// the deadline has passed.
   std::vector<Started> WaitForTools(std::size_t count) const;
@@ -81,6 +81,9 @@ class SuiteFolder {
   std::wstring path_;
   std::wstring temp_;
   std::wstring log_;
+  // What has been read of the log.
+  mutable std::vector<Started> starts_;
+  mutable LONG read_ = 0;
 };
 
 /// All tools of the suite that Marl starts.
@@ -161,6 +164,10 @@ void Click(POINT at);
 void MoveMouse(int x, int y);
 /// Types the characters.
 void Keys(const std::wstring& text);
+/// Presses and lets go a key while others are held down; all by their virtual codes.
+void Chord(const std::vector<WORD>& held, WORD key);
+/// Makes it the window that takes the keys.
+bool BringForward(HWND window);
 
 std::wstring TextOf(HWND window);
 std::wstring ClassOf(HWND window);
@@ -212,12 +219,15 @@ class RunningMarl {
   /// Waits for a message box; an empty one when the process ended or the deadline passed.
   MessageBoxWindow WaitForBox() const;
 
+  /// Opens a menu of the main form by its access key and presses the entry with that key. True when
+  /// the menu opened and closed.
+  bool PressMenu(wchar_t top, wchar_t entry) const;
   /// Waits until it has nothing to do for the first time.
   bool WaitForIdle() const;
 
   /// Bytes of memory that belong to this process alone.
   std::size_t PrivateBytes() const;
-  DWORD Handles() const;
+  std::size_t Handles() const;
   /// Drawing objects, windows, menus and icons; 0 where the platform does not tell.
   DWORD GuiObjects() const;
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdint>
 
 #include "tests/desktop/Switchboard.h"
 
@@ -172,6 +173,7 @@ TEST_F(Press, DoubleClickPressesOnce) {
   ASSERT_TRUE(main);
   Click(IconOf(main, kEdit));
   Click(IconOf(main, kEdit));
+  EXPECT_EQ(suite.WaitForTools(1), (Starts{Start(suite, L"Q17Bench.exe")}));
   Click(IconOf(main, kUtilities));
   EXPECT_EQ(suite.WaitForTools(2),
             (Starts{Start(suite, L"Q17Bench.exe"), Start(suite, L"Q17Kit.exe")}));
@@ -194,18 +196,25 @@ TEST_F(Press, TwoHundredPressesLeakNothing) {
   };
   // What the platform loads at the first starts stays.
   ASSERT_TRUE(press(20));
-  const DWORD handles = marl.Handles();
+  const std::size_t handles = marl.Handles();
   const DWORD objects = marl.GuiObjects();
-  const std::size_t bytes = marl.PrivateBytes();
-  ASSERT_TRUE(press(200));
+  ASSERT_GT(handles, 0u);
+  // A leak grows with every batch; what the platform keeps for itself comes now and then.
+  std::vector<std::size_t> bytes = {marl.PrivateBytes()};
+  ASSERT_GT(bytes.front(), 0u);
+  std::size_t leastGrowth = SIZE_MAX;
+  for (int batch = 0; batch < 4; ++batch) {
+    ASSERT_TRUE(press(50));
+    const std::size_t before = bytes.back();
+    bytes.push_back(marl.PrivateBytes());
+    leastGrowth = std::min(leastGrowth, bytes.back() > before ? bytes.back() - before : 0);
+  }
   EXPECT_TRUE(WaitUntil([&] { return marl.Handles() <= handles + 2; }))
       << handles << " handles before, " << marl.Handles() << " after";
   EXPECT_LE(marl.GuiObjects(), objects + 2);
-  EXPECT_LE(marl.PrivateBytes(), bytes + 256 * 1024) << "from " << bytes;
-  RecordProperty("handles_before", static_cast<int>(handles));
-  RecordProperty("handles_after", static_cast<int>(marl.Handles()));
-  RecordProperty("bytes_before", static_cast<int>(bytes));
-  RecordProperty("bytes_after", static_cast<int>(marl.PrivateBytes()));
+  EXPECT_LE(leastGrowth, 8192u) << testing::PrintToString(bytes);
+  RecordProperty("handles", std::to_string(handles) + " to " + std::to_string(marl.Handles()));
+  RecordProperty("bytes", testing::PrintToString(bytes));
 }
 
 }  // namespace marl::desktop

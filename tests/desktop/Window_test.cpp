@@ -172,8 +172,7 @@ TEST_F(Window, KeyCCentresTheForm) {
   const RECT middle = Place(window);
   for (const wchar_t* key : {L"c", L"C"}) {
     SetWindowPos(window, nullptr, 10, 10, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
-    SetForegroundWindow(window);
-    ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == window; }));
+    ASSERT_TRUE(BringForward(window));
     Keys(key);
     EXPECT_TRUE(WaitUntil([&] {
       const RECT place = Place(window);

@@ -1,0 +1,289 @@
+#include "tests/desktop/Switchboard.h"
+
+#include <algorithm>
+
+// The splash, the about box and the icons of the windows.
+
+namespace marl::desktop {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int kSplashWidth = 7200;  // twips
+constexpr int kSplashHeight = 4500;
+
+RECT PlaceOf(HWND window) {
+  RECT place = {};
+  GetWindowRect(window, &place);
+  return place;
+}
+
+HWND WaitForSplash(const RunningMarl& marl) {
+  HWND splash = nullptr;
+  WaitUntil([&] { return (splash = marl.Splash()) != nullptr || !marl.Running(); });
+  return splash;
+}
+
+/// Waits until start-up has reached the point from which on the splash may go: the main form has
+/// taken its place and title by then.
+bool WaitUntilItMayGo(const RunningMarl& marl) {
+  return WaitUntil([&] { return marl.Window() != nullptr; }) && marl.WaitForIdle();
+}
+
+std::size_t CountColors(const Pixels& pixels, COLORREF color) {
+  return static_cast<std::size_t>(std::count(pixels.colors.begin(), pixels.colors.end(), color));
+}
+
+class Splash : public SwitchboardTest {
+ protected:
+  SuiteFolder suite;
+};
+
+/// The about box, opened by its shortcut.
+class About : public SwitchboardTest {
+ protected:
+  void SetUp() override {
+    main = marl.WaitForWindow();
+    ASSERT_TRUE(main);
+    SetForegroundWindow(main);
+    ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == main; }));
+    Chord(VK_CONTROL, VK_F1);
+    ASSERT_TRUE(WaitUntil([&] { return (about = Find()) != nullptr; }));
+  }
+
+  HWND Find() const {
+    const HWND window = FindWindowW(L"MarlForm", L"About Marl");
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    return window && process == marl.id() && IsWindowVisible(window) ? window : nullptr;
+  }
+
+  static void Chord(WORD modifier, WORD key) {
+    INPUT input[4] = {};
+    const WORD keys[] = {modifier, key, key, modifier};
+    for (int i = 0; i < 4; ++i) {
+      input[i].type = INPUT_KEYBOARD;
+      input[i].ki.wVk = keys[i];
+      input[i].ki.dwFlags = i >= 2 ? KEYEVENTF_KEYUP : 0;
+    }
+    SendInput(4, input, sizeof input[0]);
+  }
+
+  SuiteFolder suite;
+  RunningMarl marl{suite};
+  HWND main = nullptr;
+  HWND about = nullptr;
+};
+
+/// Makes a stand-in the program that opens web addresses, for this user and while this lives.
+class WebAddresses {
+ public:
+  explicit WebAddresses(const std::wstring& program) {
+    HKEY key = nullptr;
+    DWORD how = 0;
+    RegCreateKeyExW(HKEY_CURRENT_USER, kScheme, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, &how);
+    made_ = how == REG_CREATED_NEW_KEY;
+    if (made_) {
+      const std::wstring command = L"\"" + program + L"\" \"%1\"";
+      RegSetValueExW(key, L"URL Protocol", 0, REG_SZ, reinterpret_cast<const BYTE*>(L""), 2);
+      HKEY inner = nullptr;
+      RegCreateKeyExW(key, L"shell\\open\\command", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &inner,
+                      nullptr);
+      RegSetValueExW(inner, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(command.c_str()),
+                     static_cast<DWORD>((command.size() + 1) * sizeof(wchar_t)));
+      RegCloseKey(inner);
+    }
+    RegCloseKey(key);
+  }
+  ~WebAddresses() {
+    if (made_) RegDeleteTreeW(HKEY_CURRENT_USER, kScheme);
+  }
+  WebAddresses(const WebAddresses&) = delete;
+  WebAddresses& operator=(const WebAddresses&) = delete;
+  bool made() const { return made_; }
+
+ private:
+  static constexpr wchar_t kScheme[] = L"Software\\Classes\\http";
+  bool made_ = false;
+};
+
+}  // namespace
+
+TEST_F(Splash, StandsInTheMiddleOfTheScreenWhileTheMainFormIsUnseen) {
+  const RunningMarl marl(suite);
+  const HWND splash = WaitForSplash(marl);
+  ASSERT_TRUE(splash);
+  const RECT place = PlaceOf(splash);
+  EXPECT_NEAR(place.right - place.left, PixelsOf(kSplashWidth), 1);
+  EXPECT_NEAR(place.bottom - place.top, PixelsOf(kSplashHeight), 1);
+  EXPECT_NEAR(place.left, GetSystemMetrics(SM_CXSCREEN) - place.right, 2);
+  EXPECT_NEAR(place.top, GetSystemMetrics(SM_CYSCREEN) - place.bottom, 2);
+  EXPECT_FALSE(IsWindowVisible(marl.Window()));
+
+  ASSERT_TRUE(WaitUntilItMayGo(marl));
+  Screenshot("splash", splash);
+  // The version, white on the quiet band at six tenths of the height.
+  const int top = place.top + PixelsOf(kSplashHeight) * 6 / 10;
+  const RECT band = {place.left, top, place.right, top + PixelsOf(300)};
+  EXPECT_GT(CountColors(Capture(band), RGB(255, 255, 255)), 60u);
+}
+
+TEST_F(Splash, GoesByItselfAtTheEndOfFiveSeconds) {
+  const auto start = Clock::now();
+  const RunningMarl marl(suite);
+  const HWND splash = WaitForSplash(marl);
+  ASSERT_TRUE(splash);
+  const auto shown = Clock::now();
+  ASSERT_TRUE(WaitUntil([&] { return !IsWindow(splash); }));
+  const auto gone = Clock::now();
+  EXPECT_GE(gone - start, std::chrono::milliseconds(4900));
+  EXPECT_LE(gone - shown, std::chrono::milliseconds(7500));
+  EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(marl.Window()) != FALSE; }));
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Splash, ClickOnItEndsIt) {
+  const RunningMarl marl(suite);
+  const HWND splash = WaitForSplash(marl);
+  ASSERT_TRUE(splash);
+  ASSERT_TRUE(WaitUntilItMayGo(marl));
+  const RECT place = PlaceOf(splash);
+  const auto clicked = Clock::now();
+  Click(place.left + 40, place.top + 40);
+  EXPECT_TRUE(WaitUntil([&] { return !IsWindow(splash); }));
+  EXPECT_LT(Clock::now() - clicked, std::chrono::seconds(3));
+  EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(marl.Window()) != FALSE; }));
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Splash, KeyEndsIt) {
+  const RunningMarl marl(suite);
+  const HWND splash = WaitForSplash(marl);
+  ASSERT_TRUE(splash);
+  ASSERT_TRUE(WaitUntilItMayGo(marl));
+  SetForegroundWindow(splash);
+  ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == splash; }));
+  const auto pressed = Clock::now();
+  Keys(L" ");
+  EXPECT_TRUE(WaitUntil([&] { return !IsWindow(splash); }));
+  EXPECT_LT(Clock::now() - pressed, std::chrono::seconds(3));
+}
+
+TEST_F(Splash, SecondStartWhileItStandsSaysSo) {
+  const RunningMarl first(suite);
+  ASSERT_TRUE(WaitForSplash(first));
+  const RunningMarl second(suite);
+  const MessageBoxWindow box = second.WaitForBox();
+  ASSERT_TRUE(box);
+  EXPECT_EQ(box.Text(), L"Marl is already running");
+  EXPECT_TRUE(box.Press(IDOK));
+  EXPECT_EQ(second.WaitForExit(), 0u);
+  EXPECT_TRUE(first.WaitForWindow());
+}
+
+TEST_F(Splash, CommandsOfOtherProgramsAreTakenMeanwhile) {
+  const RunningMarl marl(suite);
+  ASSERT_TRUE(WaitForSplash(marl));
+  ASSERT_TRUE(WaitUntilItMayGo(marl));
+  DdeClient client(DdeClient::Kind::kWide);
+  ASSERT_TRUE(client.Connect(L"Marl", L"Marl"));
+  EXPECT_TRUE(client.Execute(L"PRJ C:\\x.qprx"));
+  EXPECT_TRUE(marl.Splash());
+}
+
+TEST_F(Splash, ClosingTheMainFormMeanwhileEndsTheProgram) {
+  const RunningMarl marl(suite);
+  ASSERT_TRUE(WaitForSplash(marl));
+  ASSERT_TRUE(WaitUntilItMayGo(marl));
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Splash, MainFormHasItsIconsFromTheLibrary) {
+  const RunningMarl marl(suite);
+  const HWND window = marl.WaitForWindow();
+  ASSERT_TRUE(window);
+  for (const auto& [which, metric] : {std::pair{ICON_BIG, SM_CXICON}, {ICON_SMALL, SM_CXSMICON}}) {
+    const auto icon = reinterpret_cast<HICON>(
+        SendMessageW(window, WM_GETICON, static_cast<WPARAM>(which), 0));
+    EXPECT_TRUE(icon) << which;
+    if (!icon) continue;
+    ICONINFO info = {};
+    ASSERT_TRUE(GetIconInfo(icon, &info));
+    BITMAP bitmap = {};
+    GetObjectW(info.hbmColor, sizeof bitmap, &bitmap);
+    EXPECT_EQ(bitmap.bmWidth, GetSystemMetrics(metric));
+    DeleteObject(info.hbmColor);
+    DeleteObject(info.hbmMask);
+  }
+}
+
+TEST_F(Splash, MissingIconLibraryIsSilent) {
+  DeleteFileW((suite.path() + L"\\q17icl.oru").c_str());
+  const RunningMarl marl(suite);
+  const HWND window = marl.WaitForWindow();
+  ASSERT_TRUE(window);
+  EXPECT_EQ(SendMessageW(window, WM_GETICON, ICON_BIG, 0), 0);
+  EXPECT_FALSE(marl.Box());
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(About, IsModalAndGoesByItsButton) {
+  Screenshot("about", about);
+  EXPECT_FALSE(IsWindowEnabled(main));
+  EXPECT_EQ(GetWindow(about, GW_OWNER), main);
+  EXPECT_EQ(SendMessageW(about, WM_GETICON, ICON_BIG, 0),
+            SendMessageW(main, WM_GETICON, ICON_BIG, 0));
+  const HWND ok = FindWindowExW(about, nullptr, L"BUTTON", L"OK");
+  ASSERT_TRUE(ok);
+  const RECT place = PlaceOf(ok);
+  Click((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+  EXPECT_TRUE(WaitUntil([&] { return !IsWindow(about); }));
+  EXPECT_TRUE(WaitUntil([&] { return IsWindowEnabled(main) && GetForegroundWindow() == main; }));
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(About, EnterAndEscCloseIt) {
+  for (const WORD key : {WORD{VK_RETURN}, WORD{VK_ESCAPE}}) {
+    ASSERT_TRUE(WaitUntil([&] { return (about = Find()) != nullptr; }));
+    ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == about; }));
+    INPUT input[2] = {};
+    for (int i = 0; i < 2; ++i) {
+      input[i].type = INPUT_KEYBOARD;
+      input[i].ki.wVk = key;
+      input[i].ki.dwFlags = i ? KEYEVENTF_KEYUP : 0;
+    }
+    SendInput(2, input, sizeof input[0]);
+    ASSERT_TRUE(WaitUntil([&] { return !IsWindow(about); })) << key;
+    ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == main; }));
+    if (key == VK_RETURN) Chord(VK_CONTROL, VK_F1);
+  }
+}
+
+TEST_F(About, LinksOpenTheirSitesByClickAndByAccessKey) {
+  const WebAddresses web(suite.path() + L"\\Q17Bench.exe");
+  if (!web.made()) GTEST_SKIP() << "this user has a program for web addresses";
+  ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == about; }));
+  const auto opened = [&](std::size_t count) {
+    std::vector<std::wstring> addresses;
+    for (const Started& started : suite.WaitForTools(count)) addresses.push_back(started.arguments);
+    return addresses;
+  };
+  RECT inner = {};
+  GetClientRect(about, &inner);
+  POINT corner = {0, 0};
+  ClientToScreen(about, &corner);
+  Click(corner.x + 20, corner.y + 20);
+  EXPECT_EQ(opened(1), (std::vector<std::wstring>{L"\"http://www.oru.example\""}));
+  SetForegroundWindow(about);
+  ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == about; }));
+  Chord(VK_MENU, 'I');
+  EXPECT_EQ(opened(2).back(), L"\"http://www.marl.example\"");
+  SetForegroundWindow(about);
+  ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == about; }));
+  Chord(VK_MENU, 'S');
+  EXPECT_EQ(opened(3).back(), L"\"http://support.marl.example\"");
+  EXPECT_TRUE(IsWindow(about));
+}
+
+}  // namespace marl::desktop
