@@ -40,6 +40,8 @@ class FormPeer {
   virtual bool InForeground() const = 0;
   /// The form's window; 0 when it has gone.
   virtual WindowHandle Handle() const = 0;
+  /// A control's window; 0 for a control without one.
+  virtual WindowHandle HandleOf(const Control& control) const = 0;
   /// The window goes; no event comes any more. The object itself may be in use further up the
   /// stack: the desktop keeps it until the events have run out.
   virtual void Close() = 0;

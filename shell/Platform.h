@@ -7,8 +7,12 @@
 #include "platform/Locale.h"
 #include "platform/Pictures.h"
 #include "platform/Process.h"
+#include "platform/RegistryStore.h"
 #include "platform/SettingsStore.h"
 #include "platform/Shell.h"
+#include "platform/TipWindows.h"
+#include "platform/Tray.h"
+#include "platform/WindowHooks.h"
 #include "support/StringTable.h"
 
 namespace marl {
@@ -28,6 +32,10 @@ struct Platform {
   const Locale& locales;
   Icons& icons;
   Pictures& pictures;
+  RegistryStore& registry;
+  WindowHooks& hooks;
+  Tray& tray;
+  TipWindows& tips;
 };
 
 }  // namespace marl

@@ -67,6 +67,7 @@ void frmMain::OnActivate() {
 }
 
 void frmMain::OnResize() {
+  if (State() == WindowState::kMinimised) Hide();  // the notification area keeps it
   // A menu bar that wraps takes its line from the inner height: the form grows by it.
   if (ClientHeight == 0 || State() != WindowState::kNormal) return;
   Move({Left(), Top(), Width(), ClientHeight - inner().height + Height()});

@@ -3,7 +3,9 @@
 #include <array>
 #include <memory>
 
+#include "appearance/clsTooltip.h"
 #include "appearance/modSetIcon.h"
+#include "network/TrackingServer.h"
 #include "platform/forms/Controls.h"
 #include "platform/forms/Form.h"
 #include "shell/FileDialog.h"
@@ -11,6 +13,7 @@
 #include "shell/Platform.h"
 #include "shell/SuiteComponents.h"
 #include "shell/SwitchboardModel.h"
+#include "shell/modMarl.h"
 #include "support/frmSplash.h"
 
 namespace marl {
@@ -19,12 +22,13 @@ namespace marl {
 ///
 /// Start-up and shutdown, which are sequences of decisions over settings and files, stand in
 /// frmMain_Load.cpp; what a press and the menu entries do, in frmMain_Commands.cpp.
-class frmMain : public Form {
+class frmMain : public Form, public HookedForm {
  public:
   explicit frmMain(Platform& platform);
 
   // State of the main form for its whole life.
   int ClientHeight = 0;            ///< wanted inner height, in twips
+  bool TrayReady = false;          ///< the message hook is in place
   bool TooltipsEnabled = true;     ///< setting `Tooltips`
   bool ToolsMenuVisible = false;   ///< setting `Tools`
   Text HelpFile;                   ///< the application's help file
@@ -34,7 +38,7 @@ class frmMain : public Form {
   HiddenKeySequence HiddenKeys;    ///< how far "SETGUI" has been typed
   int HoverButton = -1;            ///< button under the mouse, or -1
   std::array<Text, kButtonCount> TooltipTexts;
-  Text CurrentServerTag;           ///< tag of the current tracking server, or empty
+  std::array<std::unique_ptr<clsTooltip>, kButtonCount> TooltipObjects;
 
   // Controls of a slot share its index.
   std::array<std::unique_ptr<Shape>, kButtonCount> shpRun;
@@ -47,17 +51,28 @@ class frmMain : public Form {
   std::unique_ptr<frmSplash> splash;  ///< stands while the program starts
 
   /// Repaints picture and label of every button, in button order.
-  void RefreshButtons();
+  void RefreshButtons() override;
   /// Runs the resize handler.
-  void Resized();
+  void Resized() override;
+  /// Back from the notification area: in normal state, visible, in front.
+  void RestoreWindow() override;
+  /// Shows the menu of all buttons at the mouse. Throws while start-up has not made it yet.
+  void SystrayMenu() override;
+  WindowHandle HookedWindow() const override { return hWnd(); }
+  /// Makes the balloon tips of all visible buttons anew; none with `TooltipsEnabled` off.
+  void BindTooltips();
   /// The one press action: what image, label, hovered frame and tray entry of a slot all end in.
   void Press(int index);
+  /// Tag of the current tracking server, or empty.
+  const Text& CurrentServerTag() const { return servers_.CurrentServerTag; }
 
   // Entries of the menu bar.
   void mnuProjectNew();
   void mnuProjectSave();
   void mnuProjectAnalyse();
   void mnuProjectPTM();
+  void mnuProjectChangeServer();
+  void mnuProjectTrackProjects();
   void mnuProjectExit();
   void mnuTMImport();
   void mnuTMExport();
@@ -105,6 +120,12 @@ class frmMain : public Form {
   bool WaitForSplash();
   void MarkMissingTools();
 
+  void ShowServer(TextView name);
+  void EnableTracking(bool enabled);
+
+  void EnterTray();
+  void FillPopup();
+  void CreateTooltips();
   void DesignMenuBar();
   void SetMenuCaptions();
 
@@ -120,6 +141,12 @@ class frmMain : public Form {
   Launcher launcher_{platform_};
   SuiteComponents components_{platform_};
   modSetIcon icons_{platform_.icons, platform_.process};
+  TrackingServer servers_{{platform_.desktop, platform_.registry, platform_.components,
+                           platform_.files, platform_.strings},
+                          {[this](TextView name) { ShowServer(name); },
+                           [this](bool enabled) { EnableTracking(enabled); }}};
+  modMarl hook_{platform_.hooks, platform_.tray, *this};
+  std::unique_ptr<PopupMenu> m_cPopupMenu;
   std::vector<std::unique_ptr<Menu>> menuBar_;  ///< in the order of the design
   bool QaBusy = false;
   bool CommentReportBusy = false;

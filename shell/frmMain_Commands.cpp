@@ -1,3 +1,4 @@
+#include "network/ServerTag.h"
 #include "shell/frmMain.h"
 
 // What a press and the entries of the menu bar do. The program table is here: names in exactly
@@ -15,7 +16,20 @@ constexpr std::array<TextView, 5> kToolsApps = {u"FaceMap.exe", u"Q17Morph.exe",
 void frmMain::Press(int index) {
   const auto slot = static_cast<std::size_t>(index);
   if (lblRun[slot]->Tag == kDead) return;
+  clsXMLTag server;
+  ReadServerTag(servers_.CurrentServerTag, server);
+  // The tool that is about to start finds the current server in the registry.
+  servers_.SaveServerSettings();
   switch (index) {
+    case kChangeServer:
+      mnuProjectChangeServer();
+      break;
+    case kTrackProjects:
+      mnuProjectTrackProjects();
+      break;
+    case kAdministrator:
+      RunTool(kSwitchboard[slot].program, WardenArguments(server));
+      break;
     case kQaCheck:
       mnuToolsQACheck();
       break;

@@ -18,6 +18,7 @@ constexpr TextView kSection = u"Settings";
 void frmMain::OnLoad() {
   RunRegistrar();
   icons_.SetFormIcon(hWnd(), kMarlIcon, true);
+  hook_.RegisterShellMessages();
   EndIfSecondInstance();
   AskFirstRunQuestions();
   RedirectToWizard();
@@ -27,17 +28,20 @@ void frmMain::OnLoad() {
   Refresh();
   ShowSplash();
   HelpFile = JoinPath(ProgramFolder(), u"Marl.HLP");
+  EnterTray();
   PrepareButtons();
   RestorePosition();
   RestoreFlags();
   SetCaption(kApplicationTitle);
   ApplyToolsMenu();
+  servers_.Start();
   ProbeBrowser();
   if (!WaitForSplash()) return;
   MarkMissingTools();
   IconsPerRow = 5;
   HiddenKeys.Reset();
   HoverButton = -1;
+  FillPopup();
 }
 
 // Before everything else: a second start that ends at once has registered the components too.
@@ -134,6 +138,8 @@ void frmMain::RestoreFlags() {
       platform_.settings.GetSetting(u"Marl Project Wizard", u"Target Files", u"Folder", u"");
   TooltipsEnabled = CBool(Setting(u"Tooltips", u"TRUE"));
   ToolsMenuVisible = CBool(Setting(u"Tools", u"FALSE"));
+  CreateTooltips();
+  BindTooltips();
   const int state = CInt(Setting(u"WindowState", u"0"));
   if (state < 0 || state > 2) throw RuntimeError::InvalidPropertyValue();
   SetState(static_cast<WindowState>(state));
@@ -159,7 +165,7 @@ void frmMain::ProbeBrowser() {
 
 void frmMain::MarkMissingTools() {
   for (auto& label : lblRun) {
-    if (label->Tag.empty()) continue;
+    if (label->Tag.empty() || label->Tag == kDead) continue;
     const bool there = platform_.files.FileExists(JoinPath(ApplicationFolder, label->Tag));
     label->Tag = there ? TextView() : kDead;
     if (!there) label->SetEnabled(false);
@@ -167,12 +173,15 @@ void frmMain::MarkMissingTools() {
 }
 
 void frmMain::OnUnload() {
+  hook_.RemoveTrayIcon(icons_);
   Save(u"Left", NumberText(Left()));
   Save(u"Top", NumberText(Top()));
   Save(u"Tooltips", BooleanText(TooltipsEnabled));
   Save(u"Tools", BooleanText(ToolsMenuVisible));
   Save(u"WindowState", NumberText(static_cast<int>(State())));
   Save(u"XtraFeatures", imgRun[kUtilities]->Visible() ? u"1" : u"0");
+  servers_.SaveServerSettings();
+  hook_.UnhookWindow(hWnd());
 }
 
 bool frmMain::Ask(int question) const {

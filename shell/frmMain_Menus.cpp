@@ -42,8 +42,8 @@ const std::vector<TopEntry>& MenuBar() {
         {"mnuProjectSeparator1", kSeparator},
         {"mnuProjectPTM", 1007, Ctrl('M'), &F::mnuProjectPTM},
         {"mnuProjectSeparator2", kSeparator},
-        {"mnuProjectChangeServer", 1008, Ctrl('G')},
-        {"mnuProjectTrackProjects", 1009, Ctrl('H')},
+        {"mnuProjectChangeServer", 1008, Ctrl('G'), &F::mnuProjectChangeServer},
+        {"mnuProjectTrackProjects", 1009, Ctrl('H'), &F::mnuProjectTrackProjects},
         {"mnuProjectSeparator3", kSeparator},
         {"mnuProjectExit", 1006, {}, &F::mnuProjectExit}}},
       {"mnuTM",
@@ -128,6 +128,7 @@ void frmMain::ApplyToolsMenu() {
   for (const auto& menu : menuBar_) {
     if (IsToolsApp(*menu)) menu->SetVisible(ToolsMenuVisible);
   }
+  BindTooltips();
 }
 
 void frmMain::mnuHelpContents() {

@@ -8,9 +8,13 @@
 #include "platform/win32/LocaleWin32.h"
 #include "platform/win32/PictureLoader.h"
 #include "platform/win32/ProcessWin32.h"
+#include "platform/win32/RegistryStoreWin32.h"
 #include "platform/win32/SettingsStoreWin32.h"
 #include "platform/win32/ShellWin32.h"
 #include "platform/win32/StringResourceWin32.h"
+#include "platform/win32/TipWindowsWin32.h"
+#include "platform/win32/TrayWin32.h"
+#include "platform/win32/WindowHooksWin32.h"
 #include "shell/Application.h"
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
@@ -25,11 +29,15 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
   const win32::LocaleWin32 locales;
   win32::IconsWin32 icons;
   win32::PicturesWin32 pictures;
+  win32::RegistryStoreWin32 registry;
+  win32::WindowHooksWin32 hooks(desktop);
+  win32::TrayWin32 tray(desktop);
+  win32::TipWindowsWin32 tips;
   win32::ShellWin32 shell([&]() -> HWND {
     if (desktop.forms().empty() || !desktop.forms().front()->peer()) return nullptr;
     return static_cast<win32::FormWin32*>(desktop.forms().front()->peer())->window();
   });
   Application application({desktop, files, settings, shell, process, components, strings, locales,
-                           icons, pictures});
+                           icons, pictures, registry, hooks, tray, tips});
   return application.Run();
 }

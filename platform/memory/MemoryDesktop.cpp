@@ -38,6 +38,16 @@ void MemoryPeer::Focus(Control& control) {
   control.UserFocus();
 }
 
+WindowHandle MemoryPeer::HandleOf(const Control& control) const {
+  if (closed_ || control.windowless() || control.kind() == ControlKind::kMenu ||
+      control.kind() == ControlKind::kTimer) {
+    return 0;
+  }
+  const auto& controls = form_.controls();
+  const auto place = std::find(controls.begin(), controls.end(), &control) - controls.begin();
+  return handle_ * 0x100 + static_cast<WindowHandle>(place);
+}
+
 void MemoryPeer::BringToFront() { desktop_.foreground = &form_; }
 
 bool MemoryPeer::InForeground() const { return desktop_.foreground == &form_; }

@@ -29,6 +29,8 @@ class MemoryPeer : public FormPeer {
   void BringToFront() override;
   bool InForeground() const override;
   WindowHandle Handle() const override { return closed_ ? 0 : handle_; }
+  /// Controls are numbered behind their form, in their order.
+  WindowHandle HandleOf(const Control& control) const override;
   void Close() override;
 
   std::vector<Box> invalidated;

@@ -35,6 +35,9 @@ class FormWin32 : public FormPeer {
   WindowHandle Handle() const override { return HandleToLong(window_); }
   void Close() override;
 
+  WindowHandle HandleOf(const Control& control) const override {
+    return HandleToLong(WindowOf(control));
+  }
   HWND window() const { return window_; }
   /// Moves the focus if the message is the access key of one of the form's labels, which have no
   /// window that the dialog manager could look at.

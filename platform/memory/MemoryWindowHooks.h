@@ -1,0 +1,72 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/WindowHooks.h"
+
+namespace marl {
+
+/// Windows with a procedure that remembers what reaches it, and the listeners in front of them.
+class MemoryWindowHooks : public WindowHooks {
+ public:
+  struct Message {
+    WindowHandle window = 0;
+    std::uint32_t message = 0;
+    std::uintptr_t wParam = 0;
+    std::intptr_t lParam = 0;
+    bool operator==(const Message&) const = default;
+  };
+  static constexpr ProcAddress kOwnProcedure = 0x401000;
+
+  // What the test arranges.
+  std::intptr_t ownResult = 77;  ///< what the windows' own procedure answers
+  bool replaces = true;          ///< false: there is no such window
+
+  // What has happened.
+  std::vector<std::string> registered;  ///< names, in the order of asking
+  std::vector<Message> reached;         ///< what came to the windows' own procedure
+  std::map<WindowHandle, MessageListener*> listeners;
+  std::vector<std::pair<WindowHandle, ProcAddress>> putBack;
+
+  /// Sends a message to a window, as the platform does: to the listener in front, if there is one.
+  std::intptr_t Send(WindowHandle window, std::uint32_t message, std::uintptr_t wParam = 0,
+                     std::intptr_t lParam = 0) {
+    const auto listener = listeners.find(window);
+    if (listener == listeners.end()) return Own({window, message, wParam, lParam});
+    return listener->second->OnMessage(window, message, wParam, lParam);
+  }
+  /// The number that every program gets for the name.
+  std::uint32_t NumberOf(const std::string& name) {
+    return numbers_.try_emplace(name, 0xC001u + static_cast<std::uint32_t>(numbers_.size()))
+        .first->second;
+  }
+
+  std::uint32_t RegisterMessage(std::string_view name) override {
+    registered.emplace_back(name);
+    return NumberOf(std::string(name));
+  }
+  ProcAddress Replace(WindowHandle window, MessageListener& listener) override {
+    if (!replaces) return 0;
+    listeners[window] = &listener;
+    return kOwnProcedure;
+  }
+  void PutBack(WindowHandle window, ProcAddress previous) override {
+    putBack.emplace_back(window, previous);
+    listeners.erase(window);
+  }
+  std::intptr_t Call(ProcAddress previous, WindowHandle window, std::uint32_t message,
+                     std::uintptr_t wParam, std::intptr_t lParam) override {
+    return previous == kOwnProcedure ? Own({window, message, wParam, lParam}) : 0;
+  }
+
+ private:
+  std::intptr_t Own(const Message& message) {
+    reached.push_back(message);
+    return ownResult;
+  }
+  std::map<std::string, std::uint32_t> numbers_;
+};
+
+}  // namespace marl

@@ -1,0 +1,125 @@
+#include "platform/win32/TrayWin32.h"
+
+#include <shellapi.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "platform/win32/Handle.h"
+
+namespace marl::win32 {
+
+static_assert(sizeof(void*) != 4 || NOTIFYICONDATAA_V1_SIZE == kNotifyIconDataSize);
+
+namespace {
+
+HWND Window(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
+
+/// One square out of the strip, as menus draw it: colours multiplied with their alpha.
+UniqueBitmap Cut(const Picture& strip, int place) {
+  const int side = strip.height;
+  if (side <= 0 || place < 0 || (place + 1) * side > strip.width) return {};
+  BITMAPINFO info = {};
+  info.bmiHeader.biSize = sizeof info.bmiHeader;
+  info.bmiHeader.biWidth = side;
+  info.bmiHeader.biHeight = -side;
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  void* bits = nullptr;
+  UniqueBitmap bitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+  if (!bitmap) return {};
+  auto* row = static_cast<std::uint32_t*>(bits);
+  for (int y = 0; y < side; ++y, row += side) {
+    for (int x = 0; x < side; ++x) row[x] = strip.At(place * side + x, y);
+  }
+  return bitmap;
+}
+
+class Popup : public PopupMenu {
+ public:
+  explicit Popup(Desktop& desktop) : desktop_(desktop), menu_(CreatePopupMenu()) {}
+
+  void SetImageList(PicturePtr strip) override { strip_ = std::move(strip); }
+  void SetOwner(WindowHandle window) override { owner_ = window; }
+
+  void AddItem(TextView caption, int picture, bool checked, bool enabled) override {
+    Text text(caption);
+    const int position = GetMenuItemCount(menu_.get());
+    MENUITEMINFOW item = {};
+    item.cbSize = sizeof item;
+    item.fMask = MIIM_STRING | MIIM_ID | MIIM_STATE;
+    item.dwTypeData = reinterpret_cast<wchar_t*>(text.data());
+    item.wID = static_cast<UINT>(position + 1);
+    item.fState = (checked ? MFS_CHECKED : 0u) | (enabled ? 0u : MFS_DISABLED);
+    if (strip_) {
+      if (UniqueBitmap bitmap = Cut(*strip_, picture)) {
+        item.fMask |= MIIM_BITMAP;
+        item.hbmpItem = bitmap.get();
+        bitmaps_.push_back(std::move(bitmap));
+      }
+    }
+    InsertMenuItemW(menu_.get(), static_cast<UINT>(position), TRUE, &item);
+  }
+
+  void Show(Point at) override {
+    const HWND owner = Window(owner_);
+    const int chosen = TrackPopupMenuEx(menu_.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y,
+                                        owner, nullptr);
+    // Without a message behind it, a menu of the notification area may close at once when it is
+    // shown the next time.
+    PostMessageW(owner, WM_NULL, 0, 0);
+    // The item may end the program: nothing of the menu is touched after the click.
+    if (chosen > 0) {
+      desktop_.Event([&] {
+        if (Click) Click(chosen);
+      });
+    }
+  }
+
+ private:
+  Desktop& desktop_;
+  UniqueMenu menu_;
+  PicturePtr strip_;
+  WindowHandle owner_ = 0;
+  std::vector<UniqueBitmap> bitmaps_;
+};
+
+}  // namespace
+
+bool TrayWin32::NotifyIcon(int command, const NotifyIconData& data) {
+  NOTIFYICONDATAA record = {};
+  record.cbSize = NOTIFYICONDATAA_V1_SIZE;
+  record.hWnd = Window(data.hWnd);
+  record.uID = static_cast<UINT>(data.uID);
+  record.uFlags = data.uFlags;
+  record.uCallbackMessage = data.uCallbackMessage;
+  record.hIcon = static_cast<HICON>(LongToHandle(data.hIcon));
+  // The record has room for 64 bytes of the tip, its NUL included.
+  constexpr int kRoom = 63;
+  int length = std::min(static_cast<int>(data.szTip.size()), kRoom);
+  while (length > 0 && WideCharToMultiByte(CP_ACP, 0, Wide(data.szTip), length, record.szTip, kRoom,
+                                           nullptr, nullptr) == 0) {
+    --length;
+  }
+  return Shell_NotifyIconA(static_cast<DWORD>(command), &record);
+}
+
+IconHandle TrayWin32::IconOf(WindowHandle window) const {
+  const HWND target = Window(window);
+  for (const WPARAM which : {WPARAM{ICON_BIG}, WPARAM{ICON_SMALL}}) {
+    if (const LRESULT icon = SendMessageW(target, WM_GETICON, which, 0)) {
+      return static_cast<IconHandle>(icon);
+    }
+  }
+  return static_cast<IconHandle>(GetClassLongPtrW(target, GCLP_HICON));
+}
+
+std::unique_ptr<PopupMenu> TrayWin32::CreatePopup() { return std::make_unique<Popup>(desktop_); }
+
+Point TrayWin32::CursorPosition() const {
+  POINT at = {};
+  GetCursorPos(&at);
+  return {at.x, at.y};
+}
+
+}  // namespace marl::win32

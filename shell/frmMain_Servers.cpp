@@ -1,0 +1,38 @@
+#include "network/ServerTag.h"
+#include "network/frmChangeServer.h"
+#include "shell/frmMain.h"
+
+// What the main form does with the tracking server: shows it, has it changed, opens its site.
+
+namespace marl {
+
+void frmMain::ShowServer(TextView name) { SetCaption(Text(u"Marl : ") + Text(name)); }
+
+void frmMain::EnableTracking(bool enabled) {
+  lblRun[kTrackProjects]->SetEnabled(enabled);
+  lblRun[kTrackProjects]->Tag = enabled ? TextView() : kDead;
+}
+
+void frmMain::mnuProjectChangeServer() {
+  frmChangeServer dialog(
+      {desktop(), platform_.locales, platform_.pictures, platform_.strings}, servers_.ServerList);
+  dialog.Load();
+  dialog.Server(servers_.CurrentServerTag);
+  dialog.ShowModal(this);
+  if (!dialog.Cancelled) servers_.SetTrackingServer(dialog.Server(), true);
+  dialog.Unload();
+}
+
+void frmMain::mnuProjectTrackProjects() {
+  if (servers_.CurrentServerTag.empty()) return;
+  clsXMLTag server;
+  ReadServerTag(servers_.CurrentServerTag, server);
+  const Text site = TrackingSite(server);
+  if (BrowserPath.empty()) {
+    launcher_.ShellOpen(u"open", site, u"", u"", kShowNormal);
+  } else {
+    launcher_.ShellOpen(u"open", BrowserPath, site, u"", kShowNormal);
+  }
+}
+
+}  // namespace marl

@@ -1,0 +1,47 @@
+#include "shell/frmMain.h"
+
+// The switchboard in the notification area: the icon, its menu, and the way back to the window.
+
+namespace marl {
+
+namespace {
+
+// From here on the screen's dots an inch call for the larger menu pictures.
+constexpr int kLargePicturesDpi = 120;
+
+}  // namespace
+
+void frmMain::EnterTray() {
+  hook_.HookWindow(hWnd());
+  TrayReady = true;
+  hook_.AddTrayIcon(icons_.LoadIconHandle(kMarlIcon, false));
+}
+
+void frmMain::FillPopup() {
+  m_cPopupMenu = platform_.tray.CreatePopup();
+  const bool large = desktop().Dpi().height >= kLargePicturesDpi;
+  m_cPopupMenu->SetImageList(
+      platform_.pictures.Load(large ? MARL_PICTURE_MENU_24 : MARL_PICTURE_MENU_16));
+  m_cPopupMenu->SetOwner(hWnd());
+  for (int i = 0; i < kButtonCount; ++i) {
+    m_cPopupMenu->AddItem(lblRun[static_cast<std::size_t>(i)]->Caption(), i, false, true);
+  }
+  m_cPopupMenu->Click = [this](int itemNumber) { Press(itemNumber - 1); };
+}
+
+void frmMain::SystrayMenu() {
+  if (!TrayReady) return;
+  // Active, so that the menu closes when the user clicks elsewhere.
+  BringToFront();
+  // The icon is there before its menu is: start-up may still wait for the splash.
+  if (!m_cPopupMenu) throw RuntimeError(91, u"Object variable or With block variable not set");
+  m_cPopupMenu->Show(platform_.tray.CursorPosition());
+}
+
+void frmMain::RestoreWindow() {
+  SetState(WindowState::kNormal);
+  Show();
+  BringToFront();
+}
+
+}  // namespace marl

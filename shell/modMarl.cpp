@@ -1,0 +1,88 @@
+#include "shell/modMarl.h"
+
+#include "platform/RuntimeError.h"
+
+namespace marl {
+
+namespace {
+
+// Numbers of the platform's messages, and what the two parameters say.
+constexpr std::uint32_t kWmSize = 5;
+constexpr std::uint32_t kWmActivate = 6;
+constexpr std::uintptr_t kSizeMinimized = 1;
+constexpr std::uintptr_t kInactive = 0;
+constexpr std::intptr_t kLeftDoubleClick = 0x203;
+constexpr std::intptr_t kRightButtonUp = 0x205;
+
+}  // namespace
+
+modMarl::~modMarl() {
+  if (PreviousWindowProc != 0) UnhookWindow(hooked_);
+}
+
+void modMarl::RegisterShellMessages() {
+  RegisteredMessages[msgMarlMenu] = hooks_.RegisterMessage("msgMarlMenu");
+  RegisteredMessages[TaskbarCreated] = hooks_.RegisterMessage("TaskbarCreated");
+}
+
+void modMarl::HookWindow(WindowHandle window) {
+  // Before the hook is in place: the first message may come at once.
+  PassToPrevious = true;
+  PreviousWindowProc = hooks_.Replace(window, *this);
+  hooked_ = window;
+}
+
+void modMarl::UnhookWindow(WindowHandle window) {
+  if (PreviousWindowProc != 0) {
+    hooks_.PutBack(window, PreviousWindowProc);
+    PreviousWindowProc = 0;
+  }
+  PassToPrevious = false;
+}
+
+void modMarl::AddTrayIcon(IconHandle icon) {
+  TrayIconRecord.cbSize = kNotifyIconDataSize;
+  TrayIconRecord.hWnd = form_.HookedWindow();
+  TrayIconRecord.uID = tray_.IconOf(form_.HookedWindow());
+  TrayIconRecord.uFlags = kNotifyMessage | kNotifyIcon | kNotifyTip;
+  TrayIconRecord.uCallbackMessage = RegisteredMessages[msgMarlMenu];
+  TrayIconRecord.hIcon = icon;
+  TrayIconRecord.szTip = u"Marl";
+  tray_.NotifyIcon(kNotifyAdd, TrayIconRecord);
+}
+
+void modMarl::RemoveTrayIcon(const modSetIcon& icons) {
+  icons.ReleaseIcon(TrayIconRecord.hIcon);
+  tray_.NotifyIcon(kNotifyDelete, TrayIconRecord);
+}
+
+std::intptr_t modMarl::SwitchboardWindowProc(WindowHandle window, std::uint32_t message,
+                                             std::uintptr_t wParam, std::intptr_t lParam) {
+  if (window == form_.HookedWindow()) Skip([&] { Handle(message, wParam, lParam); });
+  if (!PassToPrevious) {
+    PassToPrevious = true;
+    return 0;
+  }
+  return hooks_.Call(PreviousWindowProc, window, message, wParam, lParam);
+}
+
+void modMarl::Handle(std::uint32_t message, std::uintptr_t wParam, std::intptr_t lParam) {
+  // The unregistered slots are 0, so that this swallows WM_NULL, a message without meaning.
+  if (message == RegisteredMessages[msgMarlStart] || message == RegisteredMessages[msgMarlCheck] ||
+      message == RegisteredMessages[msgMarlEnd]) {
+    PassToPrevious = false;
+  } else if (message == RegisteredMessages[msgMarlMenu]) {
+    if (lParam == kLeftDoubleClick) form_.RestoreWindow();
+    if (lParam == kRightButtonUp) form_.SystrayMenu();
+  } else if (message == RegisteredMessages[TaskbarCreated]) {
+    // Removed first: the shell may still know the icon.
+    tray_.NotifyIcon(kNotifyDelete, TrayIconRecord);
+    tray_.NotifyIcon(kNotifyAdd, TrayIconRecord);
+  } else if (message == kWmActivate && wParam == kInactive) {
+    form_.RefreshButtons();
+  } else if (message == kWmSize && wParam == kSizeMinimized) {
+    form_.Resized();
+  }
+}
+
+}  // namespace marl
