@@ -1,11 +1,14 @@
 #include "appearance/GradientRect.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cfloat>
 #include <cmath>
 #include <cstddef>
+#include <cstring>
 #include <limits>
+#include <memory>
 #include <utility>
 
 #include "platform/RuntimeError.h"
@@ -111,13 +114,14 @@ class Track {
 void PaintRows(const std::vector<Track>& rows, int step, const std::vector<std::uint32_t>& ramp,
                Picture& picture) {
   // A sweep to the left shows the ramp from its end.
-  std::vector<std::uint32_t> strip = ramp;
-  if (step < 0) std::reverse(strip.begin(), strip.end());
+  std::vector<std::uint32_t> mirrored;
+  if (step < 0) mirrored.assign(ramp.rbegin(), ramp.rend());
+  const std::uint32_t* const strip = step > 0 ? ramp.data() : mirrored.data();
   std::uint32_t* out = picture.pixels.data();
   for (const Track& row : rows) {
     if (row.Covers(picture.width)) {
       const int first = step > 0 ? -row.edge() : static_cast<int>(ramp.size()) - 1 - row.edge();
-      std::copy_n(strip.data() + first, picture.width, out);
+      std::copy_n(strip + first, picture.width, out);
     } else {
       for (int x = 0; x < picture.width; ++x) {
         if (const int line = row.LineAt(x); line >= 0)
@@ -125,6 +129,104 @@ void PaintRows(const std::vector<Track>& rows, int step, const std::vector<std::
       }
     }
     out += picture.width;
+  }
+}
+
+/// Neighbouring columns in step show one colour in every row: fills them as one. `lines` are the
+/// lines that the columns show in row 0.
+void FillRuns(const std::vector<std::int32_t>& lines, int step,
+              const std::vector<std::uint32_t>& ramp, Picture& picture) {
+  struct Run {
+    std::int32_t line;
+    std::int32_t length;
+  };
+  std::vector<Run> runs;
+  for (const std::int32_t line : lines) {
+    if (runs.empty() || runs.back().line != line) runs.push_back({line, 0});
+    ++runs.back().length;
+  }
+  std::uint32_t* out = picture.pixels.data();
+  for (int y = 0; y < picture.height; ++y) {
+    for (const Run& run : runs) {
+      out = std::fill_n(out, run.length, ramp[static_cast<std::size_t>(run.line + step * y)]);
+    }
+  }
+}
+
+/// Where four neighbouring columns take their pixels: at `first` in row 0, `stride` further on for
+/// each line.
+struct QuadSource {
+  const std::uint32_t* first;
+  std::ptrdiff_t stride;
+};
+
+/// Four neighbouring columns differ by the same number of lines in every row, and few such
+/// differences occur in a picture: a digital line knows but four. For each there is a ramp of four
+/// pixels at once; along a diagonal that is the ramp itself, or its mirror image.
+class QuadRamps {
+ public:
+  explicit QuadRamps(const std::vector<std::uint32_t>& ramp)
+      : ramp_(ramp), mirrored_(ramp.rbegin(), ramp.rend()) {}
+
+  /// For columns that show these four lines in row 0.
+  QuadSource For(const std::int32_t* lines) {
+    const Differences differences = {lines[1] - lines[0], lines[2] - lines[0], lines[3] - lines[0]};
+    if (differences == Differences{1, 2, 3}) return {ramp_.data() + lines[0], 1};
+    if (differences == Differences{-1, -2, -3}) {
+      return {mirrored_.data() + (std::ssize(ramp_) - 1 - lines[0]), -1};
+    }
+    const auto found = std::find_if(made_.begin(), made_.end(), [&](const Made& made) {
+      return made.differences == differences;
+    });
+    const Made& made = found != made_.end() ? *found : Make(differences);
+    return {made.quads.get() + std::ptrdiff_t{4} * lines[0], 4};
+  }
+
+ private:
+  using Differences = std::array<std::int32_t, 3>;
+  struct Made {
+    Differences differences;
+    std::unique_ptr<std::uint32_t[]> quads;
+  };
+
+  const Made& Make(const Differences& differences) {
+    const auto count = static_cast<std::int32_t>(ramp_.size());
+    // Entries whose columns leave the ramp are in no picture.
+    const auto color = [&](std::int32_t line) {
+      return line >= 0 && line < count ? ramp_[static_cast<std::size_t>(line)] : 0;
+    };
+    auto quads = std::make_unique_for_overwrite<std::uint32_t[]>(4 * ramp_.size());
+    std::uint32_t* out = quads.get();
+    for (std::int32_t i = 0; i < count; ++i) {
+      *out++ = color(i);
+      for (const std::int32_t difference : differences) *out++ = color(i + difference);
+    }
+    return made_.emplace_back(Made{differences, std::move(quads)});
+  }
+
+  const std::vector<std::uint32_t>& ramp_;
+  std::vector<std::uint32_t> mirrored_;
+  std::vector<Made> made_;
+};
+
+/// Copies four columns at once. `lines` are the lines that the columns show in row 0.
+void CopyQuads(const std::vector<std::int32_t>& lines, int step,
+               const std::vector<std::uint32_t>& ramp, Picture& picture) {
+  QuadRamps ramps(ramp);
+  std::vector<QuadSource> quads;
+  const std::size_t whole = lines.size() / 4 * 4;
+  quads.reserve(whole / 4);
+  for (std::size_t x = 0; x < whole; x += 4) quads.push_back(ramps.For(lines.data() + x));
+  std::uint32_t* out = picture.pixels.data();
+  for (int y = 0; y < picture.height; ++y) {
+    const std::ptrdiff_t shift = std::ptrdiff_t{step} * y;
+    for (const QuadSource& quad : quads) {
+      std::memcpy(out, quad.first + shift * quad.stride, 4 * sizeof(std::uint32_t));
+      out += 4;
+    }
+    for (std::size_t x = whole; x < lines.size(); ++x) {
+      *out++ = ramp[static_cast<std::size_t>(lines[x] + shift)];
+    }
   }
 }
 
@@ -145,33 +247,19 @@ void PaintColumns(const std::vector<Track>& columns, int step,
     return;
   }
 
-  // Neighbouring columns in step show one colour in every row.
-  struct Run {
-    int line = 0;  ///< seen in row 0
-    int length = 0;
-  };
-  std::vector<Run> runs;
-  std::vector<std::int32_t> lineAtTop(static_cast<std::size_t>(width));
-  for (int x = 0; x < width; ++x) {
-    const int line = -columns[static_cast<std::size_t>(x)].edge() * step;
-    lineAtTop[static_cast<std::size_t>(x)] = line;
-    if (runs.empty() || runs.back().line != line) runs.push_back({line, 0});
-    ++runs.back().length;
+  std::vector<std::int32_t> lines;  // seen in row 0
+  lines.reserve(columns.size());
+  int runs = 0;
+  for (const Track& column : columns) {
+    const int line = -column.edge() * step;
+    if (lines.empty() || lines.back() != line) ++runs;
+    lines.push_back(line);
   }
-
-  constexpr int kLongRun = 8;  // from here on filling runs beats looking up each pixel
-  const bool fill = width / static_cast<int>(runs.size()) >= kLongRun;
-  std::uint32_t* out = picture.pixels.data();
-  const std::uint32_t* colors = ramp.data();
-  for (int y = 0; y < picture.height; ++y, out += width) {
-    const std::ptrdiff_t shift = std::ptrdiff_t{step} * y;
-    if (fill) {
-      std::uint32_t* at = out;
-      for (const Run& run : runs) at = std::fill_n(at, run.length, colors[run.line + shift]);
-    } else {
-      const std::int32_t* line = lineAtTop.data();
-      for (int x = 0; x < width; ++x) out[x] = colors[line[x] + shift];
-    }
+  constexpr int kLongRun = 32;  // from here on filling runs of one colour is the faster way
+  if (width / runs >= kLongRun) {
+    FillRuns(lines, step, ramp, picture);
+  } else {
+    CopyQuads(lines, step, ramp, picture);
   }
 }
 
