@@ -1,0 +1,113 @@
+#include "appearance/SkinFile.h"
+#include "fuzz/OneFile.h"
+#include "fuzz/Target.h"
+
+namespace {
+
+using namespace marl;
+
+/// Takes every value, and minds what the reader has to settle.
+class Checked : public SkinTarget {
+ public:
+  SkinSettings skin;
+
+  void SetNumber(SkinParameter parameter, std::int32_t number) override {
+    switch (parameter) {
+      case SkinParameter::colour1:
+        skin.Color1 = number;
+        break;
+      case SkinParameter::colour2:
+        skin.Color2 = number;
+        break;
+      case SkinParameter::angle:
+        skin.Angle = number;
+        break;
+      case SkinParameter::text1:
+        skin.Text1 = number;
+        break;
+      case SkinParameter::text2:
+        skin.Text2 = number;
+        break;
+      case SkinParameter::border1:
+        skin.Border1 = number;
+        break;
+      case SkinParameter::border2:
+        skin.Border2 = number;
+        break;
+      case SkinParameter::borderwidth:
+        fuzz::Expect(number == 1 || number == 2, "a bevel has one line or two");
+        skin.BorderWidth = number;
+        break;
+      case SkinParameter::icons:
+        fuzz::Expect(number >= 0 && number <= 3, "there are four icon sets");
+        skin.Icons = number;
+        break;
+      case SkinParameter::twostate:
+        fuzz::Expect(number == 0 || number == 18, "the offset is 0 or 18");
+        skin.TwoStateOffset = number;
+        break;
+      case SkinParameter::iconsperrow:
+        skin.IconsPerRow = number;
+        break;
+      default:
+        fuzz::Expect(false, "a text is no number");
+    }
+  }
+  void SetText(SkinParameter parameter, TextView text) override {
+    fuzz::Expect(!IsNumeric(text), "a number is no text");
+    switch (parameter) {
+      case SkinParameter::font1:
+        skin.Font1 = text;
+        break;
+      case SkinParameter::font2:
+        skin.Font2 = text;
+        break;
+      case SkinParameter::displayicons:
+        skin.DisplayIcons = text;
+        break;
+      default:
+        fuzz::Expect(false, "a number is no text");
+    }
+  }
+};
+
+/// Takes the one file that is written to it.
+class Sink : public fuzz::OneFile {
+ public:
+  Sink() : OneFile(nullptr, 0) {}
+  Bytes bytes;
+
+  bool FileExists(TextView) const override { return false; }
+  std::unique_ptr<OutputFile> Create(TextView, Status& status) override {
+    class Output : public OutputFile {
+     public:
+      explicit Output(Bytes& out) : out_(out) {}
+      Status Write(const void* data, std::size_t size) override {
+        const auto* const first = static_cast<const unsigned char*>(data);
+        out_.insert(out_.end(), first, first + size);
+        return kOk;
+      }
+
+     private:
+      Bytes& out_;
+    };
+    status = kOk;
+    return std::make_unique<Output>(bytes);
+  }
+};
+
+}  // namespace
+
+// Any bytes, loaded as a skin; what came of them, saved and loaded again.
+MARL_FUZZ_TARGET(skin) {
+  Checked first;
+  fuzz::Expect(LoadSkinFile(fuzz::OneFile(data, size), u"x.qsk", first), "the file opens");
+  Sink sink;
+  modUTF8 writer(sink);
+  SaveSkinFile(writer, u"y.qsk", first.skin);
+  Checked second;
+  second.skin = SkinSettings();
+  fuzz::Expect(LoadSkinFile(fuzz::OneFile(sink.bytes.data(), sink.bytes.size()), u"y.qsk", second),
+               "the saved file opens");
+  fuzz::Expect(second.skin == first.skin, "a saved skin comes back whole");
+}
