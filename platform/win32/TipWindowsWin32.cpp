@@ -7,6 +7,7 @@
 #include <cstddef>
 
 #include "platform/win32/Handle.h"
+#include "platform/win32/Wine.h"
 
 namespace marl::win32 {
 
@@ -21,6 +22,36 @@ static_assert(kTipSetDelayTime == TTM_SETDELAYTIME && kTipAddTool == TTM_ADDTOOL
 namespace {
 
 HWND Window(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
+
+/// Tells a tip window what the mouse does over its parent. On Wine only the tip that was bound to a
+/// window last hears of the mouse by itself.
+LRESULT CALLBACK Relay(HWND parent, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
+                       DWORD_PTR tip) noexcept {
+  switch (message) {
+    case WM_MOUSEMOVE:
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONUP:
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONUP:
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONUP: {
+      MSG relayed = {};
+      relayed.hwnd = parent;
+      relayed.message = message;
+      relayed.wParam = w;
+      relayed.lParam = l;
+      SendMessageW(reinterpret_cast<HWND>(tip), TTM_RELAYEVENT, 0,
+                   reinterpret_cast<LPARAM>(&relayed));
+      break;
+    }
+    case WM_NCDESTROY:
+      RemoveWindowSubclass(parent, Relay, id);
+      break;
+    default:
+      break;
+  }
+  return DefSubclassProc(parent, message, w, l);
+}
 
 /// Some makes of the controls take the -1 that stands for their own delay as a time of more than a
 /// minute. They are told the delay that -1 means.
@@ -45,7 +76,13 @@ WindowHandle TipWindowsWin32::CreateTip(std::uint32_t style, WindowHandle parent
                                       nullptr, GetModuleHandleW(nullptr), nullptr));
 }
 
-void TipWindowsWin32::Destroy(WindowHandle window) { DestroyWindow(Window(window)); }
+void TipWindowsWin32::Destroy(WindowHandle window) {
+  const HWND tip = Window(window);
+  if (OnWine()) {
+    RemoveWindowSubclass(GetWindow(tip, GW_OWNER), Relay, reinterpret_cast<UINT_PTR>(tip));
+  }
+  DestroyWindow(tip);
+}
 
 void TipWindowsWin32::SetTopmost(WindowHandle window) {
   SetWindowPos(Window(window), HWND_TOPMOST, 0, 0, 0, 0,
@@ -68,6 +105,10 @@ void TipWindowsWin32::Send(WindowHandle tip, int message, std::uintptr_t wParam,
     // The wide twin of the message loses no characters.
     const UINT wide = message == kTipAddTool ? TTM_ADDTOOLW : static_cast<UINT>(message);
     SendMessageW(window, wide, wParam, reinterpret_cast<LPARAM>(&record));
+    if (message == kTipAddTool && OnWine()) {
+      SetWindowSubclass(record.hwnd, Relay, reinterpret_cast<UINT_PTR>(window),
+                        reinterpret_cast<DWORD_PTR>(window));
+    }
   } else if (const auto* const text = std::get_if<Text>(&lParam)) {
     const UINT wide = message == kTipSetTitle ? TTM_SETTITLEW : static_cast<UINT>(message);
     SendMessageW(window, wide, wParam, reinterpret_cast<LPARAM>(Wide(*text)));

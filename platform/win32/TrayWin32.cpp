@@ -1,11 +1,13 @@
 #include "platform/win32/TrayWin32.h"
 
+#include <commctrl.h>
 #include <shellapi.h>
 
 #include <algorithm>
 #include <vector>
 
 #include "platform/win32/Handle.h"
+#include "platform/win32/Wine.h"
 
 namespace marl::win32 {
 
@@ -35,9 +37,20 @@ UniqueBitmap Cut(const Picture& strip, int place) {
   return bitmap;
 }
 
+/// True where menus lay a picture over the item by its alpha. Wine copies all of it; there the
+/// owner of the menu draws the pictures itself, which would cost a menu of Windows its theme.
+bool MenusBlend() { return !OnWine(); }
+
 class Popup : public PopupMenu {
  public:
-  explicit Popup(Desktop& desktop) : desktop_(desktop), menu_(CreatePopupMenu()) {}
+  explicit Popup(Desktop& desktop) : desktop_(desktop), menu_(CreatePopupMenu()) {
+    // Check marks and pictures share one column.
+    MENUINFO info = {};
+    info.cbSize = sizeof info;
+    info.fMask = MIM_STYLE;
+    info.dwStyle = MNS_CHECKORBMP;
+    SetMenuInfo(menu_.get(), &info);
+  }
 
   void SetImageList(PicturePtr strip) override { strip_ = std::move(strip); }
   void SetOwner(WindowHandle window) override { owner_ = window; }
@@ -54,7 +67,9 @@ class Popup : public PopupMenu {
     if (strip_) {
       if (UniqueBitmap bitmap = Cut(*strip_, picture)) {
         item.fMask |= MIIM_BITMAP;
-        item.hbmpItem = bitmap.get();
+        item.hbmpItem = MenusBlend() ? bitmap.get() : HBMMENU_CALLBACK;
+        item.fMask |= MIIM_DATA;
+        item.dwItemData = reinterpret_cast<ULONG_PTR>(bitmap.get());
         bitmaps_.push_back(std::move(bitmap));
       }
     }
@@ -63,8 +78,10 @@ class Popup : public PopupMenu {
 
   void Show(Point at) override {
     const HWND owner = Window(owner_);
+    if (!MenusBlend()) SetWindowSubclass(owner, OwnerProc, 0, 0);
     const int chosen = TrackPopupMenuEx(menu_.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y,
                                         owner, nullptr);
+    if (!MenusBlend()) RemoveWindowSubclass(owner, OwnerProc, 0);
     // Without a message behind it, a menu of the notification area may close at once when it is
     // shown the next time.
     PostMessageW(owner, WM_NULL, 0, 0);
@@ -77,6 +94,43 @@ class Popup : public PopupMenu {
   }
 
  private:
+  // The room between a picture and the text behind it.
+  static constexpr int kGap = 4;
+
+  static LRESULT CALLBACK OwnerProc(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
+                                    DWORD_PTR) noexcept {
+    if (message == WM_MEASUREITEM) {
+      auto& item = *reinterpret_cast<MEASUREITEMSTRUCT*>(l);
+      BITMAP bitmap = {};
+      if (item.CtlType == ODT_MENU && GetObjectW(BitmapOf(item.itemData), sizeof bitmap, &bitmap)) {
+        item.itemWidth = static_cast<UINT>(bitmap.bmWidth + kGap);
+        item.itemHeight = static_cast<UINT>(bitmap.bmHeight + 2);
+        return TRUE;
+      }
+    } else if (message == WM_DRAWITEM) {
+      const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(l);
+      if (item.CtlType == ODT_MENU && DrawPicture(item)) return TRUE;
+    }
+    return DefSubclassProc(window, message, w, l);
+  }
+
+  static HBITMAP BitmapOf(ULONG_PTR data) { return reinterpret_cast<HBITMAP>(data); }
+
+  static bool DrawPicture(const DRAWITEMSTRUCT& item) {
+    const HBITMAP picture = BitmapOf(item.itemData);
+    BITMAP bitmap = {};
+    if (!GetObjectW(picture, sizeof bitmap, &bitmap)) return false;
+    const UniqueContext memory(CreateCompatibleDC(item.hDC));
+    const HGDIOBJ before = SelectObject(memory.get(), picture);
+    const int top =
+        item.rcItem.top + (item.rcItem.bottom - item.rcItem.top - bitmap.bmHeight) / 2;
+    const BLENDFUNCTION over = {AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
+    AlphaBlend(item.hDC, item.rcItem.left, top, bitmap.bmWidth, bitmap.bmHeight, memory.get(), 0,
+               0, bitmap.bmWidth, bitmap.bmHeight, over);
+    SelectObject(memory.get(), before);
+    return true;
+  }
+
   Desktop& desktop_;
   UniqueMenu menu_;
   PicturePtr strip_;
