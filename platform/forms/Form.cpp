@@ -82,7 +82,20 @@ void Form::Show() {
   if (visible_) peer_->Show(true);
 }
 
+void Form::CentreOver(const Form* owner) {
+  const Size screen = desktop_.ScreenSize();
+  Box area{0, 0, screen.width, screen.height};
+  if (owner && owner->Visible() && owner->State() != WindowState::kMinimised) {
+    area = owner->bounds();
+  }
+  const auto within = [](int place, int room) { return std::max(0, std::min(place, room)); };
+  Move(within(area.left + (area.width - Width()) / 2, screen.width - Width()),
+       within(area.top + (area.height - Height()) / 2, screen.height - Height()));
+}
+
 void Form::ShowModal(Form* owner) {
+  Load();
+  if (peer_ && !visible_ && Left() == 0 && Top() == 0) CentreOver(owner);
   Show();
   if (peer_ && visible_) desktop_.RunModal(*this, owner);
 }

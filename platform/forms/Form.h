@@ -67,7 +67,8 @@ class Form {
   /// Makes the window, unseen, and runs the form's load sequence. A loaded form stays as it is.
   void Load();
   void Show();
-  /// Shows the form above `owner` and returns when it has been hidden or unloaded.
+  /// Shows the form above `owner` and returns when it has been hidden or unloaded. A form that
+  /// nobody has placed comes up in the middle of its owner.
   void ShowModal(Form* owner);
   void Hide();
   /// Ends the form: `QueryUnload`, which may refuse, then `OnUnload`, then the window goes.
@@ -128,6 +129,7 @@ class Form {
   friend class Control;
   void Add(Control& control) { controls_.push_back(&control); }
   void Remove(Control& control);
+  void CentreOver(const Form* owner);
 
   Desktop& desktop_;
   std::string name_;

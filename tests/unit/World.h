@@ -8,9 +8,13 @@
 #include "platform/memory/MemoryIcons.h"
 #include "platform/memory/MemoryLocale.h"
 #include "platform/memory/MemoryPictures.h"
+#include "platform/memory/MemoryRegistryStore.h"
 #include "platform/memory/MemorySettingsStore.h"
 #include "platform/memory/MemoryShell.h"
 #include "platform/memory/MemoryStrings.h"
+#include "platform/memory/MemoryTipWindows.h"
+#include "platform/memory/MemoryTray.h"
+#include "platform/memory/MemoryWindowHooks.h"
 #include "shell/Application.h"
 
 namespace marl {
@@ -29,6 +33,10 @@ struct World {
   MemoryLocale locales;
   MemoryIcons icons;
   MemoryPictures pictures;
+  MemoryRegistryStore registry;
+  MemoryWindowHooks hooks;
+  MemoryTray tray;
+  MemoryTipWindows tips;
   std::unique_ptr<Application> application;
 
   World() {
@@ -38,8 +46,8 @@ struct World {
   }
 
   Platform platform() {
-    return {desktop, files,   settings, shell, process, components,
-            strings, locales, icons,    pictures};
+    return {desktop, files, settings, shell,    process, components, strings,
+            locales, icons, pictures, registry, hooks,   tray,       tips};
   }
 
   /// Runs the program until nothing happens any more. Returns its exit code.
