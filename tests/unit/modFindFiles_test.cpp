@@ -1,0 +1,197 @@
+#include "documents/modFindFiles.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/memory/MemoryFileSystem.h"
+
+namespace marl {
+namespace {
+
+constexpr TextView kFilters = u"*.qtd|*.obj|*.mif|*.fmp|";
+
+class FindFilesTest : public testing::Test {
+ protected:
+  using Paths = std::vector<Text>;
+
+  Paths Find(TextView folder, TextView filters = kFilters, TextView pattern = u"*",
+             std::int16_t recurse = -1) {
+    Paths found;
+    searched = folder;
+    search.FindFiles(searched, pattern, filters, recurse, found);
+    return found;
+  }
+
+  MemoryFileSystem files;
+  int events = 0;
+  std::function<void()> atEvent;
+  modFindFiles search{files, [this] {
+                        ++events;
+                        if (atEvent) atEvent();
+                      }};
+  Text searched;  ///< the folder, as the search left it
+};
+
+TEST_F(FindFilesTest, FolderGetsABackslashWhereItHasNone) {
+  files.Put(u"C:\\P\\a.qtd", "");
+  EXPECT_EQ(Find(u"C:\\P"), Paths{u"C:\\P\\a.qtd"});
+  EXPECT_EQ(searched, u"C:\\P\\");
+  EXPECT_EQ(Find(u"C:\\P\\"), Paths{u"C:\\P\\a.qtd"});
+  EXPECT_EQ(searched, u"C:\\P\\");
+}
+
+TEST_F(FindFilesTest, NamesMatchInBothCases) {
+  files.Put(u"C:\\P\\REPORT.QTD", "");
+  files.Put(u"C:\\P\\report2.qtd", "");
+  files.Put(u"C:\\P\\\u00fcbung \u4e2d.Obj", "");
+  EXPECT_EQ(Find(u"C:\\P"), (Paths{u"C:\\P\\REPORT.QTD", u"C:\\P\\report2.qtd",
+                                   u"C:\\P\\\u00fcbung \u4e2d.Obj"}));
+}
+
+TEST_F(FindFilesTest, LookAlikesStay) {
+  for (const TextView name : {u"a.qtd.bak", u"b.qtdx", u"qtd", u"c.qt", u"d_qtd", u"e.objx",
+                              u"project.qprx"}) {
+    files.Put(Text(u"C:\\P\\") + Text(name), "");
+  }
+  files.Put(u"C:\\P\\.qtd", "");
+  EXPECT_EQ(Find(u"C:\\P"), Paths{u"C:\\P\\.qtd"});
+}
+
+TEST_F(FindFilesTest, SubfoldersStandInTheirPlaceAmongTheEntries) {
+  files.Put(u"C:\\P\\a.qtd", "");
+  files.Put(u"C:\\P\\b\\1.qtd", "");
+  files.Put(u"C:\\P\\b\\c\\2.qtd", "");
+  files.Put(u"C:\\P\\b\\d.qtd", "");
+  files.Put(u"C:\\P\\e.qtd", "");
+  EXPECT_EQ(Find(u"C:\\P"),
+            (Paths{u"C:\\P\\a.qtd", u"C:\\P\\b\\1.qtd", u"C:\\P\\b\\c\\2.qtd",
+                   u"C:\\P\\b\\d.qtd", u"C:\\P\\e.qtd"}));
+}
+
+TEST_F(FindFilesTest, FolderNamedLikeAFileIsEnteredAndNotListed) {
+  files.Put(u"C:\\P\\x.qtd\\y.qtd", "");
+  EXPECT_EQ(Find(u"C:\\P"), Paths{u"C:\\P\\x.qtd\\y.qtd"});
+  files.Erase(u"C:\\P\\x.qtd\\y.qtd");
+  EXPECT_EQ(Find(u"C:\\P"), Paths());
+}
+
+TEST_F(FindFilesTest, WithoutRecursionSubfoldersArePassedBy) {
+  files.Put(u"C:\\P\\a.qtd", "");
+  files.Put(u"C:\\P\\b.qtd\\c.qtd", "");
+  EXPECT_EQ(Find(u"C:\\P", kFilters, u"*", 0), Paths{u"C:\\P\\a.qtd"});
+}
+
+TEST_F(FindFilesTest, HiddenSystemAndReadOnlyFilesAreFoundToo) {
+  files.Put(u"C:\\P\\a.qtd", "", kHidden);
+  files.Put(u"C:\\P\\b.qtd", "", kSystem);
+  files.Put(u"C:\\P\\c.qtd", "", kReadOnly);
+  files.PutFolder(u"C:\\P\\d", kHidden | kSystem);
+  files.Put(u"C:\\P\\d\\e.qtd", "");
+  EXPECT_EQ(Find(u"C:\\P").size(), 4u);
+}
+
+TEST_F(FindFilesTest, PatternIsHeldAgainstTheFolderAndNotTheName) {
+  files.Put(u"C:\\P\\a.qtd", "");
+  files.Put(u"C:\\P\\Sub\\b.qtd", "");
+  EXPECT_EQ(Find(u"C:\\P", kFilters, u"*.qtd"), Paths());
+  EXPECT_EQ(Find(u"C:\\P", kFilters, u"*\\Sub\\"), Paths{u"C:\\P\\Sub\\b.qtd"});
+  EXPECT_EQ(Find(u"C:\\P", kFilters, u"*\\SUB\\"), Paths()) << "its case counts";
+}
+
+TEST_F(FindFilesTest, PatternBehindTheLastBarIsNotSeen) {
+  files.Put(u"C:\\P\\a.qtd", "");
+  files.Put(u"C:\\P\\b.obj", "");
+  EXPECT_EQ(Find(u"C:\\P", u"*.qtd|*.obj"), Paths{u"C:\\P\\a.qtd"});
+  EXPECT_EQ(Find(u"C:\\P", u"*.qtd"), Paths());
+  EXPECT_EQ(Find(u"C:\\P", u""), Paths());
+  EXPECT_EQ(Find(u"C:\\P", u"|||"), Paths());
+}
+
+TEST_F(FindFilesTest, FileThatMatchesTwiceIsListedOnce) {
+  files.Put(u"C:\\P\\a.qtd", "");
+  EXPECT_EQ(Find(u"C:\\P", u"*|*.qtd|a*|"), Paths{u"C:\\P\\a.qtd"});
+}
+
+TEST_F(FindFilesTest, OtherShellPatternsWork) {
+  files.Put(u"C:\\P\\a1.txt", "");
+  files.Put(u"C:\\P\\ab.txt", "");
+  files.Put(u"C:\\P\\c.txt", "");
+  EXPECT_EQ(Find(u"C:\\P", u"a#.txt|"), Paths{u"C:\\P\\a1.txt"});
+  EXPECT_EQ(Find(u"C:\\P", u"[b-d].txt|"), Paths{u"C:\\P\\c.txt"});
+  EXPECT_EQ(Find(u"C:\\P", u"?b*|"), Paths{u"C:\\P\\ab.txt"});
+}
+
+TEST_F(FindFilesTest, MissingFolderHasNothingInIt) {
+  EXPECT_EQ(Find(u"C:\\Nowhere"), Paths());
+  EXPECT_EQ(Find(u"Z:"), Paths());
+  EXPECT_EQ(events, 0);
+}
+
+TEST_F(FindFilesTest, FolderThatCannotBeListedEndsOnlyItself) {
+  files.Put(u"C:\\P\\a\\1.qtd", "");
+  files.Put(u"C:\\P\\b\\2.qtd", "");
+  files.FailNext(FileAction::kFind, kAccessDenied, 1);
+  EXPECT_EQ(Find(u"C:\\P"), Paths{u"C:\\P\\b\\2.qtd"});
+}
+
+TEST_F(FindFilesTest, FolderThatVanishesWhileSearchedEndsOnlyItself) {
+  files.Put(u"C:\\P\\a\\1.qtd", "");
+  files.Put(u"C:\\P\\b\\2.qtd", "");
+  // The entries of the root come first: ".", "..", and then the folder that has just been listed.
+  atEvent = [this] {
+    if (events == 3) files.Erase(u"C:\\P\\a");
+  };
+  EXPECT_EQ(Find(u"C:\\P"), Paths{u"C:\\P\\b\\2.qtd"});
+}
+
+TEST_F(FindFilesTest, MessagesRunOnceForEachEntry) {
+  files.Put(u"C:\\P\\a.qtd", "");
+  files.Put(u"C:\\P\\b\\c.txt", "");
+  Find(u"C:\\P");
+  EXPECT_EQ(events, 7) << "\".\" and \"..\" of both folders, a.qtd, b and c.txt";
+}
+
+TEST_F(FindFilesTest, CancelledSearchEndsInEachFolderAtItsNextEntry) {
+  files.Put(u"C:\\P\\a.qtd", "");
+  files.Put(u"C:\\P\\b\\c.qtd", "");
+  files.Put(u"C:\\P\\b\\d.qtd", "");
+  files.Put(u"C:\\P\\e.qtd", "");
+  // Root: ".", "..", a.qtd, b; in b: ".", "..", c.qtd and then the stop at d.qtd.
+  atEvent = [this] {
+    if (events == 8) search.SearchCancelled = -1;
+  };
+  EXPECT_EQ(Find(u"C:\\P"), (Paths{u"C:\\P\\a.qtd", u"C:\\P\\b\\c.qtd"}));
+  EXPECT_EQ(events, 9) << "the root learns of it at e.qtd";
+  EXPECT_EQ(Find(u"C:\\P"), Paths()) << "it stays cancelled until it is cleared";
+  search.SearchCancelled = 0;
+  EXPECT_EQ(Find(u"C:\\P").size(), 4u);
+}
+
+TEST_F(FindFilesTest, SecondSearchStartedMeanwhileHasAListOfItsOwn) {
+  files.Put(u"C:\\P\\a.qtd", "");
+  files.Put(u"C:\\Q\\b.qtd", "");
+  Paths inner;
+  atEvent = [&] {
+    atEvent = nullptr;
+    Text folder = u"C:\\Q";
+    search.FindFiles(folder, u"*", kFilters, -1, inner);
+  };
+  EXPECT_EQ(Find(u"C:\\P"), Paths{u"C:\\P\\a.qtd"});
+  EXPECT_EQ(inner, Paths{u"C:\\Q\\b.qtd"});
+}
+
+TEST_F(FindFilesTest, DeepTreeIsSearchedToItsEnd) {
+  Text folder = u"C:\\P";
+  for (int i = 0; i < 200; ++i) folder += u"\\d";
+  files.Put(folder + u"\\a.qtd", "");
+  EXPECT_EQ(Find(u"C:\\P"), Paths{folder + u"\\a.qtd"});
+}
+
+TEST(StripNull, GivesTheTextBeforeTheFirstNul) {
+  EXPECT_EQ(StripNull(TextView(u"ab\0cd\0", 6)), u"ab");
+  EXPECT_EQ(StripNull(TextView(u"\0ab", 3)), u"");
+  EXPECT_EQ(StripNull(u"abc"), u"abc");
+  EXPECT_EQ(StripNull(u""), u"");
+}
+
+}  // namespace
+}  // namespace marl
