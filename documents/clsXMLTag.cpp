@@ -1,6 +1,7 @@
 #include "documents/clsXMLTag.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "documents/Scan.h"
 #include "documents/modUTF8.h"
@@ -14,8 +15,34 @@ namespace {
 // Up to this many attributes a walk is faster than a table.
 constexpr std::size_t kFew = 16;
 
-constexpr bool EndsName(char16_t unit) {
-  return unit == u'\t' || unit == u'\r' || unit == u'\n' || unit == u' ' || unit == u'>';
+// Units marked at once, and in one word.
+constexpr std::size_t kStep = 16;
+constexpr std::size_t kWord = 64;
+
+/// One bit for each unit that ends the head of a name: what ends a name, and what is dropped in it.
+constexpr std::uint64_t BitOf(char16_t unit) { return std::uint64_t{1} << unit; }
+constexpr std::uint64_t kNameEnds =
+    BitOf(u'\t') | BitOf(u'\r') | BitOf(u'\n') | BitOf(u' ') | BitOf(u'>');
+constexpr std::uint64_t kDropped = BitOf(u'<') | BitOf(u'/');
+
+constexpr bool IsOneOf(std::uint64_t units, char16_t unit) {
+  return unit < 64 && (units >> unit & 1) != 0;
+}
+
+/// The first bit from `from` on. The last word is all ones, so there is always one.
+inline std::size_t NextBit(const std::uint64_t* words, std::size_t from) {
+  std::size_t word = from / kWord;
+  const std::uint64_t bits = words[word] >> from % kWord;
+  if (bits != 0) return from + LowestBit(bits);
+  while (words[++word] == 0) {
+  }
+  return word * kWord + LowestBit(words[word]);
+}
+
+/// A kind of names as a bit: by length and first letter, the same whatever their case.
+inline std::uint64_t KindOf(TextView name) {
+  const unsigned first = name.empty() || name.front() >= 0x80 ? 0u : name.front();
+  return std::uint64_t{1} << ((first + 4 * name.size()) % 32 + (name.size() & 32));
 }
 
 std::uint64_t Hash(TextView key, std::uint64_t seed) {
@@ -29,86 +56,151 @@ std::uint64_t Hash(TextView key, std::uint64_t seed) {
 
 }  // namespace
 
+inline void clsXMLTag::Add(std::size_t name, std::size_t nameLength, std::size_t value,
+                           std::size_t valueLength) {
+  const TextView key(raw_.data() + name, nameLength);
+  if (count_ >= kFew) {
+    Enter(key);
+  } else {
+    const std::uint64_t kind = KindOf(key);
+    if ((kinds_ & kind) != 0 && Find(key) != nullptr) throw RuntimeError::DuplicateKey();
+    kinds_ |= kind;
+  }
+  if (count_ == attributes_.size()) attributes_.resize(2 * count_ + 8);
+  // Field by field: a record made elsewhere and copied costs more than all the rest.
+  Attribute& added = attributes_[count_++];
+  added.name = name;
+  added.nameLength = nameLength;
+  added.value = value;
+  added.valueLength = valueLength;
+  added.made = false;
+  if (entities_) Unescape(added);
+}
+
 void clsXMLTag::ParseTag(TextView tag) {
-  raw_ = tag;  // first of all: `tag` may be a view into this very object
+  StoreRaw(tag);  // first of all: `tag` may be a view into this very object
   Initialise();
-  const char16_t* const begin = raw_.data();
-  std::size_t at = 0;
-  ReadName(at);
+  const char16_t* const raw = raw_.data();
+  std::size_t next = ReadName();
 
   // Only the blank counts as space between attributes, and none is trimmed beside the "=".
-  const char16_t* end = begin + raw_.size();
-  while (end != begin + at && end[-1] == u' ') --end;
-  const char16_t* next = begin + at;
+  std::size_t end = length_;
+  while (end != next && raw[end - 1] == u' ') --end;
   for (;;) {
-    while (next != end && *next == u' ') ++next;
-    const char16_t* const equals = FindUnit(next, end, u'=');
-    if (end - equals < 2) return;
+    while (next != end && raw[next] == u' ') ++next;
+    const std::size_t equals = NextBit(equals_.data(), next);
+    if (equals + 1 >= end) return;
     // The quote is whatever stands behind the "=".
-    const char16_t* const value = equals + 2;
-    const char16_t* const closing = FindUnit(value, end, equals[1]);
-    if (closing == end) return;
-    const auto run = [begin](const char16_t* from, const char16_t* to) {
-      return Run{static_cast<std::size_t>(from - begin), static_cast<std::size_t>(to - from)};
-    };
-    Add(run(next, equals), run(value, closing));
+    const char16_t quote = raw[equals + 1];
+    const std::size_t value = equals + 2;
+    const std::size_t closing =
+        quote == u'"' ? NextBit(quotes_.data(), value)
+                      : static_cast<std::size_t>(FindUnit(raw + value, raw + end, quote) - raw);
+    if (closing >= end) return;
+    Add(next, equals - next, value, closing - value);
     next = closing + 1;
   }
 }
 
-TextView clsXMLTag::name() const { return View(name_); }
-
 TextView clsXMLTag::AttributeValue(TextView key) const {
   const Attribute* const found = Find(key);
-  return found ? View(found->value) : TextView();
-}
-
-TextView clsXMLTag::AttributeValue(std::int32_t position) const {
-  if (position < 1 || static_cast<std::size_t>(position) > attributes_.size()) return {};
-  return View(attributes_[static_cast<std::size_t>(position) - 1].value);
+  return found ? ValueOf(*found) : TextView();
 }
 
 void clsXMLTag::Initialise() {
-  attributes_.clear();
+  count_ = 0;
+  kinds_ = 0;
   slots_.clear();
   textContent_.clear();
   made_.clear();
-  name_ = {};
 }
 
-/// Reads the name from `at` on, and the unit that ends it.
-void clsXMLTag::ReadName(std::size_t& at) {
-  const auto dropped = [](char16_t unit) { return unit == u'<' || unit == u'/'; };
-  while (at != raw_.size() && dropped(raw_[at])) ++at;
-  name_.begin = at;
+/// Keeps the tag and marks the units that matter in it.
+void clsXMLTag::StoreRaw(TextView tag) {
+  length_ = tag.size();
+  const std::size_t words = length_ / kWord + 1;
+  if (equals_.size() <= words) {
+    equals_.resize(2 * words + 1);
+    quotes_.resize(2 * words + 1);
+  }
+  // Marked where they stand: reading units right after they were written would have to wait.
+  const std::size_t steps = length_ / kStep;
+  TagMarks all;
+  const auto mark = [&](std::size_t step, TagMarks found) {
+    const std::size_t shift = step % (kWord / kStep) * kStep;
+    const std::size_t word = step / (kWord / kStep);
+    equals_[word] |= static_cast<std::uint64_t>(found.equals) << shift;
+    quotes_[word] |= static_cast<std::uint64_t>(found.quotes) << shift;
+    all.ampersands |= found.ampersands;
+  };
+  std::fill_n(equals_.begin(), words, 0);
+  std::fill_n(quotes_.begin(), words, 0);
+  for (std::size_t step = 0; step < steps; ++step) mark(step, MarkTag(tag.data() + step * kStep));
+  if (length_ < kStep) {
+    char16_t few[kStep] = {};
+    tag.copy(few, length_);
+    mark(0, MarkTag(few));
+  } else {
+    // The last units once more, without those marked already.
+    TagMarks found = MarkTag(tag.data() + length_ - kStep);
+    const std::size_t known = kStep - length_ % kStep;
+    found.equals >>= known;
+    found.quotes >>= known;
+    mark(steps, found);
+  }
+  // The last word stops every search beyond the end.
+  equals_[words] = quotes_[words] = ~std::uint64_t{0};
+  entities_ = all.ampersands != 0;
+
+  if (raw_.size() < length_) {
+    // The old units stay until the new ones are read: the tag may be among them.
+    std::vector<char16_t> grown(2 * length_);
+    std::copy(tag.begin(), tag.end(), grown.begin());
+    raw_ = std::move(grown);
+  } else if (length_ != 0) {
+    std::memmove(raw_.data(), tag.data(), length_ * sizeof(char16_t));
+  }
+}
+
+/// Reads the name and the unit that ends it; returns where the attributes begin.
+std::size_t clsXMLTag::ReadName() {
+  const char16_t* const raw = raw_.data();
+  std::size_t at = 0;
+  while (at != length_ && IsOneOf(kDropped, raw[at])) ++at;
+  name_ = at;
   // In one piece, as nearly always?
-  while (at != raw_.size() && !EndsName(raw_[at]) && !dropped(raw_[at])) ++at;
-  name_.length = at - name_.begin;
+  while (at != length_ && !IsOneOf(kNameEnds | kDropped, raw[at])) ++at;
+  nameLength_ = at - name_;
+  nameMade_ = false;
   std::size_t end = at;
-  while (end != raw_.size() && !EndsName(raw_[end])) ++end;
-  if (end != at) {
-    made_.assign(raw_, name_.begin, end - name_.begin);
+  while (end != length_ && !IsOneOf(kNameEnds, raw[end])) ++end;
+  const auto dropped = [](char16_t unit) { return IsOneOf(kDropped, unit); };
+  if (!std::all_of(raw + at, raw + end, dropped)) {
+    made_.assign(raw + name_, end - name_);
     std::erase_if(made_, dropped);
-    name_ = {0, made_.size(), true};
+    name_ = 0;
+    nameLength_ = made_.size();
+    nameMade_ = true;
   }
-  at = std::min(end + 1, raw_.size());
+  return std::min(end + 1, length_);
 }
 
-void clsXMLTag::Add(Run name, Run value) {
-  const TextView key = View(name);
-  if (attributes_.size() >= kFew && (attributes_.size() + 1) * 2 > slots_.size()) {
-    Index(std::max(4 * kFew, slots_.size() * 2));
-  }
-  if (Find(key) != nullptr) throw RuntimeError::DuplicateKey();
+/// Enters the name of the next attribute, one of many, into the table.
+void clsXMLTag::Enter(TextView key) {
+  if ((count_ + 1) * 2 > slots_.size()) Index(std::max(4 * kFew, slots_.size() * 2));
+  std::size_t& slot = slots_[SlotOf(key)];
+  if (slot != 0) throw RuntimeError::DuplicateKey();
+  slot = count_ + 1;
+}
 
-  const TextView raw = View(value);
-  if (FindUnit(raw.data(), raw.data() + raw.size(), u'&') != raw.data() + raw.size()) {
-    const Text plain = XMLUnescape(raw);
-    value = {made_.size(), plain.size(), true};
-    made_ += plain;
-  }
-  attributes_.push_back({name, value});
-  if (!slots_.empty()) slots_[SlotOf(View(name))] = attributes_.size();
+void clsXMLTag::Unescape(Attribute& attribute) {
+  const TextView raw = ValueOf(attribute);
+  if (raw.find(u'&') == TextView::npos) return;
+  const Text plain = XMLUnescape(raw);
+  attribute.value = made_.size();
+  attribute.valueLength = plain.size();
+  attribute.made = true;
+  made_ += plain;
 }
 
 const clsXMLTag::Attribute* clsXMLTag::Find(TextView key) const {
@@ -116,10 +208,8 @@ const clsXMLTag::Attribute* clsXMLTag::Find(TextView key) const {
     const std::size_t place = slots_[SlotOf(key)];
     return place == 0 ? nullptr : &attributes_[place - 1];
   }
-  for (const Attribute& attribute : attributes_) {
-    if (attribute.name.length == key.size() && SameText(View(attribute.name), key)) {
-      return &attribute;
-    }
+  for (std::size_t i = 0; i < count_; ++i) {
+    if (SameText(NameOf(attributes_[i]), key)) return &attributes_[i];
   }
   return nullptr;
 }
@@ -128,7 +218,7 @@ const clsXMLTag::Attribute* clsXMLTag::Find(TextView key) const {
 std::size_t clsXMLTag::SlotOf(TextView key) const {
   const std::size_t mask = slots_.size() - 1;
   std::size_t at = static_cast<std::size_t>(Hash(key, seed_)) & mask;
-  while (slots_[at] != 0 && !SameText(View(attributes_[slots_[at] - 1].name), key)) {
+  while (slots_[at] != 0 && !SameText(NameOf(attributes_[slots_[at] - 1]), key)) {
     at = (at + 1) & mask;
   }
   return at;
@@ -139,13 +229,9 @@ void clsXMLTag::Index(std::size_t slots) {
   slots_.assign(slots, 0);
   // Where the table lies is not known outside, so names cannot be chosen to collide.
   seed_ = reinterpret_cast<std::uintptr_t>(slots_.data());
-  for (std::size_t i = 0; i < attributes_.size(); ++i) {
-    slots_[SlotOf(View(attributes_[i].name))] = i + 1;
+  for (std::size_t i = 0; i < count_; ++i) {
+    slots_[SlotOf(NameOf(attributes_[i]))] = i + 1;
   }
-}
-
-TextView clsXMLTag::View(const Run& run) const {
-  return TextView(run.made ? made_ : raw_).substr(run.begin, run.length);
 }
 
 }  // namespace marl

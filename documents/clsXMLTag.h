@@ -22,39 +22,59 @@ class clsXMLTag {
   void ParseTag(TextView tag);
 
   /// The element's name; "/" and "<" within it are dropped.
-  TextView name() const;
-  std::int32_t AttributeCount() const { return static_cast<std::int32_t>(attributes_.size()); }
+  TextView name() const {
+    return TextView((nameMade_ ? made_.data() : raw_.data()) + name_, nameLength_);
+  }
+  std::int32_t AttributeCount() const { return static_cast<std::int32_t>(count_); }
 
   /// Value of the attribute of this name, but for case; empty if there is none.
   TextView AttributeValue(TextView key) const;
   TextView AttributeValue(const char16_t* key) const { return AttributeValue(TextView(key)); }
   /// Value of the attribute at this place, from 1; empty if there is none.
-  TextView AttributeValue(std::int32_t position) const;
+  TextView AttributeValue(std::int32_t position) const {
+    const std::size_t place = static_cast<std::size_t>(position) - 1;
+    return place < count_ ? ValueOf(attributes_[place]) : TextView();
+  }
 
  private:
-  /// A run of units: of the raw tag, or of the texts made from it.
-  struct Run {
-    std::size_t begin = 0;
-    std::size_t length = 0;
+  /// An attribute by the places of its texts: the name in the raw tag, the value there or, with
+  /// entities, in the texts made from it.
+  struct Attribute {
+    std::size_t name = 0;
+    std::size_t nameLength = 0;
+    std::size_t value = 0;
+    std::size_t valueLength = 0;
     bool made = false;
   };
-  struct Attribute {
-    Run name;
-    Run value;
-  };
-
   void Initialise();
-  void ReadName(std::size_t& at);
-  void Add(Run name, Run value);
+  void StoreRaw(TextView tag);
+  std::size_t ReadName();
+  void Add(std::size_t name, std::size_t nameLength, std::size_t value, std::size_t valueLength);
+  void Enter(TextView key);
+  void Unescape(Attribute& attribute);
   const Attribute* Find(TextView key) const;
   std::size_t SlotOf(TextView key) const;
   void Index(std::size_t slots);
-  TextView View(const Run& run) const;
+  TextView NameOf(const Attribute& attribute) const {
+    return TextView(raw_.data() + attribute.name, attribute.nameLength);
+  }
+  TextView ValueOf(const Attribute& attribute) const {
+    return TextView((attribute.made ? made_.data() : raw_.data()) + attribute.value,
+                    attribute.valueLength);
+  }
 
-  std::vector<Attribute> attributes_;
+  std::vector<Attribute> attributes_;  // the first `count_` are the tag's
+  std::size_t count_ = 0;
+  std::uint64_t kinds_ = 0;  // a bit for each kind of name among them
   Text textContent_;
-  Text raw_;
-  Run name_;
+  std::vector<char16_t> raw_;  // the first `length_` units are the tag
+  std::size_t length_ = 0;
+  std::vector<std::uint64_t> equals_;  // a bit for each unit of the tag that is a "="
+  std::vector<std::uint64_t> quotes_;  // and for each that is a double quote
+  bool entities_ = false;              // the tag may hold some
+  std::size_t name_ = 0;
+  std::size_t nameLength_ = 0;
+  bool nameMade_ = false;
   Text made_;  // names with dropped units, values with entities
   // Places by name, once there are many attributes: a power of two, each 0 or place + 1.
   std::vector<std::size_t> slots_;

@@ -1,6 +1,8 @@
 #include "documents/modUTF8.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <limits>
 
 #include "documents/Scan.h"
@@ -42,6 +44,42 @@ RuntimeError FileError(Status status) {
 
 constexpr char16_t Unit(unsigned value) { return static_cast<char16_t>(value); }
 
+/// True when four bytes at least are left and all four are ASCII: worth a run.
+bool StartsRun(const unsigned char* in, const unsigned char* end) {
+  std::uint32_t four = 0;
+  if (end - in < 4) return false;
+  std::memcpy(&four, in, sizeof(four));
+  return (four & 0x80808080u) == 0;
+}
+/// Bytes that the units take as UTF-8.
+std::size_t CountUTF8(TextView text) {
+  const char16_t* in = text.data();
+  const char16_t* const end = in + text.size();
+  std::size_t count = text.size();
+#if defined(__SSE2__)
+  const __m128i one = _mm_set1_epi16(1);
+  const __m128i none = _mm_setzero_si128();
+  while (end - in >= 8) {
+    // Each lane counts the bytes that are not needed, two a unit at most, in 16 bits.
+    const std::ptrdiff_t blocks = std::min<std::ptrdiff_t>((end - in) / 8, 10000);
+    __m128i spared = none;
+    for (std::ptrdiff_t i = 0; i < blocks; ++i, in += 8) {
+      const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
+      const __m128i narrow = _mm_subs_epu16(units, _mm_set1_epi16(0x7F));
+      const __m128i middle = _mm_subs_epu16(units, _mm_set1_epi16(0x7FF));
+      spared = _mm_sub_epi16(
+          spared, _mm_add_epi16(_mm_cmpeq_epi16(narrow, none), _mm_cmpeq_epi16(middle, none)));
+    }
+    const __m128i pairs = _mm_madd_epi16(spared, one);
+    std::int32_t sums[4];
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(sums), pairs);
+    count += static_cast<std::size_t>(2 * 8 * blocks - sums[0] - sums[1] - sums[2] - sums[3]);
+  }
+#endif
+  for (; in != end; ++in) count += static_cast<std::size_t>((*in > 0x7F) + (*in > 0x7FF));
+  return count;
+}
+
 /// Widens the ASCII bytes at the front, as long as bytes and room last; returns how many.
 std::size_t WidenASCII(const unsigned char* in, std::size_t count, char16_t* out) {
   std::size_t done = 0;
@@ -49,9 +87,10 @@ std::size_t WidenASCII(const unsigned char* in, std::size_t count, char16_t* out
   const __m128i zero = _mm_setzero_si128();
   for (; count - done >= 16; done += 16) {
     const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + done));
-    if (_mm_movemask_epi8(block) != 0) break;
     _mm_storeu_si128(reinterpret_cast<__m128i*>(out + done), _mm_unpacklo_epi8(block, zero));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(out + done + 8), _mm_unpackhi_epi8(block, zero));
+    const int others = _mm_movemask_epi8(block);
+    if (others != 0) return done + LowestBit(static_cast<unsigned>(others));
   }
 #endif
   while (done != count && in[done] < 0x80) {
@@ -59,6 +98,77 @@ std::size_t WidenASCII(const unsigned char* in, std::size_t count, char16_t* out
     ++done;
   }
   return done;
+}
+
+/// Narrows the ASCII units at the front, as long as units and room last; returns how many.
+std::size_t NarrowASCII(const char16_t* in, std::size_t count, unsigned char* out) {
+  std::size_t done = 0;
+#if defined(__SSE2__)
+  const __m128i high = _mm_set1_epi16(static_cast<short>(0xFF80));
+  const __m128i zero = _mm_setzero_si128();
+  for (; count - done >= 16; done += 16) {
+    const auto* const from = reinterpret_cast<const __m128i*>(in + done);
+    const __m128i first = _mm_loadu_si128(from);
+    const __m128i second = _mm_loadu_si128(from + 1);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + done), _mm_packus_epi16(first, second));
+    const __m128i plain = _mm_packs_epi16(_mm_cmpeq_epi16(_mm_and_si128(first, high), zero),
+                                          _mm_cmpeq_epi16(_mm_and_si128(second, high), zero));
+    const int others = ~_mm_movemask_epi8(plain) & 0xFFFF;
+    if (others != 0) return done + LowestBit(static_cast<unsigned>(others));
+  }
+#endif
+  while (done != count && in[done] < 0x80) {
+    out[done] = static_cast<unsigned char>(in[done]);
+    ++done;
+  }
+  return done;
+}
+
+/// Puts one unit in its one, two or three bytes; returns where the next one goes.
+inline unsigned char* PutUnit(unsigned unit, unsigned char* out) {
+  if (unit <= 0x7F) {
+    out[0] = static_cast<unsigned char>(unit);
+    return out + 1;
+  }
+  if (unit <= 0x7FF) {
+    out[0] = static_cast<unsigned char>(0xC0 + (unit >> 6));
+    out[1] = static_cast<unsigned char>(0x80 + (unit & 0x3F));
+    return out + 2;
+  }
+  out[0] = static_cast<unsigned char>(0xE0 + (unit >> 12));
+  out[1] = static_cast<unsigned char>(0x80 + ((unit >> 6) & 0x3F));
+  out[2] = static_cast<unsigned char>(0x80 + (unit & 0x3F));
+  return out + 3;
+}
+
+/// The same 16 bits four times.
+constexpr std::uint64_t Four(std::uint64_t unit) { return unit * 0x0001000100010001u; }
+
+/// Encodes the units from `out` on, where there is room for all of them.
+void EncodeUTF8(TextView text, unsigned char* out) {
+  const char16_t* in = text.data();
+  const char16_t* const end = in + text.size();
+  for (; end - in >= 4; in += 4) {
+    std::uint64_t units = 0;
+    std::memcpy(&units, in, sizeof(units));
+    const bool narrow = (units & Four(0xFF80)) == 0;
+    const bool middle =
+        (units & Four(0xF800)) == 0 && ((units + Four(0x7F80)) & Four(0x8000)) == Four(0x8000);
+    if (std::endian::native == std::endian::little && narrow) {
+      units |= units >> 8;
+      units = (units & 0xFFFF) | (units >> 16 & 0xFFFF0000);
+      std::memcpy(out, &units, 4);
+      out += 4;
+    } else if (std::endian::native == std::endian::little && middle) {
+      // All four take two bytes.
+      units = (units >> 6 & Four(0x1F)) | (units & Four(0x3F)) << 8 | Four(0x80C0);
+      std::memcpy(out, &units, 8);
+      out += 8;
+    } else {
+      for (int i = 0; i < 4; ++i) out = PutUnit(in[i], out);
+    }
+  }
+  while (in != end) out = PutUnit(*in++, out);
 }
 
 }  // namespace
@@ -111,21 +221,42 @@ DecodedUTF8 DecodeUTF8(const unsigned char* bytes, std::size_t size, char16_t* o
   char16_t* to = out;
   char16_t* const full = out + room;
   while (in != end && to != full) {
-    const unsigned lead = *in;
-    if (lead < 0x80) {
+    if (StartsRun(in, end)) {
       const std::size_t count =
           WidenASCII(in, static_cast<std::size_t>(std::min(end - in, full - to)), to);
       in += count;
       to += count;
+      continue;
+    }
+    // As many forms as fit for sure, then what is left one by one.
+    std::ptrdiff_t whole = std::min((end - in) / 3, full - to);
+    for (; whole > 0; --whole) {
+      const unsigned lead = *in;
+      if (lead < 0x80) {
+        *to++ = Unit(lead);
+        ++in;
+        if (StartsRun(in, end)) break;
+      } else if (lead < 0xE0) {
+        *to++ = Unit((lead & 31) << 6 | (in[1] & 63u));
+        in += 2;
+      } else {
+        *to++ = Unit((lead & 15) << 12 | (in[1] & 63u) << 6 | (in[2] & 63u));
+        in += 3;
+      }
+    }
+    if (in == end || to == full || end - in >= 3) continue;
+    const unsigned lead = *in;
+    const unsigned second = end - in > 1 ? in[1] : lead;
+    if (lead < 0x80) {
+      *to++ = Unit(lead);
+      ++in;
     } else if (lead < 0xE0) {
-      const unsigned second = end - in > 1 ? in[1] : lead;
       *to++ = Unit((lead & 31) << 6 | (second & 63));
       in += std::min<std::ptrdiff_t>(2, end - in);
     } else {
-      const unsigned second = end - in > 1 ? in[1] : lead;
-      const unsigned third = end - in > 2 ? in[2] : second;
-      *to++ = Unit((lead & 15) << 12 | (second & 63) << 6 | (third & 63));
-      in += std::min<std::ptrdiff_t>(3, end - in);
+      // Two bytes at most are left: the last one stands for the third.
+      *to++ = Unit((lead & 15) << 12 | (second & 63) << 6 | (second & 63));
+      in = end;
     }
   }
   return {static_cast<std::size_t>(in - bytes), static_cast<std::size_t>(to - out)};
@@ -170,28 +301,23 @@ void modUTF8::CloseUTF8File() {
 }
 
 std::int32_t modUTF8::ToUTF8Bytes(TextView text) {
-  outputBytes_.clear();
-  std::size_t count = text.size();
-  for (const char16_t unit : text) count += (unit > 0x7F) + (unit > 0x7FF);
-  if (count > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
+  // A text of ASCII alone is done when its units are narrowed; any other is measured first.
+  outputBytes_.resize(text.size());
+  const std::size_t plain = NarrowASCII(text.data(), text.size(), outputBytes_.data());
+  if (plain != text.size()) {
+    const TextView rest = text.substr(plain);
+    const std::size_t count = plain + CountUTF8(rest);
+    if (count > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
+      outputBytes_.clear();
+      throw RuntimeError::Overflow();
+    }
+    outputBytes_.resize(count);
+    EncodeUTF8(rest, outputBytes_.data() + plain);
+  } else if (plain > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
+    outputBytes_.clear();
     throw RuntimeError::Overflow();
   }
-  outputBytes_.resize(count);
-  unsigned char* out = outputBytes_.data();
-  const auto put = [&out](unsigned byte) { *out++ = static_cast<unsigned char>(byte); };
-  for (const char16_t unit : text) {
-    if (unit <= 0x7F) {
-      put(unit);
-    } else if (unit <= 0x7FF) {
-      put(0xC0u + (unit >> 6));
-      put(0x80u + (unit & 0x3Fu));
-    } else {
-      put(0xE0u + (unit >> 12));
-      put(0x80u + ((unit >> 6) & 0x3Fu));
-      put(0x80u + (unit & 0x3Fu));
-    }
-  }
-  return static_cast<std::int32_t>(count);
+  return static_cast<std::int32_t>(outputBytes_.size());
 }
 
 }  // namespace marl

@@ -1,0 +1,227 @@
+// Reading documents: every element name and every attribute is visited once.
+
+#include <expat.h>
+#include <malloc.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <pugixml.hpp>
+#include <rapidxml/rapidxml.hpp>
+#include <string>
+
+#include "bench/Race.h"
+#include "documents/clsXMLEngine.h"
+#include "documents/clsXMLTag.h"
+#include "fuzz/OneFile.h"
+
+namespace {
+
+std::size_t g_live = 0;
+std::size_t g_peak = 0;
+
+}  // namespace
+
+// Counts what is allocated, for the one goal on memory.
+void* operator new(std::size_t size) {
+  void* const block = std::malloc(size);
+  if (!block) throw std::bad_alloc();
+  g_live += malloc_usable_size(block);
+  g_peak = std::max(g_peak, g_live);
+  return block;
+}
+void operator delete(void* block) noexcept {
+  if (block) g_live -= malloc_usable_size(block);
+  std::free(block);
+}
+void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
+
+namespace marl {
+namespace {
+
+std::string Skin() {
+  std::string text = "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<skin>\r\n";
+  const char* const names[] = {"back", "title", "hover", "frame", "icons", "label", "grid"};
+  for (int i = 0; text.size() < 1000; ++i) {
+    text += " <" + std::string(names[i % 7]) + " color=\"" + std::to_string(16777215 - i * 321) +
+            "\" font=\"Arial|9|bold\" wide=\"" + std::to_string(i) + "\"/>\r\n";
+  }
+  return text + "</skin>\r\n";
+}
+
+/// A project of 30 languages with as many documents each.
+std::string Project(int documents) {
+  std::string text =
+      "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<project name=\"Manuals\">\r\n"
+      " <target-files shortlang=\"yes\"/>\r\n";
+  const char* const languages[] = {
+      "fr\" description=\"French (Fran\xC3\xA7"
+      "ais)",
+      "de\" description=\"German (Germany)", "pt-BR\" description=\"Portugu\xC3\xAAs &amp; Brasil"};
+  for (int language = 0; language < 30; ++language) {
+    text += " <language lc=\"" + std::string(languages[language % 3]) + "\">\r\n";
+    for (int i = 0; i < documents; ++i) {
+      text += "  <document path=\"fr\\chapter " + std::to_string(i / 40) + "\\page " +
+              std::to_string(i) + ".doc\" words=\"" + std::to_string(i * 37 % 5000) +
+              "\" state=\"translated\" owner=\"A. Smith\"/>\r\n";
+    }
+    text += " </language>\r\n";
+  }
+  return text + "</project>\r\n";
+}
+
+/// What the visit of a document adds up: the same for every reader.
+struct Sum {
+  std::size_t elements = 0;
+  std::size_t attributes = 0;
+  std::size_t firsts = 0;  // first characters of names and values
+
+  bool operator==(const Sum&) const = default;
+};
+
+Sum ReadOurs(const FileSystem& file) {
+  Sum sum;
+  clsXMLEngine engine(file);
+  clsXMLTag tag;
+  TextView token;
+  if (!engine.OpenDocument(u"a.qprx")) return sum;
+  for (;;) {
+    const XMLTokenKind kind = engine.GetToken(token);
+    if (kind == xtEndOfDocument) return sum;
+    if (kind != xtOpenTag && kind != xtEmptyTag) continue;
+    tag.ParseTag(token);
+    ++sum.elements;
+    sum.firsts += tag.name().front();
+    const std::int32_t count = tag.AttributeCount();
+    for (std::int32_t i = 1; i <= count; ++i) {
+      ++sum.attributes;
+      sum.firsts += tag.AttributeValue(i).front();
+    }
+  }
+}
+
+Sum ReadRapidXml(const std::string& text) {
+  Sum sum;
+  std::string copy = text;  // it wants its input for itself
+  rapidxml::xml_document<char> document;
+  document.parse<rapidxml::parse_fastest>(copy.data());
+  const auto visit = [&sum](auto&& self, const rapidxml::xml_node<char>* node) -> void {
+    for (; node; node = node->next_sibling()) {
+      if (node->type() != rapidxml::node_element) continue;
+      ++sum.elements;
+      sum.firsts += static_cast<unsigned char>(*node->name());
+      for (const auto* a = node->first_attribute(); a; a = a->next_attribute()) {
+        ++sum.attributes;
+        sum.firsts += static_cast<unsigned char>(*a->value());
+      }
+      self(self, node->first_node());
+    }
+  };
+  visit(visit, document.first_node());
+  return sum;
+}
+
+Sum ReadPugiXml(const std::string& text, unsigned options) {
+  Sum sum;
+  pugi::xml_document document;
+  document.load_buffer(text.data(), text.size(), options, pugi::encoding_utf8);
+  const auto visit = [&sum](auto&& self, pugi::xml_node node) -> void {
+    for (; node; node = node.next_sibling()) {
+      if (node.type() != pugi::node_element) continue;
+      ++sum.elements;
+      sum.firsts += static_cast<unsigned char>(*node.name());
+      for (pugi::xml_attribute a = node.first_attribute(); a; a = a.next_attribute()) {
+        ++sum.attributes;
+        sum.firsts += static_cast<unsigned char>(*a.value());
+      }
+      self(self, node.first_child());
+    }
+  };
+  visit(visit, document.first_child());
+  return sum;
+}
+
+Sum ReadExpat(const std::string& text) {
+  Sum sum;
+  const XML_Parser parser = XML_ParserCreate("UTF-8");
+  XML_SetUserData(parser, &sum);
+  XML_SetStartElementHandler(parser, [](void* data, const XML_Char* name, const XML_Char** list) {
+    Sum& all = *static_cast<Sum*>(data);
+    ++all.elements;
+    all.firsts += static_cast<unsigned char>(*name);
+    for (; *list; list += 2) {
+      ++all.attributes;
+      all.firsts += static_cast<unsigned char>(*list[1]);
+    }
+  });
+  XML_Parse(parser, text.data(), static_cast<int>(text.size()), 1);
+  XML_ParserFree(parser);
+  return sum;
+}
+
+/// The least that any reader does: finds each "<" and the ">" behind it.
+std::size_t Scan(const std::string& text) {
+  std::size_t found = 0;
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  const auto next = [&](char wanted) {
+    at = static_cast<const char*>(std::memchr(at, wanted, static_cast<std::size_t>(end - at)));
+    if (!at) return false;
+    ++found;
+    ++at;
+    return true;
+  };
+  while (next('<') && next('>')) {
+  }
+  return found;
+}
+
+void Measure(const std::string& name, const std::string& text, int rounds, int repeats, bool peers,
+             bench::Goals& goals) {
+  const fuzz::OneFile file(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
+  const Sum expected = ReadOurs(file);
+  if (expected != ReadRapidXml(text) || expected != ReadPugiXml(text, pugi::parse_minimal) ||
+      expected != ReadExpat(text)) {
+    std::puts("the readers do not agree");
+    std::exit(2);
+  }
+
+  bench::Race race(name);
+  race.Add("ours", [&] { bench::Keep(ReadOurs(file)); });
+  race.Add("rapidxml fastest", [&] { bench::Keep(ReadRapidXml(text)); });
+  race.Add("pugixml minimal", [&] { bench::Keep(ReadPugiXml(text, pugi::parse_minimal)); });
+  race.Add("pugixml", [&] { bench::Keep(ReadPugiXml(text, pugi::parse_default)); });
+  race.Add("expat", [&] { bench::Keep(ReadExpat(text)); });
+  race.Add("scan", [&] { bench::Keep(Scan(text)); });
+  race.Run(rounds, repeats, static_cast<double>(text.size()));
+
+  if (peers) {
+    goals.AtLeast("xml-" + name + "-rapidxml", race.Against("rapidxml fastest"), 1);
+    goals.AtLeast("xml-" + name + "-pugixml", race.Against("pugixml"), 1.7);
+  }
+  goals.AtLeast("xml-" + name + "-expat", race.Against("expat"), 10);
+  goals.AtMost("xml-" + name + "-scan", 1 / race.Against("scan"), 4);
+
+  const std::size_t before = g_live;
+  g_peak = g_live;
+  ReadOurs(file);
+  const double allowed = static_cast<double>(text.size()) * (1 + sizeof(char16_t));
+  if (peers) {
+    goals.AtMost("xml-" + name + "-memory", static_cast<double>(g_peak - before) / allowed, 1);
+  }
+}
+
+}  // namespace
+}  // namespace marl
+
+int main() {
+  // Blocks stay with the process, so that nobody is measured by the system's page faults.
+  mallopt(M_MMAP_THRESHOLD, 1 << 30);
+  mallopt(M_TRIM_THRESHOLD, 2'000'000'000);
+  marl::bench::Goals goals;
+  marl::Measure("skin", marl::Skin(), 30, 2000, false, goals);
+  marl::Measure("3mb", marl::Project(1000), 30, 1, true, goals);
+  marl::Measure("50mb", marl::Project(16000), 7, 1, true, goals);
+  goals.Tell();
+}
