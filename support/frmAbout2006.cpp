@@ -16,7 +16,7 @@ constexpr int kLargeDpi = 120;  // from here on the larger drawing comes closer
 constexpr int kWidth = 6000;    // the logo's, in twips
 constexpr int kMargin = 240;
 constexpr int kLineHeight = 240;
-constexpr Color kLink = SystemColor(26);  // COLOR_HOTLIGHT
+constexpr Color kLink = Rgb(0, 95, 71);
 
 constexpr Box TextLine(int top) { return {kMargin, top, kWidth - 2 * kMargin, kLineHeight}; }
 
@@ -24,7 +24,7 @@ constexpr Box TextLine(int top) { return {kMargin, top, kWidth - 2 * kMargin, kL
 
 frmAbout2006::frmAbout2006(Ports ports)
     : Form(ports.desktop, "frmAbout2006"), ports_(std::move(ports)) {
-  Design = {kWidth, 4905};
+  Design = {kWidth, 4875};
   Tag = u"3020";
   imgLogo.SetBounds({0, 0, kWidth, 1440});
   imgLogo.Click = [this] { Open(u"Open", kMakersSite); };
@@ -51,7 +51,7 @@ frmAbout2006::frmAbout2006(Ports ports)
   AddLabel(kWarning, {kMargin, 3285, kWidth - 2 * kMargin, 1020}, u"3027");
 
   cmdOK = std::make_unique<CommandButton>(*this, "cmdOK");
-  cmdOK->SetBounds({kWidth - 120 - 1125, 4440, 1125, 345});
+  cmdOK->SetBounds({kWidth - kMargin - 1125, 4380, 1125, 345});
   cmdOK->Tag = u"20000";
   cmdOK->Default = true;
   cmdOK->Cancel = true;

@@ -69,7 +69,7 @@ FormWin32::FormWin32(DesktopWin32& desktop, Form& form) : desktop_(desktop), for
     description.lpfnWndProc = Entry;
     description.hInstance = GetModuleHandleW(nullptr);
     description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    description.hIcon = LoadIconW(description.hInstance, MAKEINTRESOURCEW(1));
+    description.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
     description.lpszClassName = kClassName;
     return RegisterClassExW(&description);
   }();
