@@ -111,21 +111,39 @@ class Track {
 };
 
 /// Rows are shifted copies of the ramp.
-void PaintRows(const std::vector<Track>& rows, int step, const std::vector<std::uint32_t>& ramp,
+void PaintRows(const std::vector<Span>& spans, int step, const std::vector<std::uint32_t>& ramp,
                Picture& picture) {
+  const int lines = static_cast<int>(ramp.size());
   // A sweep to the left shows the ramp from its end.
-  std::vector<std::uint32_t> mirrored;
-  if (step < 0) mirrored.assign(ramp.rbegin(), ramp.rend());
-  const std::uint32_t* const strip = step > 0 ? ramp.data() : mirrored.data();
+  const auto firstOf = [&](const Track& row) {
+    return step > 0 ? -row.edge() : lines - 1 - row.edge();
+  };
+  // Copies are fastest between places of one alignment. The first row gets that; where the lines
+  // stand upright, so do all others.
+  constexpr std::uintptr_t kAlignment = 8;
   std::uint32_t* out = picture.pixels.data();
-  for (const Track& row : rows) {
+  std::vector<std::uint32_t> room(ramp.size() + kAlignment);
+  const auto place = [](const std::uint32_t* at) {
+    return reinterpret_cast<std::uintptr_t>(at) / sizeof(std::uint32_t);
+  };
+  const Track top(spans.front(), step, lines);
+  const std::uintptr_t wanted = top.Covers(picture.width) ? place(out) - firstOf(top) : 0;
+  std::uint32_t* const strip = room.data() + (wanted - place(room.data())) % kAlignment;
+  if (step > 0) {
+    std::copy(ramp.begin(), ramp.end(), strip);
+  } else {
+    std::reverse_copy(ramp.begin(), ramp.end(), strip);
+  }
+
+  for (const Span& span : spans) {
+    const Track row(span, step, lines);
     if (row.Covers(picture.width)) {
-      const int first = step > 0 ? -row.edge() : static_cast<int>(ramp.size()) - 1 - row.edge();
-      std::copy_n(strip + first, picture.width, out);
+      std::copy_n(strip + firstOf(row), picture.width, out);
     } else {
       for (int x = 0; x < picture.width; ++x) {
-        if (const int line = row.LineAt(x); line >= 0)
+        if (const int line = row.LineAt(x); line >= 0) {
           out[x] = ramp[static_cast<std::size_t>(line)];
+        }
       }
     }
     out += picture.width;
@@ -231,30 +249,31 @@ void CopyQuads(const std::vector<std::int32_t>& lines, int step,
 }
 
 /// Columns are shifted copies of the ramp; painted row by row, as memory lies.
-void PaintColumns(const std::vector<Track>& columns, int step,
-                  const std::vector<std::uint32_t>& ramp, Picture& picture) {
+void PaintColumns(const std::vector<Span>& spans, int step, const std::vector<std::uint32_t>& ramp,
+                  Picture& picture) {
   const int width = picture.width;
-  const bool covered = std::all_of(columns.begin(), columns.end(), [&](const Track& column) {
-    return column.Covers(picture.height);
-  });
-  if (!covered) {
-    for (int y = 0; y < picture.height; ++y) {
-      for (int x = 0; x < width; ++x) {
-        const int line = columns[static_cast<std::size_t>(x)].LineAt(y);
+  const int count = static_cast<int>(ramp.size());
+  std::vector<std::int32_t> lines;  // seen in row 0
+  lines.reserve(spans.size());
+  int runs = 0;
+  for (const Span& span : spans) {
+    const Track column(span, step, count);
+    if (!column.Covers(picture.height)) break;
+    const int line = -column.edge() * step;
+    if (lines.empty() || lines.back() != line) ++runs;
+    lines.push_back(line);
+  }
+  if (lines.size() < spans.size()) {
+    for (int x = 0; x < width; ++x) {
+      const Track column(spans[static_cast<std::size_t>(x)], step, count);
+      for (int y = 0; y < picture.height; ++y) {
+        const int line = column.LineAt(y);
         if (line >= 0) picture.At(x, y) = ramp[static_cast<std::size_t>(line)];
       }
     }
     return;
   }
 
-  std::vector<std::int32_t> lines;  // seen in row 0
-  lines.reserve(columns.size());
-  int runs = 0;
-  for (const Track& column : columns) {
-    const int line = -column.edge() * step;
-    if (lines.empty() || lines.back() != line) ++runs;
-    lines.push_back(line);
-  }
   constexpr int kLongRun = 32;  // from here on filling runs of one colour is the faster way
   if (width / runs >= kLongRun) {
     FillRuns(lines, step, ramp, picture);
@@ -290,15 +309,12 @@ void PaintSweep(const GradientSweep& sweep, Picture& picture) {
   });
 
   const int step = byRows ? sweep.stepX : sweep.stepY;
-  std::vector<Track> seen;
-  seen.reserve(spans.size());
-  for (const Span& span : spans) seen.emplace_back(span, step, sweep.lines());
   std::vector<std::uint32_t> ramp(static_cast<std::size_t>(sweep.lines()));
   std::transform(sweep.ramp.begin(), sweep.ramp.begin() + sweep.lines(), ramp.begin(), PixelOf);
   if (byRows) {
-    PaintRows(seen, step, ramp, picture);
+    PaintRows(spans, step, ramp, picture);
   } else {
-    PaintColumns(seen, step, ramp, picture);
+    PaintColumns(spans, step, ramp, picture);
   }
 }
 
