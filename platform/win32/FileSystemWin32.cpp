@@ -90,7 +90,7 @@ class Search : public FileSearch {
 }  // namespace
 
 bool FileSystemWin32::NormalFileExists(TextView path) const {
-  if (!IsName(path) || path.find_first_of(u"*?") != TextView::npos) return false;
+  if (!IsName(path) || path.find_first_of(u"*?\"<>") != TextView::npos) return false;
   WIN32_FIND_DATAW data;
   const HANDLE search = FindFirstFileW(Wide(Native(path)), &data);
   if (search == INVALID_HANDLE_VALUE) return false;

@@ -1,0 +1,55 @@
+#include "documents/CleanFolder.h"
+
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+#include "platform/FoldCase.h"
+#include "platform/RuntimeError.h"
+
+namespace marl {
+
+namespace {
+
+constexpr TextView kTitle = u"Marl";
+constexpr TextView kWorkingFiles = u"*.qtd|*.obj|*.mif|*.fmp|";
+
+constexpr int kNoProjectString = 10001;
+constexpr int kQuestionString = 10002;
+constexpr int kNothingFoundString = 10003;
+
+}  // namespace
+
+bool CleanFolder::IsWorkingFile(TextView path) {
+  if (FoldCase(clsCommon::strParseFileName(path, 2)) != u"MIF") return true;
+  const Text name = FoldCase(clsCommon::strParseFileName(path, 1));
+  return name == u"MARL_IX" || name == u"MARL_XR" || name == u"MARL_VA";
+}
+
+void CleanFolder::Run(TextView projectFile) const {
+  const auto say = [this](int message, int flags) {
+    return ports_.desktop.MsgBox(ports_.strings.Get(message), flags, kTitle);
+  };
+  Text folder = clsCommon::strParseFileName(projectFile, 0);
+  if (folder.empty()) {
+    say(kNoProjectString, kExclamation);
+    return;
+  }
+  search_.SearchCancelled = 0;
+  std::vector<Text> found;
+  search_.FindFiles(folder, u"*", kWorkingFiles, -1, found);
+  if (found.empty()) {
+    say(kNothingFoundString, kInformation);
+    return;
+  }
+  // MIF files of other names count up to here: with nothing else the question leads to nothing.
+  if (say(kQuestionString, kQuestion | kYesNo) != kAnswerYes) return;
+  std::int16_t entry = 0;
+  for (const Text& path : found) {
+    if (entry == std::numeric_limits<std::int16_t>::max()) throw RuntimeError::Overflow();
+    ++entry;
+    if (IsWorkingFile(path)) ports_.common.DeleteFile(path);
+  }
+}
+
+}  // namespace marl
