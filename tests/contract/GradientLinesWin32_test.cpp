@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "appearance/GradientRect.h"
+#include "platform/memory/MemoryDesktop.h"
+#include "platform/win32/CanvasWin32.h"
+
+// The picture that a gradient computes against the one that the platform draws, pen by pen.
+
+namespace marl {
+namespace {
+
+/// A target of 32-bit pixels that the platform draws its lines on.
+class Surface : public GradientTarget {
+ public:
+  explicit Surface(Size size) : size_(size), context_(CreateCompatibleDC(nullptr)) {
+    BITMAPINFO info = {};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = size.width;
+    info.bmiHeader.biHeight = -size.height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    void* bits = nullptr;
+    bitmap_ = win32::UniqueBitmap(
+        CreateDIBSection(context_.get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    bits_ = static_cast<std::uint32_t*>(bits);
+    before_ = SelectObject(context_.get(), bitmap_.get());
+  }
+  ~Surface() override { SelectObject(context_.get(), before_); }
+
+  bool GetClientRect(Size& size) override {
+    size = size_;
+    return true;
+  }
+  void Line(Point from, Point to, Color color) override { canvas_.Line(from, to, color); }
+  /// What has been drawn, laid out as in a picture; the surface is black again afterwards.
+  std::vector<std::uint32_t> Take() {
+    GdiFlush();
+    std::uint32_t* const end = bits_ + static_cast<std::size_t>(size_.width) * size_.height;
+    std::vector<std::uint32_t> pixels(bits_, end);
+    for (std::uint32_t& pixel : pixels) pixel |= 0xFF000000u;
+    std::fill(bits_, end, 0);
+    return pixels;
+  }
+
+ private:
+  Size size_;
+  win32::UniqueContext context_;
+  win32::UniqueBitmap bitmap_;
+  HGDIOBJ before_ = nullptr;
+  std::uint32_t* bits_ = nullptr;
+  win32::FontCache fonts_;
+  win32::CanvasWin32 canvas_{context_.get(), fonts_, 96};
+};
+
+constexpr Size kArea{64, 48};
+constexpr Color kPen = Rgb(255, 200, 100);
+
+void ExpectSameLine(Surface& surface, Point from, Point to) {
+  GradientPicture computed(kArea);
+  computed.Line(from, to, kPen);
+  surface.Line(from, to, kPen);
+  ASSERT_EQ(surface.Take(), computed.picture().pixels)
+      << from.x << "," << from.y << " to " << to.x << "," << to.y;
+}
+
+TEST(GradientLines, EverySlopeGivesThePlatformsPixels) {
+  Surface surface(kArea);
+  for (int dx = -20; dx <= 20; ++dx) {
+    for (int dy = -20; dy <= 20; ++dy) {
+      ASSERT_NO_FATAL_FAILURE(ExpectSameLine(surface, {30, 24}, {30 + dx, 24 + dy}));
+    }
+  }
+}
+
+TEST(GradientLines, LinesFarBeyondTheAreaGiveThePlatformsPixels) {
+  Surface surface(kArea);
+  std::mt19937 random(1);
+  const auto place = [&] { return static_cast<int>(random() % 3000) - 1500; };
+  for (int i = 0; i < 2000; ++i) {
+    const Point from{place(), place()};
+    const Point to{place(), place()};
+    ASSERT_NO_FATAL_FAILURE(ExpectSameLine(surface, from, to));
+  }
+}
+
+TEST(GradientLines, WholePicturesAreThoseOfThePlatformsLines) {
+  MemoryDesktop desktop;
+  clsGradient gradient(desktop);
+  gradient.SetColor1(Rgb(182, 203, 197));
+  gradient.SetColor2(Rgb(0, 77, 57));
+  for (const Size size : {Size{586, 362}, Size{97, 211}, Size{2, 2}}) {
+    Surface surface(size);
+    for (const float angle : {0.F, 30.F, 45.F, 90.F, 100.F, 135.F, 160.5F, 217.F, 270.F, 300.F}) {
+      gradient.SetAngle(angle);
+      GradientPicture computed(size);
+      EXPECT_TRUE(gradient.Draw(computed));
+      EXPECT_TRUE(gradient.Draw(surface));
+      ASSERT_EQ(surface.Take(), computed.picture().pixels) << angle << " on " << size.width;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace marl
