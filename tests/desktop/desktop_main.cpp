@@ -25,6 +25,8 @@ int wmain(int argc, wchar_t** argv) {
   using marl::desktop::g_programs;
   // Windows would otherwise tell lengths at 96 dpi, whatever the screen has.
   SetProcessDPIAware();
+  // A crash, of this program or of one that it starts, ends the process: no box waits for anybody.
+  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
   testing::InitGoogleTest(&argc, argv);
   g_programs.marl = marl::desktop::Environment(L"MARL_PROGRAM");
   g_programs.standIn = marl::desktop::Environment(L"MARL_STAND_IN");
