@@ -1,0 +1,151 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+
+#include "appearance/SkinFile.h"
+#include "platform/memory/MemoryFileSystem.h"
+
+// The skins that lie in the program's Skins folder.
+
+namespace marl {
+namespace {
+
+namespace fs = std::filesystem;
+
+class AllValues : public SkinTarget {
+ public:
+  SkinSettings skin;
+  std::set<SkinParameter> seen;
+
+  void SetNumber(SkinParameter parameter, std::int32_t number) override {
+    seen.insert(parameter);
+    switch (parameter) {
+      case SkinParameter::colour1:
+        skin.Color1 = number;
+        break;
+      case SkinParameter::colour2:
+        skin.Color2 = number;
+        break;
+      case SkinParameter::angle:
+        skin.Angle = number;
+        break;
+      case SkinParameter::text1:
+        skin.Text1 = number;
+        break;
+      case SkinParameter::text2:
+        skin.Text2 = number;
+        break;
+      case SkinParameter::border1:
+        skin.Border1 = number;
+        break;
+      case SkinParameter::border2:
+        skin.Border2 = number;
+        break;
+      case SkinParameter::borderwidth:
+        skin.BorderWidth = number;
+        break;
+      case SkinParameter::icons:
+        skin.Icons = number;
+        break;
+      case SkinParameter::twostate:
+        skin.TwoStateOffset = number;
+        break;
+      default:
+        skin.IconsPerRow = number;
+    }
+  }
+  void SetText(SkinParameter parameter, TextView text) override {
+    seen.insert(parameter);
+    if (parameter == SkinParameter::font1) {
+      skin.Font1 = text;
+    } else if (parameter == SkinParameter::font2) {
+      skin.Font2 = text;
+    } else {
+      skin.DisplayIcons = text;
+    }
+  }
+};
+
+/// How light a colour looks, from 0 to 1.
+double Lightness(Color color) {
+  const auto linear = [&](int shift) {
+    const double part = (color >> shift & 255) / 255.0;
+    return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(0) + 0.7152 * linear(8) + 0.0722 * linear(16);
+}
+
+/// Contrast of two colours, from 1 to 21; small type wants 4.5.
+double Contrast(Color a, Color b) {
+  const double light = std::max(Lightness(a), Lightness(b));
+  const double dark = std::min(Lightness(a), Lightness(b));
+  return (light + 0.05) / (dark + 0.05);
+}
+
+class ShippedSkins : public testing::Test {
+ protected:
+  void SetUp() override {
+    for (const auto& entry :
+         fs::directory_iterator(fs::path(MARL_SOURCE_DIR) / "resources/skins")) {
+      std::ifstream stream(entry.path(), std::ios::binary);
+      const std::string bytes((std::istreambuf_iterator<char>(stream)), {});
+      files.Put(u"C:\\Skins\\" + entry.path().filename().u16string(), bytes);
+      names.push_back(entry.path().filename().u16string());
+    }
+  }
+  AllValues Load(const Text& name) {
+    AllValues values;
+    EXPECT_TRUE(LoadSkinFile(files, u"C:\\Skins\\" + name, values));
+    return values;
+  }
+
+  MemoryFileSystem files;
+  std::vector<Text> names;
+};
+
+TEST_F(ShippedSkins, ThereAreSixAndTheDefault) {
+  EXPECT_GE(names.size(), 7u);
+  EXPECT_EQ(Load(u"Marl.qsk").skin, SkinSettings());
+}
+
+TEST_F(ShippedSkins, EachIsCompleteAndInRange) {
+  for (const Text& name : names) {
+    const AllValues values = Load(name);
+    const SkinSettings& skin = values.skin;
+    EXPECT_EQ(values.seen.size(), 14u);
+    EXPECT_TRUE(skin.Angle >= 0 && skin.Angle <= 359);
+    EXPECT_TRUE(skin.IconsPerRow >= 3 && skin.IconsPerRow <= 6);
+    EXPECT_NO_THROW(ParseDisplayIcons(skin.DisplayIcons));
+    for (const Color color :
+         {skin.Color1, skin.Color2, skin.Text1, skin.Text2, skin.Border1, skin.Border2}) {
+      EXPECT_TRUE(color >= 0 && color <= 0xFFFFFF);
+    }
+  }
+}
+
+TEST_F(ShippedSkins, EachIsAsTheProgramWritesIt) {
+  modUTF8 writer(files);
+  for (const Text& name : names) {
+    SaveSkinFile(writer, u"C:\\copy.qsk", Load(name).skin);
+    EXPECT_EQ(files.Content(u"C:\\copy.qsk"), files.Content(u"C:\\Skins\\" + name));
+  }
+}
+
+TEST_F(ShippedSkins, LabelsAreReadableOnBothEndsOfTheGradient) {
+  for (const Text& name : names) {
+    if (name == u"Marl.qsk") continue;  // its colours are given
+    const SkinSettings skin = Load(name).skin;
+    for (const Color ground : {skin.Color1, skin.Color2}) {
+      EXPECT_GE(Contrast(skin.Text1, ground), 4.5) << fs::path(name);
+      EXPECT_GE(Contrast(skin.Text2, ground), 4.5) << fs::path(name);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace marl
