@@ -16,9 +16,12 @@ constexpr int kLargeDpi = 120;  // from here on the larger drawing comes closer
 constexpr int kWidth = 6000;    // the logo's, in twips
 constexpr int kMargin = 240;
 constexpr int kLineHeight = 240;
+constexpr int kLinkWidth = 2700;
 constexpr Color kLink = Rgb(0, 95, 71);
 
-constexpr Box TextLine(int top) { return {kMargin, top, kWidth - 2 * kMargin, kLineHeight}; }
+constexpr Box TextLine(int top, int width = kWidth - 2 * kMargin) {
+  return {kMargin, top, width, kLineHeight};
+}
 
 }  // namespace
 
@@ -27,21 +30,24 @@ frmAbout2006::frmAbout2006(Ports ports)
   Design = {kWidth, 4875};
   Tag = u"3020";
   imgLogo.SetBounds({0, 0, kWidth, 1440});
+  imgLogo.HandCursor = true;
   imgLogo.Click = [this] { Open(u"Open", kMakersSite); };
 
   AddLabel(kSuite, TextLine(1620), u"3021");
   lblLabel[kSuite]->SetFont({u"Tahoma", 82500, true});
   AddLabel(kVersionLabel, TextLine(1875), u"");
   AddLabel(kCopyright, TextLine(2130), u"3022");
-  AddLabel(kSite, TextLine(2520), u"3025");
+  AddLabel(kSite, TextLine(2520, kLinkWidth), u"3025");
   cmdShell[0] = std::make_unique<CommandButton>(*this, "cmdShell", 0);
-  AddLabel(kSupport, TextLine(2775), u"3026");
+  AddLabel(kSupport, TextLine(2775, kLinkWidth), u"3026");
   cmdShell[1] = std::make_unique<CommandButton>(*this, "cmdShell", 1);
   for (std::size_t i = 0; i < cmdShell.size(); ++i) {
     const int link = kSite + static_cast<int>(i);
-    lblLabel[static_cast<std::size_t>(link)]->SetForeColor(kLink);
-    lblLabel[static_cast<std::size_t>(link)]->SetFont({u"Tahoma", 82500, false, false, true});
-    cmdShell[i]->SetBounds({-1500, TextLine(2520 + 255 * static_cast<int>(i)).top, 1125, 240});
+    Label& label = *lblLabel[static_cast<std::size_t>(link)];
+    label.SetForeColor(kLink);
+    label.SetFont({u"Tahoma", 82500, false, false, true});
+    label.HandCursor = true;
+    cmdShell[i]->SetBounds({-1500, label.Top(), 1125, kLineHeight});
     cmdShell[i]->TabStop = false;
     cmdShell[i]->GotFocus = [this, link] { FollowLink(link); };
   }

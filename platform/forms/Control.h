@@ -116,6 +116,7 @@ class Control {
   /// Place in the tab order; controls take theirs in the order of declaration.
   int TabIndex = 0;
   bool TabStop = true;
+  bool HandCursor = false;  ///< over a link; set by the design only, for windowless controls
 
   /// Paints the control now, if it is on the screen.
   void Refresh();

@@ -173,6 +173,7 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
         return result;
       }
       break;
+      if (LOWORD(l) == HTCLIENT && reinterpret_cast<HWND>(w) == window && IsOverLink()) {
     case WM_MOUSEMOVE: {
       int button = 0;
       if (w & MK_LBUTTON) button |= 1;
@@ -713,6 +714,7 @@ void FormWin32::Close() {
   windows_.clear();
 }
 
+bool FormWin32::IsOverLink() const {
 float FormWin32::TwipsAtX(LPARAM position) const {
   return static_cast<float>(static_cast<short>(LOWORD(position))) * 1440.0f /
          static_cast<float>(desktop_.Dpi().width);

@@ -64,6 +64,7 @@ class FormWin32 : public FormPeer {
   void SyncTimer(Timer& timer);
   void SyncItems(ItemList& list, HWND window);
   void SyncSelection(Control& control, HWND window);
+  bool IsOverLink() const;
   float TwipsAtX(LPARAM position) const;
   float TwipsAtY(LPARAM position) const;
   HWND WindowOf(const Control& control) const;
