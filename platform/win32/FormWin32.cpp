@@ -173,7 +173,12 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
         return result;
       }
       break;
+    case WM_SETCURSOR:
       if (LOWORD(l) == HTCLIENT && reinterpret_cast<HWND>(w) == window && IsOverLink()) {
+        SetCursor(LoadCursorW(nullptr, IDC_HAND));
+        return TRUE;
+      }
+      break;
     case WM_MOUSEMOVE: {
       int button = 0;
       if (w & MK_LBUTTON) button |= 1;
@@ -715,6 +720,13 @@ void FormWin32::Close() {
 }
 
 bool FormWin32::IsOverLink() const {
+  POINT at;
+  if (!GetCursorPos(&at) || !ScreenToClient(window_, &at)) return false;
+  const LPARAM position = MAKELPARAM(at.x, at.y);
+  const Control* const control = form_.HitTest(TwipsAtX(position), TwipsAtY(position));
+  return control && control->HandCursor;
+}
+
 float FormWin32::TwipsAtX(LPARAM position) const {
   return static_cast<float>(static_cast<short>(LOWORD(position))) * 1440.0f /
          static_cast<float>(desktop_.Dpi().width);
