@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/FileDialogs.h"
+
+namespace marl::win32 {
+
+/// The machine's own file dialogs.
+class FileDialogsWin32 : public FileDialogs {
+ public:
+  FileDialogResult ShowOpen(const Form* owner, const FileDialogSettings& settings,
+                            Text& path) override;
+  FileDialogResult ShowSave(const Form* owner, const FileDialogSettings& settings,
+                            Text& path) override;
+};
+
+}  // namespace marl::win32
