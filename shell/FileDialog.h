@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/FileDialogs.h"
 #include "platform/Text.h"
 
 namespace marl {
@@ -11,7 +12,7 @@ struct FileDialog {
   Text DialogTitle;
   Text Filter;  ///< descriptions and patterns in turn, separated by "|"
   Text InitDir;
-  int Flags = 0;
+  int Flags = kHideReadOnly | kFileMustExist;
 };
 
 }  // namespace marl

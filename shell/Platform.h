@@ -2,11 +2,13 @@
 
 #include "platform/Components.h"
 #include "platform/Desktop.h"
+#include "platform/FileDialogs.h"
 #include "platform/FileSystem.h"
 #include "platform/Icons.h"
 #include "platform/Locale.h"
 #include "platform/Pictures.h"
 #include "platform/Process.h"
+#include "platform/Profile.h"
 #include "platform/RegistryStore.h"
 #include "platform/SettingsStore.h"
 #include "platform/Shell.h"
@@ -36,6 +38,8 @@ struct Platform {
   WindowHooks& hooks;
   Tray& tray;
   TipWindows& tips;
+  Profile& profile;
+  FileDialogs& fileDialogs;
 };
 
 }  // namespace marl

@@ -5,6 +5,7 @@
 
 #include "appearance/clsTooltip.h"
 #include "appearance/modSetIcon.h"
+#include "documents/modFindFiles.h"
 #include "network/TrackingServer.h"
 #include "platform/forms/Controls.h"
 #include "platform/forms/Form.h"
@@ -14,6 +15,8 @@
 #include "shell/SuiteComponents.h"
 #include "shell/SwitchboardModel.h"
 #include "shell/modMarl.h"
+#include "support/clsCommon.h"
+#include "support/clsLanguages.h"
 #include "support/frmSplash.h"
 
 namespace marl {
@@ -68,7 +71,9 @@ class frmMain : public Form, public HookedForm {
 
   // Entries of the menu bar.
   void mnuProjectNew();
+  void mnuProjectOpen();
   void mnuProjectSave();
+  void mnuProjectClean();
   void mnuProjectAnalyse();
   void mnuProjectPTM();
   void mnuProjectChangeServer();
@@ -77,6 +82,7 @@ class frmMain : public Form, public HookedForm {
   void mnuTMImport();
   void mnuTMExport();
   void mnuTranslateBatch();
+  void mnuTranslateProject();
   void mnuTranslateSingle();
   void mnuTranslateClipboard();
   void mnuTranslateReplace();
@@ -129,6 +135,8 @@ class frmMain : public Form, public HookedForm {
   void DesignMenuBar();
   void SetMenuCaptions();
 
+  Text ProjectFile();
+
   bool Ask(int question) const;
   Text Setting(TextView key, TextView default_) const;
   void Save(TextView key, TextView value);
@@ -139,6 +147,10 @@ class frmMain : public Form, public HookedForm {
 
   Platform& platform_;
   Launcher launcher_{platform_};
+  clsCommon common_{{platform_.desktop, platform_.files, platform_.profile, platform_.registry,
+                     platform_.process, platform_.shell, platform_.strings}};
+  modFindFiles search_{platform_.files, [this] { platform_.desktop.DoEvents(); }};
+  std::unique_ptr<clsLanguages> languages_;  ///< made at its first use
   SuiteComponents components_{platform_};
   modSetIcon icons_{platform_.icons, platform_.process};
   TrackingServer servers_{{platform_.desktop, platform_.registry, platform_.components,

@@ -2,12 +2,14 @@
 
 #include "platform/win32/ComponentsWin32.h"
 #include "platform/win32/DesktopWin32.h"
+#include "platform/win32/FileDialogsWin32.h"
 #include "platform/win32/FileSystemWin32.h"
 #include "platform/win32/FormWin32.h"
 #include "platform/win32/IconsWin32.h"
 #include "platform/win32/LocaleWin32.h"
 #include "platform/win32/PictureLoader.h"
 #include "platform/win32/ProcessWin32.h"
+#include "platform/win32/ProfileWin32.h"
 #include "platform/win32/RegistryStoreWin32.h"
 #include "platform/win32/SettingsStoreWin32.h"
 #include "platform/win32/ShellWin32.h"
@@ -33,11 +35,13 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
   win32::WindowHooksWin32 hooks(desktop);
   win32::TrayWin32 tray(desktop);
   win32::TipWindowsWin32 tips;
+  win32::ProfileWin32 profile;
+  win32::FileDialogsWin32 fileDialogs;
   win32::ShellWin32 shell([&]() -> HWND {
     if (desktop.forms().empty() || !desktop.forms().front()->peer()) return nullptr;
     return static_cast<win32::FormWin32*>(desktop.forms().front()->peer())->window();
   });
   Application application({desktop, files, settings, shell, process, components, strings, locales,
-                           icons, pictures, registry, hooks, tray, tips});
+                           icons, pictures, registry, hooks, tray, tips, profile, fileDialogs});
   return application.Run();
 }

@@ -4,10 +4,12 @@
 
 #include "platform/memory/MemoryComponents.h"
 #include "platform/memory/MemoryDesktop.h"
+#include "platform/memory/MemoryFileDialogs.h"
 #include "platform/memory/MemoryFileSystem.h"
 #include "platform/memory/MemoryIcons.h"
 #include "platform/memory/MemoryLocale.h"
 #include "platform/memory/MemoryPictures.h"
+#include "platform/memory/MemoryProfile.h"
 #include "platform/memory/MemoryRegistryStore.h"
 #include "platform/memory/MemorySettingsStore.h"
 #include "platform/memory/MemoryShell.h"
@@ -37,6 +39,8 @@ struct World {
   MemoryWindowHooks hooks;
   MemoryTray tray;
   MemoryTipWindows tips;
+  MemoryProfile profile{files};
+  MemoryFileDialogs fileDialogs;
   std::unique_ptr<Application> application;
 
   World() {
@@ -46,8 +50,8 @@ struct World {
   }
 
   Platform platform() {
-    return {desktop, files, settings, shell,    process, components, strings,
-            locales, icons, pictures, registry, hooks,   tray,       tips};
+    return {desktop, files, settings, shell,    process, components, strings, locales,
+            icons,   pictures, registry, hooks, tray,    tips,       profile, fileDialogs};
   }
 
   /// Runs the program until nothing happens any more. Returns its exit code.

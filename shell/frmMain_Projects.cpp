@@ -1,0 +1,61 @@
+#include "documents/CleanFolder.h"
+#include "documents/TranslateProject.h"
+#include "shell/frmMain.h"
+#include "support/BuiltInComponents.h"
+
+// The current project: how it is chosen, its documents, its working files.
+
+namespace marl {
+
+namespace {
+
+constexpr int kOpenTitleString = 10007;
+constexpr int kOpenFilterString = 10008;
+
+}  // namespace
+
+void frmMain::mnuProjectOpen() {
+  const Text before = dlgOpen.FileName;
+  dlgOpen.DialogTitle = platform_.strings.Get(kOpenTitleString);
+  dlgOpen.Filter = platform_.strings.Get(kOpenFilterString);
+  dlgOpen.FileName.clear();
+  Text chosen;
+  const FileDialogResult result = platform_.fileDialogs.ShowOpen(
+      this, {dlgOpen.DialogTitle, dlgOpen.Filter, dlgOpen.InitDir, dlgOpen.FileName, u"",
+             dlgOpen.Flags},
+      chosen);
+  switch (result) {
+    case FileDialogResult::kChosen: dlgOpen.FileName = chosen; break;
+    case FileDialogResult::kCancelled: dlgOpen.FileName = before; break;
+    case FileDialogResult::kFailed: dlgOpen.FileName.clear(); break;
+  }
+}
+
+/// The current project file; one that is asked for now if there is none. Empty if the user does
+/// not choose.
+Text frmMain::ProjectFile() {
+  if (dlgOpen.FileName.empty()) mnuProjectOpen();
+  return dlgOpen.FileName;
+}
+
+void frmMain::mnuProjectClean() {
+  const Text project = ProjectFile();
+  if (project.empty()) return;
+  CleanFolder({desktop(), platform_.strings, common_}, search_).Run(project);
+}
+
+void frmMain::mnuTranslateProject() {
+  const Text project = ProjectFile();
+  if (project.empty()) return;
+  if (!languages_) {
+    BuiltInComponents components(platform_.components);
+    languages_ = std::make_unique<clsLanguages>(components);
+  }
+  TranslateProject({desktop(), platform_.files, platform_.locales, platform_.strings, common_,
+                    *languages_,
+                    [this](WindowHandle window) { icons_.SetFormIcon(window, kMarlIcon, false); },
+                    [this](TextView arguments) { RunTool(u"Q17Bench.exe", arguments); }})
+      .Run(project, this);
+}
+
+}  // namespace marl
