@@ -84,7 +84,7 @@ Sum ReadOurs(const FileSystem& file) {
   Sum sum;
   clsXMLEngine engine(file);
   clsXMLTag tag;
-  TextView token;
+  XMLToken token;
   if (!engine.OpenDocument(u"a.qprx")) return sum;
   for (;;) {
     const XMLTokenKind kind = engine.GetToken(token);

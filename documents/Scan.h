@@ -32,11 +32,27 @@ inline const char16_t* FindUnit(const char16_t* begin, const char16_t* end, char
   return begin;
 }
 
+/// How many bytes at the front are below 128.
+inline std::size_t CountASCII(const unsigned char* bytes, std::size_t size) {
+  std::size_t count = 0;
+#if defined(__SSE2__)
+  for (; size - count >= 16; count += 16) {
+    const int others =
+        _mm_movemask_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + count)));
+    if (others != 0)
+      return count + static_cast<unsigned>(__builtin_ctz(static_cast<unsigned>(others)));
+  }
+#endif
+  while (count != size && bytes[count] < 0x80) ++count;
+  return count;
+}
+
 /// Where the units of a tag that matter stand among 16 units: bit 0 for the first.
 struct TagMarks {
   unsigned equals = 0;
   unsigned quotes = 0;  ///< double ones
   unsigned ampersands = 0;
+  unsigned others = 0;  ///< above 127, where they are looked for
 };
 
 inline TagMarks MarkTag(const char16_t* units) {
@@ -59,6 +75,25 @@ inline TagMarks MarkTag(const char16_t* units) {
   }
 #endif
   return marks;
+}
+
+/// The same for 16 bytes, which are widened to 16 units at `units` and should be ASCII.
+inline TagMarks WidenTag(const char* bytes, char16_t* units) {
+#if defined(__SSE2__)
+  const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+  const __m128i zero = _mm_setzero_si128();
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(units), _mm_unpacklo_epi8(block, zero));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(units + 8), _mm_unpackhi_epi8(block, zero));
+  const auto bits = [&block](char wanted) {
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_set1_epi8(wanted))));
+  };
+  return {bits('='), bits('"'), bits('&'), static_cast<unsigned>(_mm_movemask_epi8(block))};
+#else
+  for (unsigned i = 0; i < 16; ++i) units[i] = static_cast<unsigned char>(bytes[i]);
+  TagMarks marks = MarkTag(units);
+  for (unsigned i = 0; i < 16; ++i) marks.others |= static_cast<unsigned>(units[i] > 0x7F) << i;
+  return marks;
+#endif
 }
 
 /// Number of the lowest bit that is set; `bits` is not 0.

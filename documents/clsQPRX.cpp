@@ -23,7 +23,7 @@ bool clsQPRX::ParseProjectFile(TextView path) {
   if (!engine.OpenDocument(path)) return false;
 
   clsXMLTag tag;
-  TextView token;
+  XMLToken token;
   for (;;) {
     switch (engine.GetToken(token)) {
       case xtEndOfDocument:

@@ -17,33 +17,85 @@ constexpr char16_t kByteOrderMark = 0xFEFF;
 constexpr std::size_t kChunk = 4096;
 constexpr std::size_t kWindow = 4 * kChunk;
 
-constexpr TextView kDocType = u"<!DOCTYPE";
-constexpr TextView kCData = u"<![CDATA[";
-constexpr TextView kComment = u"<!--";
+// The longest of the beginnings that tell a token.
+constexpr std::size_t kLongestHead = 9;
 
-constexpr char16_t Upper(char16_t unit) {
-  return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 32) : unit;
+/// How a token is cut: its kind by its beginning, and what stands before the ">" at its end.
+struct Cut {
+  XMLTokenKind kind;
+  std::string_view before;
+};
+
+/// Tests for a keyword in capitals, ignoring case.
+template <typename View>
+bool StartsWith(View text, std::string_view keyword) {
+  if (text.size() < keyword.size()) return false;
+  return std::equal(keyword.begin(), keyword.end(), text.begin(), [](char wanted, auto unit) {
+    return unit == static_cast<unsigned char>(wanted) ||
+           (wanted >= 'A' && wanted <= 'Z' && unit == wanted + 32);
+  });
+}
+
+/// How to cut the token at the front of `text`, which begins with "<". The kind of a tag is told
+/// by its end too.
+template <typename View>
+Cut CutOf(View text) {
+  const auto second = text.size() > 1 ? text[1] : 0;
+  if (second == '?') return {xtInstruction, "?"};
+  if (second != '!') return {second == '/' ? xtCloseTag : xtOpenTag, ""};
+  if (StartsWith(text, "<!DOCTYPE")) return {xtDocType, "]"};
+  if (StartsWith(text, "<![CDATA[")) return {xtCData, "]]"};
+  if (StartsWith(text, "<!--")) return {xtComment, "--"};
+  return {xtDeclaration, ""};
+}
+
+template <typename View>
+bool EndsWith(View text, std::string_view end) {
+  return text.size() >= end.size() &&
+         std::equal(end.begin(), end.end(), text.end() - static_cast<std::ptrdiff_t>(end.size()));
+}
+
+/// The kind of a whole tag that began as `kind`.
+template <typename View>
+XMLTokenKind KindOfTag(XMLTokenKind kind, View token) {
+  return kind == xtOpenTag && EndsWith(token, "/>") ? xtEmptyTag : kind;
 }
 
 }  // namespace
+
+Text XMLToken::text() const {
+  if (!units.empty()) return Text(units);
+  Text decoded(bytes.size(), u'\0');
+  decoded.resize(DecodeUTF8(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(),
+                            decoded.data(), decoded.size())
+                     .units);
+  return decoded;
+}
 
 bool clsXMLEngine::OpenDocument(TextView path) {
   Bytes bytes;
   if (!files_.NormalFileExists(path) || files_.ReadAll(path, bytes) != kOk) return false;
   bytes_ = std::move(bytes);
-  Restart(std::min(kWindow, bytes_.size()));
-  SkipByteOrderMark();
+  next_ = 0;
+  Restart(0);
+  byUnits_ = false;
+  char16_t first = 0;
+  const DecodedUTF8 decoded = DecodeUTF8(bytes_.data(), bytes_.size(), &first, 1);
+  if (first == kByteOrderMark) next_ = decoded.bytes;
+  plain_ = next_;
   return true;
 }
 
 bool clsXMLEngine::OpenXMLW(TextView text) {
   const Text copy(text);  // `text` may be a view into this document
   bytes_ = {};
+  next_ = 0;
   Restart(copy.size());
+  byUnits_ = true;
   if (copy.empty()) throw RuntimeError::InvalidCall();
   copy.copy(window_.get(), copy.size());
   last_ = copy.size();
-  SkipByteOrderMark();
+  if (copy.front() == kByteOrderMark) ++first_;
   return true;
 }
 
@@ -55,43 +107,106 @@ XMLTokenKind clsXMLEngine::GetToken(Text& token) {
 }
 
 XMLTokenKind clsXMLEngine::GetToken(TextView& token) {
-  Fill(kDocType.size());
+  XMLToken found;
+  if (!TakeBytes(found)) return TakeUnits(token);
+  const std::size_t size = found.bytes.size();
+  if (room_ < size) Restart(std::max(size, std::min(kWindow, bytes_.size())));
+  const auto* const bytes = reinterpret_cast<const unsigned char*>(found.bytes.data());
+  token = TextView(window_.get(), DecodeUTF8(bytes, size, window_.get(), size).units);
+  return found.kind;
+}
+
+XMLTokenKind clsXMLEngine::GetToken(XMLToken& token) {
+  token = {};
+  if (!TakeBytes(token)) token.kind = TakeUnits(token.units);
+  return token.kind;
+}
+
+/// Cuts the next token as bytes. False when the document is to be cut as units, from here on.
+bool clsXMLEngine::TakeBytes(XMLToken& token) {
+  if (byUnits_) return false;
+  const std::string_view rest(reinterpret_cast<const char*>(bytes_.data()) + next_,
+                              bytes_.size() - next_);
+  if (rest.empty()) {
+    token.kind = xtEndOfDocument;
+    return true;
+  }
+  std::size_t length = 0;
+  if (rest.front() != '<') {
+    length = std::min(rest.find('<'), rest.size());
+    token.kind = xtText;
+  } else {
+    const Cut cut = CutOf(rest);
+    do {
+      length = std::min(rest.find('>', length), rest.size() - 1) + 1;
+    } while (length != rest.size() && !EndsWith(rest.substr(0, length - 1), cut.before));
+    token.kind = KindOfTag(cut.kind, rest.substr(0, length));
+  }
+  if (next_ + length > plain_ && !IsPlain(next_ + length)) {
+    Restart(std::min(kWindow, rest.size()));
+    byUnits_ = true;
+    return false;
+  }
+  token.bytes = rest.substr(0, length);
+  next_ += length;
+  return true;
+}
+
+/// Looks whether the bytes are plain up to `end`; if so, and some way beyond, they are known to be.
+bool clsXMLEngine::IsPlain(std::size_t end) {
+  const unsigned char* const bytes = bytes_.data();
+  const std::size_t far = std::min(std::max(end, plain_ + kChunk), bytes_.size());
+  while (plain_ < far) {
+    plain_ += CountASCII(bytes + plain_, far - plain_);
+    // Forms, each of a lead and one or two bytes that are no ASCII either.
+    for (; plain_ < far && bytes[plain_] >= 0x80;) {
+      const std::size_t more = bytes[plain_] < 0xE0 ? 1 : 2;
+      char16_t unit = 0;
+      if (bytes_.size() - plain_ <= more || bytes[plain_ + 1] < 0x80 ||
+          bytes[plain_ + more] < 0x80 ||
+          DecodeUTF8(bytes + plain_, more + 1, &unit, 1).units != 1 || unit < 0x80) {
+        return plain_ >= end;
+      }
+      plain_ += more + 1;
+    }
+  }
+  return true;
+}
+
+/// Cuts the next token off the units.
+XMLTokenKind clsXMLEngine::TakeUnits(TextView& token) {
+  Fill(kLongestHead);
   if (first_ == last_) {
     token = {};
     return xtEndOfDocument;
   }
+  const auto take = [this](std::size_t length) {
+    const TextView taken(First(), length);
+    first_ += length;
+    return taken;
+  };
+  std::size_t length = 0;
   if (*First() != u'<') {
-    std::size_t length = 0;
     do {
       length = static_cast<std::size_t>(FindUnit(First() + length, Last(), u'<') - First());
     } while (length == last_ - first_ && More());
-    token = Take(length);
+    token = take(length);
     return xtText;
   }
-  const char16_t second = last_ - first_ > 1 ? First()[1] : u'\0';
-  if (second == u'?') {
-    token = TakeThrough(u"?");
-    return xtInstruction;
+  const Cut cut = CutOf(TextView(First(), last_ - first_));
+  // The search starts at the first unit: "<?>" and "<!-->" are whole.
+  for (;;) {
+    const char16_t* const found = FindUnit(First() + length, Last(), u'>');
+    length = static_cast<std::size_t>(found - First());
+    if (found == Last()) {
+      if (More()) continue;
+      break;
+    }
+    ++length;
+    if (EndsWith(TextView(First(), length - 1), cut.before)) break;
   }
-  if (second == u'!') {
-    if (StartsWith(kDocType)) {
-      token = TakeThrough(u"]");
-      return xtDocType;
-    }
-    if (StartsWith(kCData)) {
-      token = TakeThrough(u"]]");
-      return xtCData;
-    }
-    if (TextView(First(), last_ - first_).starts_with(kComment)) {
-      token = TakeThrough(u"--");
-      return xtComment;
-    }
-    token = TakeThrough(u"");
-    return xtDeclaration;
-  }
-  token = TakeThrough(u"");
-  if (second == u'/') return xtCloseTag;
-  return token.ends_with(u"/>") ? xtEmptyTag : xtOpenTag;
+  token = take(length);
+  return KindOfTag(cut.kind, token);
 }
 
 /// Decodes until `count` units are there; false when the document has fewer left.
@@ -124,51 +239,18 @@ void clsXMLEngine::MakeRoom() {
     // would hold two copies. Bytes never give more units than they are.
     room_ = live + rest;
     auto window = std::make_unique_for_overwrite<char16_t[]>(room_);
-    std::memcpy(window.get(), First(), live * sizeof(char16_t));
+    if (live != 0) std::memcpy(window.get(), First(), live * sizeof(char16_t));
     window_ = std::move(window);
   }
   first_ = 0;
   last_ = live;
 }
 
+/// Empties the window and gives it this much room.
 void clsXMLEngine::Restart(std::size_t room) {
-  next_ = first_ = last_ = 0;
+  first_ = last_ = 0;
   if (room != room_) window_ = std::make_unique_for_overwrite<char16_t[]>(room);
   room_ = room;
-}
-
-void clsXMLEngine::SkipByteOrderMark() {
-  if (Fill(1) && *First() == kByteOrderMark) ++first_;
-}
-
-/// Tests for a keyword in capitals, ignoring case.
-bool clsXMLEngine::StartsWith(TextView keyword) const {
-  if (last_ - first_ < keyword.size()) return false;
-  return std::equal(keyword.begin(), keyword.end(), First(),
-                    [](char16_t wanted, char16_t unit) { return wanted == Upper(unit); });
-}
-
-TextView clsXMLEngine::Take(std::size_t count) {
-  const TextView token(First(), count);
-  first_ += count;
-  return token;
-}
-
-/// Takes all through the first ">" that stands behind `before`, or all the rest. The search
-/// starts at the first unit: "<?>" and "<!-->" are whole.
-TextView clsXMLEngine::TakeThrough(TextView before) {
-  std::size_t length = 0;
-  for (;;) {
-    const char16_t* const found = FindUnit(First() + length, Last(), u'>');
-    length = static_cast<std::size_t>(found - First());
-    if (found == Last()) {
-      if (More()) continue;
-      return Take(length);
-    }
-    const TextView head(First(), length);
-    ++length;
-    if (head.ends_with(before)) return Take(length);
-  }
 }
 
 }  // namespace marl

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string_view>
 
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
@@ -21,6 +22,16 @@ enum XMLTokenKind : std::int32_t {
   xtCloseTag = 7,       ///< the same with "/" as second character
   xtEmptyTag = 8,       ///< the same with "/>" at its end
   xtEndOfDocument = 9,  ///< nothing is left
+};
+
+/// A token where it stands in the document, for readers in a hurry: as the UTF-8 that the file
+/// holds or, where the document is no such file, as units. Good until the engine's next operation.
+struct XMLToken {
+  XMLTokenKind kind = xtEndOfDocument;
+  std::string_view bytes;
+  TextView units;
+
+  Text text() const;
 };
 
 /// Cuts a document into a flat stream of tokens. No nesting, no validation: terminators are found
@@ -42,24 +53,31 @@ class clsXMLEngine {
   XMLTokenKind GetToken(Text& token);
   /// The same without a copy: the view is good until the next operation of this object.
   XMLTokenKind GetToken(TextView& token);
+  /// The same without decoding.
+  XMLTokenKind GetToken(XMLToken& token);
 
  private:
+  bool TakeBytes(XMLToken& token);
+  bool IsPlain(std::size_t end);
+  XMLTokenKind TakeUnits(TextView& token);
   bool Fill(std::size_t count);
   bool More();
   void MakeRoom();
   void Restart(std::size_t room);
-  void SkipByteOrderMark();
-  bool StartsWith(TextView keyword) const;
   const char16_t* First() const { return window_.get() + first_; }
   const char16_t* Last() const { return window_.get() + last_; }
-  TextView Take(std::size_t count);
-  TextView TakeThrough(TextView before);
 
   const FileSystem& files_;
-  // The unread remainder: units [first_, last_) of the window, then the bytes from next_ on, which
-  // are decoded as the search for the end of a token gets there.
+  // The unread remainder: units [first_, last_) of the window, then the bytes from next_ on.
+  //
+  // A file is cut as bytes as long as that comes to the same, that is, as long as every byte below
+  // 128 is a unit by itself and every other unit is above 127: bytes before plain_ are known to be
+  // so. From the first token on that goes beyond, bytes are decoded into the window, as the search
+  // for the end of a token gets there.
   Bytes bytes_;
   std::size_t next_ = 0;
+  std::size_t plain_ = 0;
+  bool byUnits_ = true;
   std::unique_ptr<char16_t[]> window_;
   std::size_t room_ = 0;
   std::size_t first_ = 0;

@@ -78,7 +78,20 @@ inline void clsXMLTag::Add(std::size_t name, std::size_t nameLength, std::size_t
 }
 
 void clsXMLTag::ParseTag(TextView tag) {
-  StoreRaw(tag);  // first of all: `tag` may be a view into this very object
+  StoreUnits(tag);  // first of all: `tag` may be a view into this very object
+  ReadTag();
+}
+
+void clsXMLTag::ParseTag(const XMLToken& token) {
+  if (!token.units.empty()) {
+    StoreUnits(token.units);
+  } else if (!StoreASCII(token.bytes)) {
+    StoreUnits(token.text());
+  }
+  ReadTag();
+}
+
+void clsXMLTag::ReadTag() {
   Initialise();
   const char16_t* const raw = raw_.data();
   std::size_t next = ReadName();
@@ -115,42 +128,54 @@ void clsXMLTag::Initialise() {
   made_.clear();
 }
 
-/// Keeps the tag and marks the units that matter in it.
-void clsXMLTag::StoreRaw(TextView tag) {
-  length_ = tag.size();
+/// Marks the units that matter in the tag, step by step: `markAt` gives the marks of the 16 units
+/// at a place. A tag shorter than that is marked as if zeros stood behind it.
+template <typename MarkAt>
+inline void clsXMLTag::Mark(MarkAt&& markAt) {
   const std::size_t words = length_ / kWord + 1;
   if (equals_.size() <= words) {
     equals_.resize(2 * words + 1);
     quotes_.resize(2 * words + 1);
   }
-  // Marked where they stand: reading units right after they were written would have to wait.
-  const std::size_t steps = length_ / kStep;
-  TagMarks all;
-  const auto mark = [&](std::size_t step, TagMarks found) {
-    const std::size_t shift = step % (kWord / kStep) * kStep;
-    const std::size_t word = step / (kWord / kStep);
-    equals_[word] |= static_cast<std::uint64_t>(found.equals) << shift;
-    quotes_[word] |= static_cast<std::uint64_t>(found.quotes) << shift;
-    all.ampersands |= found.ampersands;
-  };
-  std::fill_n(equals_.begin(), words, 0);
-  std::fill_n(quotes_.begin(), words, 0);
-  for (std::size_t step = 0; step < steps; ++step) mark(step, MarkTag(tag.data() + step * kStep));
-  if (length_ < kStep) {
-    char16_t few[kStep] = {};
-    tag.copy(few, length_);
-    mark(0, MarkTag(few));
-  } else {
-    // The last units once more, without those marked already.
-    TagMarks found = MarkTag(tag.data() + length_ - kStep);
-    const std::size_t known = kStep - length_ % kStep;
-    found.equals >>= known;
-    found.quotes >>= known;
-    mark(steps, found);
+  unsigned ampersands = 0;
+  const std::size_t whole = length_ / kStep;
+  std::size_t step = 0;
+  for (std::size_t word = 0; word < words; ++word) {
+    std::uint64_t equals = 0;
+    std::uint64_t quotes = 0;
+    const auto enter = [&](TagMarks found, unsigned shift) {
+      equals |= static_cast<std::uint64_t>(found.equals) << shift;
+      quotes |= static_cast<std::uint64_t>(found.quotes) << shift;
+      ampersands |= found.ampersands;
+    };
+    unsigned shift = 0;
+    for (; step < whole && shift < kWord; ++step, shift += kStep)
+      enter(markAt(step * kStep), shift);
+    if (shift < kWord) {
+      // The units left: those of a short tag, or the last ones without those marked already.
+      const bool brief = length_ < kStep;
+      TagMarks found = markAt(brief ? 0 : length_ - kStep);
+      const std::size_t known = brief ? 0 : kStep - length_ % kStep;
+      found.equals >>= known;
+      found.quotes >>= known;
+      enter(found, shift);
+    }
+    equals_[word] = equals;
+    quotes_[word] = quotes;
   }
   // The last word stops every search beyond the end.
   equals_[words] = quotes_[words] = ~std::uint64_t{0};
-  entities_ = all.ampersands != 0;
+  entities_ = ampersands != 0;
+}
+
+/// Keeps the tag.
+void clsXMLTag::StoreUnits(TextView tag) {
+  length_ = tag.size();
+  // Marked where they stand: reading units right after they were written would have to wait.
+  char16_t few[kStep] = {};
+  if (length_ < kStep) tag.copy(few, length_);
+  const char16_t* const units = length_ < kStep ? few : tag.data();
+  Mark([units](std::size_t place) { return MarkTag(units + place); });
 
   if (raw_.size() < length_) {
     // The old units stay until the new ones are read: the tag may be among them.
@@ -160,6 +185,24 @@ void clsXMLTag::StoreRaw(TextView tag) {
   } else if (length_ != 0) {
     std::memmove(raw_.data(), tag.data(), length_ * sizeof(char16_t));
   }
+}
+
+/// Keeps a tag that is all ASCII; false when it is not.
+bool clsXMLTag::StoreASCII(std::string_view tag) {
+  length_ = tag.size();
+  const std::size_t needed = std::max(length_, kStep);
+  if (raw_.size() < needed) raw_.resize(2 * needed);
+  char few[kStep] = {};
+  if (length_ < kStep) tag.copy(few, length_);
+  const char* const bytes = length_ < kStep ? few : tag.data();
+  char16_t* const raw = raw_.data();
+  unsigned others = 0;
+  Mark([&others, bytes, raw](std::size_t place) {
+    const TagMarks marks = WidenTag(bytes + place, raw + place);
+    others |= marks.others;
+    return marks;
+  });
+  return others == 0;
 }
 
 /// Reads the name and the unit that ends it; returns where the attributes begin.

@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
+#include "documents/clsXMLEngine.h"
 #include "platform/Text.h"
 
 namespace marl {
@@ -20,6 +22,8 @@ class clsXMLTag {
   /// and keeps those before it. An attribute name that is there already, but for case, raises
   /// error 457: the attributes read so far stay, the rest of the tag is not read.
   void ParseTag(TextView tag);
+  /// The same for a token as the engine holds it.
+  void ParseTag(const XMLToken& token);
 
   /// The element's name; "/" and "<" within it are dropped.
   TextView name() const {
@@ -47,7 +51,11 @@ class clsXMLTag {
     bool made = false;
   };
   void Initialise();
-  void StoreRaw(TextView tag);
+  void StoreUnits(TextView tag);
+  bool StoreASCII(std::string_view tag);
+  template <typename MarkAt>
+  void Mark(MarkAt&& markAt);
+  void ReadTag();
   std::size_t ReadName();
   void Add(std::size_t name, std::size_t nameLength, std::size_t value, std::size_t valueLength);
   void Enter(TextView key);

@@ -53,8 +53,8 @@ struct Level {
 
 TextView StripNull(TextView text) { return text.substr(0, text.find(u'\0')); }
 
-void modFindFiles::FindFiles(Text& folder, TextView pattern, TextView filters,
-                             std::int16_t recurse, std::vector<Text>& result) {
+void modFindFiles::FindFiles(Text& folder, TextView pattern, TextView filters, std::int16_t recurse,
+                             std::vector<Text>& result) {
   if (!folder.ends_with(u'\\')) folder += u'\\';
   const std::vector<NameFilter> wanted = Filters(filters);
   // One path grows and shrinks with the way through the folders, which may be nested deeper than
@@ -93,9 +93,8 @@ void modFindFiles::FindFiles(Text& folder, TextView pattern, TextView filters,
     }
     if (!level.matches) level.matches = Like(path, pattern);
     if (!*level.matches) continue;
-    const bool found = std::any_of(wanted.begin(), wanted.end(), [&](const NameFilter& filter) {
-      return filter.Matches(name);
-    });
+    const bool found = std::any_of(wanted.begin(), wanted.end(),
+                                   [&](const NameFilter& filter) { return filter.Matches(name); });
     if (found) result.push_back(path + Text(name));
   }
 }

@@ -1,6 +1,8 @@
 #include "documents/clsXMLEngine.h"
+#include "documents/clsXMLTag.h"
 #include "fuzz/OneFile.h"
 #include "fuzz/Target.h"
+#include "platform/RuntimeError.h"
 #include "tests/unit/XMLReference.h"
 
 // A file of any bytes, cut into tokens: together they are the document, and each is what the plain
@@ -30,6 +32,26 @@ MARL_FUZZ_TARGET(tokens) {
 
   Text token = u"old";
   fuzz::Expect(engine.GetToken(token) == xtEndOfDocument && token.empty(), "the end stays");
+  // As the engine holds them the tokens are the same, and so are the tags read from them.
+  fuzz::Expect(engine.OpenDocument(u"a.xml"), "the file opens again");
+  clsXMLEngine other(file);
+  other.OpenDocument(u"a.xml");
+  clsXMLTag fast;
+  clsXMLTag plain;
+  for (;;) {
+    XMLToken found;
+    const XMLTokenKind kind = engine.GetToken(found);
+    fuzz::Expect(kind == other.GetToken(token) && kind == found.kind, "the kind is the same");
+    fuzz::Expect(found.text() == token, "the text is the same");
+    if (kind == xtEndOfDocument) break;
+    const bool failed = !Skip([&] { fast.ParseTag(found); });
+    fuzz::Expect(failed == !Skip([&] { plain.ParseTag(token); }), "the failure is the same");
+    fuzz::Expect(fast.name() == plain.name() && fast.AttributeCount() == plain.AttributeCount(),
+                 "the tag is the same");
+    for (std::int32_t i = 1; i <= fast.AttributeCount(); ++i) {
+      fuzz::Expect(fast.AttributeValue(i) == plain.AttributeValue(i), "the value is the same");
+    }
+  }
   if (document.empty()) return;
   fuzz::Expect(engine.OpenXMLW(document), "a text opens");
   all = document[0] == 0xFEFF ? u"\xFEFF" : u"";

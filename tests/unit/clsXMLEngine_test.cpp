@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "documents/clsXMLTag.h"
 #include "platform/RuntimeError.h"
 #include "platform/memory/MemoryFileSystem.h"
 #include "tests/unit/XMLReference.h"
@@ -285,6 +286,53 @@ TEST_F(XmlTokens, RandomDocumentsAgreeWithTheReference) {
     const Text document = reference::WithoutMark(reference::Decode(bytes));
     ASSERT_EQ(ScanFile(bytes), reference::Tokens(document)) << testing::PrintToString(document);
   }
+}
+
+TEST_F(XmlTokens, TokensWithoutDecodingAreTheSame) {
+  Documents documents(10);
+  clsXMLEngine other(files);
+  clsXMLTag fast, plain;
+  int asBytes = 0, asUnits = 0;
+  for (int round = reference::Rounds(20000); round > 0; --round) {
+    files.Put(kPath, documents.MakeBytes(round % 100 == 0 ? 300 : 12));
+    ASSERT_TRUE(engine.OpenDocument(kPath) && other.OpenDocument(kPath));
+    for (;;) {
+      XMLToken token;
+      Text text;
+      const XMLTokenKind kind = engine.GetToken(token);
+      ASSERT_EQ(kind, other.GetToken(text));
+      ASSERT_EQ(token.kind, kind);
+      ASSERT_EQ(token.text(), text);
+      if (kind == xtEndOfDocument) break;
+      ++(token.bytes.empty() ? asUnits : asBytes);
+      const bool failed = !Skip([&] { fast.ParseTag(token); });
+      ASSERT_EQ(failed, !Skip([&] { plain.ParseTag(text); }));
+      ASSERT_EQ(fast.name(), plain.name());
+      ASSERT_EQ(fast.AttributeCount(), plain.AttributeCount());
+      for (int i = 1; i <= fast.AttributeCount(); ++i) {
+        ASSERT_EQ(fast.AttributeValue(i), plain.AttributeValue(i));
+      }
+    }
+  }
+  EXPECT_GT(asBytes, 0);
+  EXPECT_GT(asUnits, 0);
+}
+
+TEST_F(XmlTokens, KindsOfTokensMayBeAskedForInTurn) {
+  files.Put(kPath, "<a><b/>\xC3<<c>x</c>");
+  ASSERT_TRUE(engine.OpenDocument(kPath));
+  XMLToken held;
+  TextView view;
+  Text text;
+  EXPECT_EQ(engine.GetToken(held), xtOpenTag);
+  EXPECT_EQ(held.bytes, "<a>");
+  EXPECT_EQ(engine.GetToken(view), xtEmptyTag);
+  EXPECT_EQ(view, u"<b/>");
+  // Here a lead swallows the "<": bytes and units part.
+  EXPECT_EQ(engine.GetToken(held), xtText);
+  EXPECT_EQ(held.units, Text(1, 3 * 64 + 60));
+  EXPECT_EQ(engine.GetToken(text), xtOpenTag);
+  EXPECT_EQ(text, u"<c>");
 }
 
 TEST_F(XmlTokens, ConcatenatedTokensGiveBackTheDocument) {
