@@ -12,7 +12,7 @@ frmRunningApps::frmRunningApps(Desktop& desktop, const Locale& locales, const St
   lblWarning.SetBounds({120, 120, 4920, 630});
   lblWarning.Tag = u"8001";
   lstRunningApplications.SetBounds({120, 810, 4920, 1995});
-  cmdSwitchTo.SetBounds({1485, 2925, 1125, 345});
+  cmdSwitchTo.SetBounds({1335, 2925, 1275, 345});
   cmdSwitchTo.Tag = u"8002";
   cmdSwitchTo.Default = true;
   cmdSwitchTo.SetEnabled(false);

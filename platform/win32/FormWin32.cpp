@@ -26,6 +26,8 @@ DWORD StyleOf(const Form& form) {
   if (form.MinButton) style |= WS_MINIMIZEBOX;
   if (form.MaxButton) style |= WS_MAXIMIZEBOX;
   if (!form.ShowInTaskbar) style |= WS_POPUP;
+  // Wine takes it from this flag that a dialog without an icon is to have none.
+  if (form.Border == BorderStyle::kFixedDialog) style |= DS_MODALFRAME;
   return style;
 }
 
@@ -69,7 +71,6 @@ FormWin32::FormWin32(DesktopWin32& desktop, Form& form) : desktop_(desktop), for
     description.lpfnWndProc = Entry;
     description.hInstance = GetModuleHandleW(nullptr);
     description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    description.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
     description.lpszClassName = kClassName;
     return RegisterClassExW(&description);
   }();
