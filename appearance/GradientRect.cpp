@@ -328,23 +328,50 @@ void GradientTarget::Draw(const GradientSweep& sweep) {
   }
 }
 
-GradientPicture::GradientPicture(Size size, Color background)
-    : picture_(std::max(size.width, 0), std::max(size.height, 0), PixelOf(background)) {}
+void GradientPicture::Begin(Size size, Color background) {
+  const int width = std::max(size.width, 0);
+  const int height = std::max(size.height, 0);
+  if (picture_) taken_.push_back(std::move(picture_));
+  const auto unused = std::find_if(taken_.begin(), taken_.end(),
+                                   [](const auto& picture) { return picture.use_count() == 1; });
+  if (unused != taken_.end()) {
+    picture_ = std::move(*unused);
+    taken_.erase(unused);
+  } else if (taken_.size() > 1) {
+    taken_.erase(taken_.begin());
+  }
+  if (!picture_) picture_ = std::make_shared<Picture>();
+  if (picture_->width != width || picture_->height != height) {
+    *picture_ = Picture(width, height, PixelOf(background));
+  }
+}
 
 bool GradientPicture::GetClientRect(Size& size) {
-  size = {picture_.width, picture_.height};
+  size = {picture().width, picture().height};
   return true;
 }
 
 void GradientPicture::Line(Point from, Point to, Color color) {
+  if (!picture_) return;
+  Picture& out = *picture_;
   WalkLine(from, to, [&](std::int64_t x, std::int64_t y) {
-    if (x < 0 || x >= picture_.width || y < 0 || y >= picture_.height) return;
-    picture_.At(static_cast<int>(x), static_cast<int>(y)) = PixelOf(color);
+    if (x < 0 || x >= out.width || y < 0 || y >= out.height) return;
+    out.At(static_cast<int>(x), static_cast<int>(y)) = PixelOf(color);
   });
 }
 
+void GradientPicture::Draw(const GradientSweep& sweep) {
+  if (picture_) PaintSweep(sweep, *picture_);
+}
+
+const Picture& GradientPicture::picture() const {
+  static const Picture kNone;
+  return picture_ ? *picture_ : kNone;
+}
+
 PicturePtr GradientPicture::Take() {
-  return std::make_shared<const Picture>(std::exchange(picture_, Picture()));
+  if (picture_) taken_.push_back(picture_);
+  return std::exchange(picture_, nullptr);
 }
 
 bool clsGradient::Draw(GradientTarget& target) {

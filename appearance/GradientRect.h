@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "platform/Desktop.h"
@@ -50,20 +51,27 @@ class GradientTarget {
   virtual void Draw(const GradientSweep& sweep);
 };
 
-/// A target that keeps its picture.
+/// A target that makes pictures, one after the other. What nobody shows any more is drawn on again:
+/// fresh memory costs many times what the drawing does.
 class GradientPicture : public GradientTarget {
  public:
-  /// `size` in pixels; `background`, 0x00BBGGRR, is what stands there before.
-  explicit GradientPicture(Size size, Color background = 0);
+  GradientPicture() = default;
+  /// As `Begin`.
+  explicit GradientPicture(Size size, Color background = 0) { Begin(size, background); }
+  /// Starts a picture, `size` in pixels. What stands in it before is `background`, 0x00BBGGRR, or
+  /// what a picture of the same size has left there.
+  void Begin(Size size, Color background = 0);
   bool GetClientRect(Size& size) override;
   void Line(Point from, Point to, Color color) override;
-  void Draw(const GradientSweep& sweep) override { PaintSweep(sweep, picture_); }
-  const Picture& picture() const { return picture_; }
-  /// The picture for a control to keep; the target is empty afterwards.
+  void Draw(const GradientSweep& sweep) override;
+  /// The picture so far; an empty one before `Begin` and after `Take`.
+  const Picture& picture() const;
+  /// The finished picture, for a control to keep; null when none was begun.
   PicturePtr Take();
 
  private:
-  Picture picture_;
+  std::shared_ptr<Picture> picture_;
+  std::vector<std::shared_ptr<Picture>> taken_;  // at most two: one is shown, one is to be
 };
 
 /// Paints a linear gradient of two colours, at any angle, by sweeping a line across the area.

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <set>
 
 #include "platform/RuntimeError.h"
 #include "platform/memory/MemoryDesktop.h"
@@ -538,6 +539,67 @@ TEST(GradientPicture, TakenPictureLeavesAnEmptyTarget) {
   Size size{9, 9};
   EXPECT_TRUE(target.GetClientRect(size));
   EXPECT_EQ(size, (Size{0, 0}));
+  EXPECT_EQ(target.Take(), nullptr);
+}
+
+TEST(GradientPicture, TargetWithoutAPictureTakesNoLines) {
+  MemoryDesktop desktop;
+  GradientPicture target;
+  EXPECT_FALSE(clsGradient(desktop).Draw(target));
+  target.Line({0, 0}, {5, 5}, 0);
+  EXPECT_TRUE(target.picture().pixels.empty());
+}
+
+TEST(GradientPicture, PictureThatIsShownIsNeverDrawnOn) {
+  GradientPicture target;
+  PicturePtr shown;
+  for (Color color = 0; color < 20; ++color) {
+    target.Begin({30, 20}, 0);
+    for (int y = 0; y < 20; ++y) target.Line({0, y}, {30, y}, color);
+    if (shown) {
+      EXPECT_EQ(shown->At(29, 19), 0xFF000000u | static_cast<unsigned>(color - 1) << 16);
+    }
+    shown = target.Take();
+    EXPECT_EQ(shown->At(29, 19), 0xFF000000u | static_cast<unsigned>(color) << 16);
+  }
+}
+
+TEST(GradientPicture, TwoPicturesServeForAllTime) {
+  GradientPicture target;
+  std::set<const std::uint32_t*> places;
+  PicturePtr shown;
+  for (int i = 0; i < 50; ++i) {
+    target.Begin({30, 20});
+    shown = target.Take();
+    places.insert(shown->pixels.data());
+  }
+  EXPECT_EQ(places.size(), 2u);
+}
+
+TEST(GradientPicture, PictureOfAnotherSizeStartsWithTheBackground) {
+  GradientPicture target({3, 3}, 0x0000FF);
+  target.Take();
+  target.Begin({4, 3}, 0x00FF00);
+  EXPECT_EQ(target.picture().width, 4);
+  for (const std::uint32_t pixel : target.picture().pixels) EXPECT_EQ(pixel, 0xFF00FF00u);
+  target.Begin({-1, 5});
+  EXPECT_TRUE(target.picture().pixels.empty());
+}
+
+TEST(GradientPicture, PicturesKeptByManyAreLetGo) {
+  GradientPicture target;
+  std::vector<PicturePtr> kept;
+  for (int i = 0; i < 10; ++i) {
+    target.Begin({5, 5}, i);
+    kept.push_back(target.Take());
+  }
+  std::set<const Picture*> different;
+  for (const PicturePtr& picture : kept) different.insert(picture.get());
+  EXPECT_EQ(different.size(), 10u);
+  // Two stay with the target, so that they can serve again.
+  int alone = 0;
+  for (const PicturePtr& picture : kept) alone += picture.use_count() == 1 ? 1 : 0;
+  EXPECT_EQ(alone, 8);
 }
 
 }  // namespace
