@@ -1,6 +1,8 @@
 #include "platform/win32/CanvasWin32.h"
 
 #include <algorithm>
+#include <functional>
+#include <numeric>
 
 namespace marl::win32 {
 
@@ -55,34 +57,43 @@ void CanvasWin32::Draw(const Picture& picture, int x, int y) {
   const int width = right - left;
   const int height = bottom - top;
 
+  const std::uint32_t* const first =
+      picture.pixels.data() +
+      static_cast<std::size_t>(top - y) * static_cast<std::size_t>(picture.width);
+  const auto rowFrom = [&](int line) {
+    return first + static_cast<std::size_t>(line) * static_cast<std::size_t>(picture.width) +
+           (left - x);
+  };
+  std::uint32_t common = 0xFF000000;
+  for (int line = 0; line < height; ++line) {
+    const std::uint32_t* const row = rowFrom(line);
+    common = std::accumulate(row, row + width, common, std::bit_and());
+  }
+
   BITMAPINFO info = {};
   info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = width;
   info.bmiHeader.biHeight = -height;
   info.bmiHeader.biPlanes = 1;
   info.bmiHeader.biBitCount = 32;
+  if (common == 0xFF000000) {
+    // Nothing shines through: straight from the picture, without a bitmap in between.
+    info.bmiHeader.biWidth = picture.width;
+    SetDIBitsToDevice(context_, left, top, static_cast<DWORD>(width), static_cast<DWORD>(height),
+                      left - x, 0, 0, static_cast<UINT>(height), first, &info, DIB_RGB_COLORS);
+    return;
+  }
+  info.bmiHeader.biWidth = width;
   void* bits = nullptr;
   const UniqueBitmap bitmap(CreateDIBSection(context_, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
   if (!bitmap) return;
-  auto* row = static_cast<std::uint32_t*>(bits);
-  bool opaque = true;
-  for (int line = 0; line < height; ++line, row += width) {
-    const std::uint32_t* const source =
-        picture.pixels.data() +
-        static_cast<std::size_t>(top - y + line) * static_cast<std::size_t>(picture.width) +
-        static_cast<std::size_t>(left - x);
-    std::copy_n(source, width, row);
-    opaque = opaque && std::all_of(source, source + width,
-                                   [](std::uint32_t pixel) { return pixel >> 24 == 255; });
+  for (int line = 0; line < height; ++line) {
+    std::copy_n(rowFrom(line), width,
+                static_cast<std::uint32_t*>(bits) + static_cast<std::size_t>(line) * width);
   }
   const UniqueContext memory(CreateCompatibleDC(context_));
   const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
-  if (opaque) {
-    BitBlt(context_, left, top, width, height, memory.get(), 0, 0, SRCCOPY);
-  } else {
-    const BLENDFUNCTION over = {AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
-    AlphaBlend(context_, left, top, width, height, memory.get(), 0, 0, width, height, over);
-  }
+  const BLENDFUNCTION over = {AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
+  AlphaBlend(context_, left, top, width, height, memory.get(), 0, 0, width, height, over);
   SelectObject(memory.get(), before);
 }
 
