@@ -19,7 +19,9 @@ bool frmMain::WaitForSplash() {
     desktop().WaitForEvents();
     desktop().DoEvents();
   }
-  return loaded();
+  if (loaded()) return true;
+  splash->Unload();
+  return false;
 }
 
 void frmMain::mnuHelpAbout() {

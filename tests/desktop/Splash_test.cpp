@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
 // The splash, the about box and the icons of the windows.
 
@@ -211,7 +212,9 @@ TEST_F(Splash, ClosingTheMainFormMeanwhileEndsTheProgram) {
   const RunningMarl marl(suite);
   ASSERT_TRUE(WaitForSplash(marl));
   ASSERT_TRUE(WaitUntilItMayGo(marl));
+  const auto closed = Clock::now();
   EXPECT_TRUE(Close(marl));
+  EXPECT_LT(Clock::now() - closed, std::chrono::seconds(3)) << "the splash goes with it";
 }
 
 TEST_F(Splash, MainFormHasItsIconFromTheLibrary) {
@@ -230,6 +233,36 @@ TEST_F(Splash, MissingIconLibraryIsSilent) {
   EXPECT_EQ(GoldInTitle(window), 0u);
   EXPECT_FALSE(marl.Box());
   EXPECT_TRUE(Close(marl));
+}
+
+TEST(ProgramFile, CarriesItsIconAsGroupOneWithFourImages) {
+  const HMODULE program =
+      LoadLibraryExW(g_programs.marl.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+  ASSERT_TRUE(program);
+  const auto read = [&](int id, LPCWSTR kind) {
+    std::vector<BYTE> bytes;
+    const HRSRC found = FindResourceW(program, MAKEINTRESOURCEW(id), kind);
+    if (!found) return bytes;
+    const auto* const data = static_cast<const BYTE*>(LockResource(LoadResource(program, found)));
+    bytes.assign(data, data + SizeofResource(program, found));
+    return bytes;
+  };
+  // A header of three words, and for each image fourteen bytes: width, height, colours, reserved,
+  // planes, depth, size and number.
+  const std::vector<BYTE> group = read(1, RT_GROUP_ICON);
+  ASSERT_EQ(group.size(), 6u + 4 * 14);
+  EXPECT_EQ(group[2], 1) << "icons";
+  EXPECT_EQ(group[4], 4);
+  for (std::size_t i = 0; i < 4; ++i) {
+    const BYTE* const entry = &group[6 + 14 * i];
+    const int id = entry[12] | entry[13] << 8;
+    EXPECT_EQ(id, 30001 + static_cast<int>(i));
+    const std::vector<BYTE> image = read(id, RT_ICON);
+    EXPECT_FALSE(image.empty()) << id;
+    EXPECT_EQ(image.size(), std::size_t{entry[8]} | std::size_t{entry[9]} << 8 |
+                                std::size_t{entry[10]} << 16);
+  }
+  FreeLibrary(program);
 }
 
 TEST_F(About, IsModalAndGoesByItsButton) {

@@ -79,6 +79,7 @@ TEST_F(SplashInStartUp, WhoEndsTheSessionDoesNotWaitForIt) {
   world.desktop.posted.push_back([this] { world.main().UserClose(); });
   EXPECT_EQ(world.Start(), 0);
   EXPECT_FALSE(world.main().loaded());
+  EXPECT_FALSE(splash().loaded());
   EXPECT_LT(world.desktop.now, 100);
   EXPECT_EQ(world.main().lblRun[kAnalyse]->Tag, u"q17gauge.exe") << "nothing more is done";
 }
@@ -145,7 +146,7 @@ TEST_F(SecondStart, RunsTheRegistrarAndTouchesNothingElse) {
   EXPECT_TRUE(world.desktop.offers.empty());
 }
 
-TEST(About, MenuEntryShowsItAboveTheMainFormAndItsLinksReachTheShell) {
+TEST(AboutFromTheMenu, StandsAboveTheMainFormAndItsLinksReachTheShell) {
   World world;
   world.Start();
   world.shell.started.clear();
