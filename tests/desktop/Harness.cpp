@@ -407,6 +407,9 @@ bool WaitUntil(const std::function<bool()>& holds, std::chrono::milliseconds dea
   for (;;) {
     if (holds()) return true;
     if (std::chrono::steady_clock::now() >= end) return false;
+    // Windows of this thread answer meanwhile: nobody who sends to all windows waits for them.
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
     Sleep(5);
   }
 }
@@ -761,10 +764,7 @@ bool RunningMarl::Running() const {
 }
 
 std::optional<DWORD> RunningMarl::WaitForExit() const {
-  if (!process_ ||
-      WaitForSingleObject(process_, static_cast<DWORD>(kDeadline.count())) != WAIT_OBJECT_0) {
-    return {};
-  }
+  if (!process_ || !WaitUntil([&] { return !Running(); })) return {};
   DWORD code = 0;
   GetExitCodeProcess(process_, &code);
   return code;

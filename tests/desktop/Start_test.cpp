@@ -209,16 +209,22 @@ TEST_F(StartUp, SecondStartBringsTheFirstOnesWindowBack) {
   const RunningMarl first(suite);
   const HWND window = first.WaitForWindow();
   ASSERT_TRUE(window);
-  SetWindowTextW(window, L"marl : project server");
-  ShowWindow(window, SW_MINIMIZE);
-  ASSERT_TRUE(IsIconic(window));
+  ASSERT_TRUE(TextOf(window).starts_with(L"Marl : "));
+  // Maximised and behind another window: it comes back in its usual size, and to the front.
+  ShowWindow(window, SW_SHOWMAXIMIZED);
+  ASSERT_TRUE(IsZoomed(window));
+  const HWND other = CreateWindowExW(0, L"STATIC", L"In front", WS_POPUP | WS_CAPTION | WS_VISIBLE, 50,
+                                     50, 300, 200, nullptr, nullptr, nullptr, nullptr);
+  ASSERT_TRUE(BringForward(other));
   const auto image = settings.Image();
   const RunningMarl second(suite);
-  ASSERT_EQ(second.WaitForExit(), 0u);
-  EXPECT_FALSE(IsIconic(window));
+  EXPECT_EQ(second.WaitForExit(), 0u);
+  EXPECT_FALSE(second.Box());
+  EXPECT_FALSE(IsZoomed(window));
   EXPECT_TRUE(WaitUntil([&] { return GetForegroundWindow() == window; }));
   EXPECT_EQ(settings.Image(), image);
   EXPECT_TRUE(WaitUntil([&] { return suite.Starts().size() == 2; })) << "both run the registrar";
+  DestroyWindow(other);
 }
 
 TEST_F(StartUp, TemporaryFilesOfTheSuiteAreRemovedAndTheProbeLeavesNothing) {
