@@ -267,7 +267,7 @@ TEST(ProgramFile, CarriesItsIconAsGroupOneWithFourImages) {
 
 TEST_F(About, IsModalAndGoesByItsButton) {
   Screenshot("about", about);
-  EXPECT_FALSE(IsWindowEnabled(main));
+  EXPECT_TRUE(WaitUntil([&] { return !IsWindowEnabled(main); }));
   EXPECT_EQ(GetWindow(about, GW_OWNER), main);
   EXPECT_TRUE(WaitUntil([&] { return GoldInTitle(about) > 5; }));
   const HWND ok = FindWindowExW(about, nullptr, L"BUTTON", L"OK");
