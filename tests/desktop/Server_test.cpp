@@ -1,0 +1,579 @@
+#include <algorithm>
+#include <fstream>
+
+#include "tests/desktop/Switchboard.h"
+
+// The tracking server on the real program: what the registry holds, what the title says, what the
+// dialog does, who gets which address, and a real component of the suite.
+
+namespace marl::desktop {
+
+namespace {
+
+using Starts = std::vector<Started>;
+
+constexpr int kChangeServer = 6;
+constexpr int kTrackProjects = 7;
+constexpr int kAdministrator = 8;
+
+constexpr wchar_t kSettingsKey[] = L"Software\\Oru\\Marl\\Settings";
+constexpr wchar_t kListKey[] = L"Software\\Oru\\Marl\\ServerMRU";
+
+const std::string kAlpha = "<project-tracking server=\"alpha\" ssl=\"no\" port=\"80\"/>";
+const std::string kBeta = "<project-tracking server=\"beta\" ssl=\"yes\" port=\"443\"/>";
+
+/// The bytes of a text value without its terminator; nothing when there is no such text.
+std::optional<std::string> Stored(const wchar_t* key, const wchar_t* name) {
+  HKEY opened = nullptr;
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, key, 0, KEY_QUERY_VALUE, &opened) != ERROR_SUCCESS) {
+    return {};
+  }
+  std::string bytes(40000, '\0');
+  DWORD kind = 0;
+  auto size = static_cast<DWORD>(bytes.size());
+  const LSTATUS status =
+      RegQueryValueExA(opened, ToUtf8(name).c_str(), nullptr, &kind,
+                       reinterpret_cast<BYTE*>(bytes.data()), &size);
+  RegCloseKey(opened);
+  if (status != ERROR_SUCCESS || kind != REG_SZ) return {};
+  bytes.resize(size);
+  if (bytes.ends_with('\0')) bytes.pop_back();
+  return bytes;
+}
+
+std::optional<std::string> StoredServer() { return Stored(kSettingsKey, L"TrackingServer"); }
+
+/// The eight stored entries of the list, up to the first that is empty.
+std::vector<std::string> StoredList() {
+  std::vector<std::string> list;
+  for (int n = 1; n <= 8; ++n) {
+    const auto entry = Stored(kListKey, (L"MRU" + std::to_wstring(n)).c_str());
+    EXPECT_TRUE(entry.has_value()) << "MRU" << n;
+    if (!entry || entry->empty()) break;
+    list.push_back(*entry);
+  }
+  return list;
+}
+
+POINT MiddleOf(HWND window) {
+  RECT area;
+  GetWindowRect(window, &area);
+  return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+}
+
+/// The dialog that changes the server, once it can be seen.
+class ServerDialog {
+ public:
+  explicit ServerDialog(const RunningMarl& marl) : process_(marl.id()) {
+    WaitUntil([&] {
+      EnumWindows(Find, reinterpret_cast<LPARAM>(this));
+      return window_ != nullptr;
+    });
+  }
+  explicit operator bool() const { return window_ != nullptr; }
+  HWND window() const { return window_; }
+  HWND Combo() const { return FindWindowExW(window_, nullptr, L"ComboBox", nullptr); }
+  HWND Port() const { return FindWindowExW(window_, nullptr, L"Edit", nullptr); }
+  HWND Button(const wchar_t* text) const {
+    return FindWindowExW(window_, nullptr, L"Button", text);
+  }
+  HWND Ssl() const { return Button(L"The server &requires a secure connection (SSL)"); }
+  HWND Default() const { return Button(L"Use &default port number"); }
+
+  static bool Checked(HWND button) { return SendMessageW(button, BM_GETCHECK, 0, 0) != 0; }
+
+  /// Clicks a button of this text and waits until the dialog has gone.
+  bool Leave(const wchar_t* button) const {
+    Click(MiddleOf(Button(button)));
+    return WaitUntil([&] { return !IsWindow(window_) || !IsWindowVisible(window_); });
+  }
+
+ private:
+  static BOOL CALLBACK Find(HWND window, LPARAM data) {
+    auto* const self = reinterpret_cast<ServerDialog*>(data);
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process != self->process_ || !IsWindowVisible(window)) return TRUE;
+    if (TextOf(window) != L"Change server") return TRUE;
+    self->window_ = window;
+    return FALSE;
+  }
+
+  DWORD process_;
+  HWND window_ = nullptr;
+};
+
+class Server : public SwitchboardTest {
+ protected:
+  void StoreServer(const std::wstring& text) {
+    settings.SetRegistry(L"Settings", L"TrackingServer", text);
+  }
+  static bool TitleBecomes(HWND main, const std::wstring& title) {
+    return WaitUntil([&] { return TextOf(main) == title; });
+  }
+  /// Opens the dialog, types the name over the present one, and leaves with OK.
+  static testing::AssertionResult ChangeTo(const RunningMarl& marl, const std::wstring& name) {
+    Click(IconOf(marl.Window(), kChangeServer));
+    const ServerDialog dialog(marl);
+    if (!dialog) return testing::AssertionFailure() << "no dialog came up";
+    if (!WaitUntil([&] { return GetForegroundWindow() == dialog.window(); })) {
+      return testing::AssertionFailure() << "the dialog is not in front";
+    }
+    // The name is selected as a whole when the dialog comes up.
+    if (name.empty()) {
+      Chord({}, VK_DELETE);
+    } else {
+      Keys(name);
+    }
+    if (!WaitUntil([&] { return TextOf(dialog.Combo()) == name; })) {
+      return testing::AssertionFailure() << "the name is " << ToUtf8(TextOf(dialog.Combo()));
+    }
+    if (!dialog.Leave(L"OK")) return testing::AssertionFailure() << "the dialog stays";
+    return testing::AssertionSuccess();
+  }
+};
+
+}  // namespace
+
+TEST_F(Server, NoStoredServerIsSaidInTheTitleAndTrackProjectsIsDead) {
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  EXPECT_EQ(TextOf(main), L"Marl : [no server]");
+  Click(IconOf(main, kTrackProjects));
+  Click(LabelOf(main, kAdministrator));
+  EXPECT_EQ(suite.WaitForTools(1), (Starts{Start(suite, L"Q17Warden.exe")}));
+  EXPECT_EQ(StoredServer(), "");
+  EXPECT_EQ(StoredList(), std::vector<std::string>{});
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Server, StoredBareNameBecomesATagThatIsSavedAtExit) {
+  StoreServer(L"alpha");
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  EXPECT_EQ(TextOf(main), L"Marl : alpha");
+  EXPECT_EQ(StoredServer(), "alpha") << "start-up writes nothing";
+  EXPECT_TRUE(Close(marl));
+  EXPECT_EQ(StoredServer(), kAlpha);
+  EXPECT_EQ(StoredList(), std::vector<std::string>{kAlpha});
+}
+
+struct HostileValue {
+  const wchar_t* stored;
+  const wchar_t* title;
+  const wchar_t* arguments;
+};
+
+class ServerHostile : public Server, public testing::WithParamInterface<HostileValue> {};
+
+TEST_P(ServerHostile, StoredValueIsTakenAsTold) {
+  StoreServer(GetParam().stored);
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  EXPECT_EQ(TextOf(main), std::wstring(L"Marl : ") + GetParam().title);
+  Click(IconOf(main, kAdministrator));
+  EXPECT_EQ(suite.WaitForTools(1), (Starts{Start(suite, L"Q17Warden.exe", GetParam().arguments)}));
+  EXPECT_TRUE(Close(marl));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, ServerHostile,
+    testing::Values(
+        HostileValue{L"<project-tracking server=\"alpha\" ssl=\"YES\" port=\"8080\"/>", L"alpha",
+                     L"alpha /ssl /port=8080"},
+        HostileValue{L"R&D <x> \"q\" %20", L"R&D <x> \"q\" %20", L"R&D <x> \"q\" %20 /port=80"},
+        HostileValue{L"/R /s", L"/R /s", L"/R /s /port=80"},
+        HostileValue{L"<project-tracking server=\"", L"[no server]", L""},
+        HostileValue{L"<", L"[no server]", L""},
+        HostileValue{L"<project-tracking server=\"a\" server=\"b\"/>", L"[no server]", L""}));
+
+TEST_F(Server, ChangedReAddedAndRemoved) {
+  StoreServer(L"<project-tracking server=\"beta\" ssl=\"yes\" port=\"443\"/>");
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_EQ(TextOf(main), L"Marl : beta");
+
+  // The dialog keeps SSL and port of the server before.
+  ASSERT_TRUE(ChangeTo(marl, L"gamma"));
+  EXPECT_TRUE(TitleBecomes(main, L"Marl : gamma"));
+  EXPECT_EQ(StoredServer(), kBeta) << "saved is what there was at the press";
+  const std::string gamma = "<project-tracking server=\"gamma\" ssl=\"yes\" port=\"443\"/>";
+  ASSERT_TRUE(ChangeTo(marl, L"BETA"));
+  EXPECT_TRUE(TitleBecomes(main, L"Marl : BETA"));
+  EXPECT_EQ(StoredServer(), gamma);
+  EXPECT_EQ(StoredList(), (std::vector<std::string>{gamma, kBeta}));
+
+  ASSERT_TRUE(ChangeTo(marl, L""));
+  EXPECT_TRUE(TitleBecomes(main, L"Marl : [no server]"));
+  const std::string upper = "<project-tracking server=\"BETA\" ssl=\"yes\" port=\"443\"/>";
+  EXPECT_EQ(StoredServer(), upper);
+  EXPECT_EQ(StoredList(), (std::vector<std::string>{upper, gamma})) << "in the new spelling";
+
+  EXPECT_FALSE(marl.Box());
+  EXPECT_TRUE(Close(marl));
+  EXPECT_EQ(StoredServer(), "");
+  EXPECT_EQ(StoredList(), (std::vector<std::string>{upper, gamma}));
+  EXPECT_EQ(Stored(kListKey, L"MRU3"), "");
+  EXPECT_EQ(Stored(kListKey, L"MRU8"), "");
+}
+
+TEST_F(Server, DropDownShowsTheListAndAChosenEntrySetsAllFields) {
+  settings.SetRegistry(L"ServerMRU", L"MRU1", FromUtf8(kAlpha));
+  settings.SetRegistry(L"ServerMRU", L"MRU3",
+                       L"<project-tracking server=\"delta\" ssl=\"yes\" port=\"8443\"/>");
+  settings.SetRegistry(L"ServerMRU", L"MRU7", L"bare & name");
+  StoreServer(L"alpha");
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  ASSERT_TRUE(marl.WaitForWindow());
+  Click(IconOf(marl.Window(), kChangeServer));
+  const ServerDialog dialog(marl);
+  ASSERT_TRUE(dialog);
+  Screenshot("change-server", dialog.window());
+  const HWND combo = dialog.Combo();
+  ASSERT_EQ(SendMessageW(combo, CB_GETCOUNT, 0, 0), 3);
+  EXPECT_EQ(TextOf(combo), L"alpha");
+  EXPECT_TRUE(dialog.Checked(dialog.Default()));
+  EXPECT_FALSE(IsWindowEnabled(dialog.Port()));
+
+  // Down the list by keys: the first is alpha itself, the second is delta.
+  ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == dialog.window(); }));
+  Chord({}, VK_DOWN);
+  Chord({}, VK_DOWN);
+  EXPECT_TRUE(WaitUntil([&] { return TextOf(combo) == L"delta"; })) << ToUtf8(TextOf(combo));
+  EXPECT_TRUE(WaitUntil([&] { return TextOf(dialog.Port()) == L"8443"; }));
+  EXPECT_TRUE(dialog.Checked(dialog.Ssl()));
+  EXPECT_FALSE(dialog.Checked(dialog.Default()));
+  EXPECT_TRUE(IsWindowEnabled(dialog.Port()));
+  Screenshot("change-server-chosen", dialog.window());
+  EXPECT_TRUE(dialog.Leave(L"OK"));
+  EXPECT_TRUE(TitleBecomes(marl.Window(), L"Marl : delta"));
+  EXPECT_TRUE(Close(marl));
+  EXPECT_EQ(StoredServer(), "<project-tracking server=\"delta\" ssl=\"yes\" port=\"8443\"/>");
+  // The bare name came back as a tag, and the gaps have closed.
+  EXPECT_EQ(StoredList(),
+            (std::vector<std::string>{
+                "<project-tracking server=\"delta\" ssl=\"yes\" port=\"8443\"/>", kAlpha,
+                "<project-tracking server=\"bare &amp; name\" ssl=\"no\" port=\"80\"/>"}));
+}
+
+TEST_F(Server, EscapeAndAccessKeysWork) {
+  StoreServer(L"<project-tracking server=\"alpha\" ssl=\"no\" port=\"8080\"/>");
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  Click(IconOf(main, kChangeServer));
+  const ServerDialog dialog(marl);
+  ASSERT_TRUE(dialog);
+  ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == dialog.window(); }));
+  const auto focus = [&] {
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(dialog.window(), nullptr), &info);
+    return info.hwndFocus;
+  };
+  EXPECT_TRUE(WaitUntil([&] { return IsChild(dialog.Combo(), focus()); }));
+  Chord({VK_MENU}, 'O');
+  EXPECT_TRUE(WaitUntil([&] { return focus() == dialog.Port(); })) << "the port, by its label";
+  Chord({VK_MENU}, 'S');
+  EXPECT_TRUE(WaitUntil([&] { return IsChild(dialog.Combo(), focus()); })) << "the server";
+  Chord({VK_MENU}, 'R');
+  EXPECT_TRUE(WaitUntil([&] { return dialog.Checked(dialog.Ssl()); })) << "SSL";
+  // Tab goes from here to the other box, the port, both buttons, and round.
+  for (const HWND next : {dialog.Default(), dialog.Port(), dialog.Button(L"OK"),
+                          dialog.Button(L"Cancel")}) {
+    Chord({}, VK_TAB);
+    EXPECT_TRUE(WaitUntil([&] { return focus() == next; })) << ToUtf8(TextOf(next));
+  }
+  Chord({}, VK_TAB);
+  EXPECT_TRUE(WaitUntil([&] { return IsChild(dialog.Combo(), focus()); }));
+  Chord({}, VK_ESCAPE);
+  EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog.window()); }));
+  EXPECT_EQ(TextOf(main), L"Marl : alpha");
+  EXPECT_TRUE(Close(marl));
+  EXPECT_EQ(StoredServer(), "<project-tracking server=\"alpha\" ssl=\"no\" port=\"8080\"/>");
+}
+
+// The filter on a real edit control: text and caret come back as they were.
+TEST_F(Server, PortFieldRefusesEveryKindOfEditThatIsNoPort) {
+  StoreServer(L"<project-tracking server=\"alpha\" ssl=\"no\" port=\"8080\"/>");
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  ASSERT_TRUE(marl.WaitForWindow());
+  Click(IconOf(marl.Window(), kChangeServer));
+  const ServerDialog dialog(marl);
+  ASSERT_TRUE(dialog);
+  const HWND port = dialog.Port();
+  ASSERT_EQ(TextOf(port), L"8080");
+
+  struct State {
+    std::wstring text;
+    DWORD start = 0;
+    DWORD end = 0;
+    bool operator==(const State&) const = default;
+  };
+  const auto now = [&] {
+    State state{TextOf(port)};
+    SendMessageW(port, EM_GETSEL, reinterpret_cast<WPARAM>(&state.start),
+                 reinterpret_cast<LPARAM>(&state.end));
+    return state;
+  };
+  const auto select = [&](int start, int end) { SendMessageW(port, EM_SETSEL, start, end); };
+  // Replaces the selection in one step, as a paste and a drop do, with undo.
+  const auto put = [&](const wchar_t* text) {
+    SendMessageW(port, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text));
+  };
+  const auto type = [&](wchar_t character) { SendMessageW(port, WM_CHAR, character, 1); };
+
+  select(0, 4);
+  type(L'8');
+  EXPECT_EQ(now(), (State{L"8", 1, 1}));
+  type(L'a');
+  EXPECT_EQ(now(), (State{L"8", 1, 1})) << "a letter does not happen";
+  type(L'1');
+  EXPECT_EQ(now(), (State{L"81", 2, 2}));
+  select(1, 1);
+  put(L"00");
+  EXPECT_EQ(now(), (State{L"8001", 3, 3}));
+  select(0, 4);
+  put(L"12x");
+  EXPECT_EQ(now(), (State{L"8001", 3, 3})) << "paste over a selection";
+  select(0, 0);
+  put(L"9");
+  EXPECT_EQ(now(), (State{L"8001", 3, 3})) << "98001 is above the maximum";
+  select(0, 4);
+  SendMessageW(port, WM_CLEAR, 0, 0);
+  EXPECT_EQ(now(), (State{L"8001", 3, 3})) << "it may not be emptied";
+  select(1, 4);
+  SendMessageW(port, WM_CLEAR, 0, 0);
+  EXPECT_EQ(now(), (State{L"8", 1, 1}));
+  SendMessageW(port, EM_UNDO, 0, 0);
+  EXPECT_EQ(now().text, L"8001") << "undo of a good edit";
+  SendMessageW(port, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"20001"));
+  EXPECT_EQ(now().text, L"8001");
+  SendMessageW(port, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"20000"));
+  EXPECT_EQ(now().text, L"20000");
+  EXPECT_TRUE(dialog.Leave(L"OK"));
+  EXPECT_TRUE(Close(marl));
+  EXPECT_EQ(StoredServer(), "<project-tracking server=\"alpha\" ssl=\"no\" port=\"20000\"/>");
+}
+
+namespace {
+
+/// A key below Software\Classes of the machine, for as long as this lives.
+class ClassKey {
+ public:
+  ClassKey(const std::wstring& path, const std::wstring& text)
+      : path_(L"Software\\Classes\\" + path) {
+    HKEY key = nullptr;
+    DWORD disposition = 0;
+    if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                        &key, &disposition) != ERROR_SUCCESS) {
+      return;
+    }
+    created_ = disposition == REG_CREATED_NEW_KEY;
+    wchar_t before[1024];
+    auto size = static_cast<DWORD>(sizeof before);
+    if (RegQueryValueExW(key, nullptr, nullptr, nullptr, reinterpret_cast<BYTE*>(before), &size) ==
+        ERROR_SUCCESS) {
+      before_ = before;
+    }
+    made_ = Write(key, text);
+    RegCloseKey(key);
+  }
+  ~ClassKey() {
+    if (created_) {
+      RegDeleteKeyW(HKEY_LOCAL_MACHINE, path_.c_str());
+      return;
+    }
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, KEY_SET_VALUE, &key)) return;
+    if (before_) {
+      Write(key, *before_);
+    } else {
+      RegDeleteValueW(key, nullptr);
+    }
+    RegCloseKey(key);
+  }
+  ClassKey(const ClassKey&) = delete;
+  ClassKey& operator=(const ClassKey&) = delete;
+  bool made() const { return made_; }
+
+ private:
+  static bool Write(HKEY key, const std::wstring& text) {
+    return RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
+                          static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))) ==
+           ERROR_SUCCESS;
+  }
+
+  std::wstring path_;
+  std::optional<std::wstring> before_;
+  bool created_ = false;
+  bool made_ = false;
+};
+
+constexpr wchar_t kClientId[] = L"{7B0C7C5E-53B5-4B6B-9C63-0E1D5A6F9A41}";
+
+/// The test's component, registered while this lives.
+class RegisteredClient {
+ public:
+  RegisteredClient(const SuiteFolder& suite, const std::wstring& library)
+      : record_(suite.temp() + L"\\client.bin"),
+        program_(L"Marl.TrackingServerClient", L"Tracking server client"),
+        programClass_(L"Marl.TrackingServerClient\\CLSID", kClientId),
+        class_(std::wstring(L"CLSID\\") + kClientId, L"Tracking server client"),
+        server_(std::wstring(L"CLSID\\") + kClientId + L"\\InprocServer32", library) {
+    SetEnvironmentVariableW(L"MARL_TEST_CLIENT", record_.c_str());
+  }
+  ~RegisteredClient() { SetEnvironmentVariableW(L"MARL_TEST_CLIENT", nullptr); }
+  bool made() const { return server_.made() && programClass_.made(); }
+
+  /// The documents that it was given.
+  std::vector<std::wstring> Documents() const {
+    std::ifstream file(record_.c_str(), std::ios::binary);
+    std::vector<std::wstring> documents(1);
+    wchar_t unit = 0;
+    while (file.read(reinterpret_cast<char*>(&unit), sizeof unit)) {
+      if (unit) {
+        documents.back() += unit;
+      } else {
+        documents.emplace_back();
+      }
+    }
+    documents.pop_back();
+    return documents;
+  }
+
+  /// The library that was built beside the tests.
+  static std::wstring Library() {
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    const std::wstring own = path;
+    return own.substr(0, own.rfind(L'\\') + 1) + L"tracking_client.dll";
+  }
+
+ private:
+  std::wstring record_;
+  // In the order of making: what lies deeper goes first.
+  ClassKey program_;
+  ClassKey programClass_;
+  ClassKey class_;
+  ClassKey server_;
+};
+
+std::wstring Document(const std::wstring& tag) {
+  return L"\uFEFF<?xml version=\"1.0\" standalone=\"no\"?>" + tag;
+}
+
+}  // namespace
+
+TEST_F(Server, RealComponentIsCalledWithTheDocumentAndItsFailureIsShown) {
+  StoreServer(L"R&D");
+  const SuiteFolder suite;
+  const RegisteredClient client(suite, RegisteredClient::Library());
+  ASSERT_TRUE(client.made());
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  EXPECT_EQ(TextOf(main), L"Marl : R&D");
+  const std::wstring tag = L"<project-tracking server=\"R&amp;D\" ssl=\"no\" port=\"80\"/>";
+  EXPECT_EQ(client.Documents(), std::vector<std::wstring>{Document(tag)});
+
+  Click(IconOf(main, kChangeServer));
+  {
+    const ServerDialog dialog(marl);
+    ASSERT_TRUE(dialog);
+    ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == dialog.window(); }));
+    Keys(L"refused");
+    ASSERT_TRUE(WaitUntil([&] { return TextOf(dialog.Combo()) == L"refused"; }));
+    Click(MiddleOf(dialog.Button(L"OK")));
+  }
+  const MessageBoxWindow box = marl.WaitForBox();
+  ASSERT_TRUE(box);
+  Screenshot("server-refused");
+  EXPECT_EQ(box.Title(), L"Marl");
+  EXPECT_EQ(box.Text(), L"The server refused \u2013 \"no\" means no.");
+  EXPECT_TRUE(box.Press(IDOK));
+  EXPECT_EQ(TextOf(main), L"Marl : R&D");
+  EXPECT_EQ(client.Documents(),
+            (std::vector<std::wstring>{
+                Document(tag),
+                Document(L"<project-tracking server=\"refused\" ssl=\"no\" port=\"80\"/>")}));
+  EXPECT_TRUE(Close(marl));
+  EXPECT_EQ(StoredServer(), ToUtf8(tag));
+  EXPECT_EQ(StoredList(), std::vector<std::string>{ToUtf8(tag)});
+}
+
+TEST_F(Server, RefusedStoredServerEndsQuietlyInNone) {
+  StoreServer(L"refused");
+  const SuiteFolder suite;
+  const RegisteredClient client(suite, RegisteredClient::Library());
+  ASSERT_TRUE(client.made());
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  EXPECT_EQ(TextOf(main), L"Marl : [no server]");
+  EXPECT_FALSE(marl.Box());
+  EXPECT_EQ(client.Documents().size(), 1u);
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Server, RegisteredComponentThatIsNotThereIsAFailure) {
+  StoreServer(L"alpha");
+  const SuiteFolder suite;
+  const RegisteredClient client(suite, suite.path() + L"\\nowhere.dll");
+  ASSERT_TRUE(client.made());
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  EXPECT_EQ(TextOf(main), L"Marl : [no server]") << "the built-in one does not step in";
+  EXPECT_FALSE(marl.Box());
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Server, BrowserGetsTheSitesAddressAsItsOneArgument) {
+  const SuiteFolder suite;
+  const std::wstring browser = suite.path() + L"\\Browser.exe";
+  ASSERT_TRUE(CopyFileW(g_programs.standIn.c_str(), browser.c_str(), TRUE));
+  const ClassKey extension(L".html", L"MarlTestPage");
+  const ClassKey type(L"MarlTestPage", L"Page");
+  const ClassKey shell(L"MarlTestPage\\shell", L"");
+  const ClassKey open(L"MarlTestPage\\shell\\open", L"");
+  const ClassKey command(L"MarlTestPage\\shell\\open\\command", L"\"" + browser + L"\" \"%1\"");
+  ASSERT_TRUE(command.made());
+  const struct {
+    const wchar_t* tag;
+    const wchar_t* address;
+  } rows[] = {
+      {L"<project-tracking server=\"alpha\" ssl=\"no\" port=\"80\"/>", L"http://alpha"},
+      {L"<project-tracking server=\"alpha\" ssl=\"YES\" port=\"443\"/>", L"https://alpha"},
+      {L"<project-tracking server=\"alpha\" ssl=\"no\" port=\"443\"/>", L"http://alpha:443"},
+      {L"<project-tracking server=\"alpha\" ssl=\"yes\" port=\"80\"/>", L"https://alpha:80"},
+      {L"<project-tracking server=\"alpha\" ssl=\"yes\" port=\"\"/>", L"https://alpha:"},
+  };
+  std::size_t count = 0;
+  for (const auto& row : rows) {
+    StoreServer(row.tag);
+    const RunningMarl marl(suite);
+    const HWND main = marl.WaitForWindow();
+    ASSERT_TRUE(main);
+    Click(IconOf(main, kTrackProjects));
+    const Starts starts = suite.WaitForTools(++count);
+    ASSERT_EQ(starts.size(), count);
+    EXPECT_EQ(starts.back().program, L"Browser.exe");
+    EXPECT_EQ(starts.back().arguments,
+              std::wstring(row.address) + L"/OruCadenceProjectTracking/logon.aspx");
+    ASSERT_TRUE(Close(marl));
+  }
+}
+
+}  // namespace marl::desktop
