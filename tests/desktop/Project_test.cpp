@@ -1,0 +1,435 @@
+#include <algorithm>
+
+#include "tests/desktop/Switchboard.h"
+
+// The commands on projects, with real files, the platform's file dialog and the selection dialog.
+
+namespace marl::desktop {
+
+namespace {
+
+using Starts = std::vector<Started>;
+
+constexpr wchar_t kCleanQuestion[] =
+    L"This will remove all Marl files from the folder.  Are you sure you want to continue?";
+constexpr int kFileName = 0x480;       // the field of the platform's file dialogs
+constexpr int kFileNameCombo = 0x47C;  // and in some of them
+
+/// The process's window of this class and title that can be seen; null when there is none.
+HWND FindWindowOf(const RunningMarl& marl, const wchar_t* windowClass, const wchar_t* title) {
+  for (HWND window = nullptr;
+       (window = FindWindowExW(nullptr, window, windowClass, title)) != nullptr;) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process == marl.id() && IsWindowVisible(window)) return window;
+  }
+  return nullptr;
+}
+
+HWND WaitForWindowOf(const RunningMarl& marl, const wchar_t* windowClass, const wchar_t* title) {
+  HWND window = nullptr;
+  WaitUntil([&] {
+    return (window = FindWindowOf(marl, windowClass, title)) != nullptr || !marl.Running();
+  });
+  return window;
+}
+
+HWND WaitForFileDialog(const RunningMarl& marl) {
+  return WaitForWindowOf(marl, L"#32770", L"Open Marl project file");
+}
+
+HWND WaitForSelection(const RunningMarl& marl) {
+  return WaitForWindowOf(marl, L"MarlForm", L"Select language and file name");
+}
+
+bool WaitUntilGone(HWND window) {
+  return WaitUntil([&] { return !IsWindow(window) || !IsWindowVisible(window); });
+}
+
+BOOL CALLBACK KeepFileField(HWND window, LPARAM found) {
+  const int id = GetDlgCtrlID(window);
+  if ((id != kFileName && id != kFileNameCombo) || !IsWindowVisible(window)) return TRUE;
+  *reinterpret_cast<HWND*>(found) = window;
+  return FALSE;
+}
+
+/// Writes the path into the field of a file dialog and presses Enter. True when the dialog goes.
+bool ChooseFile(HWND dialog, const std::wstring& path) {
+  HWND field = nullptr;
+  WaitUntil([&] {
+    EnumChildWindows(dialog, KeepFileField, reinterpret_cast<LPARAM>(&field));
+    return field != nullptr;
+  });
+  if (!field || !BringForward(dialog)) return false;
+  SendMessageW(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+  RedrawWindow(dialog, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+  Screenshot("OpenProject", dialog);
+  PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+  return WaitUntilGone(dialog);
+}
+
+/// The windows of this class in a form, in the order of their making.
+std::vector<HWND> Children(HWND form, const wchar_t* windowClass) {
+  std::vector<HWND> children;
+  for (HWND child = nullptr;
+       (child = FindWindowExW(form, child, windowClass, nullptr)) != nullptr;) {
+    children.push_back(child);
+  }
+  return children;
+}
+
+std::vector<std::wstring> Rows(HWND combo) {
+  std::vector<std::wstring> rows;
+  const auto count = SendMessageW(combo, CB_GETCOUNT, 0, 0);
+  for (LRESULT i = 0; i < count; ++i) {
+    const auto row = static_cast<WPARAM>(i);
+    const LRESULT length = SendMessageW(combo, CB_GETLBTEXTLEN, row, 0);
+    if (length < 0) break;
+    std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+    SendMessageW(combo, CB_GETLBTEXT, row, reinterpret_cast<LPARAM>(text.data()));
+    text.resize(static_cast<std::size_t>(length));
+    rows.push_back(text);
+  }
+  return rows;
+}
+
+bool PressButton(HWND form, const wchar_t* caption) {
+  const HWND button = FindWindowExW(form, nullptr, L"Button", caption);
+  RECT area;
+  if (!button || !GetWindowRect(button, &area)) return false;
+  const POINT middle = {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+  if (!BringForward(form)) return false;
+  if (!WaitUntil([&] { return WindowFromPoint(middle) == button; })) return false;
+  Click(middle);
+  return WaitUntilGone(form);
+}
+
+using Tree = std::map<std::wstring, std::pair<DWORD, std::uint64_t>>;
+
+/// All files below the folder, with their sizes and times of writing.
+void AddFiles(const std::wstring& folder, Tree& files) {
+  WIN32_FIND_DATAW found;
+  const HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return;
+  do {
+    const std::wstring name = found.cFileName;
+    if (name == L"." || name == L"..") continue;
+    const std::wstring path = folder + L"\\" + name;
+    if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
+      AddFiles(path, files);
+    } else {
+      files[path] = {found.nFileSizeLow,
+                     std::uint64_t{found.ftLastWriteTime.dwHighDateTime} << 32 |
+                         found.ftLastWriteTime.dwLowDateTime};
+    }
+  } while (FindNextFileW(search, &found));
+  FindClose(search);
+}
+
+/// Brings the form forward and waits until its field has the keys.
+bool WaitForFocus(HWND form, HWND field) {
+  if (!BringForward(form)) return false;
+  const DWORD thread = GetWindowThreadProcessId(form, nullptr);
+  return WaitUntil([&] {
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof info;
+    return GetGUIThreadInfo(thread, &info) && info.hwndFocus == field;
+  });
+}
+
+/// Chooses the second row of the form's first list with the keys. The tool that was started last
+/// may still come up and take some of them.
+bool ChooseSecondRow(HWND form) {
+  const HWND list = Children(form, L"ComboBox").at(0);
+  return WaitUntil([&] {
+    if (SendMessageW(list, CB_GETCURSEL, 0, 0) == 1) return true;
+    if (WaitForFocus(form, list)) Chord({}, VK_DOWN);
+    return false;
+  });
+}
+
+/// A project's folder, made below the suite's temporary one.
+class Project : public SwitchboardTest {
+ protected:
+  void SetUp() override {
+    CreateDirectoryW(folder.c_str(), nullptr);
+    main = marl.WaitForWindow();
+    ASSERT_TRUE(main);
+  }
+
+  /// Writes a file below the project's folder, with the folders that lead to it.
+  void Put(const std::wstring& name, const std::string& content = "",
+           DWORD attributes = FILE_ATTRIBUTE_NORMAL) const {
+    const std::wstring path = At(name);
+    for (std::size_t at = folder.size(); (at = path.find(L'\\', at + 1)) != std::wstring::npos;) {
+      CreateDirectoryW(path.substr(0, at).c_str(), nullptr);
+    }
+    const HANDLE file =
+        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, attributes, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE) << ToUtf8(path);
+    DWORD written = 0;
+    EXPECT_TRUE(WriteFile(file, content.data(), static_cast<DWORD>(content.size()), &written,
+                          nullptr));
+    CloseHandle(file);
+  }
+  std::wstring At(const std::wstring& name) const { return folder + L"\\" + name; }
+  bool There(const std::wstring& name) const {
+    return GetFileAttributesW(At(name).c_str()) != INVALID_FILE_ATTRIBUTES;
+  }
+
+  /// Another program tells the project.
+  bool Tell(const std::wstring& path) const {
+    DdeClient client(DdeClient::Kind::kWide);
+    return client.Connect(L"Marl", L"Marl") && client.Execute(L"PRJ " + path);
+  }
+  bool Translate() const { return marl.PressMenu(L'T', L'P'); }
+  bool Open() const { return marl.PressMenu(L'P', L'O'); }
+  bool Clean() const { return marl.PressMenu(L'P', L'R'); }
+
+  /// A message box with this text and no other button than OK comes up, and goes.
+  testing::AssertionResult Says(const std::wstring& text) const {
+    const MessageBoxWindow box = marl.WaitForBox();
+    if (!box) return testing::AssertionFailure() << "there is no message";
+    if (box.Title() != L"Marl" || box.Text() != text) {
+      return testing::AssertionFailure() << ToUtf8(box.Title() + L": " + box.Text());
+    }
+    if (box.Buttons() != std::vector<int>{IDOK}) return testing::AssertionFailure() << "buttons";
+    if (!box.Press(IDOK)) return testing::AssertionFailure() << "it stays";
+    return testing::AssertionSuccess();
+  }
+  /// What the suite's folder and the project's with its neighbours hold.
+  Tree AllFiles() const {
+    Tree files;
+    AddFiles(suite.path(), files);
+    AddFiles(suite.temp(), files);
+    return files;
+  }
+  Started Editor(const std::wstring& document) const {
+    return Start(suite, L"Q17Bench.exe", L"\"" + At(document) + L"\"");
+  }
+
+  const SuiteFolder suite{L"My  suite, \u00dcbung & co (1)"};
+  const std::wstring folder = suite.temp() + L"\\Jobs,  \u00fcber & co";
+  const RunningMarl marl{suite};
+  HWND main = nullptr;
+};
+
+constexpr char kXml[] =
+    "<project><language lc=\"fr\" description=\"French\">"
+    "<document path=\"French\\sub\\\xC3\xA9t\xC3\xA9 \xE4\xB8\xAD.doc\"/>"
+    "<document path=\"French\\plain\"/></language>"
+    "<language lc=\"xx\"/><language lc=\"de\" description=\"German\"/></project>";
+const std::wstring kDocument = L"sub\\\u00e9t\u00e9 \u4e2d.qtd";
+
+constexpr char kOlder[] =
+    "[Target Files]\r\nShortLang=1\r\n[Languages]\r\nCount=2\r\nTarget0=fr\r\nTarget1=de\r\n"
+    "[Source Files]\r\nCount=1\r\nFile0=report.doc\r\n";
+
+}  // namespace
+
+TEST_F(Project, DocumentOfAnXmlProjectOpensInTheEditor) {
+  const std::wstring job = L"\u0416\u0438\u0437\u043d\u044c \u4e2d\u6587\\";
+  Put(job + L"a b.QPRX", kXml);
+  Put(job + L"French\\" + kDocument);
+  Put(job + L"German\\" + kDocument);
+  ASSERT_TRUE(Open());
+  const HWND dialog = WaitForFileDialog(marl);
+  ASSERT_TRUE(dialog);
+  EXPECT_FALSE(IsWindowEnabled(main));
+  ASSERT_TRUE(ChooseFile(dialog, At(job + L"a b.QPRX")));
+  ASSERT_TRUE(Translate());
+  HWND form = WaitForSelection(marl);
+  ASSERT_TRUE(form);
+  const std::vector<HWND> lists = Children(form, L"ComboBox");
+  ASSERT_EQ(lists.size(), 2u);
+  EXPECT_EQ(Rows(lists[0]), (std::vector<std::wstring>{L"French", L"German"}));
+  EXPECT_EQ(Rows(lists[1]), (std::vector<std::wstring>{kDocument, L"plain.qtd"}));
+  ASSERT_TRUE(BringForward(form));
+  RedrawWindow(form, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+  Screenshot("frmSelectFile", form);
+  ASSERT_TRUE(PressButton(form, L"OK"));
+  EXPECT_EQ(suite.WaitForTools(1), (Starts{Editor(job + L"French\\" + kDocument)}));
+
+  // The second run asks for no project; the keys choose the second language.
+  ASSERT_TRUE(Translate());
+  form = WaitForSelection(marl);
+  ASSERT_TRUE(form);
+  EXPECT_TRUE(ChooseSecondRow(form));
+  Chord({}, VK_RETURN);
+  ASSERT_TRUE(WaitUntilGone(form));
+  const Starts starts = suite.WaitForTools(2);
+  ASSERT_EQ(starts.size(), 2u);
+  EXPECT_EQ(starts[1], Editor(job + L"German\\" + kDocument));
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Project, OlderProjectIsChosenInTheFileDialog) {
+  // Older projects are 8-bit files under 8-bit names.
+  const std::wstring jobs = suite.temp() + L"\\Old jobs \u00fc";
+  CreateDirectoryW(jobs.c_str(), nullptr);
+  CreateDirectoryW((jobs + L"\\de").c_str(), nullptr);
+  Put(L"x.qpj", kOlder);
+  Put(L"report.qtd");
+  ASSERT_TRUE(CopyFileW(At(L"x.qpj").c_str(), (jobs + L"\\x.qpj").c_str(), TRUE));
+  ASSERT_TRUE(CopyFileW(At(L"report.qtd").c_str(), (jobs + L"\\de\\report.qtd").c_str(), TRUE));
+
+  ASSERT_TRUE(Translate());
+  const HWND dialog = WaitForFileDialog(marl);
+  ASSERT_TRUE(dialog);
+  ASSERT_TRUE(ChooseFile(dialog, jobs + L"\\x.qpj"));
+  const HWND form = WaitForSelection(marl);
+  ASSERT_TRUE(form);
+  const HWND list = Children(form, L"ComboBox").at(0);
+  EXPECT_EQ(Rows(list), (std::vector<std::wstring>{L"French", L"German"}));
+  EXPECT_TRUE(ChooseSecondRow(form));
+  ASSERT_TRUE(PressButton(form, L"OK"));
+  EXPECT_EQ(suite.WaitForTools(1),
+            (Starts{Start(suite, L"Q17Bench.exe", L"\"" + jobs + L"\\de\\report.qtd\"")}));
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Project, CancelAtEachDialogEndsSilentlyAndKeepsTheProject) {
+  Put(L"a.qprx", kXml);
+  ASSERT_TRUE(Translate());
+  HWND dialog = WaitForFileDialog(marl);
+  ASSERT_TRUE(dialog);
+  ASSERT_TRUE(BringForward(dialog));
+  Chord({}, VK_ESCAPE);
+  ASSERT_TRUE(WaitUntilGone(dialog));
+
+  // There was none: the next command asks again. Cancelling it with a project keeps that.
+  ASSERT_TRUE(Clean());
+  dialog = WaitForFileDialog(marl);
+  ASSERT_TRUE(dialog);
+  ASSERT_TRUE(BringForward(dialog));
+  Chord({}, VK_ESCAPE);
+  ASSERT_TRUE(WaitUntilGone(dialog));
+  ASSERT_TRUE(Tell(At(L"a.qprx")));
+  ASSERT_TRUE(Open());
+  dialog = WaitForFileDialog(marl);
+  ASSERT_TRUE(dialog);
+  ASSERT_TRUE(BringForward(dialog));
+  Chord({}, VK_ESCAPE);
+  ASSERT_TRUE(WaitUntilGone(dialog));
+
+  ASSERT_TRUE(Translate());
+  const HWND form = WaitForSelection(marl);
+  ASSERT_TRUE(form) << "no question: the project is still there";
+  ASSERT_TRUE(PressButton(form, L"Cancel"));
+  EXPECT_TRUE(Close(marl));
+  EXPECT_TRUE(suite.WaitForTools(0).empty());
+}
+
+TEST_F(Project, WhatIsMissingIsTold) {
+  Put(L"a.qprx", kXml);
+  ASSERT_TRUE(Tell(At(L"a.qprx")));
+  ASSERT_TRUE(Translate());
+  HWND form = WaitForSelection(marl);
+  ASSERT_TRUE(form);
+  ASSERT_TRUE(PressButton(form, L"OK"));
+  EXPECT_TRUE(Says(L"File not found : " + At(L"French\\" + kDocument)));
+
+  Put(L"French\\" + kDocument);
+  suite.Remove(L"Q17Bench.exe");
+  ASSERT_TRUE(Translate());
+  form = WaitForSelection(marl);
+  ASSERT_TRUE(form);
+  ASSERT_TRUE(PressButton(form, L"OK"));
+  EXPECT_TRUE(Says(L"File not found : " + suite.path() + L"\\Q17Bench.exe"));
+
+  const std::pair<std::wstring, std::wstring> projects[] = {
+      {At(L"missing.qprx"), L"No target languages found"},
+      {At(L"missing.qpj"), L"No target languages found"},
+      {L"job.qpj", L"This does not appear to be a valid Marl project file"},
+      {At(L"none.qprx"), L"No translation files found"},
+      {At(L"unknown.qprx"), L"No target languages found"}};
+  Put(L"none.qprx", "<language lc=\"fr\"/>");
+  Put(L"unknown.qprx", "<language lc=\"xx\"/><document path=\"a\"/>");
+  for (const auto& [path, message] : projects) {
+    ASSERT_TRUE(Tell(path));
+    ASSERT_TRUE(Translate());
+    EXPECT_TRUE(Says(message)) << ToUtf8(path);
+  }
+  EXPECT_TRUE(Close(marl));
+  EXPECT_TRUE(suite.WaitForTools(0).empty());
+}
+
+TEST_F(Project, CountThatIsNoNumberEndsTheProgramWithTheRuntimesText) {
+  const std::wstring path = suite.temp() + L"\\bad.qpj";
+  Put(L"bad.qpj", "[Languages]\r\nCount=abc\r\n");
+  ASSERT_TRUE(CopyFileW(At(L"bad.qpj").c_str(), path.c_str(), TRUE));
+  ASSERT_TRUE(Tell(path));
+  ASSERT_TRUE(Translate());
+  EXPECT_TRUE(Says(L"Type mismatch"));
+  EXPECT_EQ(marl.WaitForExit(), 1u);
+}
+
+TEST_F(Project, CleanDeletesTheWorkingFilesOfATreeAndNothingElse) {
+  const std::vector<std::wstring> working = {
+      L"a.qtd", L"B.QTD", L"c.obj", L"D.OBJ", L"e.fmp", L"F.FMP", L"MARL_IX.MIF", L"marl_xr.mif",
+      L"sub\\Marl_Va.Mif", L"sub\\deep\\g \u4e2d.qtd", L"x.qtd\\y.qtd"};
+  const std::vector<std::wstring> own = {
+      L"job.qprx", L"chapter1.mif", L"marl_ix2.mif", L"a.qtd.bak", L"b.qtdx", L"sub\\text.doc",
+      L"sub\\deep\\obj", L"x.qtd\\z.doc"};
+  for (const auto& name : working) Put(name);
+  for (const auto& name : own) Put(name);
+  Put(L"readonly.qtd", "", FILE_ATTRIBUTE_READONLY);
+  Put(L"hidden.qtd", "", FILE_ATTRIBUTE_HIDDEN);
+  Put(L"locked.qtd");
+  CreateDirectoryW(At(L"empty.qtd").c_str(), nullptr);
+  Put(L"..\\outside.qtd");
+  const HANDLE locked = CreateFileW(At(L"locked.qtd").c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                    nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(locked, INVALID_HANDLE_VALUE);
+
+  ASSERT_TRUE(Tell(At(L"job.qprx")));
+  const auto before = AllFiles();
+  ASSERT_TRUE(Clean());
+  MessageBoxWindow box = marl.WaitForBox();
+  ASSERT_TRUE(box);
+  EXPECT_EQ(box.Text(), kCleanQuestion);
+  EXPECT_EQ(box.Buttons(), (std::vector<int>{IDYES, IDNO}));
+  EXPECT_EQ(AllFiles(), before) << "nothing goes before the answer";
+  ASSERT_TRUE(box.Press(IDNO));
+  ASSERT_TRUE(Clean());
+  box = marl.WaitForBox();
+  ASSERT_TRUE(box);
+  EXPECT_EQ(AllFiles(), before) << "with No nothing changes";
+  ASSERT_TRUE(box.Press(IDYES));
+  EXPECT_TRUE(WaitUntil([&] { return !There(L"x.qtd\\y.qtd"); }));
+  // The second run finds what it could not delete, and the MIF files that are not the suite's.
+  ASSERT_TRUE(Clean());
+  box = marl.WaitForBox();
+  ASSERT_TRUE(box) << "the locked file is still found";
+  ASSERT_TRUE(box.Press(IDNO));
+  CloseHandle(locked);
+
+  for (const auto& name : working) EXPECT_FALSE(There(name)) << ToUtf8(name);
+  EXPECT_FALSE(There(L"readonly.qtd"));
+  EXPECT_FALSE(There(L"hidden.qtd"));
+  for (const auto& name : own) EXPECT_TRUE(There(name)) << ToUtf8(name);
+  EXPECT_TRUE(There(L"locked.qtd"));
+  EXPECT_TRUE(There(L"empty.qtd"));
+  EXPECT_TRUE(There(L"..\\outside.qtd"));
+  const std::size_t gone = working.size() + 2;
+  const auto after = AllFiles();
+  EXPECT_EQ(before.size() - after.size(), gone);
+  EXPECT_TRUE(std::all_of(after.begin(), after.end(), [&](const auto& file) {
+    const auto was = before.find(file.first);
+    return was != before.end() && was->second == file.second;
+  }));
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Project, FolderWithoutWorkingFilesSaysSo) {
+  Put(L"job.qprx", kXml);
+  ASSERT_TRUE(Tell(At(L"job.qprx")));
+  ASSERT_TRUE(Clean());
+  EXPECT_TRUE(Says(L"No temporary files found"));
+  ASSERT_TRUE(Tell(L"job.qprx"));
+  ASSERT_TRUE(Clean());
+  EXPECT_TRUE(Says(L"This does not appear to be a valid Marl project file"));
+  EXPECT_TRUE(Close(marl));
+}
+
+}  // namespace marl::desktop
