@@ -56,6 +56,10 @@ bool HasMenuBar(const Form& form) {
   });
 }
 
+/// Lets a waiting message loop look again whether it goes on: what another program sends, as the
+/// shell does for the tray icon, is handled without the loop's waking up.
+void WakeLoop() { PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0); }
+
 Text WindowText(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
   const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
@@ -394,6 +398,7 @@ void FormWin32::Show(bool visible) {
   if (!visible) {
     desktop_.EndModal(form_);
     ShowWindow(window_, SW_HIDE);
+    WakeLoop();
     return;
   }
   switch (form_.State()) {
@@ -720,6 +725,7 @@ void FormWin32::Close() {
   menus_.clear();
   DestroyWindow(std::exchange(window_, nullptr));
   windows_.clear();
+  WakeLoop();
 }
 
 bool FormWin32::IsOverLink() const {

@@ -44,6 +44,7 @@ bool MenusBlend() { return !OnWine(); }
 class Popup : public PopupMenu {
  public:
   explicit Popup(Desktop& desktop) : desktop_(desktop), menu_(CreatePopupMenu()) {
+    if (!MenusBlend()) return;
     // Check marks and pictures share one column.
     MENUINFO info = {};
     info.cbSize = sizeof info;
