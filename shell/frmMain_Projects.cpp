@@ -21,13 +21,19 @@ void frmMain::mnuProjectOpen() {
   dlgOpen.FileName.clear();
   Text chosen;
   const FileDialogResult result = platform_.fileDialogs.ShowOpen(
-      this, {dlgOpen.DialogTitle, dlgOpen.Filter, dlgOpen.InitDir, dlgOpen.FileName, u"",
-             dlgOpen.Flags},
+      this,
+      {dlgOpen.DialogTitle, dlgOpen.Filter, dlgOpen.InitDir, dlgOpen.FileName, u"", dlgOpen.Flags},
       chosen);
   switch (result) {
-    case FileDialogResult::kChosen: dlgOpen.FileName = chosen; break;
-    case FileDialogResult::kCancelled: dlgOpen.FileName = before; break;
-    case FileDialogResult::kFailed: dlgOpen.FileName.clear(); break;
+    case FileDialogResult::kChosen:
+      dlgOpen.FileName = chosen;
+      break;
+    case FileDialogResult::kCancelled:
+      dlgOpen.FileName = before;
+      break;
+    case FileDialogResult::kFailed:
+      dlgOpen.FileName.clear();
+      break;
   }
 }
 

@@ -1,8 +1,7 @@
 #include "platform/win32/FileDialogsWin32.h"
 
-#include <windows.h>
-
 #include <commdlg.h>
+#include <windows.h>
 
 #include <algorithm>
 

@@ -118,9 +118,8 @@ void AddFiles(const std::wstring& folder, Tree& files) {
     if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
       AddFiles(path, files);
     } else {
-      files[path] = {found.nFileSizeLow,
-                     std::uint64_t{found.ftLastWriteTime.dwHighDateTime} << 32 |
-                         found.ftLastWriteTime.dwLowDateTime};
+      files[path] = {found.nFileSizeLow, std::uint64_t{found.ftLastWriteTime.dwHighDateTime} << 32 |
+                                             found.ftLastWriteTime.dwLowDateTime};
     }
   } while (FindNextFileW(search, &found));
   FindClose(search);
@@ -168,8 +167,8 @@ class Project : public SwitchboardTest {
         CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, attributes, nullptr);
     ASSERT_NE(file, INVALID_HANDLE_VALUE) << ToUtf8(path);
     DWORD written = 0;
-    EXPECT_TRUE(WriteFile(file, content.data(), static_cast<DWORD>(content.size()), &written,
-                          nullptr));
+    EXPECT_TRUE(
+        WriteFile(file, content.data(), static_cast<DWORD>(content.size()), &written, nullptr));
     CloseHandle(file);
   }
   std::wstring At(const std::wstring& name) const { return folder + L"\\" + name; }
@@ -365,12 +364,20 @@ TEST_F(Project, CountThatIsNoNumberEndsTheProgramWithTheRuntimesText) {
 }
 
 TEST_F(Project, CleanDeletesTheWorkingFilesOfATreeAndNothingElse) {
-  const std::vector<std::wstring> working = {
-      L"a.qtd", L"B.QTD", L"c.obj", L"D.OBJ", L"e.fmp", L"F.FMP", L"MARL_IX.MIF", L"marl_xr.mif",
-      L"sub\\Marl_Va.Mif", L"sub\\deep\\g \u4e2d.qtd", L"x.qtd\\y.qtd"};
-  const std::vector<std::wstring> own = {
-      L"job.qprx", L"chapter1.mif", L"marl_ix2.mif", L"a.qtd.bak", L"b.qtdx", L"sub\\text.doc",
-      L"sub\\deep\\obj", L"x.qtd\\z.doc"};
+  const std::vector<std::wstring> working = {L"a.qtd",
+                                             L"B.QTD",
+                                             L"c.obj",
+                                             L"D.OBJ",
+                                             L"e.fmp",
+                                             L"F.FMP",
+                                             L"MARL_IX.MIF",
+                                             L"marl_xr.mif",
+                                             L"sub\\Marl_Va.Mif",
+                                             L"sub\\deep\\g \u4e2d.qtd",
+                                             L"x.qtd\\y.qtd"};
+  const std::vector<std::wstring> own = {L"job.qprx",       L"chapter1.mif", L"marl_ix2.mif",
+                                         L"a.qtd.bak",      L"b.qtdx",       L"sub\\text.doc",
+                                         L"sub\\deep\\obj", L"x.qtd\\z.doc"};
   for (const auto& name : working) Put(name);
   for (const auto& name : own) Put(name);
   Put(L"readonly.qtd", "", FILE_ATTRIBUTE_READONLY);

@@ -69,7 +69,8 @@ TEST_F(OlderProjectTest, KeysOfOtherSectionsAndSpellingsDontCount) {
 }
 
 TEST_F(OlderProjectTest, TextsThatAreNoNumbersAreTypeMismatches) {
-  Put("[Target Files]\r\nShortLang=abc\r\n[Languages]\r\nCount=two\r\n[Source Files]\r\nCount=\r\n");
+  Put("[Target Files]\r\nShortLang=abc\r\n[Languages]\r\nCount=two\r\n[Source "
+      "Files]\r\nCount=\r\n");
   const int mismatch = RuntimeError::TypeMismatch().number();
   EXPECT_EQ(Raises(&OlderProject::ShortLang), mismatch);
   EXPECT_EQ(Raises(&OlderProject::LangCount), mismatch);

@@ -138,15 +138,17 @@ TEST_F(Translate, OfTwoLanguagesWithOneCodeTheFirstWins) {
 }
 
 TEST_F(Translate, CodeMatchesOnlyExactly) {
-  RunOlder("[Languages]\r\nCount=2\r\nTarget0=DE\r\nTarget1=de-DE\r\n"
-           "[Source Files]\r\nCount=1\r\nFile0=a\r\n");
+  RunOlder(
+      "[Languages]\r\nCount=2\r\nTarget0=DE\r\nTarget1=de-DE\r\n"
+      "[Source Files]\r\nCount=1\r\nFile0=a\r\n");
   EXPECT_EQ(desktop.messages, Says(kNoLanguages));
   EXPECT_FALSE(Asked());
 }
 
 TEST_F(Translate, LanguageTwiceInTheProjectIsListedTwice) {
-  RunOlder("[Languages]\r\nCount=2\r\nTarget0=de\r\nTarget1=de\r\n"
-           "[Source Files]\r\nCount=1\r\nFile0=a\r\n");
+  RunOlder(
+      "[Languages]\r\nCount=2\r\nTarget0=de\r\nTarget1=de\r\n"
+      "[Source Files]\r\nCount=1\r\nFile0=a\r\n");
   EXPECT_EQ(languages, (Rows{u"German", u"German"}));
 }
 
@@ -156,9 +158,10 @@ TEST_F(Translate, MissingTargetLeavesTheNext) {
 }
 
 TEST_F(Translate, ExtensionsAreReplacedAndAdded) {
-  RunOlder("[Languages]\r\nCount=1\r\nTarget0=de\r\n[Source Files]\r\nCount=6\r\n"
-           "File0=sub\\report.doc\r\nFile1=plain\r\nFile2=v1.2\\plain\r\nFile3=a.b.c\r\n"
-           "File4=.doc\r\nFile5=end.\r\n");
+  RunOlder(
+      "[Languages]\r\nCount=1\r\nTarget0=de\r\n[Source Files]\r\nCount=6\r\n"
+      "File0=sub\\report.doc\r\nFile1=plain\r\nFile2=v1.2\\plain\r\nFile3=a.b.c\r\n"
+      "File4=.doc\r\nFile5=end.\r\n");
   EXPECT_EQ(documents, (Rows{u"sub\\report.qtd", u"plain.qtd", u"v1.2\\plain.qtd", u"a.b.qtd",
                              u".qtd", u"end.qtd"}));
 }
@@ -274,10 +277,12 @@ TEST_F(Translate, HiddenDocumentAndFolderAreNoNormalFiles) {
 TEST_F(Translate, NamesWithBlanksAccentsAndForeignLettersReachTheEditor) {
   const Text folder = u"C:\\My  projects, \u00dcbung \u0416 \u4e2d\u6587\\";
   files.Put(folder + u"French\\\u00e9t\u00e9 \u041c\u0438\u0440 \u4e2d.qtd", "");
-  RunXml("<language lc=\"fr\"/><document path=\"\xC3\xA9t\xC3\xA9 \xD0\x9C\xD0\xB8\xD1\x80 "
-         "\xE4\xB8\xAD.doc\"/>",
-         folder + u"a b.qprx");
-  EXPECT_EQ(edited, Rows{u"\"" + folder + u"French\\\u00e9t\u00e9 \u041c\u0438\u0440 \u4e2d.qtd\""});
+  RunXml(
+      "<language lc=\"fr\"/><document path=\"\xC3\xA9t\xC3\xA9 \xD0\x9C\xD0\xB8\xD1\x80 "
+      "\xE4\xB8\xAD.doc\"/>",
+      folder + u"a b.qprx");
+  EXPECT_EQ(edited,
+            Rows{u"\"" + folder + u"French\\\u00e9t\u00e9 \u041c\u0438\u0440 \u4e2d.qtd\""});
 }
 
 TEST_F(Translate, LongPathsReachTheEditor) {
@@ -304,17 +309,17 @@ struct Hostile {
 TEST_F(Translate, HostilePathsStartNothing) {
   files.Put(u"D:\\a.qtd", "");
   files.Put(u"C:\\P\\French\\a.qtd", "");
-  const Hostile cases[] = {
-      {"drive", "D:\\a.doc"},     {"server", "\\\\server\\share\\a.doc"},
-      {"wildcard", "*.doc"},      {"question", "?.doc"},
-      {"quote", "a&quot;.doc"},   {"quotes around", "&quot;a&quot;.doc"},
-      {"less", "&lt;.doc"},       {"greater", "&gt;.doc"},
-      {"slash at its end", "a\\"}};
+  const Hostile cases[] = {{"drive", "D:\\a.doc"},     {"server", "\\\\server\\share\\a.doc"},
+                           {"wildcard", "*.doc"},      {"question", "?.doc"},
+                           {"quote", "a&quot;.doc"},   {"quotes around", "&quot;a&quot;.doc"},
+                           {"less", "&lt;.doc"},       {"greater", "&gt;.doc"},
+                           {"slash at its end", "a\\"}};
   for (const Hostile& c : cases) {
     desktop.messages.clear();
     RunXml(std::string("<language lc=\"fr\"/><document path=\"") + c.path + "\"/>");
     ASSERT_EQ(desktop.messages.size(), 1u) << c.name;
-    EXPECT_TRUE(desktop.messages[0].text.starts_with(u"File not found : C:\\P\\French\\")) << c.name;
+    EXPECT_TRUE(desktop.messages[0].text.starts_with(u"File not found : C:\\P\\French\\"))
+        << c.name;
   }
   EXPECT_TRUE(edited.empty());
 }
@@ -336,8 +341,9 @@ TEST_F(Translate, NegativeCountsAreNoLists) {
 }
 
 TEST_F(Translate, GreatestCountsListWhatIsThere) {
-  RunOlder("[Languages]\r\nCount=2147483647\r\nTarget0=de\r\nTarget2147483646=fr\r\n"
-           "[Source Files]\r\nCount=2147483647\r\nFile7=a\r\n");
+  RunOlder(
+      "[Languages]\r\nCount=2147483647\r\nTarget0=de\r\nTarget2147483646=fr\r\n"
+      "[Source Files]\r\nCount=2147483647\r\nFile7=a\r\n");
   EXPECT_EQ(languages, (Rows{u"German", u"French"}));
   EXPECT_EQ(documents, Rows{u"a.qtd"});
 }

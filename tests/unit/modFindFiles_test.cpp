@@ -43,13 +43,13 @@ TEST_F(FindFilesTest, NamesMatchInBothCases) {
   files.Put(u"C:\\P\\REPORT.QTD", "");
   files.Put(u"C:\\P\\report2.qtd", "");
   files.Put(u"C:\\P\\\u00fcbung \u4e2d.Obj", "");
-  EXPECT_EQ(Find(u"C:\\P"), (Paths{u"C:\\P\\REPORT.QTD", u"C:\\P\\report2.qtd",
-                                   u"C:\\P\\\u00fcbung \u4e2d.Obj"}));
+  EXPECT_EQ(Find(u"C:\\P"),
+            (Paths{u"C:\\P\\REPORT.QTD", u"C:\\P\\report2.qtd", u"C:\\P\\\u00fcbung \u4e2d.Obj"}));
 }
 
 TEST_F(FindFilesTest, LookAlikesStay) {
-  for (const TextView name : {u"a.qtd.bak", u"b.qtdx", u"qtd", u"c.qt", u"d_qtd", u"e.objx",
-                              u"project.qprx"}) {
+  for (const TextView name :
+       {u"a.qtd.bak", u"b.qtdx", u"qtd", u"c.qt", u"d_qtd", u"e.objx", u"project.qprx"}) {
     files.Put(Text(u"C:\\P\\") + Text(name), "");
   }
   files.Put(u"C:\\P\\.qtd", "");
@@ -62,9 +62,8 @@ TEST_F(FindFilesTest, SubfoldersStandInTheirPlaceAmongTheEntries) {
   files.Put(u"C:\\P\\b\\c\\2.qtd", "");
   files.Put(u"C:\\P\\b\\d.qtd", "");
   files.Put(u"C:\\P\\e.qtd", "");
-  EXPECT_EQ(Find(u"C:\\P"),
-            (Paths{u"C:\\P\\a.qtd", u"C:\\P\\b\\1.qtd", u"C:\\P\\b\\c\\2.qtd",
-                   u"C:\\P\\b\\d.qtd", u"C:\\P\\e.qtd"}));
+  EXPECT_EQ(Find(u"C:\\P"), (Paths{u"C:\\P\\a.qtd", u"C:\\P\\b\\1.qtd", u"C:\\P\\b\\c\\2.qtd",
+                                   u"C:\\P\\b\\d.qtd", u"C:\\P\\e.qtd"}));
 }
 
 TEST_F(FindFilesTest, FolderNamedLikeAFileIsEnteredAndNotListed) {
