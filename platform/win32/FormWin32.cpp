@@ -228,8 +228,14 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
       }
       return 0;
     case WM_CTLCOLORSTATIC:
-    case WM_CTLCOLORBTN:
+    case WM_CTLCOLORBTN: {
+      // The context comes as its last user left it, with the colour of a disabled text perhaps.
+      const auto context = reinterpret_cast<HDC>(w);
+      const bool enabled = IsWindowEnabled(reinterpret_cast<HWND>(l));
+      SetTextColor(context, GetSysColor(enabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
+      SetBkColor(context, GetSysColor(COLOR_BTNFACE));
       return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_BTNFACE));
+    }
     case WM_CLOSE:
       desktop_.Event([&] { form_.UserClose(); });
       return 0;
