@@ -42,6 +42,8 @@ HWND DesktopWin32::OwnerFor(const Form& form) const {
   for (auto it = forms().rbegin(); it != forms().rend(); ++it) {
     if (*it != &form && (*it)->Visible()) return WindowOf(*it);
   }
+  // Without an owner a splash would get a button without a name on the taskbar.
+  if (form.Border == BorderStyle::kNone && !forms().empty()) return WindowOf(forms().front());
   return nullptr;
 }
 

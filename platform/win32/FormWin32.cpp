@@ -35,8 +35,6 @@ DWORD ExStyleOf(const Form& form) {
   DWORD style = WS_EX_CONTROLPARENT;
   if (form.Border == BorderStyle::kFixedDialog) style |= WS_EX_DLGMODALFRAME;
   if (form.ShowInTaskbar) style |= WS_EX_APPWINDOW;
-  // A splash has no owner yet, and would get a button without a name on the taskbar.
-  if (!form.ShowInTaskbar && form.Border == BorderStyle::kNone) style |= WS_EX_TOOLWINDOW;
   return style;
 }
 
