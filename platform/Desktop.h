@@ -42,6 +42,8 @@ class FormPeer {
   virtual WindowHandle Handle() const = 0;
   /// A control's window; 0 for a control without one.
   virtual WindowHandle HandleOf(const Control& control) const = 0;
+  /// The inner corner's place on the screen, in pixels (GetClientRect, ClientToScreen).
+  virtual Point ClientOrigin() const = 0;
   /// The window goes; no event comes any more. The object itself may be in use further up the
   /// stack: the desktop keeps it until the events have run out.
   virtual void Close() = 0;

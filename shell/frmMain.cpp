@@ -47,6 +47,12 @@ frmMain::frmMain(Platform& platform) : Form(platform.desktop, "frmMain"), platfo
     mnuMarl[slot] = std::make_unique<Menu>(*this, "mnuMarl", i, &mnuPopup);
     mnuMarl[slot]->Click = [this, i] { Press(i); };
   }
+  for (std::size_t i = 0; i < linRun.size(); ++i) {
+    linRun[i] = std::make_unique<Line>(*this, "linRun", static_cast<int>(i));
+    linRun[i]->SetVisible(false);
+  }
+  tmrOver.SetInterval(50);
+  tmrOver.Tick = [this] { tmrOver_Tick(); };
   mnuPopup.SetVisible(false);
   mnuMarl[8]->SetVisible(false);
   mnuMarl[16]->SetVisible(false);

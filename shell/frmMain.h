@@ -3,6 +3,9 @@
 #include <array>
 #include <memory>
 
+#include "appearance/GradientRect.h"
+#include "appearance/IconSets.h"
+#include "appearance/SkinSettings.h"
 #include "appearance/clsTooltip.h"
 #include "appearance/modSetIcon.h"
 #include "documents/modFindFiles.h"
@@ -40,6 +43,7 @@ class frmMain : public Form, public HookedForm {
   int IconsPerRow = 0;             ///< columns of the panel
   HiddenKeySequence HiddenKeys;    ///< how far "SETGUI" has been typed
   int HoverButton = -1;            ///< button under the mouse, or -1
+  SkinSettings Skin;               ///< the look, as the last `SetUI` read it
   std::array<Text, kButtonCount> TooltipTexts;
   std::array<std::unique_ptr<clsTooltip>, kButtonCount> TooltipObjects;
 
@@ -47,12 +51,17 @@ class frmMain : public Form, public HookedForm {
   std::array<std::unique_ptr<Shape>, kButtonCount> shpRun;
   std::array<std::unique_ptr<Image>, kButtonCount> imgRun;
   std::array<std::unique_ptr<Label>, kButtonCount> lblRun;
+  std::array<std::unique_ptr<Line>, 12> linRun;  ///< the first eight are the bevel
   StatusBar stbMain{*this, "stbMain"};
+  Timer tmrOver{*this, "tmrOver"};
   Menu mnuPopup{*this, "mnuPopup"};
   std::array<std::unique_ptr<Menu>, kButtonCount> mnuMarl;
   FileDialog dlgOpen;  ///< its file name is the current project file
   std::unique_ptr<frmSplash> splash;  ///< stands while the program starts
 
+  /// Reads the skin and lays out the panel: the buttons in their order, the form around them, the
+  /// gradient behind them, the tips over them. A skin that cannot be used throws.
+  void SetUI();
   /// Repaints picture and label of every button, in button order.
   void RefreshButtons() override;
   /// Runs the resize handler.
@@ -106,6 +115,7 @@ class frmMain : public Form, public HookedForm {
   void OnResize() override;
   void OnClick() override;
   void OnKeyPress(char16_t character) override;
+  void OnMouseMove(int button, int shift, float x, float y) override;
   void OnUnload() override;
   bool OnExecute(TextView command) override;
 
@@ -125,6 +135,11 @@ class frmMain : public Form, public HookedForm {
   void ShowSplash();
   bool WaitForSplash();
   void MarkMissingTools();
+
+  void PaintGradient();
+  void Dress(int index, bool highlighted);
+  void HighlightButton(int index, bool show);
+  void tmrOver_Tick();
 
   void ShowServer(TextView name);
   void EnableTracking(bool enabled);
@@ -152,6 +167,8 @@ class frmMain : public Form, public HookedForm {
   modFindFiles search_{platform_.files, [this] { platform_.desktop.DoEvents(); }};
   std::unique_ptr<clsLanguages> languages_;  ///< made at its first use
   SuiteComponents components_{platform_};
+  IconSets iconSets_{platform_.pictures};
+  std::unique_ptr<clsGradient> gradient_;
   modSetIcon icons_{platform_.icons, platform_.process};
   TrackingServer servers_{{platform_.desktop, platform_.registry, platform_.components,
                            platform_.files, platform_.strings},

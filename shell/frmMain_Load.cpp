@@ -39,6 +39,7 @@ void frmMain::OnLoad() {
   if (!WaitForSplash()) return;
   MarkMissingTools();
   IconsPerRow = 5;
+  SetUI();
   HiddenKeys.Reset();
   HoverButton = -1;
   FillPopup();

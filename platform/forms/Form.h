@@ -80,6 +80,8 @@ class Form {
   FormPeer* peer() const { return peer_.get(); }
   /// The form's window; 0 while it is not loaded.
   WindowHandle hWnd() const { return peer_ ? peer_->Handle() : 0; }
+  /// The inner corner's place on the screen, in pixels.
+  Point ClientOrigin() const { return peer_ ? peer_->ClientOrigin() : Point{}; }
 
   // What the user and the platform did. Called by peers and tests.
   void UserClick();

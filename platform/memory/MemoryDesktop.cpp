@@ -20,6 +20,12 @@ Size MemoryPeer::InnerOf(const Box& bounds) const {
 
 void MemoryPeer::Place(const Box& bounds) { form_.PeerPlaced(bounds, InnerOf(bounds), form_.State()); }
 
+Point MemoryPeer::ClientOrigin() const {
+  const int border = desktop_.frame.width / 2;
+  return {desktop_.PixelsX(form_.Left() + border),
+          desktop_.PixelsY(form_.Top() + desktop_.frame.height - border)};
+}
+
 void MemoryPeer::SetState() {}
 
 void MemoryPeer::Show(bool visible) {

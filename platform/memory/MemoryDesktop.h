@@ -31,6 +31,7 @@ class MemoryPeer : public FormPeer {
   WindowHandle Handle() const override { return closed_ ? 0 : handle_; }
   /// Controls are numbered behind their form, in their order.
   WindowHandle HandleOf(const Control& control) const override;
+  Point ClientOrigin() const override;
   void Close() override;
 
   std::vector<Box> invalidated;

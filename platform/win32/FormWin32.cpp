@@ -250,6 +250,14 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
   return DefWindowProcW(window, message, w, l);
 }
 
+Point FormWin32::ClientOrigin() const {
+  RECT inner = {};
+  GetClientRect(window_, &inner);
+  POINT corner = {inner.left, inner.top};
+  ClientToScreen(window_, &corner);
+  return {corner.x, corner.y};
+}
+
 void FormWin32::OnPaint() {
   PAINTSTRUCT paint;
   const HDC screen = BeginPaint(window_, &paint);

@@ -33,6 +33,7 @@ class FormWin32 : public FormPeer {
   void BringToFront() override;
   bool InForeground() const override;
   WindowHandle Handle() const override { return HandleToLong(window_); }
+  Point ClientOrigin() const override;
   void Close() override;
 
   WindowHandle HandleOf(const Control& control) const override {

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/Pictures.h"
+
+namespace marl {
+
+/// The four icon sets of the panel, 36 pictures each: numbers 1 to 18 are the dull pictures of the
+/// buttons, 19 to 36 the bright ones. A set is cut out of its strip when it is first asked for; one
+/// set is kept.
+class IconSets {
+ public:
+  explicit IconSets(Pictures& pictures) : pictures_(pictures) {}
+
+  /// Picture `number`, 1 to 36, of the set 0 to 3, `size` pixels square. The nearest strip that is
+  /// large enough is scaled down where the sizes differ. Null when the program carries no such
+  /// strip; throws "Subscript out of range" outside the numbers.
+  PicturePtr Image(int set, int number, int size);
+
+ private:
+  void Cut(int set, int size);
+
+  Pictures& pictures_;
+  int set_ = -1;
+  int size_ = 0;
+  std::vector<PicturePtr> images_;
+};
+
+/// The part of a picture that begins at `left`, `top`; what lies outside it is transparent.
+Picture CutOut(const Picture& picture, int left, int top, int width, int height);
+
+/// The picture at another size: each pixel is the mean of the area that it covers.
+Picture Scaled(const Picture& picture, int width, int height);
+
+}  // namespace marl

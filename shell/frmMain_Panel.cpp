@@ -1,0 +1,116 @@
+#include "appearance/FontSpec.h"
+#include "appearance/PanelLayout.h"
+#include "shell/frmMain.h"
+#include "support/Numbers.h"
+
+// The panel: what the skin makes of it, and the button under the mouse.
+
+namespace marl {
+
+namespace {
+
+/// A picture is 48 pixels wide at 96 dots an inch.
+constexpr int kPictureTwips = 720;
+
+}  // namespace
+
+void frmMain::SetUI() {
+  Skin = ReadSkin(platform_.registry, IconsPerRow);
+  const DisplayOrder order = ParseDisplayIcons(Skin.DisplayIcons);
+  OnMouseMove(0, 0, -1, -1);
+
+  std::array<LabelPlace, kPanelButtons> labels;
+  for (std::size_t i = 0; i < labels.size(); ++i) {
+    labels[i] = {lblRun[i]->Visible(), lblRun[i]->Top()};
+  }
+  const PanelLayout layout = ArrangePanel(order, Skin.IconsPerRow, labels);
+  for (const PanelStep& step : layout.steps) {
+    const auto b = static_cast<std::size_t>(step.button);
+    lblRun[b]->SetVisible(step.shown);
+    imgRun[b]->SetVisible(step.shown);
+    if (!step.shown) continue;
+    shpRun[b]->SetBorderColor(Skin.Border1);
+    Dress(step.button, false);
+    shpRun[b]->Move(step.cell.frame.x, step.cell.frame.y);
+    lblRun[b]->Move(step.cell.label.x, step.cell.label.y);
+    imgRun[b]->Move(step.cell.picture.x, step.cell.picture.y);
+  }
+
+  const Size growth = PanelGrowth(layout, IconsPerRow, Skin.IconsPerRow);
+  ClientHeight += growth.height;
+  IconsPerRow = Skin.IconsPerRow;
+  Move(Grown(bounds(), growth));
+  PaintGradient();
+  BindTooltips();
+}
+
+void frmMain::PaintGradient() {
+  if (!gradient_) gradient_ = std::make_unique<clsGradient>(desktop());
+  gradient_->SetAngle(static_cast<float>(Skin.Angle));
+  gradient_->SetColor1(Skin.Color1);
+  gradient_->SetColor2(Skin.Color2);
+  GradientPicture target({desktop().PixelsX(inner().width), desktop().PixelsY(inner().height)},
+                         BackColor());
+  gradient_->Draw(target);
+  SetBackground(target.Take());
+  Refresh();
+}
+
+void frmMain::Dress(int index, bool highlighted) {
+  const auto slot = static_cast<std::size_t>(index);
+  lblRun[slot]->SetForeColor(highlighted ? Skin.Text2 : Skin.Text1);
+  ApplyFontSpec(*lblRun[slot], highlighted ? Skin.Font2 : Skin.Font1);
+  const int number = highlighted ? BrightImage(index) : DullImage(index, Skin.TwoStateOffset);
+  imgRun[slot]->SetPicture(
+      iconSets_.Image(Skin.Icons, number, desktop().PixelsX(kPictureTwips)));
+}
+
+void frmMain::OnMouseMove(int, int, float x, float y) {
+  int hit = -1;
+  if (OverForm(x, y, {Width(), Height()}, InForeground())) {
+    std::array<HitArea, kPanelButtons> areas;
+    for (std::size_t i = 0; i < areas.size(); ++i) {
+      areas[i] = {shpRun[i]->bounds(), imgRun[i]->Visible()};
+    }
+    hit = ButtonAt(areas, x, y);
+  }
+  if (hit == HoverButton) return;
+  const auto alive = [this](int index) {
+    return index >= 0 && lblRun[static_cast<std::size_t>(index)]->Tag != kDead;
+  };
+  if (alive(HoverButton)) {
+    HighlightButton(HoverButton, false);
+    stbMain.SetCaption(u"");
+    Dress(HoverButton, false);
+  }
+  HoverButton = hit;
+  if (alive(hit)) {
+    HighlightButton(hit, true);
+    stbMain.SetCaption(TooltipTexts[static_cast<std::size_t>(hit)]);
+    Dress(hit, true);
+  }
+}
+
+void frmMain::HighlightButton(int index, bool show) {
+  const auto lines = BevelLines(shpRun[static_cast<std::size_t>(index)]->bounds(),
+                                desktop().TwipsPerPixel());
+  for (std::size_t i = 0; i < lines.size(); ++i) linRun[i]->SetVisible(false);
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    linRun[i]->Place(lines[i].from, lines[i].to);
+    linRun[i]->SetBorderColor(lines[i].lit ? Skin.Border1 : Skin.Border2);
+  }
+  const auto drawn = static_cast<std::size_t>(Skin.BorderWidth * 4);
+  for (std::size_t i = 0; i < drawn; ++i) linRun[i]->SetVisible(show);
+}
+
+// No mouse event tells that the mouse has left the form, or that another window came to the front.
+void frmMain::tmrOver_Tick() {
+  const Point cursor = platform_.tray.CursorPosition();
+  const Point origin = ClientOrigin();
+  const Size pixel = desktop().TwipsPerPixel();
+  const auto x = static_cast<float>(CLng(1.0 * pixel.width * (cursor.x - origin.x)));
+  const auto y = static_cast<float>(CLng(1.0 * pixel.height * (cursor.y - origin.y)));
+  OnMouseMove(0, 0, x, y);
+}
+
+}  // namespace marl
