@@ -57,7 +57,7 @@ TEST(Startup, DriveRootKeepsItsSeparator) {
 
 // ---- The second start
 
-TEST(SecondStart, FindsTheFirstByItsTitleRestoresItAndEnds) {
+TEST(StartAgain, FindsTheFirstByItsTitleRestoresItAndEnds) {
   SuiteWorld world;
   world.process.previousInstance = true;
   world.desktop.others = {{u"Calculator", true}, {u"Marl : host", true}};
@@ -67,7 +67,7 @@ TEST(SecondStart, FindsTheFirstByItsTitleRestoresItAndEnds) {
   EXPECT_TRUE(world.Messages().empty());
 }
 
-TEST(SecondStart, SaysSoWhenNoWindowIsFound) {
+TEST(StartAgain, SaysSoWhenNoWindowIsFound) {
   SuiteWorld world;
   world.process.previousInstance = true;
   world.Start();
@@ -76,7 +76,7 @@ TEST(SecondStart, SaysSoWhenNoWindowIsFound) {
             (MemoryDesktop::Message{u"Marl is already running", 0x40, u"Marl"}));
 }
 
-TEST(SecondStart, RunsTheRegistrarAndTouchesNothingElse) {
+TEST(StartAgain, RunsTheRegistrarAndTouchesNothingElse) {
   SuiteWorld world;
   world.process.previousInstance = true;
   world.PutSetting(u"FirstRun", u"Y");
