@@ -21,6 +21,7 @@ char Capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) :
 /// with another number can have a value: a count of two thousand millions is no reason to ask for
 /// as many keys.
 std::vector<std::int32_t> Numbers(const Bytes& file, TextView prefix, std::int32_t count) {
+  if (count <= 0) return {};
   std::string content;
   // A file in wide characters has the same letters with zeros between them.
   for (const unsigned char byte : file) {

@@ -25,8 +25,6 @@ TextView ParentOf(TextView path) {
   return slash == TextView::npos ? TextView() : path.substr(0, slash);
 }
 
-TextView NameOf(TextView path) { return path.substr(path.rfind(u'\\') + 1); }
-
 // The platform's rules: "*" is any run of units, "?" one unit or none at the end, and "*.*" every
 // name, one without a point too. Both texts are folded.
 bool Matches(TextView name, TextView pattern) {
