@@ -1,7 +1,8 @@
 #include "platform/win32/FileDialogsWin32.h"
 
-#include <commdlg.h>
 #include <windows.h>
+
+#include <commdlg.h>
 
 #include <algorithm>
 
