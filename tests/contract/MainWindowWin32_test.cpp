@@ -1,0 +1,319 @@
+// The main form's real window: what the platform says of its menu, tips and handles.
+
+#include <gtest/gtest.h>
+
+#include "platform/memory/MemoryComponents.h"
+#include "platform/memory/MemoryFileDialogs.h"
+#include "platform/memory/MemoryFileSystem.h"
+#include "platform/memory/MemoryLocale.h"
+#include "platform/memory/MemoryPictures.h"
+#include "platform/memory/MemoryProfile.h"
+#include "platform/memory/MemoryRegistryStore.h"
+#include "platform/memory/MemorySettingsStore.h"
+#include "platform/memory/MemoryShell.h"
+#include "platform/memory/MemoryStrings.h"
+#include "platform/win32/DesktopWin32.h"
+#include "platform/win32/IconsWin32.h"
+#include "platform/win32/TipWindowsWin32.h"
+#include "platform/win32/TrayWin32.h"
+#include "platform/win32/WindowHooksWin32.h"
+#include "shell/frmMain.h"
+#include "support/frmSplash.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace marl {
+
+namespace {
+
+/// The program on a real desktop, with all that is no window in memory.
+class MainWindow : public testing::Test {
+ protected:
+  explicit MainWindow(std::string_view language = "en") : resource(language) {
+    settings.Put(u"Marl", u"Settings", u"FirstRun", u"N");
+  }
+  ~MainWindow() override {
+    if (main) main->Unload();
+    desktop.DoEvents();
+  }
+
+  void Start() {
+    main = std::make_unique<frmMain>(platform);
+    starting = main.get();
+    // Nobody waits for the splash.
+    const UINT_PTR timer = SetTimer(nullptr, 0, 20, ClickSplash);
+    main->Show();
+    KillTimer(nullptr, timer);
+    starting = nullptr;
+  }
+  static void CALLBACK ClickSplash(HWND, UINT, UINT_PTR, DWORD) {
+    if (starting && starting->splash && starting->splash->Visible()) starting->splash->UserClick();
+  }
+  struct Search {
+    HWND owner;
+    std::vector<HWND> found;
+  };
+  static BOOL CALLBACK TakeTip(HWND window, LPARAM argument) {
+    auto& search = *reinterpret_cast<Search*>(argument);
+    wchar_t name[100] = {};
+    GetClassNameW(window, name, 100);
+    if (_wcsicmp(name, L"tooltips_class32") == 0 && GetWindow(window, GW_OWNER) == search.owner) {
+      search.found.push_back(window);
+    }
+    return TRUE;
+  }
+  HWND Window() const { return static_cast<HWND>(LongToHandle(main->hWnd())); }
+
+  static std::wstring Caption(HMENU menu, int position) {
+    wchar_t text[200] = {};
+    GetMenuStringW(menu, static_cast<UINT>(position), text, 200, MF_BYPOSITION);
+    return text;
+  }
+  static std::vector<std::wstring> Captions(HMENU menu) {
+    std::vector<std::wstring> captions;
+    for (int i = 0; i < GetMenuItemCount(menu); ++i) captions.push_back(Caption(menu, i));
+    return captions;
+  }
+  /// The tip windows of the main form.
+  std::vector<HWND> Tips() const {
+    Search search{Window(), {}};
+    EnumThreadWindows(GetCurrentThreadId(), TakeTip, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+  }
+  static std::vector<int> LiveHandles() {
+    std::vector<int> live;
+    for (const auto& count : win32::g_liveHandles) live.push_back(count);
+    return live;
+  }
+
+  inline static frmMain* starting = nullptr;
+
+  win32::DesktopWin32 desktop;
+  MemoryFileSystem files;
+  MemorySettingsStore settings;
+  MemoryShell shell;
+  MemoryProcess process;
+  MemoryComponents components;
+  MemoryStrings resource;
+  StringTable strings{resource};
+  MemoryLocale locales;
+  win32::IconsWin32 icons;
+  MemoryProfile profile{files};
+  MemoryFileDialogs fileDialogs;
+  MemoryPictures pictures;
+  MemoryRegistryStore registry;
+  win32::WindowHooksWin32 hooks{desktop};
+  win32::TrayWin32 tray{desktop};
+  win32::TipWindowsWin32 tips;
+  Platform platform{desktop, files, settings, shell,    process, components, strings,
+                    locales, icons, pictures, registry, hooks,   tray,       tips,
+                    profile, fileDialogs};
+  std::unique_ptr<frmMain> main;
+};
+
+class GermanMainWindow : public MainWindow {
+ protected:
+  GermanMainWindow() : MainWindow("de") {}
+};
+
+using Names = std::vector<std::wstring>;
+
+std::wstring Wide(const Text& text) { return {text.begin(), text.end()}; }
+
+}  // namespace
+
+TEST_F(MainWindow, MenuReadsBackAsInTheTable) {
+  Start();
+  const HMENU bar = GetMenu(Window());
+  ASSERT_EQ(Captions(bar), (Names{L"&Project", L"T&M", L"&Translate", L"&Align", L"Term&Vault",
+                                  L"T&ools", L"&Help"}));
+  EXPECT_EQ(Captions(GetSubMenu(bar, 0)),
+            (Names{L"&Import files in to a new project...\tCtrl+N",
+                   L"&Open an existing project...\tCtrl+O",
+                   L"&Export files from a project...\tCtrl+S",
+                   L"&Remove temporary files...\tCtrl+W", L"",
+                   L"&Analyse leverage statistics...\tCtrl+A", L"", L"&Project TM...\tCtrl+M", L"",
+                   L"Change &server...\tCtrl+G", L"&Track projects\tCtrl+H", L"", L"E&xit"}));
+  EXPECT_EQ(Captions(GetSubMenu(bar, 1)), (Names{L"&Import a Translation Memory...\tCtrl+I",
+                                                 L"&Export a Translation Memory...\tCtrl+E"}));
+  EXPECT_EQ(Captions(GetSubMenu(bar, 2)),
+            (Names{L"Apply TMs in &batch mode...\tCtrl+B",
+                   L"Translate a specific &project file...\tCtrl+P",
+                   L"Translate a single &file...\tCtrl+F",
+                   L"Translate &clipboard contents...\tCtrl+C",
+                   L"&Global search and replace...\tCtrl+R"}));
+  EXPECT_EQ(Captions(GetSubMenu(bar, 3)),
+            (Names{L"&Create a new alignment from existing files...\tF6",
+                   L"&Open an existing alignment...\tF7"}));
+  EXPECT_EQ(Captions(GetSubMenu(bar, 4)), (Names{L"&Maintain a terminology database...\tCtrl+T",
+                                                 L"Terminology &QA Check...\tCtrl+Q"}));
+  EXPECT_EQ(Captions(GetSubMenu(bar, 5)), (Names{L"&QA Check...\tCtrl+K",
+                                                 L"&Comment Report...\tCtrl+J", L"",
+                                                 L"&Options...\tShift+F6"}));
+  EXPECT_EQ(Captions(GetSubMenu(bar, 6)),
+            (Names{L"&Contents\tF1", L"&Translating in Marl...", L"&About...\tCtrl+F1"}));
+  for (const int separator : {4, 6, 8, 11}) {
+    EXPECT_TRUE(GetMenuState(GetSubMenu(bar, 0), static_cast<UINT>(separator), MF_BYPOSITION) &
+                MF_SEPARATOR);
+  }
+}
+
+TEST_F(MainWindow, ShownToolsStandFirstInTheirMenu) {
+  settings.Put(u"Marl", u"Settings", u"Tools", u"True");
+  Start();
+  const HMENU tools = GetSubMenu(GetMenu(Window()), 5);
+  EXPECT_EQ(Captions(tools),
+            (Names{L"&1 Font Mapper\tShift+F1", L"&2 Convert Files\tShift+F2",
+                   L"&3 DOC to RTF\tShift+F3", L"&4 HTML Utilities\tShift+F4",
+                   L"&5 MIF Utilities\tShift+F5", L"&QA Check...\tCtrl+K",
+                   L"&Comment Report...\tCtrl+J", L"", L"&Options...\tShift+F6"}));
+  main->ToolsMenuVisible = false;
+  main->ApplyToolsMenu();
+  EXPECT_EQ(GetMenuItemCount(tools), 4);
+}
+
+TEST_F(GermanMainWindow, MenuReadsBackInGermanWithTheSameShortcuts) {
+  settings.Put(u"Marl", u"Settings", u"Tools", u"True");
+  Start();
+  const HMENU bar = GetMenu(Window());
+  Names tops;
+  for (const int id : {1000, 1100, 1200, 1300, 1400, 1500, 1600}) {
+    tops.push_back(Wide(strings.Get(id)));
+  }
+  EXPECT_EQ(Captions(bar), tops);
+  EXPECT_NE(tops[0], L"&Project");
+  EXPECT_EQ(Caption(GetSubMenu(bar, 0), 0), Wide(strings.Get(1001)) + L"\tCtrl+N");
+  EXPECT_EQ(Caption(GetSubMenu(bar, 5), 0), L"&1 " + Wide(strings.Get(1501)) + L"\tShift+F1");
+  EXPECT_EQ(Caption(GetSubMenu(bar, 6), 2), Wide(strings.Get(1602)) + L"\tCtrl+F1");
+}
+
+TEST_F(MainWindow, EntryIsChosenByItsCommand) {
+  for (const TextView tool : {u"Q17Cadence.exe", u"Q17Pair.exe"}) {
+    files.Put(u"C:\\Suite\\" + Text(tool), "MZ");
+  }
+  Start();
+  shell.started.clear();
+  const HMENU bar = GetMenu(Window());
+  SendMessageW(Window(), WM_COMMAND, GetMenuItemID(GetSubMenu(bar, 0), 0), 0);
+  SendMessageW(Window(), WM_COMMAND, GetMenuItemID(GetSubMenu(bar, 3), 1), 0);
+  ASSERT_EQ(shell.started.size(), 2u);
+  EXPECT_EQ(shell.started[0].file, u"C:\\Suite\\Q17Cadence.exe");
+  EXPECT_EQ(shell.started[0].parameters, u"/I");
+  EXPECT_EQ(shell.started[1].file, u"C:\\Suite\\Q17Pair.exe");
+  EXPECT_EQ(shell.started[1].parameters, u"/o");
+}
+
+TEST_F(MainWindow, MenuBarTakesNothingFromTheInnerSize) {
+  main = std::make_unique<frmMain>(platform);
+  const Size design = main->Design;
+  main.reset();
+  Start();
+  RECT inner;
+  GetClientRect(Window(), &inner);
+  EXPECT_EQ(inner.right, desktop.PixelsX(design.width));
+  EXPECT_EQ(inner.bottom, desktop.PixelsY(design.height));
+}
+
+TEST_F(MainWindow, TipsReadBackFromTheirWindows) {
+  Start();
+  const std::vector<HWND> windows = Tips();
+  ASSERT_EQ(windows.size(), 18u);
+  std::vector<bool> seen(18);
+  for (const HWND tip : windows) {
+    EXPECT_EQ(GetWindowLongW(tip, GWL_STYLE) & (TTS_ALWAYSTIP | TTS_NOPREFIX | TTS_BALLOON),
+              TTS_ALWAYSTIP | TTS_NOPREFIX | TTS_BALLOON);
+    EXPECT_TRUE(GetWindowLongW(tip, GWL_EXSTYLE) & WS_EX_TOPMOST);
+    ASSERT_EQ(SendMessageW(tip, TTM_GETTOOLCOUNT, 0, 0), 1);
+    wchar_t text[200] = {};
+    TTTOOLINFOW tool = {};
+    tool.cbSize = sizeof tool;
+    tool.lpszText = text;
+    ASSERT_TRUE(SendMessageW(tip, TTM_ENUMTOOLSW, 0, reinterpret_cast<LPARAM>(&tool)));
+    SendMessageW(tip, TTM_GETTEXTW, 200, reinterpret_cast<LPARAM>(&tool));
+    EXPECT_EQ(tool.hwnd, Window());
+    const auto button = std::find_if(
+        main->TooltipTexts.begin(), main->TooltipTexts.end(),
+        [&](const Text& wanted) { return Wide(wanted) == text; });
+    ASSERT_NE(button, main->TooltipTexts.end());
+    const auto index = static_cast<std::size_t>(button - main->TooltipTexts.begin());
+    seen[index] = true;
+    const Shape& shape = *main->shpRun[index];
+    EXPECT_NEAR(tool.rect.left, desktop.PixelsX(shape.Left()), 1);
+    EXPECT_NEAR(tool.rect.top, desktop.PixelsY(shape.Top()), 1);
+    EXPECT_NEAR(tool.rect.right, desktop.PixelsX(shape.Left() + shape.Width()) - 1, 1);
+    EXPECT_NEAR(tool.rect.bottom, desktop.PixelsY(shape.Top() + shape.Height()) - 1, 1);
+
+    wchar_t title[100] = {};
+    TTGETTITLE asked = {};
+    asked.dwSize = sizeof asked;
+    asked.pszTitle = title;
+    asked.cch = 100;
+    SendMessageW(tip, TTM_GETTITLE, 0, reinterpret_cast<LPARAM>(&asked));
+    if (title[0]) {  // not every make of the controls tells
+      EXPECT_EQ(title, Wide(strings.Get(2000 + static_cast<int>(index))));
+      EXPECT_EQ(asked.uTitleBitmap, static_cast<UINT>(TTI_INFO));
+    }
+    EXPECT_EQ(SendMessageW(tip, TTM_GETTIPTEXTCOLOR, 0, 0),
+              static_cast<LRESULT>(GetSysColor(COLOR_BTNTEXT)));
+    EXPECT_EQ(SendMessageW(tip, TTM_GETTIPBKCOLOR, 0, 0),
+              static_cast<LRESULT>(GetSysColor(COLOR_INFOBK)));
+    const auto unit = static_cast<LRESULT>(GetDoubleClickTime());
+    EXPECT_EQ(SendMessageW(tip, TTM_GETDELAYTIME, TTDT_INITIAL, 0), unit);
+    EXPECT_EQ(SendMessageW(tip, TTM_GETDELAYTIME, TTDT_AUTOPOP, 0), unit * 10);
+  }
+  EXPECT_EQ(std::count(seen.begin(), seen.end(), true), 18);
+}
+
+TEST_F(MainWindow, NoTipsWithTooltipsSwitchedOff) {
+  settings.Put(u"Marl", u"Settings", u"Tooltips", u"False");
+  Start();
+  EXPECT_TRUE(Tips().empty());
+}
+
+TEST_F(MainWindow, HiddenButtonHasNoTip) {
+  Start();
+  main->imgRun[4]->SetVisible(false);
+  main->BindTooltips();
+  EXPECT_EQ(Tips().size(), 17u);
+}
+
+TEST_F(MainWindow, IconOfTheWindowNamesTheTrayIcon) {
+  Start();
+  const HICON icon = LoadIconW(nullptr, IDI_APPLICATION);
+  SendMessageW(Window(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
+  EXPECT_EQ(tray.IconOf(main->hWnd()), HandleToLong(icon));
+}
+
+TEST_F(MainWindow, BindingTipsAgainAndAgainLeaksNothing) {
+  Start();
+  const std::vector<int> before = LiveHandles();
+  for (int i = 0; i < 10; ++i) {
+    main->BindTooltips();
+    main->ToolsMenuVisible = i % 2 == 0;
+    main->ApplyToolsMenu();
+  }
+  EXPECT_EQ(LiveHandles(), before);
+  EXPECT_EQ(Tips().size(), 18u);
+}
+
+TEST_F(MainWindow, UnloadLeavesNoWindowMenuOrHook) {
+  const std::vector<int> before = LiveHandles();
+  Start();
+  const HWND window = Window();
+  main->Unload();
+  EXPECT_FALSE(IsWindow(window));
+  main.reset();
+  desktop.DoEvents();
+  const std::vector<int> after = LiveHandles();
+  const auto menus = static_cast<std::size_t>(win32::HandleKind::kMenu);
+  const auto bitmaps = static_cast<std::size_t>(win32::HandleKind::kBitmap);
+  EXPECT_EQ(after[menus], before[menus]);
+  EXPECT_EQ(after[bitmaps], before[bitmaps]);
+}
+
+}  // namespace marl

@@ -1,0 +1,334 @@
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <algorithm>
+
+#include "tests/desktop/Switchboard.h"
+
+// The switchboard in the notification area, with real clicks on its icon.
+
+namespace marl::desktop {
+
+namespace {
+
+using Starts = std::vector<Started>;
+
+constexpr UINT kDoubleClick = 0x203;
+
+class Tray : public SwitchboardTest {
+ protected:
+  Tray() { GiveIcons(suite); }
+
+  /// The icon library lies beside the program, wherever that was built.
+  static void GiveIcons(const SuiteFolder& folder) {
+    const std::wstring& marl = g_programs.marl;
+    const std::wstring library = marl.substr(0, marl.rfind(L'\\') + 1) + L"q17icl.oru";
+    CopyFileW(library.c_str(), (folder.path() + L"\\q17icl.oru").c_str(), FALSE);
+  }
+
+  static UINT MenuMessage() { return RegisterWindowMessageW(L"msgMarlMenu"); }
+
+  /// The number of the icon: that of the window's own.
+  static UINT IconNumber(HWND main) {
+    return static_cast<UINT>(SendMessageW(main, WM_GETICON, ICON_BIG, 0));
+  }
+
+  /// Where the icon is: asked of the shell, or at the end of a taskbar that cannot tell.
+  static RECT IconArea(HWND main) {
+    NOTIFYICONIDENTIFIER icon = {};
+    icon.cbSize = sizeof icon;
+    icon.hWnd = main;
+    icon.uID = IconNumber(main);
+    RECT area = {};
+    using GetRect = HRESULT(WINAPI*)(const NOTIFYICONIDENTIFIER*, RECT*);
+    const auto getRect = reinterpret_cast<GetRect>(reinterpret_cast<void*>(
+        GetProcAddress(GetModuleHandleW(L"shell32.dll"), "Shell_NotifyIconGetRect")));
+    if (getRect && SUCCEEDED(getRect(&icon, &area)) && area.right > area.left) return area;
+    GetWindowRect(FindWindowW(L"Shell_TrayWnd", nullptr), &area);
+    area.left = area.right - (area.bottom - area.top);
+    return area;
+  }
+  static POINT IconPlace(HWND main) {
+    const RECT area = IconArea(main);
+    return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+  }
+  /// True when there is more than one colour at the icon's place.
+  static bool IconSeen(HWND main) {
+    const Pixels pixels = Capture(IconArea(main));
+    return std::any_of(pixels.colors.begin(), pixels.colors.end(),
+                       [&](COLORREF color) { return color != pixels.colors.front(); });
+  }
+
+  static void Buttons(std::initializer_list<DWORD> flags) {
+    for (const DWORD flag : flags) {
+      INPUT input = {};
+      input.type = INPUT_MOUSE;
+      input.mi.dwFlags = flag;
+      SendInput(1, &input, sizeof input);
+    }
+  }
+  static void RightClick(POINT at) {
+    MoveMouse(at.x, at.y);
+    Buttons({MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_RIGHTUP});
+  }
+  static void DoubleClick(POINT at) {
+    Click(at);
+    Buttons({MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP});
+  }
+
+  /// The menu that is open, if any.
+  static HWND OpenMenu() {
+    const HWND menu = FindWindowW(L"#32768", nullptr);
+    return menu && IsWindowVisible(menu) ? menu : nullptr;
+  }
+  /// Waits until no menu is open and the program has left the menu's own message loop.
+  static bool MenuGone(HWND main) {
+    return WaitUntil([&] {
+      GUITHREADINFO thread = {};
+      thread.cbSize = sizeof thread;
+      if (OpenMenu()) return false;
+      if (!GetGUIThreadInfo(GetWindowThreadProcessId(main, nullptr), &thread)) return true;
+      return !thread.hwndCapture && !(thread.flags & (GUI_INMENUMODE | GUI_POPUPMENUMODE));
+    });
+  }
+  static bool OpenTrayMenu(HWND main) {
+    RightClick(IconPlace(main));
+    // It is seen before it takes the mouse.
+    return WaitUntil([&] {
+      GUITHREADINFO thread = {};
+      thread.cbSize = sizeof thread;
+      return OpenMenu() && GetGUIThreadInfo(GetWindowThreadProcessId(main, nullptr), &thread) &&
+             thread.hwndCapture;
+    });
+  }
+  /// Walks down to an item of the open menu, from 1, and presses it.
+  static bool Choose(HWND main, int item) {
+    for (int i = 0; i < item; ++i) Chord({}, VK_DOWN);
+    Chord({}, VK_RETURN);
+    return MenuGone(main);
+  }
+
+  /// The middle of the title bar's minimise button.
+  static std::optional<POINT> MinimiseBoxOf(HWND window) {
+    RECT frame;
+    GetWindowRect(window, &frame);
+    const int y = frame.top + GetSystemMetrics(SM_CYFIXEDFRAME) + GetSystemMetrics(SM_CYCAPTION) / 2;
+    std::optional<int> first;
+    int last = 0;
+    for (int x = frame.right - 1; x > frame.left; --x) {
+      if (SendMessageW(window, WM_NCHITTEST, 0, MAKELPARAM(x, y)) != HTMINBUTTON) continue;
+      if (!first) first = x;
+      last = x;
+    }
+    if (!first) return {};
+    return POINT{(*first + last) / 2, y};
+  }
+  static testing::AssertionResult Minimise(HWND main) {
+    const auto box = MinimiseBoxOf(main);
+    if (!box) return testing::AssertionFailure() << "there is no minimise button";
+    Click(*box);
+    if (!WaitUntil([&] { return !IsWindowVisible(main); })) {
+      return testing::AssertionFailure() << "the window stays";
+    }
+    return testing::AssertionSuccess();
+  }
+  static bool Visible(HWND main) {
+    return WaitUntil([&] { return IsWindowVisible(main) && !IsIconic(main); });
+  }
+
+  SuiteFolder suite;
+};
+
+}  // namespace
+
+TEST_F(Tray, DoubleClickBringsBackWhatTheTitleBarButtonHid) {
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(WaitUntil([&] { return IconSeen(main); }));
+  RECT before;
+  GetWindowRect(main, &before);
+  ASSERT_TRUE(Minimise(main));
+  EXPECT_TRUE(IconSeen(main));
+  Screenshot("tray-hidden");
+  DoubleClick(IconPlace(main));
+  EXPECT_TRUE(Visible(main));
+  EXPECT_TRUE(WaitUntil([&] { return GetForegroundWindow() == main; }));
+  RECT after;
+  GetWindowRect(main, &after);
+  EXPECT_TRUE(EqualRect(&before, &after));
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Tray, SingleClickDoesNothing) {
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(Minimise(main));
+  Click(IconPlace(main));
+  // Two clicks that are too slow for one another: what follows is answered after them.
+  ASSERT_TRUE(WaitUntil([start = GetTickCount()] {
+    return GetTickCount() - start > GetDoubleClickTime();
+  }));
+  EXPECT_FALSE(IsWindowVisible(main));
+  EXPECT_FALSE(OpenMenu());
+  DoubleClick(IconPlace(main));
+  EXPECT_TRUE(Visible(main));
+}
+
+TEST_F(Tray, MenuStartsToolsWithTheWindowHidden) {
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(Minimise(main));
+  const struct {
+    int index;
+    const wchar_t* program;
+  } cases[] = {{0, L"Q17Gauge.exe"}, {5, L"Q17Bench.exe"}, {16, L"Q17Xlf.exe"}};
+  std::size_t count = 0;
+  for (const auto& c : cases) {
+    ASSERT_TRUE(OpenTrayMenu(main));
+    if (c.index == 0) Screenshot("tray-menu");
+    ASSERT_TRUE(Choose(main, c.index + 1));
+    const Starts starts = suite.WaitForTools(++count);
+    ASSERT_EQ(starts.size(), count) << c.index;
+    EXPECT_EQ(starts.back(), Start(suite, c.program));
+    EXPECT_FALSE(IsWindowVisible(main));
+  }
+}
+
+TEST_F(Tray, DeadToolIsInTheMenuAndStaysDead) {
+  const SuiteFolder poor(L"Suite", {L"Q17Kit.exe"});
+  GiveIcons(poor);
+  const RunningMarl marl(poor);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(Minimise(main));
+  ASSERT_TRUE(OpenTrayMenu(main));
+  ASSERT_TRUE(Choose(main, kUtilities + 1));
+  ASSERT_TRUE(OpenTrayMenu(main));
+  ASSERT_TRUE(Choose(main, kEdit + 1));
+  EXPECT_EQ(poor.WaitForTools(1), (Starts{Start(poor, L"Q17Bench.exe")}));
+  EXPECT_FALSE(marl.Box());
+}
+
+TEST_F(Tray, MenuClosesWhenTheUserClicksElsewhereOrPressesEsc) {
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(Minimise(main));
+  ASSERT_TRUE(OpenTrayMenu(main));
+  Chord({}, VK_ESCAPE);
+  EXPECT_TRUE(MenuGone(main));
+  ASSERT_TRUE(OpenTrayMenu(main));
+  Click(200, 200);
+  EXPECT_TRUE(MenuGone(main));
+  EXPECT_FALSE(IsWindowVisible(main));
+  EXPECT_TRUE(suite.Starts().size() <= 1) << "nothing but the registrar";
+}
+
+TEST_F(Tray, ExitFromTheMenuEndsTheProgramWithoutShowingTheWindow) {
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(Minimise(main));
+  const RECT area = IconArea(main);
+  ASSERT_TRUE(OpenTrayMenu(main));
+  ASSERT_TRUE(Choose(main, kExit + 1));
+  EXPECT_EQ(marl.WaitForExit(), 0u);
+  EXPECT_EQ(settings.Get(L"WindowState"), L"1");
+  EXPECT_NE(settings.Get(L"Left"), std::nullopt);
+  EXPECT_TRUE(WaitUntil([&] {
+    const Pixels pixels = Capture(area);
+    return std::all_of(pixels.colors.begin(), pixels.colors.end(),
+                       [&](COLORREF color) { return color == pixels.colors.front(); });
+  })) << "the icon has gone with the program";
+}
+
+TEST_F(Tray, WindowStateOfOneStartsInTheTray) {
+  settings.Set(L"WindowState", L"1");
+  const RunningMarl marl(suite);
+  ASSERT_TRUE(WaitUntil([&] { return marl.Window() != nullptr; }));
+  const HWND main = marl.Window();
+  marl.DismissSplash();
+  ASSERT_TRUE(WaitUntil([&] { return IconSeen(main) && !marl.Splash(); }));
+  EXPECT_FALSE(IsWindowVisible(main));
+  DoubleClick(IconPlace(main));
+  EXPECT_TRUE(Visible(main));
+  EXPECT_TRUE(Close(marl));
+  EXPECT_EQ(settings.Get(L"WindowState"), L"0");
+}
+
+TEST_F(Tray, TaskbarMadeAnewShowsTheIconOnceAndItsMessagesArrive) {
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(WaitUntil([&] { return IconSeen(main); }));
+  // The icon and the place beside it, where a second one would be.
+  RECT area = IconArea(main);
+  area.left -= area.right - area.left;
+  const Pixels before = Capture(area);
+  NOTIFYICONDATAW icon = {};
+  icon.cbSize = sizeof icon;
+  icon.hWnd = main;
+  icon.uID = IconNumber(main);
+  // Not every window tells another program its icon. Where it does, the shell is made to forget
+  // the tray icon, as it does with its own end.
+  const bool known = Shell_NotifyIconW(NIM_MODIFY, &icon);
+  if (known) {
+    ASSERT_TRUE(Shell_NotifyIconW(NIM_DELETE, &icon));
+  }
+  SendMessageTimeoutW(main, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0, SMTO_NORMAL, 5000,
+                      nullptr);
+  EXPECT_TRUE(WaitUntil([&] { return Capture(area) == before; }));
+  if (known) {
+    EXPECT_TRUE(Shell_NotifyIconW(NIM_MODIFY, &icon)) << "it has another number now";
+  }
+  ASSERT_TRUE(Minimise(main));
+  DoubleClick(IconPlace(main));
+  EXPECT_TRUE(Visible(main));
+}
+
+TEST_F(Tray, DoubleClickOnTheIconOfAVisibleWindowBringsItToTheFront) {
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(WaitUntil([&] { return IconSeen(main); }));
+  SetForegroundWindow(GetDesktopWindow());
+  DoubleClick(IconPlace(main));
+  EXPECT_TRUE(WaitUntil([&] { return GetForegroundWindow() == main; }));
+}
+
+TEST_F(Tray, DoubleClickSetsAMaximisedWindowToNormal) {
+  settings.Set(L"WindowState", L"2");
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(IsZoomed(main));
+  // The icon lies beneath the window.
+  PostMessageW(main, MenuMessage(), 0, kDoubleClick);
+  EXPECT_TRUE(WaitUntil([&] { return !IsZoomed(main); }));
+  EXPECT_TRUE(IsWindowVisible(main));
+}
+
+TEST_F(Tray, FiftyCyclesLeakNoHandle) {
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  const auto cycle = [&] {
+    SendMessageW(main, WM_SYSCOMMAND, SC_MINIMIZE, 0);
+    ASSERT_TRUE(WaitUntil([&] { return !IsWindowVisible(main); }));
+    PostMessageW(main, MenuMessage(), 0, kDoubleClick);
+    ASSERT_TRUE(Visible(main));
+  };
+  for (int i = 0; i < 5; ++i) cycle();
+  const std::size_t handles = marl.Handles();
+  const std::size_t bytes = marl.PrivateBytes();
+  for (int i = 0; i < 50 && !HasFatalFailure(); ++i) cycle();
+  EXPECT_LE(marl.Handles(), handles + 2);
+  EXPECT_LT(marl.PrivateBytes(), bytes + 256 * 1024);
+  EXPECT_TRUE(Close(marl));
+}
+
+}  // namespace marl::desktop
