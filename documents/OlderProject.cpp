@@ -17,9 +17,9 @@ constexpr TextView kCount = u"Count";
 
 char Capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
 
-/// The numbers below `count` that stand behind `prefix` anywhere in the file, in order. No key
-/// with another number can have a value: a count of two thousand millions is no reason to ask for
-/// as many keys.
+/// The numbers below `count`, which is above 0, that stand behind `prefix` anywhere in the file, in
+/// order. No key with another number can have a value: a count of two thousand millions is no
+/// reason to ask for as many keys.
 std::vector<std::int32_t> Numbers(const Bytes& file, TextView prefix, std::int32_t count) {
   if (count <= 0) return {};
   std::string content;
@@ -71,6 +71,7 @@ std::vector<Text> OlderProject::Documents(std::int32_t count) const {
 std::vector<Text> OlderProject::Values(TextView section, TextView prefix,
                                        std::int32_t count) const {
   std::vector<Text> values;
+  if (count <= 0) return values;
   Bytes file;
   if (files_.ReadAll(path_, file) != kOk) return values;
   for (const std::int32_t number : Numbers(file, prefix, count)) {
