@@ -1,0 +1,69 @@
+#include "tests/desktop/Switchboard.h"
+
+// Balloon tips over the buttons, brought out by the mouse.
+
+namespace marl::desktop {
+
+namespace {
+
+class Balloon : public SwitchboardTest {
+ protected:
+  struct Search {
+    DWORD process;
+    int count;
+    HWND shown;
+  };
+  static BOOL CALLBACK Take(HWND window, LPARAM argument) {
+    auto& search = *reinterpret_cast<Search*>(argument);
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process != search.process || _wcsicmp(ClassOf(window).c_str(), L"tooltips_class32") != 0) {
+      return TRUE;
+    }
+    ++search.count;
+    if (IsWindowVisible(window)) search.shown = window;
+    return TRUE;
+  }
+  /// The program's tip windows, and the one that can be seen.
+  static Search Tips(const RunningMarl& marl) {
+    Search search = {marl.id(), 0, nullptr};
+    EnumWindows(Take, reinterpret_cast<LPARAM>(&search));
+    return search;
+  }
+  /// Moves the mouse over a button, and on it.
+  static void Hover(HWND main, int button) {
+    const POINT at = LabelOf(main, button);
+    MoveMouse(at.x - 3, at.y);
+    MoveMouse(at.x, at.y);
+  }
+};
+
+}  // namespace
+
+TEST_F(Balloon, ShowsOverTheButtonUnderTheMouse) {
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(BringForward(main));
+  EXPECT_EQ(Tips(marl).count, 18);
+  for (const int button : {0, kEdit}) {
+    Hover(main, button);
+    ASSERT_TRUE(WaitUntil([&] { return Tips(marl).shown != nullptr; })) << button;
+    Screenshot("balloon");
+    MoveMouse(0, 0);
+    ASSERT_TRUE(WaitUntil([&] { return Tips(marl).shown == nullptr; })) << button;
+  }
+}
+
+TEST_F(Balloon, NoneWithTooltipsSwitchedOff) {
+  settings.Set(L"Tooltips", L"False");
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  ASSERT_TRUE(marl.WaitForWindow());
+  EXPECT_EQ(Tips(marl).count, 0);
+  EXPECT_TRUE(Close(marl));
+  EXPECT_EQ(settings.Get(L"Tooltips"), L"False");
+}
+
+}  // namespace marl::desktop
