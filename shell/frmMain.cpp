@@ -1,7 +1,7 @@
 #include "shell/frmMain.h"
 
 #include "platform/FoldCase.h"
-#include "support/Numbers.h"
+#include "support/clsCommon.h"
 
 namespace marl {
 
@@ -80,18 +80,13 @@ void frmMain::OnResize() {
   ClientHeight = inner().height;
 }
 
-void frmMain::Centre() {
-  const Size screen = desktop().ScreenSize();
-  Move(CLng((screen.width - Width()) / 2.0), CLng((screen.height - Height()) / 2.0));
-}
-
 void frmMain::OnClick() {
   if (HoverButton >= 0) Press(HoverButton);
 }
 
 void frmMain::OnKeyPress(char16_t character) {
   const char16_t key = FoldCase(character);
-  if (key == u'C') Centre();
+  if (key == u'C') clsCommon::CentreForm(*this);
   if (HiddenKeys.Take(key)) HiddenKeys.Reset();
 }
 

@@ -21,6 +21,7 @@
 #include "support/clsCommon.h"
 #include "support/clsLanguages.h"
 #include "support/frmSplash.h"
+#include "support/modLogging.h"
 
 namespace marl {
 
@@ -128,7 +129,6 @@ class frmMain : public Form, public HookedForm {
   void RemoveTemporaryFiles();
   void SetCaptions();
   void PrepareButtons();
-  void Centre();
   void RestorePosition();
   void RestoreFlags();
   void ProbeBrowser();
@@ -177,6 +177,7 @@ class frmMain : public Form, public HookedForm {
   modMarl hook_{platform_.hooks, platform_.tray, *this};
   std::unique_ptr<PopupMenu> m_cPopupMenu;
   std::vector<std::unique_ptr<Menu>> menuBar_;  ///< in the order of the design
+  modLogging log_{platform_.files, ProgramFolder()};
   bool QaBusy = false;
   bool CommentReportBusy = false;
 };

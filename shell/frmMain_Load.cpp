@@ -2,6 +2,7 @@
 #include "shell/frmMain.h"
 #include "shell/modFindWindow.h"
 #include "support/Numbers.h"
+#include "support/clsCommon.h"
 
 // Start-up and shutdown of the main form. The order of the steps is a promise to the suite's other
 // programs: what a second start may touch, and what a first run leaves behind, follows from it.
@@ -128,7 +129,7 @@ void frmMain::RestorePosition() {
   const bool outside = left < 0 || top < 0 || std::int64_t{left} + Width() > screen.width ||
                        std::int64_t{top} + Height() > screen.height;
   if (outside) {
-    Centre();
+    clsCommon::CentreForm(*this);
   } else {
     Move(left, top);
   }
@@ -145,6 +146,7 @@ void frmMain::RestoreFlags() {
   if (state < 0 || state > 2) throw RuntimeError::InvalidPropertyValue();
   SetState(static_cast<WindowState>(state));
   ApplicationFolder = ProgramFolder();
+  log_.OpenDebugLog();
 }
 
 void frmMain::ProbeBrowser() {
@@ -183,6 +185,7 @@ void frmMain::OnUnload() {
   Save(u"XtraFeatures", imgRun[kUtilities]->Visible() ? u"1" : u"0");
   servers_.SaveServerSettings();
   hook_.UnhookWindow(hWnd());
+  log_.CloseDebugLog();
 }
 
 bool frmMain::Ask(int question) const {

@@ -81,6 +81,11 @@ wine_end() {
 cmd_wine() {
   [[ $# -gt 0 ]] || fail "wine needs a program"
   if [[ -n ${MARL_WINE_PREFIX:-} ]]; then exec wine "$@"; fi
-  wine_begin tests
+  local name=${MARL_WINE_NAME:-tests}
+  wine_begin "$name"
+  if [[ $name == desktop* ]]; then
+    mkdir -p "out/shots/$name"
+    export MARL_SHOTS="Z:$ROOT/out/shots/$name"
+  fi
   wine "$@"
 }

@@ -725,8 +725,13 @@ bool MessageBoxWindow::Press(int button) const {
   const POINT middle = {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
   // The box may still be on its way to the front.
   if (!WaitUntil([&] { return WindowFromPoint(middle) == child; })) return false;
-  Click(middle);
-  return WaitUntil([&] { return !IsWindow(window_) || !IsWindowVisible(window_); });
+  const auto gone = [&] { return !IsWindow(window_) || !IsWindowVisible(window_); };
+  // A box that just came up may lose the click on its way; the box is the platform's, not ours.
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    Click(middle);
+    if (WaitUntil(gone, std::chrono::seconds(3))) return true;
+  }
+  return false;
 }
 
 RunningMarl::RunningMarl(const SuiteFolder& suite, const std::wstring& commandLine,

@@ -477,6 +477,14 @@ TEST(Exit, SavesInTheOrderThatSisterProgramsCountOn) {
                                      u"XtraFeatures"}));
 }
 
+TEST(Exit, LeavesNoFileBehind) {
+  SuiteWorld world;
+  const auto before = world.files.Files();
+  world.Start();
+  world.main().Unload();
+  EXPECT_EQ(world.files.Files(), before) << "no debug log, no probe";
+}
+
 TEST(Exit, AHiddenUtilitiesButtonTellsTheSuiteSo) {
   SuiteWorld world;
   world.Start();
