@@ -12,7 +12,7 @@ namespace marl {
 class MemoryIcons : public Icons {
  public:
   struct Image {
-    Text library;
+    Text file;
     int id = 0;
     int width = 0;
     int height = 0;
@@ -48,7 +48,7 @@ class MemoryIcons : public Icons {
   LibraryHandle OpenLibrary(TextView path) override {
     opened.emplace_back(path);
     for (const auto& [image, icon] : images) {
-      if (image.library != path) continue;
+      if (image.file != path) continue;
       open[++last_] = path;
       return last_;
     }
