@@ -837,9 +837,15 @@ bool RunningMarl::PressMenu(wchar_t top, wchar_t entry) const {
       return ClassOf(window) == L"#32768" && IsWindowVisible(window);
     });
   };
-  if (!BringForward(Window())) return false;
-  Chord({VK_MENU}, LOBYTE(VkKeyScanW(top)));
-  if (!WaitUntil([&] { return opened() != nullptr; })) return false;
+  // A message box that has just gone may not have given the window back yet, and the key with it.
+  if (!WaitUntil([&] { return IsWindowEnabled(Window()) != FALSE; })) return false;
+  const auto isOpen = [&] { return opened() != nullptr; };
+  for (int attempt = 0; attempt < 3 && !isOpen(); ++attempt) {
+    if (!BringForward(Window())) return false;
+    Chord({VK_MENU}, LOBYTE(VkKeyScanW(top)));
+    WaitUntil(isOpen, std::chrono::seconds(3));
+  }
+  if (!isOpen()) return false;
   Keys(std::wstring(1, entry));
   return WaitUntil([&] { return opened() == nullptr; });
 }
