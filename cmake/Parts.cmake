@@ -19,7 +19,8 @@ function(marl_ships target)
 endfunction()
 
 # Registers the test program `target` as a whole under its part: unit, contract or desktop.
-# Windows programs run under Wine, each on a desktop of its own. Further arguments go to the program.
+# Windows programs run under Wine, each on a desktop of its own; those that move a real mouse run
+# alone. Further arguments go to the program.
 function(marl_test part target)
   set(name ${part})
   if(WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 8)
@@ -32,5 +33,8 @@ function(marl_test part target)
   set_tests_properties(${name} PROPERTIES LABELS ${part})
   if(WIN32)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "MARL_WINE_NAME=${name}")
+    if(part STREQUAL "desktop")
+      set_tests_properties(${name} PROPERTIES RUN_SERIAL ON)
+    endif()
   endif()
 endfunction()
