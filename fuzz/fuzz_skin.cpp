@@ -1,6 +1,7 @@
 #include "appearance/SkinFile.h"
 #include "fuzz/OneFile.h"
 #include "fuzz/Target.h"
+#include "tests/unit/SkinFields.h"
 
 namespace {
 
@@ -12,62 +13,22 @@ class Checked : public SkinTarget {
   SkinSettings skin;
 
   void SetNumber(SkinParameter parameter, std::int32_t number) override {
-    switch (parameter) {
-      case SkinParameter::colour1:
-        skin.Color1 = number;
-        break;
-      case SkinParameter::colour2:
-        skin.Color2 = number;
-        break;
-      case SkinParameter::angle:
-        skin.Angle = number;
-        break;
-      case SkinParameter::text1:
-        skin.Text1 = number;
-        break;
-      case SkinParameter::text2:
-        skin.Text2 = number;
-        break;
-      case SkinParameter::border1:
-        skin.Border1 = number;
-        break;
-      case SkinParameter::border2:
-        skin.Border2 = number;
-        break;
-      case SkinParameter::borderwidth:
-        fuzz::Expect(number == 1 || number == 2, "a bevel has one line or two");
-        skin.BorderWidth = number;
-        break;
-      case SkinParameter::icons:
-        fuzz::Expect(number >= 0 && number <= 3, "there are four icon sets");
-        skin.Icons = number;
-        break;
-      case SkinParameter::twostate:
-        fuzz::Expect(number == 0 || number == 18, "the offset is 0 or 18");
-        skin.TwoStateOffset = number;
-        break;
-      case SkinParameter::iconsperrow:
-        skin.IconsPerRow = number;
-        break;
-      default:
-        fuzz::Expect(false, "a text is no number");
+    if (parameter == SkinParameter::borderwidth) {
+      fuzz::Expect(number == 1 || number == 2, "a bevel has one line or two");
+    } else if (parameter == SkinParameter::icons) {
+      fuzz::Expect(number >= 0 && number <= 3, "there are four icon sets");
+    } else if (parameter == SkinParameter::twostate) {
+      fuzz::Expect(number == 0 || number == 18, "the offset is 0 or 18");
     }
+    std::int32_t* const field = NumberField(skin, parameter);
+    fuzz::Expect(field != nullptr, "a text is no number");
+    *field = number;
   }
   void SetText(SkinParameter parameter, TextView text) override {
     fuzz::Expect(!IsNumeric(text), "a number is no text");
-    switch (parameter) {
-      case SkinParameter::font1:
-        skin.Font1 = text;
-        break;
-      case SkinParameter::font2:
-        skin.Font2 = text;
-        break;
-      case SkinParameter::displayicons:
-        skin.DisplayIcons = text;
-        break;
-      default:
-        fuzz::Expect(false, "a number is no text");
-    }
+    Text* const field = TextField(skin, parameter);
+    fuzz::Expect(field != nullptr, "a number is no text");
+    *field = text;
   }
 };
 

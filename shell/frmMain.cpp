@@ -1,5 +1,6 @@
 #include "shell/frmMain.h"
 
+#include "appearance/PanelLayout.h"
 #include "platform/FoldCase.h"
 #include "support/clsCommon.h"
 
@@ -7,17 +8,14 @@ namespace marl {
 
 namespace {
 
-// The grid of the design: five columns, cells of 1740 by 1260 twips, and where the parts of a
-// button stand in their cell.
+// The design has five columns; a picture is 48 pixels wide at 96 dots an inch.
 constexpr int kColumns = 5;
-constexpr Size kCell{1740, 1260};
-constexpr Box kFrame{60, 60, 1695, 1215};
-constexpr Box kLabel{60, 840, 1695, 435};
-constexpr Box kPicture{540, 120, 720, 720};
+constexpr Size kFrame{1695, 1215};
+constexpr Size kLabel{1695, 435};
+constexpr Size kPicture{720, 720};
 
-constexpr Box InCell(int index, const Box& part) {
-  return {index % kColumns * kCell.width + part.left, index / kColumns * kCell.height + part.top,
-          part.width, part.height};
+constexpr Box At(const Point& place, const Size& size) {
+  return {place.x, place.y, size.width, size.height};
 }
 
 }  // namespace
@@ -33,13 +31,14 @@ frmMain::frmMain(Platform& platform) : Form(platform.desktop, "frmMain"), platfo
   DesignMenuBar();
   for (int i = 0; i < kButtonCount; ++i) {
     const auto slot = static_cast<std::size_t>(i);
+    const PanelCell cell = CellAt(i, kColumns);
     shpRun[slot] = std::make_unique<Shape>(*this, "shpRun", i);
-    shpRun[slot]->SetBounds(InCell(i, kFrame));
+    shpRun[slot]->SetBounds(At(cell.frame, kFrame));
     imgRun[slot] = std::make_unique<Image>(*this, "imgRun", i);
-    imgRun[slot]->SetBounds(InCell(i, kPicture));
+    imgRun[slot]->SetBounds(At(cell.picture, kPicture));
     imgRun[slot]->Click = [this, i] { Press(i); };
     lblRun[slot] = std::make_unique<Label>(*this, "lblRun", i);
-    lblRun[slot]->SetBounds(InCell(i, kLabel));
+    lblRun[slot]->SetBounds(At(cell.label, kLabel));
     lblRun[slot]->Alignment = Alignment::kCenter;
     lblRun[slot]->SetForeColor(Rgb(255, 255, 255));
     lblRun[slot]->Tag = kSwitchboard[slot].tag;

@@ -9,6 +9,7 @@
 
 #include "appearance/SkinFile.h"
 #include "platform/memory/MemoryFileSystem.h"
+#include "tests/unit/SkinFields.h"
 
 // The skins that lie in the program's Skins folder.
 
@@ -24,50 +25,15 @@ class AllValues : public SkinTarget {
 
   void SetNumber(SkinParameter parameter, std::int32_t number) override {
     seen.insert(parameter);
-    switch (parameter) {
-      case SkinParameter::colour1:
-        skin.Color1 = number;
-        break;
-      case SkinParameter::colour2:
-        skin.Color2 = number;
-        break;
-      case SkinParameter::angle:
-        skin.Angle = number;
-        break;
-      case SkinParameter::text1:
-        skin.Text1 = number;
-        break;
-      case SkinParameter::text2:
-        skin.Text2 = number;
-        break;
-      case SkinParameter::border1:
-        skin.Border1 = number;
-        break;
-      case SkinParameter::border2:
-        skin.Border2 = number;
-        break;
-      case SkinParameter::borderwidth:
-        skin.BorderWidth = number;
-        break;
-      case SkinParameter::icons:
-        skin.Icons = number;
-        break;
-      case SkinParameter::twostate:
-        skin.TwoStateOffset = number;
-        break;
-      default:
-        skin.IconsPerRow = number;
-    }
+    std::int32_t* const field = NumberField(skin, parameter);
+    ASSERT_TRUE(field);
+    *field = number;
   }
   void SetText(SkinParameter parameter, TextView text) override {
     seen.insert(parameter);
-    if (parameter == SkinParameter::font1) {
-      skin.Font1 = text;
-    } else if (parameter == SkinParameter::font2) {
-      skin.Font2 = text;
-    } else {
-      skin.DisplayIcons = text;
-    }
+    Text* const field = TextField(skin, parameter);
+    ASSERT_TRUE(field);
+    *field = text;
   }
 };
 

@@ -9,6 +9,7 @@
 #include "appearance/FontSpec.h"
 #include "platform/RuntimeError.h"
 #include "platform/memory/MemoryFileSystem.h"
+#include "tests/unit/SkinFields.h"
 
 namespace marl {
 namespace {
@@ -23,62 +24,29 @@ class Controls : public SkinTarget {
 
   void SetNumber(SkinParameter parameter, std::int32_t number) override {
     seen.push_back(parameter);
-    switch (parameter) {
-      case SkinParameter::colour1:
-        skin.Color1 = number;
-        break;
-      case SkinParameter::colour2:
-        skin.Color2 = number;
-        break;
-      case SkinParameter::angle:
-        skin.Angle = InRange(number, 0, 359);
-        break;
-      case SkinParameter::text1:
-        skin.Text1 = number;
-        break;
-      case SkinParameter::text2:
-        skin.Text2 = number;
-        break;
-      case SkinParameter::border1:
-        skin.Border1 = number;
-        break;
-      case SkinParameter::border2:
-        skin.Border2 = number;
-        break;
-      case SkinParameter::borderwidth:
-        skin.BorderWidth = InRange(number, 1, 2);
-        break;
-      case SkinParameter::icons:
-        skin.Icons = InRange(number, 0, 3);
-        break;
-      case SkinParameter::twostate:
-        EXPECT_TRUE(number == 0 || number == 18);
-        skin.TwoStateOffset = number;
-        break;
-      case SkinParameter::iconsperrow:
-        skin.IconsPerRow = InRange(number, 3, 6);
-        break;
-      default:
-        ADD_FAILURE() << "a text came as a number";
+    if (parameter == SkinParameter::angle) InRange(number, 0, 359);
+    if (parameter == SkinParameter::borderwidth) InRange(number, 1, 2);
+    if (parameter == SkinParameter::icons) InRange(number, 0, 3);
+    if (parameter == SkinParameter::iconsperrow) InRange(number, 3, 6);
+    if (parameter == SkinParameter::twostate) {
+      EXPECT_TRUE(number == 0 || number == 18);
     }
+    std::int32_t* const field = NumberField(skin, parameter);
+    ASSERT_TRUE(field) << "a text came as a number";
+    *field = number;
   }
   void SetText(SkinParameter parameter, TextView text) override {
     seen.push_back(parameter);
-    if (parameter == SkinParameter::font1) {
-      skin.Font1 = text;
-    } else if (parameter == SkinParameter::font2) {
-      skin.Font2 = text;
-    } else if (parameter == SkinParameter::displayicons) {
-      skin.DisplayIcons = FormatDisplayIcons(ParseDisplayIcons(text));
-    } else {
-      ADD_FAILURE() << "a number came as a text";
-    }
+    Text* const field = TextField(skin, parameter);
+    ASSERT_TRUE(field) << "a number came as a text";
+    *field = parameter == SkinParameter::displayicons
+                 ? FormatDisplayIcons(ParseDisplayIcons(text))
+                 : Text(text);
   }
 
  private:
-  static std::int32_t InRange(std::int32_t number, std::int32_t low, std::int32_t high) {
+  static void InRange(std::int32_t number, std::int32_t low, std::int32_t high) {
     if (number < low || number > high) throw RuntimeError::InvalidPropertyValue();
-    return number;
   }
 };
 
