@@ -1,9 +1,11 @@
 #pragma once
 
+#include "platform/ColorDialog.h"
 #include "platform/Components.h"
 #include "platform/Desktop.h"
 #include "platform/FileDialogs.h"
 #include "platform/FileSystem.h"
+#include "platform/FontList.h"
 #include "platform/Icons.h"
 #include "platform/Locale.h"
 #include "platform/Pictures.h"
@@ -40,6 +42,8 @@ struct Platform {
   TipWindows& tips;
   Profile& profile;
   FileDialogs& fileDialogs;
+  ColorDialog& colorDialog;
+  FontList& fontList;
 };
 
 }  // namespace marl

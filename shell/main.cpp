@@ -1,9 +1,11 @@
 // The entry point on Windows: puts the real platform together and runs the program on it.
 
+#include "platform/win32/ColorDialogWin32.h"
 #include "platform/win32/ComponentsWin32.h"
 #include "platform/win32/DesktopWin32.h"
 #include "platform/win32/FileDialogsWin32.h"
 #include "platform/win32/FileSystemWin32.h"
+#include "platform/win32/FontListWin32.h"
 #include "platform/win32/FormWin32.h"
 #include "platform/win32/IconsWin32.h"
 #include "platform/win32/LocaleWin32.h"
@@ -37,11 +39,14 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
   win32::TipWindowsWin32 tips;
   win32::ProfileWin32 profile;
   win32::FileDialogsWin32 fileDialogs;
+  win32::ColorDialogWin32 colorDialog;
+  win32::FontListWin32 fontList;
   win32::ShellWin32 shell([&]() -> HWND {
     if (desktop.forms().empty() || !desktop.forms().front()->peer()) return nullptr;
     return static_cast<win32::FormWin32*>(desktop.forms().front()->peer())->window();
   });
   Application application({desktop, files, settings, shell, process, components, strings, locales,
-                           icons, pictures, registry, hooks, tray, tips, profile, fileDialogs});
+                           icons, pictures, registry, hooks, tray, tips, profile, fileDialogs,
+                           colorDialog, fontList});
   return application.Run();
 }

@@ -81,6 +81,13 @@ bool Control::windowless() const {
          kind_ == ControlKind::kShape || kind_ == ControlKind::kLine;
 }
 
+bool Control::Reachable() const {
+  for (const Control* control = this; control; control = control->container()) {
+    if (!control->Visible() || !control->Enabled()) return false;
+  }
+  return true;
+}
+
 bool Control::TakesFocus() const {
   switch (kind_) {
     case ControlKind::kFrame:
@@ -99,6 +106,13 @@ void Control::SetBounds(const Box& bounds) {
   if (windowless()) form_.Invalidate(*this);
   bounds_ = bounds;
   Changed(Property::kBounds);
+}
+
+Size Control::PixelSize() const {
+  // Neighbours that touch in twips touch in pixels: the far edge is converted, not the size.
+  const Desktop& desktop = form_.desktop();
+  return {desktop.PixelsX(Left() + Width()) - desktop.PixelsX(Left()),
+          desktop.PixelsY(Top() + Height()) - desktop.PixelsY(Top())};
 }
 
 void Control::SetVisible(bool visible) {

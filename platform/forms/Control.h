@@ -85,6 +85,8 @@ class Control {
   Control* container() const { return container_; }
   /// True when the form paints the control: it has no window of its own.
   bool windowless() const;
+  /// True when neither the control nor one that it stands in is hidden or disabled.
+  bool Reachable() const;
   /// True when the kind can have the focus at all.
   bool TakesFocus() const;
 
@@ -97,6 +99,8 @@ class Control {
   int Height() const { return bounds_.height; }
   void Move(int left, int top) { SetBounds({left, top, bounds_.width, bounds_.height}); }
   void SetBounds(const Box& bounds);
+  /// Width and height on the screen, in pixels.
+  Size PixelSize() const;
 
   bool Visible() const { return visible_; }
   void SetVisible(bool visible);

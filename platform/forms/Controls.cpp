@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/FoldCase.h"
 #include "platform/RuntimeError.h"
 #include "platform/forms/Form.h"
 
@@ -10,8 +11,6 @@ namespace marl {
 namespace {
 
 const Text kNoText;
-
-RuntimeError InvalidPropertyValue() { return {380, u"Invalid property value"}; }
 
 }  // namespace
 
@@ -144,7 +143,7 @@ int ItemList::AddItem(TextView text, int row) {
   if (Sorted) {
     const auto place = std::upper_bound(
         items_.begin(), items_.end(), text,
-        [](TextView wanted, const Item& item) { return wanted < TextView(item.text); });
+        [](TextView wanted, const Item& item) { return FoldCase(wanted) < FoldCase(item.text); });
     row = static_cast<int>(place - items_.begin());
   }
   items_.insert(items_.begin() + row, Item{marl::Text(text)});
@@ -171,7 +170,7 @@ void ItemList::Clear() {
 }
 
 void ItemList::SetListIndex(int row) {
-  if (row < -1 || row >= ListCount()) throw InvalidPropertyValue();
+  if (row < -1 || row >= ListCount()) throw RuntimeError::InvalidPropertyValue();
   Select(row);
 }
 
@@ -189,11 +188,19 @@ void ItemList::Select(int row) {
 
 bool ListBox::Selected(int row) const {
   if (row < 0 || row >= ListCount()) return false;
-  return MultiSelect ? items_[static_cast<std::size_t>(row)].selected : row == listIndex_;
+  return MultiSelect || CheckBoxes ? items_[static_cast<std::size_t>(row)].selected
+                                   : row == listIndex_;
 }
 
 void ListBox::SetSelected(int row, bool selected) {
   if (row < 0 || row >= ListCount()) throw RuntimeError::InvalidCall();
+  if (CheckBoxes) {
+    if (selected == Selected(row)) return;
+    items_[static_cast<std::size_t>(row)].selected = selected;
+    Changed(Property::kValue);
+    if (ItemCheck) ItemCheck(row);
+    return;
+  }
   if (!MultiSelect) {
     if (selected || row == listIndex_) SetListIndex(selected ? row : -1);
     return;
@@ -210,12 +217,47 @@ int ListBox::SelCount() const {
   return count;
 }
 
+void ListBox::UserCheck(int row) {
+  if (Visible() && Enabled() && CheckBoxes && row >= 0 && row < ListCount()) {
+    SetSelected(row, !Selected(row));
+  }
+}
+
+void ListBox::UserSelectRows(const std::vector<int>& rows, int current) {
+  if (!MultiSelect) return;
+  for (Item& item : items_) item.selected = false;
+  for (const int row : rows) {
+    if (row >= 0 && row < ListCount()) items_[static_cast<std::size_t>(row)].selected = true;
+  }
+  listIndex_ = current < ListCount() ? std::max(current, -1) : -1;
+  if (Click) Click();
+}
+
+void ListBox::UserMouseDown(int row) {
+  if (!Visible() || !Enabled()) return;
+  pressed_ = true;
+  if (row >= 0 && !MultiSelect) UserSelectRow(row);
+  if (MouseDown) MouseDown();
+}
+
+void ListBox::UserMouseMove(int row) {
+  if (!Visible() || !Enabled()) return;
+  if (pressed_ && row >= 0 && !MultiSelect) UserSelectRow(row);
+  if (MouseMove) MouseMove();
+}
+
+void ListBox::UserMouseUp() {
+  if (!pressed_) return;
+  pressed_ = false;
+  if (MouseUp) MouseUp();
+}
+
 Text ComboBox::Text() const { return Editable ? caption_ : List(listIndex_); }
 
 void ComboBox::SetText(TextView text) {
   if (!Editable) {
     for (int row = 0; row < ListCount(); ++row) {
-      if (List(row) == text) return SetListIndex(row);
+      if (SameText(List(row), text)) return SetListIndex(row);
     }
     throw RuntimeError{383, u"'Text' property is read-only"};
   }
@@ -240,6 +282,26 @@ void ComboBox::UserEdit(TextView text) {
   if (Change) Change();
 }
 
+void HScrollBar::SetValue(int value) {
+  if (value < std::min(Min, Max) || value > std::max(Min, Max)) {
+    throw RuntimeError::InvalidPropertyValue();
+  }
+  if (value == value_) return;
+  value_ = value;
+  Changed(Property::kValue);
+  if (Change) Change();
+}
+
+void HScrollBar::UserScroll(int value) {
+  if (Visible() && Enabled()) SetValue(std::clamp(value, std::min(Min, Max), std::max(Min, Max)));
+}
+
+void PictureBox::SetPicture(PicturePtr picture) {
+  if (picture == picture_) return;
+  picture_ = std::move(picture);
+  Changed(Property::kPicture);
+}
+
 Timer::Timer(Form& form, std::string_view name) : Control(form, ControlKind::kTimer, name) {
   TabStop = false;
 }
@@ -260,13 +322,6 @@ Text ShortcutText(const Shortcut& shortcut) {
   text += u'F';
   if (number >= 10) text += static_cast<char16_t>(u'0' + number / 10);
   return text + static_cast<char16_t>(u'0' + number % 10);
-}
-
-bool Menu::Reachable() const {
-  for (const Menu* menu = this; menu; menu = menu->parent()) {
-    if (!menu->Visible() || !menu->Enabled()) return false;
-  }
-  return true;
 }
 
 }  // namespace marl

@@ -144,7 +144,7 @@ class ItemList : public Control {
   /// property value" outside the list.
   void SetListIndex(int row);
 
-  bool Sorted = false;  // set by the design only
+  bool Sorted = false;  // set by the design only: rows stand in their order, whatever their case
 
   void UserSelectRow(int row);
 
@@ -161,14 +161,41 @@ class ItemList : public Control {
   void Select(int row);
 };
 
+/// A list of rows, of which one is current. With `CheckBoxes` each row has a box that is ticked or
+/// not; with `MultiSelect` any number of rows is selected.
 class ListBox : public ItemList {
  public:
   explicit ListBox(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
       : ItemList(form, ControlKind::kListBox, name, index, container) {}
   bool MultiSelect = false;  // set by the design only
+  bool CheckBoxes = false;   // set by the design only; not together with MultiSelect
+  /// Whether the row is ticked, or selected in a list without boxes; false outside the list.
   bool Selected(int row) const;
+  /// A tick leaves the current row as it is and raises `ItemCheck`; a selection makes the row
+  /// current and raises `Click`. Throws "Invalid procedure call or argument" outside the list.
   void SetSelected(int row, bool selected);
   int SelCount() const;
+
+  std::function<void(int row)> ItemCheck;  ///< a row's tick has changed
+  // The left mouse button on the list. The current row follows the mouse while the button is down
+  // and has done so already when the event comes.
+  std::function<void()> MouseDown;
+  std::function<void()> MouseMove;
+  std::function<void()> MouseUp;
+
+  /// The user ticked the row, or took its tick away.
+  void UserCheck(int row);
+  /// The user selected exactly these rows of a multi-selection list; `current` is the last one
+  /// touched, or -1. Raises `Click`.
+  void UserSelectRows(const std::vector<int>& rows, int current);
+  /// The button went down on the row; -1 means below the last one.
+  void UserMouseDown(int row);
+  /// The mouse is above the row now, or above none (-1).
+  void UserMouseMove(int row);
+  void UserMouseUp();
+
+ private:
+  bool pressed_ = false;
 };
 
 /// A drop-down list, with an edit field (`kEditable`) or without.
@@ -177,8 +204,8 @@ class ComboBox : public ItemList {
   explicit ComboBox(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
       : ItemList(form, ControlKind::kComboBox, name, index, container) {}
   bool Editable = false;  // set by the design only
-  /// What the field shows. Without an edit field, setting it selects the row of that text and
-  /// throws when there is none.
+  /// What the field shows. Without an edit field, setting it selects the first row of that text,
+  /// whatever its case, and throws when there is none.
   marl::Text Text() const;
   void SetText(TextView text);
   /// Selection of the edit field, as it was set last.
@@ -203,7 +230,32 @@ class Frame : public Control {
   }
 };
 
-/// A plain area that holds other controls; option buttons within it are one group.
+/// A bar whose thumb the user moves between two numbers.
+class HScrollBar : public Control {
+ public:
+  explicit HScrollBar(Form& form, std::string_view name, int index = -1,
+                      Control* container = nullptr)
+      : Control(form, ControlKind::kHScrollBar, name, index, container) {}
+  // Set by the design only.
+  int Min = 0;
+  int Max = 32767;
+  int SmallChange = 1;  ///< a click on an arrow
+  int LargeChange = 1;  ///< a click beside the thumb
+  int Value() const { return value_; }
+  /// Throws "Invalid property value" outside the two numbers.
+  void SetValue(int value);
+
+  std::function<void()> Change;  ///< the value differs, also while the thumb is on its way
+
+  /// The user moved the thumb; what lies outside stops at the end.
+  void UserScroll(int value);
+
+ private:
+  int value_ = 0;
+};
+
+/// A plain area that holds other controls; option buttons within it are one group. It may show a
+/// picture behind them.
 class PictureBox : public Control {
  public:
   explicit PictureBox(Form& form, std::string_view name, int index = -1,
@@ -211,6 +263,12 @@ class PictureBox : public Control {
       : Control(form, ControlKind::kPictureBox, name, index, container) {
     TabStop = false;
   }
+  const PicturePtr& Picture() const { return picture_; }
+  /// The picture is shown from the upper left corner; `PixelSize` tells how large it is to be.
+  void SetPicture(PicturePtr picture);
+
+ private:
+  PicturePtr picture_;
 };
 
 /// The bar at the foot of a form, with one text.
@@ -235,7 +293,7 @@ class Timer : public Control {
 };
 
 /// The platform's numbers of function keys; a letter's key has the number of its capital.
-enum KeyCode : int { kKeyF1 = 0x70, kKeyF6 = 0x75, kKeyF7 = 0x76 };
+enum KeyCode : int { kKeyF1 = 0x70, kKeyF4 = 0x73, kKeyF6 = 0x75, kKeyF7 = 0x76 };
 
 /// Keys that choose a menu entry from anywhere on its form. They belong to the design of the form
 /// and not to its language.
@@ -259,9 +317,6 @@ class Menu : public Control {
   }
   Menu* parent() const { return static_cast<Menu*>(container()); }
   bool separator() const { return Caption() == u"-"; }
-  /// True when neither the entry nor a menu that leads to it is hidden or disabled.
-  bool Reachable() const;
-
   marl::Shortcut Shortcut;  // set by the design only
 };
 

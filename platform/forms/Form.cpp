@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/FoldCase.h"
+#include "platform/forms/CommonControls.h"
 #include "platform/forms/Controls.h"
 
 namespace marl {
@@ -134,6 +135,22 @@ void Form::UserClick() { OnClick(); }
 
 void Form::UserKey(char16_t character) { OnKeyPress(character); }
 
+bool Form::UserKeyDown(int key, int shift) { return KeyPreview && OnKeyDown(key, shift); }
+
+bool Form::UserTabKey(char16_t key) {
+  for (Control* control : controls_) {
+    if (control->kind() != ControlKind::kTabStrip || !control->Reachable()) continue;
+    auto* const tabs = static_cast<TabStrip*>(control);
+    for (int tab = 1; tab <= tabs->PartCount(); ++tab) {
+      const char16_t own = AccessKey(tabs->Part(tab).Caption);
+      if (own == 0 || own != FoldCase(key)) continue;
+      tabs->UserSelectTab(tab);
+      return true;
+    }
+  }
+  return false;
+}
+
 bool Form::UserShortcut(const Shortcut& keys) {
   if (keys.key == 0) return false;
   for (Control* control : controls_) {
@@ -201,7 +218,7 @@ Control* Form::HitTest(float x, float y) const {
     Control& control = **it;
     if (control.kind() != ControlKind::kLabel && control.kind() != ControlKind::kImage) continue;
     // A disabled control lets the click through to what lies beneath.
-    if (!control.Visible() || !control.Enabled()) continue;
+    if (!control.Reachable()) continue;
     const Point at = Origin(control);
     if (x >= static_cast<float>(at.x) && x < static_cast<float>(at.x + control.Width()) &&
         y >= static_cast<float>(at.y) && y < static_cast<float>(at.y + control.Height())) {
@@ -230,19 +247,14 @@ CommandButton* Form::CancelButton() const {
 }
 
 Control* Form::AccessKeyTarget(char16_t key) const {
-  const auto canBeSeen = [](const Control* control) {
-    for (; control; control = control->container()) {
-      if (!control->Visible() || !control->Enabled()) return false;
-    }
-    return true;
-  };
   for (const Control* label : controls_) {
-    if (label->kind() != ControlKind::kLabel || !canBeSeen(label)) continue;
+    if (label->kind() != ControlKind::kLabel || !label->Reachable()) continue;
     const char16_t own = AccessKey(label->Caption());
     if (own == 0 || own != FoldCase(key)) continue;
     Control* next = nullptr;
     for (Control* control : controls_) {
-      if (!control->TakesFocus() || control->TabIndex < label->TabIndex || !canBeSeen(control)) {
+      if (!control->TakesFocus() || control->TabIndex < label->TabIndex ||
+          !control->Reachable()) {
         continue;
       }
       if (!next || control->TabIndex < next->TabIndex) next = control;
@@ -268,6 +280,13 @@ void Form::ControlChanged(Control& control, Property property) {
   } else {
     peer_->ControlChanged(control, property);
   }
+}
+
+void PaintPicture(const PictureBox& box, Canvas& canvas) {
+  const Size size = box.PixelSize();
+  canvas.Fill({0, 0, size.width, size.height}, box.BackColor());
+  if (box.Picture()) canvas.Draw(*box.Picture(), 0, 0);
+  PaintControls(box.form(), &box, canvas);
 }
 
 void PaintForm(const Form& form, Canvas& canvas) {

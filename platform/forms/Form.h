@@ -11,6 +11,7 @@
 namespace marl {
 
 class CommandButton;
+class PictureBox;
 struct Shortcut;
 
 enum class BorderStyle { kNone, kFixedSingle, kSizable, kFixedDialog };
@@ -86,6 +87,11 @@ class Form {
   // What the user and the platform did. Called by peers and tests.
   void UserClick();
   void UserKey(char16_t character);
+  /// A key went down anywhere on a form that looks at keys first (`KeyPreview`): its `KeyCode`, and
+  /// 1 for Shift and 2 for Ctrl. True when it is dealt with and goes no further.
+  bool UserKeyDown(int key, int shift);
+  /// Selects the tab whose caption has this access key. False when there is none to be reached.
+  bool UserTabKey(char16_t key);
   /// Chooses the entry of the menu with this shortcut. False when there is none that can be
   /// reached: the key is a plain one then.
   bool UserShortcut(const Shortcut& keys);
@@ -122,6 +128,8 @@ class Form {
   virtual void OnResize() {}
   virtual void OnClick() {}
   virtual void OnKeyPress(char16_t /*character*/) {}
+  /// A key on its way to a control; true keeps it from there.
+  virtual bool OnKeyDown(int /*key*/, int /*shift*/) { return false; }
   virtual void OnMouseMove(int /*button*/, int /*shift*/, float /*x*/, float /*y*/) {}
   virtual bool OnQueryUnload() { return true; }
   virtual void OnUnload() {}
@@ -153,6 +161,9 @@ class Form {
 /// Paints the form's picture and its windowless controls on the canvas, whose origin is the inner
 /// corner.
 void PaintForm(const Form& form, Canvas& canvas);
+/// Paints a picture box: its colour, its picture and its windowless controls, on a canvas whose
+/// origin is its inner corner.
+void PaintPicture(const PictureBox& box, Canvas& canvas);
 /// Paints the windowless controls that stand in `container`, or on the form itself if it is null,
 /// on a canvas whose origin is the container's inner corner.
 void PaintControls(const Form& form, const Control* container, Canvas& canvas);

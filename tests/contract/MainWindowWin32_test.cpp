@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/memory/MemoryColorDialog.h"
 #include "platform/memory/MemoryComponents.h"
 #include "platform/memory/MemoryFileDialogs.h"
 #include "platform/memory/MemoryFileSystem.h"
+#include "platform/memory/MemoryFontList.h"
 #include "platform/memory/MemoryLocale.h"
 #include "platform/memory/MemoryPictures.h"
 #include "platform/memory/MemoryProfile.h"
@@ -105,6 +107,8 @@ class MainWindow : public testing::Test {
   win32::IconsWin32 icons;
   MemoryProfile profile{files};
   MemoryFileDialogs fileDialogs;
+  MemoryColorDialog colorDialog;
+  MemoryFontList fontList;
   MemoryPictures pictures;
   MemoryRegistryStore registry;
   win32::WindowHooksWin32 hooks{desktop};
@@ -112,7 +116,7 @@ class MainWindow : public testing::Test {
   win32::TipWindowsWin32 tips;
   Platform platform{desktop, files, settings, shell,    process, components, strings,
                     locales, icons, pictures, registry, hooks,   tray,       tips,
-                    profile, fileDialogs};
+                    profile, fileDialogs, colorDialog, fontList};
   std::unique_ptr<frmMain> main;
 };
 

@@ -2,10 +2,12 @@
 
 #include <memory>
 
+#include "platform/memory/MemoryColorDialog.h"
 #include "platform/memory/MemoryComponents.h"
 #include "platform/memory/MemoryDesktop.h"
 #include "platform/memory/MemoryFileDialogs.h"
 #include "platform/memory/MemoryFileSystem.h"
+#include "platform/memory/MemoryFontList.h"
 #include "platform/memory/MemoryIcons.h"
 #include "platform/memory/MemoryLocale.h"
 #include "platform/memory/MemoryPictures.h"
@@ -41,6 +43,8 @@ struct World {
   MemoryTipWindows tips;
   MemoryProfile profile{files};
   MemoryFileDialogs fileDialogs;
+  MemoryColorDialog colorDialog;
+  MemoryFontList fontList;
   std::unique_ptr<Application> application;
 
   World() {
@@ -51,7 +55,8 @@ struct World {
 
   Platform platform() {
     return {desktop, files, settings, shell,    process, components, strings, locales,
-            icons,   pictures, registry, hooks, tray,    tips,       profile, fileDialogs};
+            icons,   pictures, registry, hooks, tray,    tips,       profile, fileDialogs,
+            colorDialog, fontList};
   }
 
   /// Runs the program until nothing happens any more. Returns its exit code.

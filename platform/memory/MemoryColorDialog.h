@@ -1,0 +1,40 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "platform/ColorDialog.h"
+
+namespace marl {
+
+/// A colour dialog that a test answers in place of the user; without an answer it is cancelled.
+class MemoryColorDialog : public ColorDialog {
+ public:
+  struct Showing {
+    const Form* owner = nullptr;
+    int flags = 0;
+    Color color = 0;  ///< what it was to start from
+  };
+
+  /// Runs while the dialog stands. It sets the user's choice and returns true, or cancels.
+  std::function<bool(Color& color)> whenShown;
+  std::vector<Showing> shown;
+
+  /// The user will choose this colour.
+  void Choose(Color choice) {
+    whenShown = [choice](Color& color) {
+      color = choice;
+      return true;
+    };
+  }
+
+  bool ShowColor(const Form* owner, int flags, Color& color) override {
+    shown.push_back({owner, flags, color});
+    Color choice = color;
+    if (!whenShown || !whenShown(choice)) return false;
+    color = choice;
+    return true;
+  }
+};
+
+}  // namespace marl

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "platform/ColorDialog.h"
+
+namespace marl::win32 {
+
+/// The machine's own colour dialog. The user's own colours stay for the life of the object.
+class ColorDialogWin32 : public ColorDialog {
+ public:
+  ColorDialogWin32() { custom_.fill(0xFFFFFF); }
+  bool ShowColor(const Form* owner, int flags, Color& color) override;
+
+ private:
+  std::array<std::uint32_t, 16> custom_;
+};
+
+}  // namespace marl::win32
