@@ -55,9 +55,10 @@ class TipWindows {
   virtual void InitCommonControls() = 0;
   /// The program's instance, for a tool's record.
   virtual std::intptr_t Instance() const = 0;
-  /// Makes a tip window (CreateWindowEx with the class "Tooltips_Class32"); 0 on failure.
+  /// Makes a tip window (CreateWindowEx with the class "Tooltips_Class32"), at the latest when the
+  /// mouse comes to its tool. The handle is one for these operations; 0 on failure.
   virtual WindowHandle CreateTip(std::uint32_t style, WindowHandle parent) = 0;
-  /// Destroys a window (DestroyWindow).
+  /// Destroys a tip window (DestroyWindow).
   virtual void Destroy(WindowHandle window) = 0;
   /// Puts the window above all that are not topmost, without moving, sizing or activating it
   /// (SetWindowPos).

@@ -21,6 +21,7 @@ constexpr Box At(const Point& place, const Size& size) {
 }  // namespace
 
 frmMain::frmMain(Platform& platform) : Form(platform.desktop, "frmMain"), platform_(platform) {
+  platform_.pictures.Prepare(frmSplash::PictureId(desktop()));
   Design = {8790, 5430};
   Border = BorderStyle::kFixedSingle;
   MinButton = true;

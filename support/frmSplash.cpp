@@ -32,6 +32,10 @@ frmSplash::frmSplash(Desktop& desktop, Pictures& pictures, const Locale& locales
   tmrSplash.Tick = [this] { TimeIsUp(); };
 }
 
+int frmSplash::PictureId(const Desktop& desktop) {
+  return desktop.Dpi().width >= kLargeDpi ? MARL_PICTURE_SPLASH_144 : MARL_PICTURE_SPLASH;
+}
+
 void frmSplash::OnLoad() {
   ApplyLocaleFont(*this, locales_);
   canDismiss_ = false;
@@ -47,8 +51,7 @@ void frmSplash::OnLoad() {
 }
 
 void frmSplash::FitToPicture() {
-  img2006.SetPicture(pictures_.Load(desktop().Dpi().width >= kLargeDpi ? MARL_PICTURE_SPLASH_144
-                                                                      : MARL_PICTURE_SPLASH));
+  img2006.SetPicture(pictures_.Load(PictureId(desktop())));
   if (const PicturePtr& picture = img2006.Picture()) {
     img2006.SetBounds(
         {0, 0, desktop().TwipsX(picture->width), desktop().TwipsY(picture->height)});

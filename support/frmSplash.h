@@ -13,6 +13,9 @@ class frmSplash : public Form {
  public:
   frmSplash(Desktop& desktop, Pictures& pictures, const Locale& locales);
 
+  /// Number of the picture that fits the screen.
+  static int PictureId(const Desktop& desktop);
+
   /// True once start-up is done.
   bool CanDismiss() const { return canDismiss_; }
   /// Start-up is done, or not. A splash whose time has run out goes at once when it may.

@@ -159,9 +159,7 @@ void Control::SetBackColor(Color color) {
 }
 
 void Control::Refresh() {
-  if (!form_.peer()) return;
-  form_.Invalidate(*this);
-  form_.peer()->Refresh();
+  if (form_.peer()) form_.Invalidate(*this);
 }
 
 void Control::SetFocus() {

@@ -122,7 +122,8 @@ class Control {
   bool TabStop = true;
   bool HandCursor = false;  ///< over a link; set by the design only, for windowless controls
 
-  /// Paints the control now, if it is on the screen.
+  /// Marks the control to be painted when the event is over: all that an event marks is painted in
+  /// one go.
   void Refresh();
   void SetFocus();
 

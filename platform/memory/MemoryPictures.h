@@ -12,6 +12,7 @@ class MemoryPictures : public Pictures {
  public:
   std::set<int> missing;    ///< numbers without a picture
   std::vector<int> loaded;  ///< what was asked for, in order
+  std::set<int> prepared;   ///< what was announced
 
   PicturePtr Load(int id) override {
     loaded.push_back(id);
@@ -30,6 +31,8 @@ class MemoryPictures : public Pictures {
     const int size = kSizes[(id - MARL_PICTURE_SET0_48) % 3];
     return Plain(kIcons * size, 2 * size);
   }
+
+  void Prepare(int id) override { prepared.insert(id); }
 
  private:
   static constexpr int kIcons = 18;

@@ -64,6 +64,25 @@ Text WindowText(HWND window) {
   return FromWide(text.data(), static_cast<std::size_t>(std::max(length, 0)));
 }
 
+Text CaptionWithKeys(const Menu& entry) {
+  const Text keys = ShortcutText(entry.Shortcut);
+  return keys.empty() ? entry.Caption() : entry.Caption() + u'\t' + keys;
+}
+
+/// What the platform is told of a menu entry. `caption` outlives the record.
+MENUITEMINFOW MenuItem(const Menu& entry, const Text& caption) {
+  MENUITEMINFOW item = {};
+  item.cbSize = sizeof item;
+  item.fMask = MIIM_FTYPE | MIIM_STATE | MIIM_ID;
+  item.fType = entry.separator() ? MFT_SEPARATOR : MFT_STRING;
+  item.fState = entry.Enabled() ? MFS_ENABLED : MFS_DISABLED;
+  if (!entry.separator()) {
+    item.fMask |= MIIM_STRING;
+    item.dwTypeData = const_cast<wchar_t*>(Wide(caption));
+  }
+  return item;
+}
+
 }  // namespace
 
 FormWin32::FormWin32(DesktopWin32& desktop, Form& form) : desktop_(desktop), form_(form) {
@@ -561,18 +580,9 @@ void FormWin32::FillMenu(const Menu* parent) {
     if (controls[i]->kind() != ControlKind::kMenu) continue;
     const auto& entry = static_cast<const Menu&>(*controls[i]);
     if (entry.parent() != parent || !entry.Visible()) continue;
-    Text caption = entry.Caption();
-    if (const Text keys = ShortcutText(entry.Shortcut); !keys.empty()) caption += u'\t' + keys;
-    MENUITEMINFOW item = {};
-    item.cbSize = sizeof item;
-    item.fMask = MIIM_FTYPE | MIIM_STATE | MIIM_ID;
-    item.fType = entry.separator() ? MFT_SEPARATOR : MFT_STRING;
-    item.fState = entry.Enabled() ? MFS_ENABLED : MFS_DISABLED;
+    const Text caption = CaptionWithKeys(entry);
+    MENUITEMINFOW item = MenuItem(entry, caption);
     item.wID = static_cast<UINT>(kFirstMenuId) + static_cast<UINT>(i);
-    if (!entry.separator()) {
-      item.fMask |= MIIM_STRING;
-      item.dwTypeData = const_cast<wchar_t*>(Wide(caption));
-    }
     if (const auto own = menus_.find(&entry); own != menus_.end()) {
       item.fMask |= MIIM_SUBMENU;
       item.hSubMenu = own->second.get();
@@ -580,6 +590,22 @@ void FormWin32::FillMenu(const Menu* parent) {
     InsertMenuItemW(menu, position++, TRUE, &item);
   }
   if (!parent) DrawMenuBar(window_);
+}
+
+// An entry of a menu that drops down: nothing but its text is new.
+void FormWin32::SyncMenuCaption(const Menu& entry) {
+  const auto found = menus_.find(entry.parent());
+  if (found == menus_.end() || !entry.Visible()) return;
+  UINT position = 0;
+  for (const Control* control : form_.controls()) {
+    if (control == &entry) break;
+    position += control->kind() == ControlKind::kMenu && control->container() == entry.parent() &&
+                control->Visible();
+  }
+  const Text caption = CaptionWithKeys(entry);
+  MENUITEMINFOW item = MenuItem(entry, caption);
+  item.fMask &= ~static_cast<UINT>(MIIM_ID);
+  SetMenuItemInfoW(found->second.get(), position, TRUE, &item);
 }
 
 void FormWin32::SyncTimer(Timer& timer) {
@@ -596,10 +622,14 @@ void FormWin32::SyncTimer(Timer& timer) {
 void FormWin32::ControlChanged(Control& control, Property property) {
   if (control.kind() == ControlKind::kTimer) return SyncTimer(static_cast<Timer&>(control));
   if (control.kind() == ControlKind::kMenu) {
-    const Menu* const parent = static_cast<const Menu&>(control).parent();
-    FillMenu(parent);
-    // The bar may take another line now, and its form be less high inside.
-    if (!parent) Report();
+    const auto& entry = static_cast<const Menu&>(control);
+    if (property == Property::kCaption && entry.parent()) {
+      SyncMenuCaption(entry);
+    } else {
+      FillMenu(entry.parent());
+      // The bar may take another line now, and its form be less high inside.
+      if (!entry.parent()) Report();
+    }
     return;
   }
   const HWND child = WindowOf(control);
@@ -698,6 +728,7 @@ void FormWin32::SyncSelection(Control& control, HWND child) {
 }
 
 void FormWin32::Invalidate(const Box& area) {
+  if (!form_.Visible()) return;
   const RECT pixels = {desktop_.PixelsX(area.left), desktop_.PixelsY(area.top),
                        desktop_.PixelsX(area.left + area.width) + 1,
                        desktop_.PixelsY(area.top + area.height) + 1};

@@ -62,6 +62,7 @@ class FormWin32 : public FormPeer {
   void CreateMenus();
   /// Fills the menu of `parent`, or the menu bar, anew with the entries that are shown.
   void FillMenu(const Menu* parent);
+  void SyncMenuCaption(const Menu& entry);
   void SyncTimer(Timer& timer);
   void SyncItems(ItemList& list, HWND window);
   void SyncSelection(Control& control, HWND window);

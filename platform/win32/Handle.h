@@ -8,7 +8,7 @@
 namespace marl::win32 {
 
 /// The kinds of handles that are counted.
-enum class HandleKind { kIcon, kBitmap, kFont, kBrush, kPen, kDeviceContext, kWindow, kMenu, kKey, kFile, kMutex, kCount };
+enum class HandleKind { kIcon, kBitmap, kFont, kBrush, kPen, kDeviceContext, kWindow, kMenu, kKey, kFile, kMutex, kThread, kCount };
 
 /// How many handles of a kind have an owner now. The count is what a leak test reads.
 inline std::atomic<int> g_liveHandles[static_cast<int>(HandleKind::kCount)];
@@ -69,6 +69,7 @@ using UniquePen = Unique<HPEN, HandleKind::kPen, ClosePen>;
 using UniqueContext = Unique<HDC, HandleKind::kDeviceContext, CloseContext>;
 using UniqueMenu = Unique<HMENU, HandleKind::kMenu, CloseMenu>;
 using UniqueMutex = Unique<HANDLE, HandleKind::kMutex, CloseAny>;
+using UniqueThread = Unique<HANDLE, HandleKind::kThread, CloseAny>;
 
 /// Text as the platform's wide entry points take it.
 inline const wchar_t* Wide(const std::u16string& text) {

@@ -2,10 +2,9 @@
 
 // The identifiers of the imaging component are in no library that is linked.
 #define INITGUID
-#include <windows.h>
-
 #include <objbase.h>
 #include <wincodec.h>
+#include <windows.h>
 
 #include <limits>
 
@@ -40,8 +39,8 @@ PicturePtr DecodePicture(const void* data, std::size_t size) {
   if (FAILED(stream->InitializeFromMemory(bytes, static_cast<DWORD>(size)))) return nullptr;
 
   IWICBitmapDecoder* rawDecoder = nullptr;
-  if (FAILED(factory->CreateDecoderFromStream(stream.get(), nullptr,
-                                              WICDecodeMetadataCacheOnDemand, &rawDecoder))) {
+  if (FAILED(factory->CreateDecoderFromStream(stream.get(), nullptr, WICDecodeMetadataCacheOnDemand,
+                                              &rawDecoder))) {
     return nullptr;
   }
   const Com<IWICBitmapDecoder> decoder(rawDecoder);
@@ -70,15 +69,51 @@ PicturePtr DecodePicture(const void* data, std::size_t size) {
   return picture;
 }
 
-PicturePtr PicturesWin32::Load(int id) {
-  auto& shown = shown_[id];
-  if (PicturePtr picture = shown.lock()) return picture;
+namespace {
+
+PicturePtr DecodeResource(int id) {
   const HRSRC found = FindResourceW(nullptr, MAKEINTRESOURCEW(id), RT_RCDATA);
   const HGLOBAL loaded = found ? LoadResource(nullptr, found) : nullptr;
   if (!loaded) return nullptr;
-  const PicturePtr picture = DecodePicture(LockResource(loaded), SizeofResource(nullptr, found));
+  return DecodePicture(LockResource(loaded), SizeofResource(nullptr, found));
+}
+
+}  // namespace
+
+PicturePtr PicturesWin32::Load(int id) {
+  auto& shown = shown_[id];
+  if (PicturePtr picture = shown.lock()) return picture;
+  PicturePtr picture;
+  if (const auto found = ahead_.find(id); found != ahead_.end()) {
+    const std::unique_ptr<Ahead> ahead = std::move(found->second);
+    ahead_.erase(found);
+    WaitForSingleObject(ahead->thread.get(), INFINITE);
+    picture = ahead->picture;
+  } else {
+    picture = DecodeResource(id);
+  }
   shown = picture;
   return picture;
+}
+
+void PicturesWin32::Prepare(int id) {
+  if (ahead_.contains(id)) return;
+  auto ahead = std::make_unique<Ahead>();
+  ahead->id = id;
+  ahead->thread = UniqueThread(CreateThread(nullptr, 0, DecodeAhead, ahead.get(), 0, nullptr));
+  if (ahead->thread) ahead_[id] = std::move(ahead);
+}
+
+PicturesWin32::~PicturesWin32() {
+  for (const auto& [id, ahead] : ahead_) WaitForSingleObject(ahead->thread.get(), INFINITE);
+}
+
+DWORD WINAPI PicturesWin32::DecodeAhead(void* ahead) noexcept {
+  auto& job = *static_cast<Ahead*>(ahead);
+  if (FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED))) return 1;
+  job.picture = DecodeResource(job.id);
+  CoUninitialize();
+  return 0;
 }
 
 }  // namespace marl::win32

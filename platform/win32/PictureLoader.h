@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "platform/Pictures.h"
+#include "platform/win32/Handle.h"
 
 namespace marl::win32 {
 
@@ -17,9 +18,20 @@ PicturePtr DecodePicture(const void* data, std::size_t size);
 /// somebody shows it.
 class PicturesWin32 : public Pictures {
  public:
+  ~PicturesWin32() override;
   PicturePtr Load(int id) override;
+  /// Decodes on a thread of its own.
+  void Prepare(int id) override;
 
  private:
+  struct Ahead {
+    int id = 0;
+    PicturePtr picture;
+    UniqueThread thread;
+  };
+  static DWORD WINAPI DecodeAhead(void* ahead) noexcept;
+
+  std::map<int, std::unique_ptr<Ahead>> ahead_;
   std::map<int, std::weak_ptr<const Picture>> shown_;
 };
 

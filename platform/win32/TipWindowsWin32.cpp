@@ -1,9 +1,8 @@
 #include "platform/win32/TipWindowsWin32.h"
 
-#include <windows.h>
-
 #include <commctrl.h>
 
+#include <algorithm>
 #include <cstddef>
 
 #include "platform/win32/Handle.h"
@@ -23,36 +22,6 @@ namespace {
 
 HWND Window(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
 
-/// Tells a tip window what the mouse does over its parent. On Wine only the tip that was bound to a
-/// window last hears of the mouse by itself.
-LRESULT CALLBACK Relay(HWND parent, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
-                       DWORD_PTR tip) noexcept {
-  switch (message) {
-    case WM_MOUSEMOVE:
-    case WM_LBUTTONDOWN:
-    case WM_LBUTTONUP:
-    case WM_MBUTTONDOWN:
-    case WM_MBUTTONUP:
-    case WM_RBUTTONDOWN:
-    case WM_RBUTTONUP: {
-      MSG relayed = {};
-      relayed.hwnd = parent;
-      relayed.message = message;
-      relayed.wParam = w;
-      relayed.lParam = l;
-      SendMessageW(reinterpret_cast<HWND>(tip), TTM_RELAYEVENT, 0,
-                   reinterpret_cast<LPARAM>(&relayed));
-      break;
-    }
-    case WM_NCDESTROY:
-      RemoveWindowSubclass(parent, Relay, id);
-      break;
-    default:
-      break;
-  }
-  return DefSubclassProc(parent, message, w, l);
-}
-
 /// Some makes of the controls take the -1 that stands for their own delay as a time of more than a
 /// minute. They are told the delay that -1 means.
 void RepairDelay(HWND tip, WPARAM which) {
@@ -62,36 +31,7 @@ void RepairDelay(HWND tip, WPARAM which) {
                static_cast<LPARAM>(which == TTDT_AUTOPOP ? unit * 10 : unit));
 }
 
-}  // namespace
-
-void TipWindowsWin32::InitCommonControls() { ::InitCommonControls(); }
-
-std::intptr_t TipWindowsWin32::Instance() const {
-  return reinterpret_cast<std::intptr_t>(GetModuleHandleW(nullptr));
-}
-
-WindowHandle TipWindowsWin32::CreateTip(std::uint32_t style, WindowHandle parent) {
-  return HandleToLong(CreateWindowExW(0, TOOLTIPS_CLASSW, nullptr, style, CW_USEDEFAULT,
-                                      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, Window(parent),
-                                      nullptr, GetModuleHandleW(nullptr), nullptr));
-}
-
-void TipWindowsWin32::Destroy(WindowHandle window) {
-  const HWND tip = Window(window);
-  if (OnWine()) {
-    RemoveWindowSubclass(GetWindow(tip, GW_OWNER), Relay, reinterpret_cast<UINT_PTR>(tip));
-  }
-  DestroyWindow(tip);
-}
-
-void TipWindowsWin32::SetTopmost(WindowHandle window) {
-  SetWindowPos(Window(window), HWND_TOPMOST, 0, 0, 0, 0,
-               SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
-}
-
-void TipWindowsWin32::Send(WindowHandle tip, int message, std::uintptr_t wParam,
-                           const TipParameter& lParam) {
-  const HWND window = Window(tip);
+void Deliver(HWND window, int message, std::uintptr_t wParam, const TipParameter& lParam) {
   if (const auto* const tool = std::get_if<ToolInfo>(&lParam)) {
     Text text = tool->lpszText;
     TTTOOLINFOW record = {};
@@ -105,10 +45,6 @@ void TipWindowsWin32::Send(WindowHandle tip, int message, std::uintptr_t wParam,
     // The wide twin of the message loses no characters.
     const UINT wide = message == kTipAddTool ? TTM_ADDTOOLW : static_cast<UINT>(message);
     SendMessageW(window, wide, wParam, reinterpret_cast<LPARAM>(&record));
-    if (message == kTipAddTool && OnWine()) {
-      SetWindowSubclass(record.hwnd, Relay, reinterpret_cast<UINT_PTR>(window),
-                        reinterpret_cast<DWORD_PTR>(window));
-    }
   } else if (const auto* const text = std::get_if<Text>(&lParam)) {
     const UINT wide = message == kTipSetTitle ? TTM_SETTITLEW : static_cast<UINT>(message);
     SendMessageW(window, wide, wParam, reinterpret_cast<LPARAM>(Wide(*text)));
@@ -120,11 +56,126 @@ void TipWindowsWin32::Send(WindowHandle tip, int message, std::uintptr_t wParam,
   }
 }
 
+}  // namespace
+
+TipWindowsWin32::~TipWindowsWin32() {
+  while (!tips_.empty()) Destroy(tips_.begin()->first);
+}
+
+void TipWindowsWin32::InitCommonControls() { ::InitCommonControls(); }
+
+std::intptr_t TipWindowsWin32::Instance() const {
+  return reinterpret_cast<std::intptr_t>(GetModuleHandleW(nullptr));
+}
+
+WindowHandle TipWindowsWin32::CreateTip(std::uint32_t style, WindowHandle parent) {
+  Tip tip;
+  tip.style = style;
+  tip.parent = Window(parent);
+  tips_.emplace(++last_, std::move(tip));
+  return last_;
+}
+
+void TipWindowsWin32::Destroy(WindowHandle window) {
+  const auto found = tips_.find(window);
+  if (found == tips_.end()) return;
+  const Tip tip = std::move(found->second);
+  tips_.erase(found);
+  if (tip.window) DestroyWindow(tip.window);
+  const bool last = std::none_of(tips_.begin(), tips_.end(), [&](const auto& other) {
+    return other.second.watched == tip.watched;
+  });
+  if (tip.watched && last) {
+    RemoveWindowSubclass(tip.watched, Watch, reinterpret_cast<UINT_PTR>(this));
+  }
+}
+
+void TipWindowsWin32::SetTopmost(WindowHandle window) {
+  const auto found = tips_.find(window);
+  if (found == tips_.end()) return;
+  Tip& tip = found->second;
+  tip.topmost = true;
+  if (!tip.window) return;
+  SetWindowPos(tip.window, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+}
+
+void TipWindowsWin32::Send(WindowHandle window, int message, std::uintptr_t wParam,
+                           const TipParameter& lParam) {
+  const auto found = tips_.find(window);
+  if (found == tips_.end()) return;
+  Tip& tip = found->second;
+  if (message == kTipAddTool) {
+    const ToolInfo& tool = std::get<ToolInfo>(lParam);
+    tip.watched = Window(tool.hwnd);
+    tip.place = {tool.rect.left, tool.rect.top, tool.rect.right, tool.rect.bottom};
+    SetWindowSubclass(tip.watched, Watch, reinterpret_cast<UINT_PTR>(this),
+                      reinterpret_cast<DWORD_PTR>(this));
+  }
+  if (tip.window) {
+    Deliver(tip.window, message, wParam, lParam);
+  } else {
+    tip.told.push_back({message, wParam, lParam});
+  }
+}
+
 bool TipWindowsWin32::ClientRect(WindowHandle window, PixelRect& out) const {
   RECT area;
   if (!GetClientRect(Window(window), &area)) return false;
   out = {area.left, area.top, area.right, area.bottom};
   return true;
+}
+
+LRESULT CALLBACK TipWindowsWin32::Watch(HWND parent, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
+                                        DWORD_PTR self) noexcept {
+  switch (message) {
+    case WM_MOUSEMOVE:
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONUP:
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONUP:
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONUP:
+      reinterpret_cast<TipWindowsWin32*>(self)->OnMouse(parent, message, w, l);
+      break;
+    case WM_NCDESTROY:
+      RemoveWindowSubclass(parent, Watch, id);
+      break;
+    default:
+      break;
+  }
+  return DefSubclassProc(parent, message, w, l);
+}
+
+void TipWindowsWin32::OnMouse(HWND parent, UINT message, WPARAM w, LPARAM l) {
+  const POINT mouse = {static_cast<short>(LOWORD(l)), static_cast<short>(HIWORD(l))};
+  for (auto& [handle, tip] : tips_) {
+    if (tip.watched != parent) continue;
+    const bool made = !tip.window && PtInRect(&tip.place, mouse);
+    if (made) Make(tip);
+    // A new tip has not heard of the message that made it. And on Wine only the tip that was bound
+    // to a window last hears of the mouse by itself.
+    if (!tip.window || !(made || OnWine())) continue;
+    MSG relayed = {};
+    relayed.hwnd = parent;
+    relayed.message = message;
+    relayed.wParam = w;
+    relayed.lParam = l;
+    SendMessageW(tip.window, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&relayed));
+  }
+}
+
+void TipWindowsWin32::Make(Tip& tip) {
+  tip.window = CreateWindowExW(0, TOOLTIPS_CLASSW, nullptr, tip.style, CW_USEDEFAULT, CW_USEDEFAULT,
+                               CW_USEDEFAULT, CW_USEDEFAULT, tip.parent, nullptr,
+                               GetModuleHandleW(nullptr), nullptr);
+  if (!tip.window) return;
+  if (tip.topmost) {
+    SetWindowPos(tip.window, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+  }
+  for (const Message& message : tip.told) {
+    Deliver(tip.window, message.number, message.wParam, message.lParam);
+  }
+  tip.told.clear();
 }
 
 }  // namespace marl::win32

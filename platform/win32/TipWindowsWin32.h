@@ -1,12 +1,20 @@
 #pragma once
 
+#include <windows.h>
+
+#include <map>
+#include <vector>
+
 #include "platform/TipWindows.h"
 
 namespace marl::win32 {
 
-/// The tip windows of the common controls.
+/// The tip windows of the common controls. A window costs the platform dearly and most tips never
+/// show: each is made when the mouse first comes over its tool. Until then this object remembers
+/// what it is to be told.
 class TipWindowsWin32 : public TipWindows {
  public:
+  ~TipWindowsWin32() override;
   void InitCommonControls() override;
   std::intptr_t Instance() const override;
   WindowHandle CreateTip(std::uint32_t style, WindowHandle parent) override;
@@ -15,6 +23,30 @@ class TipWindowsWin32 : public TipWindows {
   void Send(WindowHandle tip, int message, std::uintptr_t wParam,
             const TipParameter& lParam) override;
   bool ClientRect(WindowHandle window, PixelRect& out) const override;
+
+ private:
+  struct Message {
+    int number;
+    std::uintptr_t wParam;
+    TipParameter lParam;
+  };
+  struct Tip {
+    std::uint32_t style = 0;
+    HWND parent = nullptr;
+    bool topmost = false;
+    HWND watched = nullptr;  ///< whose area the tool is part of; null without a tool
+    RECT place = {};
+    std::vector<Message> told;  ///< before there was a window
+    HWND window = nullptr;
+  };
+
+  static LRESULT CALLBACK Watch(HWND parent, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
+                                DWORD_PTR self) noexcept;
+  void OnMouse(HWND parent, UINT message, WPARAM w, LPARAM l);
+  void Make(Tip& tip);
+
+  std::map<WindowHandle, Tip> tips_;
+  WindowHandle last_ = 0;
 };
 
 }  // namespace marl::win32

@@ -81,8 +81,19 @@ class MainWindow : public testing::Test {
     for (int i = 0; i < GetMenuItemCount(menu); ++i) captions.push_back(Caption(menu, i));
     return captions;
   }
-  /// The tip windows of the main form.
+  /// The mouse comes over a button.
+  void Hover(std::size_t button) const {
+    const Shape& place = *main->shpRun[button];
+    SendMessageW(Window(), WM_MOUSEMOVE, 0,
+                 MAKELPARAM(desktop.PixelsX(place.Left() + place.Width() / 2),
+                            desktop.PixelsY(place.Top() + place.Height() / 2)));
+  }
+  /// The tip windows of the main form, once the mouse has been everywhere.
   std::vector<HWND> Tips() const {
+    for (std::size_t button = 0; button < main->shpRun.size(); ++button) Hover(button);
+    return TipsSoFar();
+  }
+  std::vector<HWND> TipsSoFar() const {
     Search search{Window(), {}};
     EnumThreadWindows(GetCurrentThreadId(), TakeTip, reinterpret_cast<LPARAM>(&search));
     return search.found;
@@ -273,6 +284,18 @@ TEST_F(MainWindow, TipsReadBackFromTheirWindows) {
   EXPECT_EQ(std::count(seen.begin(), seen.end(), true), 18);
 }
 
+TEST_F(MainWindow, TipIsMadeWhenTheMouseComesToItsButton) {
+  Start();
+  EXPECT_TRUE(TipsSoFar().empty());
+  Hover(3);
+  Hover(3);
+  EXPECT_EQ(TipsSoFar().size(), 1u);
+  Hover(4);
+  EXPECT_EQ(TipsSoFar().size(), 2u);
+  main->BindTooltips();
+  EXPECT_TRUE(TipsSoFar().empty());
+}
+
 TEST_F(MainWindow, NoTipsWithTooltipsSwitchedOff) {
   settings.Put(u"Marl", u"Settings", u"Tooltips", u"False");
   Start();
@@ -298,6 +321,7 @@ TEST_F(MainWindow, BindingTipsAgainAndAgainLeaksNothing) {
   const std::vector<int> before = LiveHandles();
   for (int i = 0; i < 10; ++i) {
     main->BindTooltips();
+    EXPECT_EQ(Tips().size(), 18u);
     main->ToolsMenuVisible = i % 2 == 0;
     main->ApplyToolsMenu();
   }

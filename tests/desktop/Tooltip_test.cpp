@@ -46,6 +46,17 @@ TEST_F(Balloon, ShowsOverTheButtonUnderTheMouse) {
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
   ASSERT_TRUE(BringForward(main));
+  // A tip's window is made when the mouse first comes to its button.
+  MoveMouse(0, 0);
+  const int before = Tips(marl).count;
+  EXPECT_LE(before, 1) << "the button where the mouse was at the start";
+  for (int button = 0; button < 18; ++button) {
+    Hover(main, button);
+    ASSERT_TRUE(WaitUntil([&] { return Tips(marl).count >= button + 1; })) << button;
+    // A balloon that stands over the next button would take the mouse from it.
+    MoveMouse(0, 0);
+    ASSERT_TRUE(WaitUntil([&] { return Tips(marl).shown == nullptr; })) << button;
+  }
   EXPECT_EQ(Tips(marl).count, 18);
   for (const int button : {0, kEdit}) {
     Hover(main, button);
@@ -60,7 +71,10 @@ TEST_F(Balloon, NoneWithTooltipsSwitchedOff) {
   settings.Set(L"Tooltips", L"False");
   const SuiteFolder suite;
   const RunningMarl marl(suite);
-  ASSERT_TRUE(marl.WaitForWindow());
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(BringForward(main));
+  for (int button = 0; button < 18; ++button) Hover(main, button);
   EXPECT_EQ(Tips(marl).count, 0);
   EXPECT_TRUE(Close(marl));
   EXPECT_EQ(settings.Get(L"Tooltips"), L"False");

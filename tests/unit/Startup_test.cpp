@@ -46,6 +46,14 @@ TEST(Startup, ComesUpInItsOwnFolder) {
   EXPECT_TRUE(world.main().Visible());
 }
 
+TEST(Startup, AnnouncesTheSplashPictureThatItShows) {
+  SuiteWorld world;
+  world.Start();
+  EXPECT_EQ(world.pictures.prepared, std::set<int>{MARL_PICTURE_SPLASH});
+  ASSERT_FALSE(world.pictures.loaded.empty());
+  EXPECT_EQ(world.pictures.loaded[0], MARL_PICTURE_SPLASH);
+}
+
 TEST(Startup, DriveRootKeepsItsSeparator) {
   SuiteWorld world;
   world.Install(u"E:\\");

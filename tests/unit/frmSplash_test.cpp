@@ -147,6 +147,7 @@ TEST_F(Splash, LargerScreenFontsShowTheLargerPictureInTheSamePlace) {
 TEST_F(Splash, VersionStandsAtSixTenthsOfThePictureRoundedToAWholeTwip) {
   struct Odd : Pictures {
     PicturePtr Load(int) override { return std::make_shared<const Picture>(301, 207); }
+    void Prepare(int) override {}
   } odd;
   frmSplash other(desktop, odd, locales);
   other.Show();
