@@ -73,6 +73,8 @@ void MemoryDesktop::RunModal(Form& form, Form* owner) {
   const auto script = whenModal.find(form.name());
   if (script != whenModal.end()) {
     Event([&] { script->second(form); });
+  } else if (whenAnyModal) {
+    Event([&] { whenAnyModal(form); });
   }
   if (ended()) throw ProcessEnd{exitCode()};
   // A user who does nothing would stay here for ever: the form is closed instead.
@@ -99,8 +101,9 @@ void MemoryDesktop::DoEvents() {
 
 int MemoryDesktop::MsgBox(TextView text, int flags, TextView title) {
   messages.push_back({Text(text), flags, Text(title)});
-  const auto answer = answers.find(Text(text));
-  return answer == answers.end() ? kAnswerOk : answer->second;
+  const auto listed = answers.find(Text(text));
+  if (listed != answers.end()) return listed->second;
+  return answer ? answer({Text(text), flags, Text(title)}) : kAnswerOk;
 }
 
 void MemoryDesktop::EnumerateWindows(const std::function<bool(WindowHandle)>& visit) {

@@ -78,6 +78,10 @@ class MemoryDesktop : public Desktop {
   Point cursor;  ///< pixels
   /// Runs when a form of this name is shown modally, in place of the user.
   std::map<std::string, std::function<void(Form&)>> whenModal;
+  /// Runs for a modal form that `whenModal` does not name.
+  std::function<void(Form&)> whenAnyModal;
+  /// Answers a message that `answers` does not list.
+  std::function<int(const Message&)> answer;
   /// Runs once each, one a call of DoEvents.
   std::deque<std::function<void()>> posted;
 

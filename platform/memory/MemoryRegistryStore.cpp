@@ -149,21 +149,31 @@ Status MemoryRegistryStore::Walk(KeyHandle key, const NarrowText& path, bool mak
   return kOk;
 }
 
-Status MemoryRegistryStore::Open(std::shared_ptr<Node> node, std::uint32_t access,
+Status MemoryRegistryStore::Open(std::shared_ptr<Node> node, std::uint32_t access, Place place,
                                  OpenKeyHandle& out) {
   const KeyHandle key = next_;
   next_ += 4;
-  open_[key] = {std::move(node), access};
+  open_[key] = {std::move(node), access, std::move(place)};
   out = OpenKeyHandle(*this, key);
   return kOk;
 }
 
+MemoryRegistryStore::Place MemoryRegistryStore::PlaceOf(KeyHandle key,
+                                                        const NarrowText& path) const {
+  const auto opened = open_.find(key);
+  if (opened == open_.end()) return {key, Name(path), {}};
+  Place place = opened->second.place;
+  if (!path.empty()) place.path += '\\' + Name(path);
+  return place;
+}
+
 Status MemoryRegistryStore::OpenKey(KeyHandle key, const NarrowText& path, std::uint32_t access,
                                     OpenKeyHandle& out) {
+  openedPaths_.insert(PlaceOf(key, path));
   std::shared_ptr<Node> node;
   const Status status = Walk(key, path, false, node);
   out.Reset();
-  return status == kOk ? Open(std::move(node), access, out) : status;
+  return status == kOk ? Open(std::move(node), access, PlaceOf(key, path), out) : status;
 }
 
 Status MemoryRegistryStore::CreateKey(KeyHandle key, const NarrowText& path, std::uint32_t access,
@@ -171,7 +181,7 @@ Status MemoryRegistryStore::CreateKey(KeyHandle key, const NarrowText& path, std
   std::shared_ptr<Node> node;
   const Status status = Walk(key, path, true, node);
   out.Reset();
-  return status == kOk ? Open(std::move(node), access, out) : status;
+  return status == kOk ? Open(std::move(node), access, PlaceOf(key, path), out) : status;
 }
 
 void MemoryRegistryStore::CloseKey(KeyHandle key) { open_.erase(key); }
@@ -191,6 +201,9 @@ Status MemoryRegistryStore::QueryValue(KeyHandle key, const NarrowText& name, st
                                        std::span<char> buffer, std::uint32_t& size) {
   std::shared_ptr<Node> node;
   if (const Status status = Find(key, kKeyQueryValue, node); status != kOk) return status;
+  Place asked = PlaceOf(key, {});
+  asked.name = Name(name);
+  askedValues_.insert(std::move(asked));
   const auto value = node->Find(name);
   if (value == node->values.end()) return kFileNotFound;
   kind = value->kind;
@@ -275,7 +288,7 @@ Status MemoryRegistryStore::ConnectRegistry(const NarrowText& machine, KeyHandle
   }
   const auto node = store->roots_.find(root);
   if (node == store->roots_.end()) return kInvalidHandle;
-  return Open(node->second, kKeyAllAccess, out);
+  return Open(node->second, kKeyAllAccess, {root, {}, {}}, out);
 }
 
 std::uint32_t MemoryRegistryStore::ExpandEnvironment(const NarrowText& source,

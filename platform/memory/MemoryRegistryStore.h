@@ -26,6 +26,16 @@ class MemoryRegistryStore : public RegistryStore {
   /// without terminator, lengths of any kind. The key is made.
   void Plant(KeyHandle root, const NarrowText& path, const NarrowText& name, std::uint32_t kind,
              const NarrowText& data);
+  struct Place {
+    KeyHandle root = kNoKey;
+    NarrowText path;
+    NarrowText name;
+    auto operator<=>(const Place&) const = default;
+  };
+  /// Keys that were to be opened by their path from a root, there or not; `name` is empty.
+  const std::set<Place>& OpenedPaths() const { return openedPaths_; }
+  /// Values that were asked for, there or not.
+  const std::set<Place>& AskedValues() const { return askedValues_; }
   /// Keys that are open now.
   std::size_t OpenKeys() const { return open_.size(); }
 
@@ -55,15 +65,19 @@ class MemoryRegistryStore : public RegistryStore {
   struct Opened {
     std::shared_ptr<Node> node;
     std::uint32_t access = 0;
+    Place place = {};  ///< where it lies; without a name
   };
 
   Status Find(KeyHandle key, Opened& out) const;
   Status Find(KeyHandle key, std::uint32_t needed, std::shared_ptr<Node>& out) const;
   Status Walk(KeyHandle key, const NarrowText& path, bool make, std::shared_ptr<Node>& out);
-  Status Open(std::shared_ptr<Node> node, std::uint32_t access, OpenKeyHandle& out);
+  Status Open(std::shared_ptr<Node> node, std::uint32_t access, Place place, OpenKeyHandle& out);
+  Place PlaceOf(KeyHandle key, const NarrowText& path) const;
 
   std::map<KeyHandle, std::shared_ptr<Node>> roots_;
   std::map<KeyHandle, Opened> open_;
+  std::set<Place> openedPaths_;
+  std::set<Place> askedValues_;
   KeyHandle next_ = 0x10;
   std::map<Text, NarrowText> environment_;
   std::map<Text, std::unique_ptr<MemoryRegistryStore>> machines_;

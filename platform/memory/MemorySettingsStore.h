@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <tuple>
 #include <vector>
 
@@ -20,11 +21,20 @@ class MemorySettingsStore : public SettingsStore {
     bool operator==(const Write&) const = default;
   };
 
+  struct Setting {
+    Text application;
+    Text section;
+    Text key;
+    auto operator<=>(const Setting&) const = default;
+  };
+
   std::vector<Write> writes;
+  mutable std::set<Setting> asked;  ///< all that was read, found or not
   Status failure = kOk;  ///< what every write ends with while it is not kOk
 
   Text GetSetting(TextView application, TextView section, TextView key,
                   TextView default_) const override {
+    asked.insert({Text(application), Text(section), Text(key)});
     const auto found = values_.find(Name(application, section, key));
     return found == values_.end() ? Text(default_) : found->second;
   }
