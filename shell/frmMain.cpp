@@ -87,7 +87,9 @@ void frmMain::OnClick() {
 void frmMain::OnKeyPress(char16_t character) {
   const char16_t key = FoldCase(character);
   if (key == u'C') clsCommon::CentreForm(*this);
-  if (HiddenKeys.Take(key)) HiddenKeys.Reset();
+  if (!HiddenKeys.Take(key)) return;
+  ShowDisplaySettings(*this);
+  HiddenKeys.Reset();
 }
 
 bool frmMain::OnExecute(TextView command) {

@@ -152,6 +152,9 @@ class frmMain : public Form, public HookedForm {
 
   Text ProjectFile();
 
+  /// Shows the display settings modally above `owner` and applies them unless they were cancelled.
+  void ShowDisplaySettings(Form& owner);
+
   bool Ask(int question) const;
   Text Setting(TextView key, TextView default_) const;
   void Save(TextView key, TextView value);

@@ -1,3 +1,4 @@
+#include "appearance/frmUI.h"
 #include "shell/frmMain.h"
 #include "support/frmAbout2006.h"
 
@@ -32,6 +33,23 @@ void frmMain::mnuHelpAbout() {
                         launcher_.ShellOpen(verb, file, parameters, directory, show);
                       }});
   about.ShowModal(this);
+}
+
+void frmMain::ShowDisplaySettings(Form& owner) {
+  frmUI::Switchboard switchboard{Skin, {}, ApplicationFolder};
+  for (std::size_t i = 0; i < lblRun.size(); ++i) {
+    switchboard.captions[i] = lblRun[i]->Caption();
+  }
+  frmUI settings(
+      {desktop(), platform_.registry, platform_.files, platform_.fileDialogs,
+       platform_.colorDialog, platform_.fontList, platform_.pictures, platform_.locales,
+       platform_.strings,
+       [this](WindowHandle window) { icons_.SetFormIcon(window, kMarlIcon, false); }},
+      std::move(switchboard));
+  settings.ShowModal(&owner);
+  // The session may have ended behind the dialog.
+  if (!settings.Cancelled && loaded()) SetUI();
+  settings.Unload();
 }
 
 }  // namespace marl

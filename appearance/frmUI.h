@@ -1,0 +1,159 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include "appearance/GradientRect.h"
+#include "appearance/IconSets.h"
+#include "appearance/PanelLayout.h"
+#include "appearance/SkinFile.h"
+#include "appearance/SkinSettings.h"
+#include "platform/ColorDialog.h"
+#include "platform/Desktop.h"
+#include "platform/FileDialogs.h"
+#include "platform/FileSystem.h"
+#include "platform/FontList.h"
+#include "platform/Locale.h"
+#include "platform/Pictures.h"
+#include "platform/RegistryStore.h"
+#include "platform/forms/Controls.h"
+#include "platform/forms/Form.h"
+#include "support/StringTable.h"
+
+namespace marl {
+
+/// Display settings: the look of the switchboard, designed on a sample. The dialog opens on what
+/// the registry holds and works on its own controls alone; OK writes the registry. It stays loaded
+/// when it is left: the caller reads `Cancelled`, applies the skin, and unloads it.
+class frmUI : public Form, private SkinTarget {
+ public:
+  struct Ports {
+    Desktop& desktop;
+    RegistryStore& registry;
+    FileSystem& files;
+    FileDialogs& fileDialogs;
+    ColorDialog& colorDialog;
+    FontList& fontList;
+    Pictures& pictures;
+    const Locale& locale;
+    const StringTable& strings;
+    /// Gives a window the program's icon.
+    std::function<void(WindowHandle window)> setIcon;
+  };
+  /// What the dialog takes from the main form.
+  struct Switchboard {
+    SkinSettings skin;  ///< the look on the screen: stands for what the registry lacks
+    std::array<Text, kPanelButtons> captions;  ///< of the buttons, by their index
+    Text applicationFolder;
+  };
+  frmUI(Ports ports, Switchboard switchboard);
+
+  /// True when the dialog was left with its Cancel button.
+  bool Cancelled = false;
+
+  Frame fraGradient{*this, "fraGradient"};
+  Label lblAngle{*this, "lblAngle", -1, &fraGradient};
+  HScrollBar hsbAngle{*this, "hsbAngle", -1, &fraGradient};
+  Label lblAngleValue{*this, "lblAngleValue", -1, &fraGradient};
+
+  Frame fraText{*this, "fraText"};
+  PictureBox picContainer{*this, "picContainer", 2, &fraText};
+  /// The buttons' normal and highlighted picture in the chosen set.
+  std::array<Image, 2> imgSample{
+      {Image{*this, "imgSample", 0, &picContainer}, Image{*this, "imgSample", 1, &picContainer}}};
+  std::array<Label, 2> lblSample{
+      {Label{*this, "lblSample", 0, &picContainer}, Label{*this, "lblSample", 1, &picContainer}}};
+  /// The keyboard's way to what a click on a sample opens.
+  std::array<CommandButton, 2> cmdSample{{CommandButton{*this, "cmdSample", 0, &fraText},
+                                          CommandButton{*this, "cmdSample", 1, &fraText}}};
+
+  Frame fraBorder{*this, "fraBorder"};
+  CheckBox chkThickBorder{*this, "chkThickBorder", -1, &fraBorder};
+
+  Frame fraIcons{*this, "fraIcons"};
+  ListBox lstIcons{*this, "lstIcons", -1, &fraIcons};
+  std::array<CommandButton, 2> cmdMove{{CommandButton{*this, "cmdMove", 0, &fraIcons},
+                                        CommandButton{*this, "cmdMove", 1, &fraIcons}}};
+  ComboBox cmbIcons{*this, "cmbIcons", -1, &fraIcons};
+  CheckBox chkUseTwoState{*this, "chkUseTwoState", -1, &fraIcons};
+  Label lblIconsPerRow{*this, "lblIconsPerRow", -1, &fraIcons};
+  ComboBox cmbIconsPerRow{*this, "cmbIconsPerRow", -1, &fraIcons};
+
+  CommandButton cmdLoad{*this, "cmdLoad"};
+  CommandButton cmdSave{*this, "cmdSave"};
+  CommandButton cmdDefault{*this, "cmdDefault"};
+  std::array<CommandButton, 2> cmdDismiss{
+      {CommandButton{*this, "cmdDismiss", 0}, CommandButton{*this, "cmdDismiss", 1}}};
+
+  /// Swatches: 0 and 1 are the gradient's colours, 4 and 5 the bevel's. No others exist.
+  Shape& shpColor(int index) { return swatches_[PlaceOf(index)]; }
+  const Shape& shpColor(int index) const { return swatches_[PlaceOf(index)]; }
+  /// The button beside a swatch.
+  CommandButton& cmdSetColor(int index) { return setters_[PlaceOf(index)]; }
+
+  /// Fills the list from a display order's text. One that the panel could not use leaves the list
+  /// as it is and throws: "Subscript out of range" for fewer than 18 entries or a button that does
+  /// not exist, "Type mismatch" or "Overflow" for a part that is no number.
+  void SetDisplayIcons(TextView text);
+  /// The list as a display order's text, in its normal form.
+  Text GetDisplayIcons() const;
+  /// Draws the sample's gradient.
+  void RefreshSample();
+
+ protected:
+  void OnLoad() override;
+
+ private:
+  /// A row of the list that the mouse has taken hold of.
+  struct Row {
+    Text text;
+    int position = -1;
+    int data = 0;
+    bool ticked = false;
+  };
+
+  static constexpr std::size_t PlaceOf(int index) {
+    return static_cast<std::size_t>(index < 2 ? index : index - 2);
+  }
+
+  void Arrange();
+  void Wire();
+  void Localise();
+  void ShowSkin(const SkinSettings& skin);
+  SkinSettings Skin() const;
+  void SetNumber(SkinParameter parameter, std::int32_t number) override;
+  void SetText(SkinParameter parameter, TextView text) override;
+
+  void ShowPictures();
+  void AngleChanged();
+  void PickColor(int index);
+  void EditSample(int index);
+  void SetDefaults();
+  void MoveRow(int direction);
+  Row SelectedRow() const;
+  void InsertRow(const Row& row, int position);
+  void Drag();
+  FileDialogSettings SkinDialog(int flags);
+  void LoadSkin();
+  void SaveSkin();
+  void Dismiss(int index);
+
+  Ports ports_;
+  Switchboard switchboard_;
+  IconSets icons_{ports_.pictures};
+  std::unique_ptr<clsGradient> gradient_;  ///< made at first use
+  GradientPicture sample_;
+  bool dragging_ = false;
+  Row dragged_;
+  std::array<Shape, 4> swatches_{
+      {Shape{*this, "shpColor", 0, &fraGradient}, Shape{*this, "shpColor", 1, &fraGradient},
+       Shape{*this, "shpColor", 4, &fraBorder}, Shape{*this, "shpColor", 5, &fraBorder}}};
+  std::array<CommandButton, 4> setters_{{CommandButton{*this, "cmdSetColor", 0, &fraGradient},
+                                         CommandButton{*this, "cmdSetColor", 1, &fraGradient},
+                                         CommandButton{*this, "cmdSetColor", 4, &fraBorder},
+                                         CommandButton{*this, "cmdSetColor", 5, &fraBorder}}};
+};
+
+}  // namespace marl
