@@ -31,19 +31,12 @@ bool HasLetter(TextView styles, char16_t capital) {
   return false;
 }
 
-void SetSize(Font& font, std::int64_t tenThousandths) {
-  if (tenThousandths <= 0 || tenThousandths > kLargestSize) {
-    throw RuntimeError::InvalidPropertyValue();
-  }
-  font.Size = tenThousandths;
-}
-
 }  // namespace
 
 void ApplyFontSpec(Font& font, TextView spec, const NumberFormat& format) {
   const std::vector<TextView> parts = Parts(spec);
   if (!parts.empty()) font.Name = parts[0];
-  if (parts.size() > 1) Skip([&] { SetSize(font, CCur(parts[1], format)); });
+  if (parts.size() > 1) Skip([&] { SetFontSize(font, CCur(parts[1], format)); });
   if (parts.size() > 2) {
     font.Bold = HasLetter(parts[2], u'B');
     font.Italic = HasLetter(parts[2], u'I');
@@ -55,6 +48,11 @@ void ApplyFontSpec(Control& control, TextView spec, const NumberFormat& format) 
   Font font = control.Font();
   ApplyFontSpec(font, spec, format);
   control.SetFont(font);
+}
+
+void SetFontSize(Font& font, std::int64_t size) {
+  if (size <= 0 || size > kLargestSize) throw RuntimeError::InvalidPropertyValue();
+  font.Size = size;
 }
 
 Text GetFontSpec(const Font& font, const NumberFormat& format) {

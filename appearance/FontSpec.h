@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "platform/Text.h"
 #include "platform/forms/Controls.h"
 #include "platform/forms/Font.h"
@@ -14,6 +16,10 @@ namespace marl {
 void ApplyFontSpec(Font& font, TextView spec, const NumberFormat& format = {});
 /// The same on a control.
 void ApplyFontSpec(Control& control, TextView spec, const NumberFormat& format = {});
+
+/// Sets the size, in ten-thousandths of a point. Throws "Invalid property value" outside 0 to 2048
+/// points, and for 0.
+void SetFontSize(Font& font, std::int64_t size);
 
 /// The font as a font spec; all three parts are present.
 Text GetFontSpec(const Font& font, const NumberFormat& format = {});

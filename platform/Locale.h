@@ -7,6 +7,9 @@ namespace marl {
 
 /// LOCALE_IDEFAULTANSICODEPAGE: the number of a locale's 8-bit code page, in decimal.
 constexpr std::uint32_t kLocaleDefaultAnsiCodePage = 4100;
+/// LOCALE_SDECIMAL and LOCALE_STHOUSAND: the separators of numbers.
+constexpr std::uint32_t kLocaleDecimal = 14;
+constexpr std::uint32_t kLocaleThousand = 15;
 
 /// What the platform knows of languages and regions.
 class Locale {

@@ -57,6 +57,19 @@ void ApplyLocaleFont(Form& form, const Locale& locales) {
   }
 }
 
+NumberFormat UserNumberFormat(const Locale& locales) {
+  NumberFormat format;
+  const auto read = [&](std::uint32_t fact, char16_t& separator) {
+    std::array<char, 16> buffer{};
+    if (locales.LocaleInfo(locales.ThreadLocale(), fact, buffer) > 0 && buffer[0] != '\0') {
+      separator = static_cast<unsigned char>(buffer[0]);
+    }
+  };
+  read(kLocaleDecimal, format.decimal);
+  read(kLocaleThousand, format.group);
+  return format;
+}
+
 std::int32_t GetLocaleCodePage(std::uint32_t locale, const Locale& locales) {
   std::array<char, 16> buffer = {};
   locales.LocaleInfo(locale, kLocaleDefaultAnsiCodePage, buffer);

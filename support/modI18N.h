@@ -5,6 +5,7 @@
 #include "platform/Locale.h"
 #include "platform/Text.h"
 #include "platform/forms/Font.h"
+#include "support/Numbers.h"
 
 namespace marl {
 
@@ -16,6 +17,10 @@ void ApplyLocaleFont(Form& form, const Locale& locales);
 
 /// Number of a locale's 8-bit code page; 0 when the platform does not tell.
 std::int32_t GetLocaleCodePage(std::uint32_t locale, const Locale& locales);
+
+/// How the user writes numbers: the separators of the thread's locale, "." and "," where the
+/// platform does not tell.
+NumberFormat UserNumberFormat(const Locale& locales);
 
 /// The text up to its first NUL.
 Text StripAtNul(TextView text);

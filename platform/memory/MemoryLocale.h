@@ -18,6 +18,10 @@ class MemoryLocale : public Locale {
       {{0x409, kLocaleDefaultAnsiCodePage}, "1252"}, {{0x407, kLocaleDefaultAnsiCodePage}, "1252"},
       {{0x411, kLocaleDefaultAnsiCodePage}, "932"},  {{0x419, kLocaleDefaultAnsiCodePage}, "1251"},
       {{0x439, kLocaleDefaultAnsiCodePage}, "0"},
+      {{0x407, kLocaleDecimal}, ","},
+      {{0x407, kLocaleThousand}, "."},
+      {{0x409, kLocaleDecimal}, "."},
+      {{0x409, kLocaleThousand}, ","},
   };
 
   /// Makes the thread's locale one with this code page.

@@ -162,5 +162,24 @@ TEST(CodePageFont, EveryCodePageHasItsCharsetAndFace) {
   }
 }
 
+TEST(UserNumberFormat, SeparatorsAreThoseOfTheThreadsLocale) {
+  MemoryLocale locales;
+  EXPECT_EQ(UserNumberFormat(locales).decimal, u'.');
+  EXPECT_EQ(UserNumberFormat(locales).group, u',');
+  locales.threadLocale = 0x407;
+  EXPECT_EQ(UserNumberFormat(locales).decimal, u',');
+  EXPECT_EQ(UserNumberFormat(locales).group, u'.');
+}
+
+TEST(UserNumberFormat, ALocaleThatTellsNothingHasPointAndComma) {
+  MemoryLocale locales;
+  locales.threadLocale = 0x10000;
+  EXPECT_EQ(UserNumberFormat(locales).decimal, u'.');
+  locales.facts[{0x10000, kLocaleDecimal}] = "";
+  locales.facts[{0x10000, kLocaleThousand}] = "\xA0";
+  EXPECT_EQ(UserNumberFormat(locales).decimal, u'.');
+  EXPECT_EQ(UserNumberFormat(locales).group, u'\u00A0');
+}
+
 }  // namespace
 }  // namespace marl

@@ -1,0 +1,174 @@
+#include "appearance/frmFont.h"
+
+#include <algorithm>
+
+#include "appearance/FontSpec.h"
+#include "appearance/modGetFonts.h"
+#include "support/modI18N.h"
+#include "support/modResources.h"
+
+namespace marl {
+
+namespace {
+
+constexpr std::array<TextView, 8> kSizes = {u"6", u"7", u"8", u"9", u"10", u"11", u"12", u"14"};
+// The styles are being set by the program.
+constexpr TextView kGuard = u"*";
+
+}  // namespace
+
+frmFont::frmFont(const Ports& ports, SampleForm& samples)
+    : Form(ports.desktop, "frmFont"), ports_(ports), samples_(samples) {
+  for (int i = 0; i < 3; ++i) {
+    chkStyle[static_cast<std::size_t>(i)] = std::make_unique<CheckBox>(*this, "chkStyle", i);
+  }
+  for (int i = 0; i < 2; ++i) {
+    cmdDismiss[static_cast<std::size_t>(i)] =
+        std::make_unique<CommandButton>(*this, "cmdDismiss", i);
+  }
+  // The button follows the styles in the tab order.
+  cmdSetColor.TabIndex = chkStyle[2]->TabIndex;
+  for (std::size_t i = 0; i < 3; ++i) --chkStyle[i]->TabIndex;
+
+  Tag = u"3100";
+  Design = {5295, 3000};
+  picGrad.SetBounds({120, 120, 5055, 1290});
+  lblSample.SetBounds({0, 0, 5055, 1290});
+  lblSample.Tag = u"3101";
+  lblSample.Alignment = Alignment::kCenter;
+  lblSample.WordWrap = false;
+  cmbFont.SetBounds({120, 1545, 3195, 315});
+  cmbFont.Sorted = true;
+  lblSize.SetBounds({3540, 1590, 690, 255});
+  lblSize.Tag = u"3102";
+  txtSize.SetBounds({4275, 1545, 600, 315});
+  // Only its arrow is seen: with the field it makes one drop-down field. The keyboard has the field.
+  cmbSize.SetBounds({4875, 1545, 300, 315});
+  cmbSize.Editable = true;
+  cmbSize.TabStop = false;
+  chkStyle[0]->SetBounds({120, 2025, 1140, 255});
+  chkStyle[0]->Tag = u"3103";
+  chkStyle[1]->SetBounds({1320, 2025, 1140, 255});
+  chkStyle[1]->Tag = u"3104";
+  chkStyle[2]->SetBounds({2520, 2025, 1440, 255});
+  chkStyle[2]->Tag = u"3105";
+  cmdSetColor.SetBounds({4050, 1980, 1125, 345});
+  cmdSetColor.Tag = u"3106";
+  cmdDismiss[0]->SetBounds({2835, 2535, 1125, 345});
+  cmdDismiss[0]->Tag = u"3107";
+  cmdDismiss[0]->Default = true;
+  cmdDismiss[1]->SetBounds({4050, 2535, 1125, 345});
+  cmdDismiss[1]->Tag = u"3108";
+  cmdDismiss[1]->Cancel = true;
+
+  for (const auto& style : chkStyle) style->Click = [this] { StyleClicked(); };
+  cmbFont.Click = [this] { FontChosen(); };
+  cmbSize.Change = [this] { SizeChosen(); };
+  cmbSize.Click = [this] { SizeChosen(); };
+  txtSize.Change = [this] { SizeChanged(); };
+  cmdSetColor.Click = [this] { SetColorClicked(); };
+  for (int i = 0; i < 2; ++i) {
+    cmdDismiss[static_cast<std::size_t>(i)]->Click = [this, i] { Dismissed(i); };
+  }
+}
+
+void frmFont::OnLoad() {
+  ApplyLocaleFont(*this, ports_.locale);
+  LoadFormStrings(*this, ports_.strings);
+  numbers_ = UserNumberFormat(ports_.locale);
+  chkStyle[0]->Tag = u"B";
+  chkStyle[1]->Tag = u"I";
+  chkStyle[2]->Tag = u"U";
+  cmbFont.Clear();
+  FillFontList(cmbFont, ports_.fontList);
+  cmbSize.Clear();
+  for (const TextView size : kSizes) cmbSize.AddItem(size);
+  // As designed, when the form is loaded once more.
+  cmbSize.SetText(u"");
+  txtSize.SetText(u"");
+}
+
+void frmFont::SetInitialFont() {
+  Load();
+  Skip([&] {
+    CopyFontAndColour(samples_.Sample(SampleIndex), lblSample);
+    CentreSample();
+  });
+  if (!Skip([&] { cmbFont.SetText(lblSample.Font().Name); })) cmbFont.SetListIndex(-1);
+  Skip([&] { SyncStyleControls(); });
+  Skip([&] { DrawGradient(); });
+}
+
+void frmFont::SyncStyleControls() {
+  chkStyle[0]->Tag = kGuard;
+  chkStyle[0]->SetValue(lblSample.Font().Bold ? 1 : 0);
+  chkStyle[1]->SetValue(lblSample.Font().Italic ? 1 : 0);
+  chkStyle[2]->SetValue(lblSample.Font().Underline ? 1 : 0);
+  chkStyle[0]->Tag.clear();
+  // Half up. The field's change makes the rounded size the sample's.
+  txtSize.SetText(NumberText((lblSample.Font().Size + 5000) / 10000));
+  cmbSize.SetText(txtSize.Text());
+}
+
+void frmFont::StyleClicked() {
+  if (chkStyle[0]->Tag == kGuard) return;
+  marl::Font font = lblSample.Font();
+  font.Bold = chkStyle[0]->Value() != 0;
+  font.Italic = chkStyle[1]->Value() != 0;
+  font.Underline = chkStyle[2]->Value() != 0;
+  SetSampleFont(font);
+}
+
+void frmFont::FontChosen() {
+  marl::Font font = lblSample.Font();
+  font.Name = cmbFont.Text();
+  SetSampleFont(font);
+  SyncStyleControls();
+}
+
+void frmFont::SizeChosen() { txtSize.SetText(cmbSize.Text()); }
+
+void frmFont::SizeChanged() {
+  Skip([&] {
+    marl::Font font = lblSample.Font();
+    SetFontSize(font, CCur(txtSize.Text(), numbers_));
+    SetSampleFont(font);
+  });
+}
+
+void frmFont::SetColorClicked() {
+  Color color = lblSample.ForeColor();
+  if (ports_.colorDialog.ShowColor(this, kColorInit | kColorFullOpen, color)) {
+    lblSample.SetForeColor(color);
+  }
+}
+
+void frmFont::Dismissed(int index) {
+  if (index == 0) CopyFontAndColour(lblSample, samples_.Sample(SampleIndex));
+  Unload();
+}
+
+void frmFont::SetSampleFont(const marl::Font& font) {
+  lblSample.SetFont(font);
+  CentreSample();
+}
+
+// A label writes from its top. A line is a fifth higher than its font's size, in most faces.
+void frmFont::CentreSample() {
+  const int line = static_cast<int>(std::min<std::int64_t>(
+      lblSample.Font().Size * 20 * 6 / 5 / 10000, picGrad.Height()));
+  const int top = (picGrad.Height() - line) / 2;
+  lblSample.SetBounds({0, top, picGrad.Width(), picGrad.Height() - top});
+}
+
+void frmFont::DrawGradient() {
+  if (!gradient_) gradient_.emplace(desktop());
+  gradient_->SetColor1(samples_.GradientColor(0));
+  gradient_->SetColor2(samples_.GradientColor(1));
+  gradient_->SetAngle(static_cast<float>(samples_.GradientAngle()));
+  picture_.Begin(picGrad.PixelSize());
+  gradient_->Draw(picture_);
+  picGrad.SetPicture(picture_.Take());
+}
+
+}  // namespace marl

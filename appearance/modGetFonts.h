@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/FontList.h"
+#include "platform/forms/Controls.h"
+
+namespace marl {
+
+/// Adds the names of all fonts to the combo box, as they come: the box sorts them.
+void FillFontList(ComboBox& combo, FontList& fonts);
+
+}  // namespace marl
