@@ -1,9 +1,9 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
 
 #include "platform/ColorDialog.h"
+#include "platform/win32/Handle.h"
 
 namespace marl::win32 {
 
@@ -14,7 +14,7 @@ class ColorDialogWin32 : public ColorDialog {
   bool ShowColor(const Form* owner, int flags, Color& color) override;
 
  private:
-  std::array<std::uint32_t, 16> custom_;
+  std::array<COLORREF, 16> custom_;
 };
 
 }  // namespace marl::win32

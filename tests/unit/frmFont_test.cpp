@@ -54,9 +54,7 @@ class FontDialog : public testing::Test {
   /// Opens the dialog on a sample and lets `user` work in it.
   template <typename User>
   void Open(int index, User user) {
-    desktop.whenModal["frmFont"] = [&](Form& form) {
-      user(static_cast<frmFont&>(form));
-    };
+    desktop.whenModal["frmFont"] = [&](Form& form) { user(static_cast<frmFont&>(form)); };
     frmFont form({desktop, locale, strings, colors, fonts}, samples);
     form.SampleIndex = static_cast<std::int16_t>(index);
     form.SetInitialFont();
@@ -258,7 +256,8 @@ TEST_F(FontDialog, ASizeThatRoundsToNothingStaysAsItIs) {
 }
 
 TEST_F(FontDialog, TheGuardKeepsTheStylesFromBeingWrittenBackHalfWay) {
-  // Bold is cleared first: unguarded, its click would take the other styles from the sample with it.
+  // Bold is cleared first: unguarded, its click would take the other styles from the sample with
+  // it.
   samples.Put(0, u"Arial", 100000, true, false, false);
   samples.Put(1, u"Arial", 100000, false, true, true);
   Open(0, [](frmFont& form) {
@@ -336,9 +335,8 @@ TEST_F(FontDialog, FractionsKeepFourPlaces) {
 TEST_F(FontDialog, TextThatIsNoSizeLeavesTheLastGoodOne) {
   Open(0, [](frmFont& form) {
     Type(form.txtSize, u"9");
-    for (const TextView text :
-         {u"", u" ", u"x", u"9pt", u"1e", u"--1", u"0", u"-8", u"1e9", u"2049", u"1e999",
-          u"999999999999999999999999", u"\u0669", u"&H"}) {
+    for (const TextView text : {u"", u" ", u"x", u"9pt", u"1e", u"--1", u"0", u"-8", u"1e9",
+                                u"2049", u"1e999", u"999999999999999999999999", u"\u0669", u"&H"}) {
       Type(form.txtSize, text);
       EXPECT_EQ(form.lblSample.Font().Size, 90000) << std::string(text.begin(), text.end());
     }
@@ -381,15 +379,15 @@ TEST_F(FontDialog, ACancelledColourChangesNothing) {
 
 TEST_F(FontDialog, TheSampleStandsOnTheGradientOfTheCaller) {
   const auto edges = [&] {
-    std::pair<std::uint32_t, std::uint32_t> edges;
+    std::pair<std::uint32_t, std::uint32_t> ends;
     Open(0, [&](frmFont& form) {
       ASSERT_TRUE(form.picGrad.Picture());
       const Picture& picture = *form.picGrad.Picture();
       EXPECT_EQ((Size{picture.width, picture.height}), form.picGrad.PixelSize());
-      edges = {picture.At(0, picture.height / 2) & 0xFFFFFF,
-               picture.At(picture.width - 1, picture.height / 2) & 0xFFFFFF};
+      ends = {picture.At(0, picture.height / 2) & 0xFFFFFF,
+              picture.At(picture.width - 1, picture.height / 2) & 0xFFFFFF};
     });
-    return edges;
+    return ends;
   };
   const auto forward = edges();
   EXPECT_GT(forward.first >> 16, 0xF0U);
@@ -452,10 +450,10 @@ TEST_F(FontDialog, TabGoesFromTopToBottom) {
     }
     std::stable_sort(order.begin(), order.end(),
                      [](Control* a, Control* b) { return a->TabIndex < b->TabIndex; });
-    EXPECT_EQ(order, (std::vector<Control*>{
-                         &form.cmbFont, &form.txtSize, form.chkStyle[0].get(),
-                         form.chkStyle[1].get(), form.chkStyle[2].get(), &form.cmdSetColor,
-                         form.cmdDismiss[0].get(), form.cmdDismiss[1].get()}));
+    EXPECT_EQ(order, (std::vector<Control*>{&form.cmbFont, &form.txtSize, form.chkStyle[0].get(),
+                                            form.chkStyle[1].get(), form.chkStyle[2].get(),
+                                            &form.cmdSetColor, form.cmdDismiss[0].get(),
+                                            form.cmdDismiss[1].get()}));
   });
 }
 
