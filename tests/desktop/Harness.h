@@ -20,10 +20,11 @@ namespace marl::desktop {
 
 constexpr std::chrono::milliseconds kDeadline{10000};
 
-/// Where the programs under test lie: the command line's --marl=PATH and --stand-in=PATH, or the
-/// environment's MARL_PROGRAM and MARL_STAND_IN.
+/// Where the programs under test lie: the command line's --marl=PATH, --german=PATH and
+/// --stand-in=PATH, or the environment's MARL_PROGRAM, MARL_GERMAN_PROGRAM and MARL_STAND_IN.
 struct Programs {
   std::wstring marl;
+  std::wstring german;
   std::wstring standIn;
 };
 extern Programs g_programs;

@@ -29,16 +29,20 @@ int wmain(int argc, wchar_t** argv) {
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
   testing::InitGoogleTest(&argc, argv);
   g_programs.marl = marl::desktop::Environment(L"MARL_PROGRAM");
+  g_programs.german = marl::desktop::Environment(L"MARL_GERMAN_PROGRAM");
   g_programs.standIn = marl::desktop::Environment(L"MARL_STAND_IN");
   for (int i = 1; i < argc; ++i) {
     const std::wstring argument = argv[i];
     if (argument.starts_with(L"--marl=")) g_programs.marl = argument.substr(7);
+    if (argument.starts_with(L"--german=")) g_programs.german = argument.substr(9);
     if (argument.starts_with(L"--stand-in=")) g_programs.standIn = argument.substr(11);
   }
   g_programs.marl = FullPath(g_programs.marl);
+  g_programs.german = FullPath(g_programs.german);
   g_programs.standIn = FullPath(g_programs.standIn);
-  if (!Present(g_programs.marl) || !Present(g_programs.standIn)) {
-    std::cerr << "desktop_tests --marl=PATH --stand-in=PATH [GoogleTest options]\n";
+  if (!Present(g_programs.marl) || !Present(g_programs.german) ||
+      !Present(g_programs.standIn)) {
+    std::cerr << "desktop_tests --marl=PATH --german=PATH --stand-in=PATH [GoogleTest options]\n";
     return 2;
   }
   return RUN_ALL_TESTS();
