@@ -39,7 +39,8 @@ frmFont::frmFont(const Ports& ports, SampleForm& samples)
   lblSample.WordWrap = false;
   cmbFont.SetBounds({120, 1545, 3195, 315});
   cmbFont.Sorted = true;
-  lblSize.SetBounds({3540, 1590, 690, 255});
+  lblSize.SetBounds({3435, 1590, 750, 255});
+  lblSize.Alignment = Alignment::kRight;
   lblSize.Tag = u"3102";
   txtSize.SetBounds({4275, 1545, 600, 315});
   // Only its arrow is seen: with the field it makes one drop-down field. The keyboard has the field.

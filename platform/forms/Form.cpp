@@ -151,6 +151,18 @@ bool Form::UserTabKey(char16_t key) {
   return false;
 }
 
+bool Form::UserNextTab(int step) {
+  for (Control* control : controls_) {
+    if (control->kind() != ControlKind::kTabStrip || !control->Reachable()) continue;
+    auto* const tabs = static_cast<TabStrip*>(control);
+    if (tabs->PartCount() == 0) continue;
+    const int count = tabs->PartCount();
+    tabs->UserSelectTab(((tabs->SelectedItem() - 1 + step) % count + count) % count + 1);
+    return true;
+  }
+  return false;
+}
+
 bool Form::UserShortcut(const Shortcut& keys) {
   if (keys.key == 0) return false;
   for (Control* control : controls_) {
@@ -253,8 +265,7 @@ Control* Form::AccessKeyTarget(char16_t key) const {
     if (own == 0 || own != FoldCase(key)) continue;
     Control* next = nullptr;
     for (Control* control : controls_) {
-      if (!control->TakesFocus() || control->TabIndex < label->TabIndex ||
-          !control->Reachable()) {
+      if (!control->TakesFocus() || control->TabIndex < label->TabIndex || !control->Reachable()) {
         continue;
       }
       if (!next || control->TabIndex < next->TabIndex) next = control;
@@ -269,8 +280,7 @@ void Form::Invalidate(const Control& control) {
   const Point at = Origin(control);
   const Size pixel = desktop_.TwipsPerPixel();
   // A line covers one pixel more than its extent.
-  peer_->Invalidate(
-      {at.x, at.y, control.Width() + pixel.width, control.Height() + pixel.height});
+  peer_->Invalidate({at.x, at.y, control.Width() + pixel.width, control.Height() + pixel.height});
 }
 
 void Form::ControlChanged(Control& control, Property property) {

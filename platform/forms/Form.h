@@ -92,6 +92,8 @@ class Form {
   bool UserKeyDown(int key, int shift);
   /// Selects the tab whose caption has this access key. False when there is none to be reached.
   bool UserTabKey(char16_t key);
+  /// Selects the tab `step` tabs on, round the end. False when there are no tabs to be reached.
+  bool UserNextTab(int step);
   /// Chooses the entry of the menu with this shortcut. False when there is none that can be
   /// reached: the key is a plain one then.
   bool UserShortcut(const Shortcut& keys);

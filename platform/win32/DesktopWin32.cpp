@@ -118,7 +118,7 @@ void DesktopWin32::Dispatch(MSG& message) {
     auto* const peer = static_cast<FormWin32*>(form->peer());
     if (!peer || !peer->hasFields() || !form->Visible()) continue;
     if (peer->window() == message.hwnd || IsChild(peer->window(), message.hwnd)) {
-      if (peer->TakeAccessKey(message)) return;
+      if (peer->PreviewKey(message) || peer->TakeAccessKey(message)) return;
       if (IsDialogMessageW(peer->window(), &message)) return;
       break;
     }

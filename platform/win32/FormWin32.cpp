@@ -4,7 +4,9 @@
 
 #include <algorithm>
 
+#include "platform/forms/CommonControls.h"
 #include "platform/win32/DesktopWin32.h"
+#include "platform/win32/TabsWin32.h"
 
 namespace marl::win32 {
 
@@ -17,10 +19,14 @@ constexpr int kFirstMenuId = 20000;  // and on, by the entry's place among the f
 DWORD StyleOf(const Form& form) {
   DWORD style = WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
   switch (form.Border) {
-    case BorderStyle::kNone: return style | WS_POPUP;
-    case BorderStyle::kSizable: style |= WS_THICKFRAME; break;
+    case BorderStyle::kNone:
+      return style | WS_POPUP;
+    case BorderStyle::kSizable:
+      style |= WS_THICKFRAME;
+      break;
     case BorderStyle::kFixedSingle:
-    case BorderStyle::kFixedDialog: break;
+    case BorderStyle::kFixedDialog:
+      break;
   }
   style |= WS_CAPTION | WS_SYSMENU;
   if (form.MinButton) style |= WS_MINIMIZEBOX;
@@ -41,10 +47,13 @@ DWORD ExStyleOf(const Form& form) {
 int ButtonOf(UINT message) {
   switch (message) {
     case WM_RBUTTONDOWN:
-    case WM_RBUTTONUP: return 2;
+    case WM_RBUTTONUP:
+      return 2;
     case WM_MBUTTONDOWN:
-    case WM_MBUTTONUP: return 4;
-    default: return 1;
+    case WM_MBUTTONUP:
+      return 4;
+    default:
+      return 1;
   }
 }
 
@@ -125,6 +134,12 @@ FormWin32::FormWin32(DesktopWin32& desktop, Form& form) : desktop_(desktop), for
     if (!inRun) SetWindowLongW(child, GWL_STYLE, GetWindowLongW(child, GWL_STYLE) | WS_GROUP);
     before = control;
   }
+  // A strip lies beneath its pages, and so behind them in the order of Tab.
+  for (const auto& [control, child] : windows_) {
+    if (control->kind() != ControlKind::kTabStrip) continue;
+    SetWindowPos(child, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  }
+  CreatePages();
   Report();
 }
 
@@ -142,32 +157,44 @@ LRESULT CALLBACK FormWin32::Entry(HWND window, UINT message, WPARAM w, LPARAM l)
   return peer->OnMessage(message, w, l);
 }
 
-LRESULT CALLBACK FormWin32::ContainerEntry(HWND window, UINT message, WPARAM w, LPARAM l,
-                                           UINT_PTR, DWORD_PTR peer) noexcept {
+LRESULT CALLBACK FormWin32::ContainerEntry(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
+                                           DWORD_PTR peer) noexcept {
   auto* const form = reinterpret_cast<FormWin32*>(peer);
   switch (message) {
     // What happens to the controls within concerns the form.
     case WM_COMMAND:
     case WM_HSCROLL:
+    case WM_NOTIFY:
+    case WM_MEASUREITEM:
+    case WM_DRAWITEM:
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORBTN:
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORLISTBOX:
       return SendMessageW(form->window_, message, w, l);
-    case WM_ERASEBKGND: {
-      RECT area;
-      GetClientRect(window, &area);
-      FillRect(reinterpret_cast<HDC>(w), &area, GetSysColorBrush(COLOR_BTNFACE));
+    case WM_ERASEBKGND:
+      form->EraseContainer(window, reinterpret_cast<HDC>(w));
       return 1;
-    }
+    case WM_PRINTCLIENT:
     case WM_PAINT: {
-      const LRESULT result = DefSubclassProc(window, message, w, l);
-      form->desktop_.Event([&] { form->PaintContainer(window); });
-      return result;
+      const Control* const control = form->ControlOf(window);
+      if (!control || control->kind() != ControlKind::kPictureBox) break;
+      const auto& box = static_cast<const PictureBox&>(*control);
+      form->desktop_.Event([&] {
+        if (message == WM_PRINTCLIENT) {
+          form->PaintPictureBox(box, reinterpret_cast<HDC>(w));
+        } else {
+          form->PaintBuffered(window, [&](HDC context) { form->PaintPictureBox(box, context); });
+        }
+      });
+      return 0;
     }
     default:
       return DefSubclassProc(window, message, w, l);
   }
+  if (message != WM_PAINT) return DefSubclassProc(window, message, w, l);
+  form->PaintFrame(window);
+  return 0;
 }
 
 LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
@@ -244,15 +271,31 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
         }
       }
       return 0;
-    case WM_CTLCOLORSTATIC:
-    case WM_CTLCOLORBTN: {
-      // The context comes as its last user left it, with the colour of a disabled text perhaps.
-      const auto context = reinterpret_cast<HDC>(w);
-      const bool enabled = IsWindowEnabled(reinterpret_cast<HWND>(l));
-      SetTextColor(context, GetSysColor(enabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
-      SetBkColor(context, GetSysColor(COLOR_BTNFACE));
-      return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_BTNFACE));
+    case WM_HSCROLL:
+      if (Control* const control = ControlOf(reinterpret_cast<HWND>(l));
+          control && control->kind() == ControlKind::kHScrollBar) {
+        desktop_.Event([&] { OnScroll(static_cast<HScrollBar&>(*control), LOWORD(w)); });
+        return 0;
+      }
+      break;
+    case WM_NOTIFY:
+      desktop_.Event([&] { OnNotify(*reinterpret_cast<const NMHDR*>(l)); });
+      return 0;
+    case WM_DRAWITEM: {
+      const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(l);
+      const Control* const control =
+          item.CtlType == ODT_LISTBOX ? ControlOf(item.hwndItem) : nullptr;
+      ListWin32* const list = control ? ListOf(*control) : nullptr;
+      if (!list) break;
+      desktop_.Event([&] { list->DrawRow(item); });
+      return TRUE;
     }
+    case WM_THEMECHANGED:
+      desktop_.Event([&] { CreatePages(); });
+      break;
+    case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLORBTN:
+      return ColorControl(reinterpret_cast<HDC>(w), reinterpret_cast<HWND>(l));
     case WM_CLOSE:
       desktop_.Event([&] { form_.UserClose(); });
       return 0;
@@ -277,10 +320,11 @@ Point FormWin32::ClientOrigin() const {
   return {corner.x, corner.y};
 }
 
-void FormWin32::OnPaint() {
-  PAINTSTRUCT paint;
-  const HDC screen = BeginPaint(window_, &paint);
-  const RECT& dirty = paint.rcPaint;
+template <typename Paint>
+void FormWin32::PaintBuffered(HWND window, Paint paint) {
+  PAINTSTRUCT record;
+  const HDC screen = BeginPaint(window, &record);
+  const RECT& dirty = record.rcPaint;
   const int width = dirty.right - dirty.left;
   const int height = dirty.bottom - dirty.top;
   if (width > 0 && height > 0) {
@@ -289,25 +333,97 @@ void FormWin32::OnPaint() {
     const UniqueBitmap bitmap(CreateCompatibleBitmap(screen, width, height));
     const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
     SetViewportOrgEx(memory.get(), -dirty.left, -dirty.top, nullptr);
-    CanvasWin32 canvas(memory.get(), desktop_.fonts(), desktop_.Dpi().height);
-    PaintForm(form_, canvas);
+    paint(memory.get());
     SetViewportOrgEx(memory.get(), 0, 0, nullptr);
     BitBlt(screen, dirty.left, dirty.top, width, height, memory.get(), 0, 0, SRCCOPY);
     SelectObject(memory.get(), before);
   }
-  EndPaint(window_, &paint);
+  EndPaint(window, &record);
 }
 
-// Over what the container has painted: its labels.
-void FormWin32::PaintContainer(HWND container) {
-  const Control* const control = ControlOf(container);
-  if (!control) return;
-  const HDC screen = GetDC(container);
-  {
-    CanvasWin32 canvas(screen, desktop_.fonts(), desktop_.Dpi().height);
-    PaintControls(form_, control, canvas);
+void FormWin32::OnPaint() {
+  PaintBuffered(window_, [&](HDC context) {
+    CanvasWin32 canvas(context, desktop_.fonts(), desktop_.Dpi().height);
+    PaintForm(form_, canvas);
+  });
+}
+
+void FormWin32::PaintPictureBox(const PictureBox& box, HDC context) {
+  CanvasWin32 canvas(context, desktop_.fonts(), desktop_.Dpi().height);
+  POINT origin = {};
+  const HBRUSH background = BackgroundIn(&box, origin);
+  if (!background || box.BackColor() != kButtonFace) return PaintPicture(box, canvas);
+  const Size size = box.PixelSize();
+  FillWith(context, {0, 0, size.width, size.height}, background, origin);
+  if (box.Picture()) canvas.Draw(*box.Picture(), 0, 0);
+  PaintControls(form_, &box, canvas);
+}
+
+// The native group paints itself; its labels come on top, where it was painted and nowhere else:
+// text that is written twice gets fatter.
+void FormWin32::PaintFrame(HWND frame) {
+  const HRGN dirty = CreateRectRgn(0, 0, 0, 0);
+  GetUpdateRgn(frame, dirty, FALSE);
+  DefSubclassProc(frame, WM_PAINT, 0, 0);
+  if (const Control* const control = ControlOf(frame)) {
+    const HDC screen = GetDC(frame);
+    SelectClipRgn(screen, dirty);
+    desktop_.Event([&] {
+      CanvasWin32 canvas(screen, desktop_.fonts(), desktop_.Dpi().height);
+      PaintControls(form_, control, canvas);
+    });
+    ReleaseDC(frame, screen);
   }
-  ReleaseDC(container, screen);
+  DeleteObject(dirty);
+}
+
+void FormWin32::EraseContainer(HWND container, HDC context) {
+  RECT area;
+  GetClientRect(container, &area);
+  POINT origin = {};
+  const HBRUSH background = BackgroundIn(ControlOf(container), origin);
+  FillWith(context, area, background ? background : GetSysColorBrush(COLOR_BTNFACE), origin);
+}
+
+LRESULT FormWin32::ColorControl(HDC context, HWND child) {
+  // The context comes as its last user left it, with the colour of a disabled text perhaps.
+  SetTextColor(context, GetSysColor(IsWindowEnabled(child) ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
+  SetBkColor(context, GetSysColor(COLOR_BTNFACE));
+  const Control* const control = ControlOf(child);
+  POINT origin = {};
+  // A disabled field is plain grey.
+  const HBRUSH background = control && control->kind() != ControlKind::kTextBox
+                                ? BackgroundIn(control->container(), origin)
+                                : nullptr;
+  if (!background) return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_BTNFACE));
+  MapWindowPoints(GetParent(child), child, &origin, 1);
+  LPtoDP(context, &origin, 1);
+  SetBrushOrgEx(context, origin.x, origin.y, nullptr);
+  SetBkMode(context, TRANSPARENT);
+  return reinterpret_cast<LRESULT>(background);
+}
+
+HBRUSH FormWin32::BackgroundIn(const Control* container, POINT& origin) const {
+  origin = {};
+  for (; container; container = container->container()) {
+    const auto found = pages_.find(container);
+    if (found != pages_.end()) return found->second.get();
+    origin.x -= desktop_.PixelsX(container->Left());
+    origin.y -= desktop_.PixelsY(container->Top());
+  }
+  return nullptr;
+}
+
+void FormWin32::CreatePages() {
+  pages_.clear();
+  for (const auto& [control, child] : windows_) {
+    if (control->kind() != ControlKind::kPictureBox) continue;
+    const auto& box = static_cast<const PictureBox&>(*control);
+    if (!StripOf(box)) continue;
+    if (UniqueBrush background = PageBackground(box.PixelSize())) {
+      pages_[control] = std::move(background);
+    }
+  }
 }
 
 bool FormWin32::TakeAccessKey(const MSG& message) {
@@ -319,7 +435,11 @@ bool FormWin32::TakeAccessKey(const MSG& message) {
   } else if (message.message != WM_SYSCHAR) {
     return false;
   }
-  Control* const target = form_.AccessKeyTarget(static_cast<char16_t>(message.wParam));
+  const auto key = static_cast<char16_t>(message.wParam);
+  bool tab = false;
+  desktop_.Event([&] { tab = form_.UserTabKey(key); });
+  if (tab) return true;
+  Control* const target = form_.AccessKeyTarget(key);
   const HWND child = target ? WindowOf(*target) : nullptr;
   if (!child) return false;
   SetFocus(child);
@@ -327,6 +447,87 @@ bool FormWin32::TakeAccessKey(const MSG& message) {
     SendMessageW(child, EM_SETSEL, 0, -1);
   }
   return true;
+}
+
+bool FormWin32::PreviewKey(const MSG& message) {
+  if (message.message != WM_KEYDOWN) return false;
+  const bool control = GetKeyState(VK_CONTROL) < 0;
+  const bool shift = GetKeyState(VK_SHIFT) < 0;
+  bool taken = false;
+  desktop_.Event([&] {
+    taken =
+        form_.UserKeyDown(static_cast<int>(message.wParam), (shift ? 1 : 0) | (control ? 2 : 0));
+    if (taken || !control) return;
+    switch (message.wParam) {
+      case VK_TAB:
+        taken = form_.UserNextTab(shift ? -1 : 1);
+        break;
+      case VK_NEXT:
+        taken = form_.UserNextTab(1);
+        break;
+      case VK_PRIOR:
+        taken = form_.UserNextTab(-1);
+        break;
+      default:
+        break;
+    }
+  });
+  return taken;
+}
+
+void FormWin32::OnScroll(HScrollBar& bar, int code) {
+  const HWND child = WindowOf(bar);
+  SCROLLINFO info = {};
+  info.cbSize = sizeof info;
+  info.fMask = SIF_POS | SIF_TRACKPOS;
+  GetScrollInfo(child, SB_CTL, &info);
+  int steps = info.nPos;  // from the left end
+  switch (code) {
+    case SB_LINELEFT:
+      steps -= bar.SmallChange;
+      break;
+    case SB_LINERIGHT:
+      steps += bar.SmallChange;
+      break;
+    case SB_PAGELEFT:
+      steps -= bar.LargeChange;
+      break;
+    case SB_PAGERIGHT:
+      steps += bar.LargeChange;
+      break;
+    case SB_THUMBTRACK:
+    case SB_THUMBPOSITION:
+      steps = info.nTrackPos;
+      break;
+    case SB_LEFT:
+      steps = 0;
+      break;
+    case SB_RIGHT:
+      steps = std::abs(bar.Max - bar.Min);
+      break;
+    default:
+      return;
+  }
+  bar.UserScroll(bar.Min + (bar.Max < bar.Min ? -steps : steps));
+}
+
+void FormWin32::SyncScrollBar(const HScrollBar& bar, HWND window) {
+  SCROLLINFO info = {};
+  info.cbSize = sizeof info;
+  info.fMask = SIF_ALL;
+  // The thumb is as wide as a large step.
+  info.nMax = std::abs(bar.Max - bar.Min) + bar.LargeChange - 1;
+  info.nPage = static_cast<UINT>(bar.LargeChange);
+  info.nPos = std::abs(bar.Value() - bar.Min);
+  SetScrollInfo(window, SB_CTL, &info, TRUE);
+}
+
+void FormWin32::OnNotify(const NMHDR& header) {
+  if (updating_ > 0 || header.code != static_cast<UINT>(TCN_SELCHANGE)) return;
+  Control* const control = ControlOf(header.hwndFrom);
+  if (!control || control->kind() != ControlKind::kTabStrip) return;
+  static_cast<TabStrip*>(control)->UserSelectTab(
+      static_cast<int>(SendMessageW(header.hwndFrom, TCM_GETCURSEL, 0, 0)) + 1);
 }
 
 void FormWin32::OnCommand(int id, int notification, HWND from) {
@@ -370,16 +571,16 @@ void FormWin32::OnCommand(int id, int notification, HWND from) {
       break;
     case ControlKind::kListBox:
       if (notification == LBN_SELCHANGE) {
-        static_cast<ItemList*>(control)->UserSelectRow(
-            static_cast<int>(SendMessageW(from, LB_GETCURSEL, 0, 0)));
+        ListOf(*control)->SelectionChanged();
       } else if (notification == LBN_SETFOCUS) {
         control->UserFocus();
       }
       break;
     case ControlKind::kComboBox:
       if (notification == CBN_SELCHANGE) {
-        static_cast<ItemList*>(control)->UserSelectRow(
-            static_cast<int>(SendMessageW(from, CB_GETCURSEL, 0, 0)));
+        ListOf(*control)->SelectionChanged();
+      } else if (notification == CBN_DROPDOWN) {
+        ListOf(*control)->DroppingDown();
       } else if (notification == CBN_EDITCHANGE) {
         static_cast<ComboBox*>(control)->UserEdit(WindowText(from));
       } else if (notification == CBN_SETFOCUS) {
@@ -403,14 +604,14 @@ void FormWin32::Report() {
   GetWindowRect(window_, &outer);
   GetClientRect(window_, &inner);
   PlaceStatusBar();
-  form_.PeerPlaced({desktop_.TwipsX(outer.left), desktop_.TwipsY(outer.top),
-                    desktop_.TwipsX(outer.right - outer.left),
-                    desktop_.TwipsY(outer.bottom - outer.top)},
-                   {desktop_.TwipsX(inner.right), desktop_.TwipsY(inner.bottom)},
-                   // Unseen, the form's state waits for the form to be shown.
-                   !IsWindowVisible(window_) ? form_.State()
-                   : IsZoomed(window_)       ? WindowState::kMaximised
-                                             : WindowState::kNormal);
+  form_.PeerPlaced(
+      {desktop_.TwipsX(outer.left), desktop_.TwipsY(outer.top),
+       desktop_.TwipsX(outer.right - outer.left), desktop_.TwipsY(outer.bottom - outer.top)},
+      {desktop_.TwipsX(inner.right), desktop_.TwipsY(inner.bottom)},
+      // Unseen, the form's state waits for the form to be shown.
+      !IsWindowVisible(window_) ? form_.State()
+      : IsZoomed(window_)       ? WindowState::kMaximised
+                                : WindowState::kNormal);
 }
 
 void FormWin32::CaptionChanged() { SetWindowTextW(window_, Wide(form_.Caption())); }
@@ -433,13 +634,31 @@ void FormWin32::Show(bool visible) {
     return;
   }
   switch (form_.State()) {
-    case WindowState::kNormal: ShowWindow(window_, SW_SHOWNORMAL); break;
-    case WindowState::kMinimised: ShowWindow(window_, SW_SHOWMINIMIZED); break;
-    case WindowState::kMaximised: ShowWindow(window_, SW_SHOWMAXIMIZED); break;
+    case WindowState::kNormal:
+      ShowWindow(window_, SW_SHOWNORMAL);
+      break;
+    case WindowState::kMinimised:
+      ShowWindow(window_, SW_SHOWMINIMIZED);
+      break;
+    case WindowState::kMaximised:
+      ShowWindow(window_, SW_SHOWMAXIMIZED);
+      break;
   }
-  if (hasFields_ && GetFocus() == window_) {
-    if (const HWND first = GetNextDlgTabItem(window_, nullptr, FALSE)) SetFocus(first);
+  if (hasFields_ && GetFocus() == window_) FocusFirst();
+}
+
+// The focus does not stay with what nobody sees: from a page it goes to the tabs.
+void FormWin32::LeaveHidden(const Control& hidden) {
+  const TabStrip* const tabs = StripOf(hidden);
+  if (tabs && WindowOf(*tabs)) {
+    SetFocus(WindowOf(*tabs));
+  } else {
+    SetFocus(GetNextDlgTabItem(window_, WindowOf(hidden), FALSE));
   }
+}
+
+void FormWin32::FocusFirst() {
+  if (const HWND first = GetNextDlgTabItem(window_, nullptr, FALSE)) SetFocus(first);
 }
 
 void FormWin32::CreateWithContainer(Control& control) {
@@ -486,14 +705,20 @@ void FormWin32::CreateControl(Control& control, int id) {
       break;
     case ControlKind::kListBox:
       className = L"LISTBOX";
-      style |= LBS_NOTIFY | WS_VSCROLL | LBS_NOINTEGRALHEIGHT;
-      if (static_cast<ListBox&>(control).MultiSelect) style |= LBS_EXTENDEDSEL;
+      style |= ListWin32::StyleOf(static_cast<ListBox&>(control));
       exStyle = WS_EX_CLIENTEDGE;
       break;
     case ControlKind::kComboBox:
       className = L"COMBOBOX";
       style |= WS_VSCROLL | CBS_AUTOHSCROLL;
       style |= static_cast<ComboBox&>(control).Editable ? CBS_DROPDOWN : CBS_DROPDOWNLIST;
+      break;
+    case ControlKind::kHScrollBar:
+      className = L"SCROLLBAR";
+      style |= SBS_HORZ;
+      break;
+    case ControlKind::kTabStrip:
+      className = WC_TABCONTROLW;
       break;
     case ControlKind::kStatusBar:
       className = STATUSCLASSNAMEW;
@@ -509,13 +734,17 @@ void FormWin32::CreateControl(Control& control, int id) {
   if (control.container()) {
     if (const HWND outer = WindowOf(*control.container())) parent = outer;
   }
-  const HWND child = CreateWindowExW(
-      exStyle, className, Wide(control.Caption()), style, 0, 0, 0, 0, parent,
-      reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+  const HWND child = CreateWindowExW(exStyle, className, Wide(control.Caption()), style, 0, 0, 0, 0,
+                                     parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+                                     GetModuleHandleW(nullptr), nullptr);
   if (!child) throw RuntimeError(7, u"Out of memory");
   windows_[&control] = child;
   if (control.kind() == ControlKind::kFrame || control.kind() == ControlKind::kPictureBox) {
     SetWindowSubclass(child, ContainerEntry, 0, reinterpret_cast<DWORD_PTR>(this));
+  }
+  if (control.kind() == ControlKind::kListBox || control.kind() == ControlKind::kComboBox) {
+    lists_[&control] =
+        std::make_unique<ListWin32>(desktop_, static_cast<ItemList&>(control), child);
   }
   hasFields_ = hasFields_ || field;
   PlaceControl(control, child);
@@ -549,7 +778,8 @@ void FormWin32::CreateMenus() {
     const Menu* const parent = static_cast<const Menu*>(control)->parent();
     // A hidden top-level menu is no reason for a bar, nor is what lies in it.
     if (!parent && !HasMenuBar(form_)) continue;
-    if (!menus_.contains(parent)) menus_[parent] = UniqueMenu(parent ? CreatePopupMenu() : CreateMenu());
+    if (!menus_.contains(parent))
+      menus_[parent] = UniqueMenu(parent ? CreatePopupMenu() : CreateMenu());
   }
   for (const auto& [parent, menu] : menus_) FillMenu(parent);
   const auto bar = menus_.find(nullptr);
@@ -563,8 +793,7 @@ void FormWin32::CreateMenus() {
   const int missing = desktop_.PixelsY(form_.Design.height) - inner.bottom;
   if (missing != 0) {
     SetWindowPos(window_, nullptr, 0, 0, outer.right - outer.left,
-                 outer.bottom - outer.top + missing,
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+                 outer.bottom - outer.top + missing, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
   }
 }
 
@@ -610,8 +839,8 @@ void FormWin32::SyncMenuCaption(const Menu& entry) {
 
 void FormWin32::SyncTimer(Timer& timer) {
   const auto& controls = form_.controls();
-  const auto id = static_cast<UINT_PTR>(
-      std::find(controls.begin(), controls.end(), &timer) - controls.begin());
+  const auto id =
+      static_cast<UINT_PTR>(std::find(controls.begin(), controls.end(), &timer) - controls.begin());
   if (timer.Enabled() && timer.Interval() > 0) {
     SetTimer(window_, id, static_cast<UINT>(timer.Interval()), nullptr);
   } else {
@@ -640,6 +869,7 @@ void FormWin32::ControlChanged(Control& control, Property property) {
       PlaceControl(control, child);
       break;
     case Property::kVisible:
+      if (!control.Visible() && IsChild(child, GetFocus())) LeaveHidden(control);
       ShowWindow(child, control.Visible() ? SW_SHOWNA : SW_HIDE);
       break;
     case Property::kEnabled:
@@ -649,10 +879,11 @@ void FormWin32::ControlChanged(Control& control, Property property) {
       SetWindowTextW(child, Wide(control.Caption()));
       break;
     case Property::kFont:
-      SendMessageW(child, WM_SETFONT,
-                   reinterpret_cast<WPARAM>(
-                       desktop_.fonts().Get(control.Font(), desktop_.Dpi().height)),
-                   TRUE);
+      SendMessageW(
+          child, WM_SETFONT,
+          reinterpret_cast<WPARAM>(desktop_.fonts().Get(control.Font(), desktop_.Dpi().height)),
+          TRUE);
+      if (ListWin32* const list = ListOf(control)) list->SyncRowHeight();
       break;
     case Property::kValue:
       if (control.kind() == ControlKind::kCheckBox) {
@@ -661,11 +892,21 @@ void FormWin32::ControlChanged(Control& control, Property property) {
       } else if (control.kind() == ControlKind::kOptionButton) {
         const bool value = static_cast<OptionButton&>(control).Value();
         SendMessageW(child, BM_SETCHECK, value ? BST_CHECKED : BST_UNCHECKED, 0);
+      } else if (control.kind() == ControlKind::kHScrollBar) {
+        SyncScrollBar(static_cast<HScrollBar&>(control), child);
+      } else if (ListWin32* const list = ListOf(control)) {
+        list->SyncTicks();
       }
       break;
+    case Property::kColor:
+    case Property::kPicture:
+      if (control.kind() == ControlKind::kPictureBox) InvalidateRect(child, nullptr, FALSE);
+      break;
     case Property::kItems:
-      if (control.kind() == ControlKind::kListBox || control.kind() == ControlKind::kComboBox) {
-        SyncItems(static_cast<ItemList&>(control), child);
+      if (ListWin32* const list = ListOf(control)) {
+        list->SyncItems();
+      } else if (control.kind() == ControlKind::kTabStrip) {
+        SyncTabs(static_cast<TabStrip&>(control), child);
       }
       break;
     case Property::kSelection:
@@ -683,19 +924,6 @@ void FormWin32::ControlChanged(Control& control, Property property) {
   --updating_;
 }
 
-void FormWin32::SyncItems(ItemList& list, HWND child) {
-  const bool combo = list.kind() == ControlKind::kComboBox;
-  SendMessageW(child, WM_SETREDRAW, FALSE, 0);
-  SendMessageW(child, combo ? CB_RESETCONTENT : LB_RESETCONTENT, 0, 0);
-  for (int row = 0; row < list.ListCount(); ++row) {
-    SendMessageW(child, combo ? CB_ADDSTRING : LB_ADDSTRING, 0,
-                 reinterpret_cast<LPARAM>(Wide(list.List(row))));
-  }
-  SyncSelection(list, child);
-  SendMessageW(child, WM_SETREDRAW, TRUE, 0);
-  InvalidateRect(child, nullptr, TRUE);
-}
-
 void FormWin32::SyncSelection(Control& control, HWND child) {
   switch (control.kind()) {
     case ControlKind::kTextBox: {
@@ -705,23 +933,13 @@ void FormWin32::SyncSelection(Control& control, HWND child) {
       break;
     }
     case ControlKind::kComboBox:
-      SendMessageW(child, CB_SETCURSEL,
-                   static_cast<WPARAM>(static_cast<const ItemList&>(control).ListIndex()), 0);
-      if (static_cast<const ComboBox&>(control).Editable) {
-        SetWindowTextW(child, Wide(control.Caption()));
-      }
+    case ControlKind::kListBox:
+      ListOf(control)->SyncSelection();
       break;
-    case ControlKind::kListBox: {
-      const auto& list = static_cast<const ListBox&>(control);
-      if (!list.MultiSelect) {
-        SendMessageW(child, LB_SETCURSEL, static_cast<WPARAM>(list.ListIndex()), 0);
-        break;
-      }
-      for (int row = 0; row < list.ListCount(); ++row) {
-        SendMessageW(child, LB_SETSEL, list.Selected(row), row);
-      }
+    case ControlKind::kTabStrip:
+      SendMessageW(child, TCM_SETCURSEL,
+                   static_cast<WPARAM>(static_cast<TabStrip&>(control).SelectedItem() - 1), 0);
       break;
-    }
     default:
       break;
   }
@@ -739,7 +957,7 @@ void FormWin32::Invalidate(const Box& area) {
     }
     RECT within = pixels;
     MapWindowPoints(window_, child, reinterpret_cast<POINT*>(&within), 2);
-    InvalidateRect(child, &within, TRUE);
+    InvalidateRect(child, &within, control->kind() == ControlKind::kFrame);
   }
 }
 
@@ -766,6 +984,7 @@ void FormWin32::Close() {
     while (GetMenuItemCount(menu.get()) > 0) RemoveMenu(menu.get(), 0, MF_BYPOSITION);
   }
   menus_.clear();
+  lists_.clear();
   DestroyWindow(std::exchange(window_, nullptr));
   windows_.clear();
   WakeLoop();
@@ -792,6 +1011,11 @@ float FormWin32::TwipsAtY(LPARAM position) const {
 HWND FormWin32::WindowOf(const Control& control) const {
   const auto found = windows_.find(&control);
   return found == windows_.end() ? nullptr : found->second;
+}
+
+ListWin32* FormWin32::ListOf(const Control& control) const {
+  const auto found = lists_.find(&control);
+  return found == lists_.end() ? nullptr : found->second.get();
 }
 
 Control* FormWin32::ControlOf(HWND window) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <vector>
 
 #include "platform/Desktop.h"
@@ -8,6 +9,7 @@
 #include "platform/forms/Form.h"
 #include "platform/win32/CanvasWin32.h"
 #include "platform/win32/Handle.h"
+#include "platform/win32/ListWin32.h"
 
 namespace marl::win32 {
 
@@ -43,18 +45,34 @@ class FormWin32 : public FormPeer {
   /// Moves the focus if the message is the access key of one of the form's labels, which have no
   /// window that the dialog manager could look at.
   bool TakeAccessKey(const MSG& message);
+  /// Hands a key to a form that looks at keys first, then to its tabs (Ctrl+Tab, Ctrl+Page Down).
+  /// True when it is dealt with; the form may be gone then.
+  bool PreviewKey(const MSG& message);
   /// True when keys go through the dialog manager: there is a control that can have the focus.
   bool hasFields() const { return hasFields_; }
 
  private:
   static LRESULT CALLBACK Entry(HWND window, UINT message, WPARAM w, LPARAM l) noexcept;
-  static LRESULT CALLBACK ContainerEntry(HWND window, UINT message, WPARAM w, LPARAM l,
-                                         UINT_PTR id, DWORD_PTR peer) noexcept;
+  static LRESULT CALLBACK ContainerEntry(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
+                                         DWORD_PTR peer) noexcept;
   LRESULT OnMessage(UINT message, WPARAM w, LPARAM l);
   void OnPaint();
-  void PaintContainer(HWND container);
+  template <typename Paint>
+  void PaintBuffered(HWND window, Paint paint);
+  void PaintFrame(HWND frame);
+  void PaintPictureBox(const PictureBox& box, HDC context);
+  void EraseContainer(HWND container, HDC context);
+  LRESULT ColorControl(HDC context, HWND child);
+  /// The brush behind what stands in a container, or null where it is the plain one; its pattern
+  /// starts at `origin`, in the container's pixels.
+  HBRUSH BackgroundIn(const Control* container, POINT& origin) const;
+  void CreatePages();
+  void OnScroll(HScrollBar& bar, int code);
+  void OnNotify(const NMHDR& header);
   void OnCommand(int id, int notification, HWND from);
   void Report();
+  void FocusFirst();
+  void LeaveHidden(const Control& hidden);
   void CreateWithContainer(Control& control);
   void CreateControl(Control& control, int id);
   void PlaceControl(const Control& control, HWND window);
@@ -64,12 +82,13 @@ class FormWin32 : public FormPeer {
   void FillMenu(const Menu* parent);
   void SyncMenuCaption(const Menu& entry);
   void SyncTimer(Timer& timer);
-  void SyncItems(ItemList& list, HWND window);
+  void SyncScrollBar(const HScrollBar& bar, HWND window);
   void SyncSelection(Control& control, HWND window);
   bool IsOverLink() const;
   float TwipsAtX(LPARAM position) const;
   float TwipsAtY(LPARAM position) const;
   HWND WindowOf(const Control& control) const;
+  ListWin32* ListOf(const Control& control) const;
   Control* ControlOf(HWND window) const;
   Menu* MenuOf(int id) const;
 
@@ -77,6 +96,8 @@ class FormWin32 : public FormPeer {
   Form& form_;
   HWND window_ = nullptr;
   std::map<const Control*, HWND> windows_;
+  std::map<const Control*, std::unique_ptr<ListWin32>> lists_;
+  std::map<const Control*, UniqueBrush> pages_;  ///< backgrounds of the pages of tab strips
   /// The native menu of each entry that has one, and under null the menu bar.
   std::map<const Menu*, UniqueMenu> menus_;
   bool hasFields_ = false;

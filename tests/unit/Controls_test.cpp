@@ -207,6 +207,19 @@ TEST_F(Controls, AnAccessKeySelectsItsTab) {
   EXPECT_FALSE(form.UserTabKey(u'g'));
 }
 
+TEST_F(Controls, TabsAreWalkedRoundTheEnd) {
+  EXPECT_FALSE(form.UserNextTab(1));
+  TabStrip tabs(form, "tab");
+  EXPECT_FALSE(form.UserNextTab(1));
+  for (const TextView caption : {u"a", u"b", u"c"}) tabs.AddPart({Text(caption), u"", u""});
+  EXPECT_TRUE(form.UserNextTab(-1));
+  EXPECT_EQ(tabs.SelectedItem(), 3);
+  EXPECT_TRUE(form.UserNextTab(1));
+  EXPECT_EQ(tabs.SelectedItem(), 1);
+  EXPECT_TRUE(form.UserNextTab(1));
+  EXPECT_EQ(tabs.SelectedItem(), 2);
+}
+
 TEST_F(Controls, ALabelOnAPictureIsHitWhileThePictureIsSeen) {
   PictureBox outer(form, "pic");
   outer.SetBounds({300, 300, 3000, 1500});

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/forms/Controls.h"
+#include "platform/win32/Handle.h"
+
+namespace marl::win32 {
+
+class DesktopWin32;
+
+/// The native list of a list box or of a drop-down list. It outlives neither.
+class ListWin32 {
+ public:
+  /// Style of the native list box that shows this one.
+  static DWORD StyleOf(const ListBox& list);
+
+  ListWin32(DesktopWin32& desktop, ItemList& list, HWND window);
+  ~ListWin32();
+  ListWin32(const ListWin32&) = delete;
+  ListWin32& operator=(const ListWin32&) = delete;
+
+  /// Brings the rows up to date: only those between the first and the last that differ.
+  void SyncItems();
+  void SyncSelection();
+  void SyncTicks() { InvalidateRect(window_, nullptr, FALSE); }
+  /// Makes the rows of a list with check boxes as high as font and boxes ask for.
+  void SyncRowHeight();
+  /// The user selected a row or several.
+  void SelectionChanged();
+  /// A drop-down list is about to open: it gets as wide as its widest row.
+  void DroppingDown();
+  /// Paints a row of a list with check boxes (WM_DRAWITEM).
+  void DrawRow(const DRAWITEMSTRUCT& item);
+
+ private:
+  static LRESULT CALLBACK Entry(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
+                                DWORD_PTR list) noexcept;
+  bool drop() const { return list_.kind() == ControlKind::kComboBox; }
+  LRESULT Send(UINT message, WPARAM w, LPARAM l) const {
+    return SendMessageW(window_, message, w, l);
+  }
+  int Scaled(int pixels) const;
+  Size BoxSize() const;
+  void DrawBox(HDC context, RECT area, bool ticked) const;
+  /// The row whose check box is at the point, or -1.
+  int RowOfBoxAt(LPARAM position) const;
+
+  DesktopWin32& desktop_;
+  ItemList& list_;
+  HWND window_;
+  std::vector<Text> shown_;  ///< the rows as the native list has them
+};
+
+}  // namespace marl::win32

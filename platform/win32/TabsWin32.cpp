@@ -1,0 +1,66 @@
+#include "platform/win32/TabsWin32.h"
+
+#include <commctrl.h>
+#include <uxtheme.h>
+#include <vssym32.h>
+#include <windows.h>
+
+#include "platform/forms/Form.h"
+
+namespace marl::win32 {
+
+void SyncTabs(const TabStrip& tabs, HWND window) {
+  SendMessageW(window, TCM_DELETEALLITEMS, 0, 0);
+  for (int tab = 1; tab <= tabs.PartCount(); ++tab) {
+    TCITEMW item = {};
+    item.mask = TCIF_TEXT;
+    item.pszText = const_cast<wchar_t*>(Wide(tabs.Part(tab).Caption));
+    SendMessageW(window, TCM_INSERTITEMW, static_cast<WPARAM>(tab - 1),
+                 reinterpret_cast<LPARAM>(&item));
+  }
+  SendMessageW(window, TCM_SETCURSEL, static_cast<WPARAM>(tabs.SelectedItem() - 1), 0);
+}
+
+const TabStrip* StripOf(const Control& box) {
+  for (const Control* control : box.form().controls()) {
+    const Box& around = control->bounds();
+    if (control->kind() == ControlKind::kTabStrip && control->container() == box.container() &&
+        box.Left() >= around.left && box.Top() >= around.top &&
+        box.Left() + box.Width() <= around.left + around.width &&
+        box.Top() + box.Height() <= around.top + around.height) {
+      return static_cast<const TabStrip*>(control);
+    }
+  }
+  return nullptr;
+}
+
+UniqueBrush PageBackground(Size size) {
+  const HTHEME theme = OpenThemeData(nullptr, L"TAB");
+  if (!theme) return {};
+  UniqueBrush brush;
+  const HDC screen = GetDC(nullptr);
+  {
+    const UniqueContext memory(CreateCompatibleDC(screen));
+    const UniqueBitmap bitmap(CreateCompatibleBitmap(screen, size.width, size.height));
+    const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
+    const RECT area = {0, 0, size.width, size.height};
+    FillRect(memory.get(), &area, GetSysColorBrush(COLOR_BTNFACE));
+    const HRESULT painted = DrawThemeBackground(theme, memory.get(), TABP_BODY, 0, &area, nullptr);
+    SelectObject(memory.get(), before);
+    if (SUCCEEDED(painted)) brush = UniqueBrush(CreatePatternBrush(bitmap.get()));
+  }
+  ReleaseDC(nullptr, screen);
+  CloseThemeData(theme);
+  return brush;
+}
+
+void FillWith(HDC context, const RECT& area, HBRUSH brush, POINT origin) {
+  // A pattern starts in the device's coordinates.
+  LPtoDP(context, &origin, 1);
+  POINT before;
+  SetBrushOrgEx(context, origin.x, origin.y, &before);
+  FillRect(context, &area, brush);
+  SetBrushOrgEx(context, before.x, before.y, nullptr);
+}
+
+}  // namespace marl::win32
