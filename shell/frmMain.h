@@ -103,6 +103,7 @@ class frmMain : public Form, public HookedForm {
   void mnuToolsApp(int index);
   void mnuToolsQACheck();
   void mnuToolsCommentReport();
+  void mnuToolsOptions();
   void mnuHelpContents();
   void mnuHelpTutorial();
   void mnuHelpAbout();
@@ -154,6 +155,9 @@ class frmMain : public Form, public HookedForm {
 
   /// Shows the display settings modally above `owner` and applies them unless they were cancelled.
   void ShowDisplaySettings(Form& owner);
+  void ToggleContextMenu(bool enabled);
+  void ShowLanSettings(Form& owner);
+  void ShowSegmentationRules(Form& owner);
 
   bool Ask(int question) const;
   Text Setting(TextView key, TextView default_) const;

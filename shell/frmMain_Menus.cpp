@@ -75,7 +75,7 @@ const std::vector<TopEntry>& MenuBar() {
         {"mnuToolsQACheck", 1508, Ctrl('K'), &F::mnuToolsQACheck},
         {"mnuToolsCommentReport", 1509, Ctrl('J'), &F::mnuToolsCommentReport},
         {"mnuToolsSeparator", kSeparator},
-        {"mnuToolsOptions", 1506, ShiftF(6)}}},
+        {"mnuToolsOptions", 1506, ShiftF(6), &F::mnuToolsOptions}}},
       {"mnuHelp",
        1600,
        {{"mnuHelpContents", 1601, {kKeyF1}, &F::mnuHelpContents},

@@ -39,12 +39,23 @@ struct MemoryRegistryStore::Node {
   std::weak_ptr<Node> parent;
   std::map<Text, std::shared_ptr<Node>> children;
   std::vector<Value> values;
+  std::map<Text, std::size_t> places;  ///< of the values, by their folded names
   bool deleted = false;
 
   std::vector<Value>::iterator Find(const NarrowText& wanted) {
-    const Text folded = Folded(Name(wanted));
-    return std::find_if(values.begin(), values.end(),
-                        [&](const Value& value) { return Folded(value.name) == folded; });
+    const auto found = places.find(Folded(Name(wanted)));
+    return found == places.end() ? values.end()
+                                 : values.begin() + static_cast<std::ptrdiff_t>(found->second);
+  }
+  void Add(Value value) {
+    places[Folded(value.name)] = values.size();
+    values.push_back(std::move(value));
+  }
+  void Erase(std::vector<Value>::iterator value) {
+    const auto at = static_cast<std::size_t>(value - values.begin());
+    places.erase(Folded(value->name));
+    values.erase(value);
+    for (auto& entry : places) entry.second -= entry.second > at ? 1 : 0;
   }
 
   static std::shared_ptr<Node> Child(const std::shared_ptr<Node>& parent, const NarrowText& name) {
@@ -94,8 +105,8 @@ void MemoryRegistryStore::Plant(KeyHandle root, const NarrowText& path, const Na
   std::shared_ptr<Node> node;
   if (Walk(root, path, true, node) != kOk) return;
   const auto value = node->Find(name);
-  if (value != node->values.end()) node->values.erase(value);
-  node->values.push_back({Name(name), kind, data});
+  if (value != node->values.end()) node->Erase(value);
+  node->Add({Name(name), kind, data});
 }
 
 Status MemoryRegistryStore::Find(KeyHandle key, Opened& out) const {
@@ -193,6 +204,7 @@ Status MemoryRegistryStore::DeleteKey(KeyHandle key, const NarrowText& path) {
   if (!parent || node == roots_[kClassesRoot] || !node->children.empty()) return kAccessDenied;
   parent->children.erase(Folded(node->name));
   node->values.clear();
+  node->places.clear();
   node->deleted = true;
   return kOk;
 }
@@ -220,7 +232,7 @@ Status MemoryRegistryStore::SetValue(KeyHandle key, const NarrowText& name, std:
   if (IsTextKind(kind) && !stored.empty() && stored.back() != '\0') stored += '\0';
   const auto value = node->Find(cut);
   if (value == node->values.end()) {
-    node->values.push_back({cut, kind, std::move(stored)});
+    node->Add({cut, kind, std::move(stored)});
   } else {
     value->kind = kind;
     value->data = std::move(stored);
@@ -233,7 +245,7 @@ Status MemoryRegistryStore::DeleteValue(KeyHandle key, const NarrowText& name) {
   if (const Status status = Find(key, kKeySetValue, node); status != kOk) return status;
   const auto value = node->Find(name);
   if (value == node->values.end()) return kFileNotFound;
-  node->values.erase(value);
+  node->Erase(value);
   return kOk;
 }
 

@@ -45,6 +45,33 @@ TEST_F(ContextMenuState, WithoutAClassTheExtensionStandsForItself) {
   EXPECT_FALSE(Enabled()) << "the class counts where there is one";
 }
 
+TEST_F(ContextMenuState, AnEmptyClassLeadsNowhere) {
+  Put(".rtf", "");
+  Put(NarrowText(".rtf") + kEntry, "x");
+  EXPECT_FALSE(Enabled()) << "the class is there and is the empty text";
+  Put(kEntry, "x");
+  EXPECT_FALSE(Enabled());
+}
+
+TEST_F(ContextMenuState, ForeignKindsCountAsTheTextThatTheyMake) {
+  Put(".rtf", "Word.RTF.8");
+  store.Plant(kClassesRoot, NarrowText("Word.RTF.8") + kEntry, "", kRegDword, NarrowText(4, '\0'));
+  EXPECT_TRUE(Enabled()) << "a number's text is not empty";
+  store.Plant(kClassesRoot, NarrowText("Word.RTF.8") + kEntry, "", kRegBinary, "");
+  EXPECT_FALSE(Enabled());
+  store.Plant(kClassesRoot, ".rtf", "", kRegDword, NarrowText("\5\0\0\0", 4));
+  EXPECT_FALSE(Enabled());
+  Put(NarrowText("5") + kEntry, "x");
+  EXPECT_TRUE(Enabled());
+}
+
+TEST_F(ContextMenuState, TheEntryIsLookedForBelowTheClassesOfTheMachineToo) {
+  store.Plant(kLocalMachine, "Software\\Classes\\.rtf", "", kRegSz, NarrowText("C\0", 2));
+  store.Plant(kLocalMachine, NarrowText("Software\\Classes\\C") + kEntry, "", kRegSz,
+              NarrowText("x\0", 2));
+  EXPECT_TRUE(Enabled());
+}
+
 TEST_F(ContextMenuState, AnEntryAddedInAnotherLanguageReadsAsAbsent) {
   Put(".rtf", "Word.RTF.8");
   Put(NarrowText("Word.RTF.8") + kEntry, "x");

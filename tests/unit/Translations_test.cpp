@@ -85,6 +85,7 @@ const std::vector<Neighbours>& AllNeighbours() {
       {"options, LAN", {4013, 4014, 4015, 4017, 4016, 20000, 20001}},
       // The buttons of this page are not translated: "&Add", "&Remove", "&Clear".
       {"options, hidden segments", {4013, 4014, 4015, 4017, 20000, 20001}, u"ARC"},
+      {"segmentation rules", {30020, 30021, 30022, 30023, 20000, 20001}},
       {"wizard mode", {5001, 5002}},
       {"LAN settings", {5011, 5012, 5013, 5014, 5015, 5016, 5017}},
       {"about", {3025, 3026}},

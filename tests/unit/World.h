@@ -45,6 +45,7 @@ struct World {
   MemoryFileDialogs fileDialogs;
   MemoryColorDialog colorDialog;
   MemoryFontList fontList;
+  RegistryStore* otherRegistry = nullptr;  ///< what the program gets in place of `registry`
   std::unique_ptr<Application> application;
 
   World() {
@@ -54,9 +55,11 @@ struct World {
   }
 
   Platform platform() {
-    return {desktop, files, settings, shell,    process, components, strings, locales,
-            icons,   pictures, registry, hooks, tray,    tips,       profile, fileDialogs,
-            colorDialog, fontList};
+    return {desktop, files,    settings,   shell,
+            process, components, strings,  locales,
+            icons,   pictures, otherRegistry ? *otherRegistry : registry,
+            hooks,   tray,     tips,       profile,
+            fileDialogs, colorDialog, fontList};
   }
 
   /// Runs the program until nothing happens any more. Returns its exit code.

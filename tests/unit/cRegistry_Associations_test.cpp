@@ -133,6 +133,38 @@ TEST_F(Associations, ACommandWithTwoPercentSignsIsExpandable) {
   EXPECT_EQ(store.written[7].kind, kRegExpandSz);
 }
 
+TEST_F(Associations, OneOrTwoPercentSignsSideBySideStayPlain) {
+  const struct {
+    const char16_t* exe;
+    std::uint32_t kind;
+  } cases[] = {{u"C:\\100%.exe", kRegExpandSz},  // with the one of the argument it is a pair
+               {u"C:\\T.exe", kRegSz}};
+  for (const auto& c : cases) {
+    store.written.clear();
+    Create({.exe = c.exe, .icon = 0});
+    EXPECT_EQ(store.written[6].kind, c.kind);
+    EXPECT_EQ(store.written[8].kind, kRegSz) << "the icon has no argument";
+  }
+}
+
+TEST_F(Associations, EachMenuEntryStandsForItself) {
+  Create({.supportPrint = true});
+  EXPECT_EQ(Read(kClassesRoot, u"Oru.Tool\\shell\\print\\command"),
+            u"\"C:\\Suite\\Tool.exe\" /p \"%1\"");
+  EXPECT_EQ(Read(kClassesRoot, u"Oru.Tool\\shell\\add"), u"(none)");
+  EXPECT_EQ(Read(kClassesRoot, u"Oru.Tool\\shell\\new"), u"(none)");
+  Create({.supportNew = true, .icon = -2});
+  EXPECT_EQ(Read(kClassesRoot, u"Oru.Tool\\shell\\new\\command"),
+            u"\"C:\\Suite\\Tool.exe\" /n \"%1\"");
+  EXPECT_EQ(Read(kClassesRoot, u"Oru.Tool\\DefaultIcon"), u"(none)") << "only above -1";
+}
+
+TEST_F(Associations, WhatIsThereAlreadyIsOverwritten) {
+  Create({.open = u"First"});
+  Create({.open = u"Second"});
+  EXPECT_EQ(Read(kClassesRoot, u"Oru.Tool\\shell\\open"), u"Second");
+}
+
 TEST_F(Associations, TheFieldsAsTheyStandAfterwards) {
   registry.ValueKey = u"some value";
   registry.valueType = 4;
@@ -180,6 +212,40 @@ TEST_F(AdditionalAssociations, ItemsThatAreNoTriplesWriteNothing) {
     registry.CreateAdditionalEXEAssociations(u"Oru.Tool", {six.begin(), six.begin() + count});
     EXPECT_TRUE(store.written.empty()) << count;
   }
+}
+
+// The class is looked for below the root that is set: after a file type has been written that is
+// the machine's, which has no classes at its top.
+TEST_F(AdditionalAssociations, RightAfterAFileTypeWasMadeTheClassIsNotFound) {
+  Create({});
+  store.written.clear();
+  registry.CreateAdditionalEXEAssociations(u"Oru.Tool", six);
+  EXPECT_TRUE(store.written.empty());
+  registry.ClassKey = kClassesRoot;
+  registry.CreateAdditionalEXEAssociations(u"Oru.Tool", six);
+  EXPECT_EQ(store.written.size(), 8u);
+}
+
+TEST_F(AdditionalAssociations, AClassOfTheMachineAloneIsSeenFromTheClasses) {
+  registry.ClassKey = kLocalMachine;
+  registry.SectionKey = u"SOFTWARE\\Classes\\Oru.Other";
+  ASSERT_TRUE(registry.CreateKey());
+  registry.ClassKey = kClassesRoot;
+  registry.CreateAdditionalEXEAssociations(u"Oru.Other", six);
+  EXPECT_EQ(store.written.size(), 8u);
+}
+
+TEST_F(AdditionalAssociations, ARootThatRefusesLeavesTheOtherToBeTried) {
+  store.refusedRoot = kClassesRoot;
+  registry.CreateAdditionalEXEAssociations(u"Oru.Tool", six);
+  ASSERT_EQ(store.written.size(), 4u);
+  for (const auto& row : store.written) EXPECT_EQ(row.root, kLocalMachine);
+}
+
+TEST_F(AdditionalAssociations, ItemsThatAreNoTextAreConverted) {
+  registry.CreateAdditionalEXEAssociations(
+      u"Oru.Tool", {std::int16_t{1}, RegistryValue(), Bytes{'a', 0, 'b'}});
+  ExpectRows({{"Oru.Tool\\shell\\1", ""}, {"Oru.Tool\\shell\\1\\command", "a"}});
 }
 
 TEST_F(AdditionalAssociations, AMissingClassWritesNothing) {

@@ -1,0 +1,44 @@
+#include "settings/RowEditor.h"
+
+#include <utility>
+
+namespace marl {
+
+RowEditor::RowEditor(ListBox& list, TextBox& field, CommandButton& add, CommandButton& remove,
+                     Text placeholder)
+    : list_(list), field_(field), placeholder_(std::move(placeholder)) {
+  list.Click = [this] { RowClicked(); };
+  field.Change = [this] { FieldChanged(); };
+  add.Click = [this] { AddRow(); };
+  remove.Click = [this] { RemoveSelected(); };
+}
+
+void RowEditor::RowClicked() {
+  const int row = list_.ListIndex();
+  if (row < 0) return;
+  field_.SetText(list_.List(row));
+  field_.Select(0, static_cast<int>(field_.Text().size()));
+  field_.SetFocus();
+}
+
+void RowEditor::FieldChanged() {
+  const int row = list_.ListIndex();
+  if (row >= 0) list_.SetList(row, field_.Text());
+}
+
+void RowEditor::AddRow() {
+  // Selecting a row is a click on it: the field takes the focus, ready for the text.
+  list_.SetSelected(list_.AddItem(placeholder_), true);
+}
+
+void RowEditor::RemoveSelected() {
+  for (int row = 0; row < list_.ListCount();) {
+    if (list_.Selected(row)) {
+      list_.RemoveItem(row);
+    } else {
+      ++row;
+    }
+  }
+}
+
+}  // namespace marl

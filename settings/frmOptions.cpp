@@ -1,0 +1,172 @@
+#include "settings/frmOptions.h"
+
+#include <utility>
+
+#include "settings/cRegistry.h"
+#include "support/Numbers.h"
+#include "support/modI18N.h"
+
+namespace marl {
+
+namespace {
+
+constexpr TextView kExpressionsKey = u"Software\\Oru\\Marl\\HiddenSegments";
+constexpr TextView kExpression = u"RegEx";  // and the number of the row
+
+constexpr int kTitle = 4000;
+constexpr int kOkString = 20000;
+constexpr int kCancelString = 20001;
+constexpr std::array kTabStrings = {4013, 4014, 4015, 4017};
+constexpr std::array kOptionStrings = {4001, 4002, 4003, 4005, 4006, 4008, 4009, 4010, 4011};
+
+constexpr Box kTabs{105, 105, 6765, 4035};
+constexpr Box kPanel{kTabs.left + 75, kTabs.top + 375, kTabs.width - 150, kTabs.height - 450};
+
+cRegistry Expressions(RegistryStore& store) {
+  cRegistry registry(store);
+  registry.ClassKey = kCurrentUser;
+  registry.SectionKey = kExpressionsKey;
+  registry.valueType = kRegSz;
+  registry.Default = Text();
+  return registry;
+}
+
+Text ExpressionName(int row) { return Text(kExpression) + NumberText(row); }
+
+}  // namespace
+
+frmOptions::frmOptions(const Ports& ports, Dialogs dialogs, const Form& mainForm)
+    : Form(ports.desktop, "frmOptions"),
+      ports_(ports),
+      dialogs_(std::move(dialogs)),
+      mainForm_(mainForm) {
+  Design = {6975, 4725};
+  KeyPreview = true;
+  tabOptions.SetBounds(kTabs);
+  for (PictureBox& panel : picTab) {
+    tabOptions.AddPart({});
+    panel.SetBounds(kPanel);
+    panel.SetVisible(&panel == &picTab[0]);
+  }
+
+  // Switchboard.
+  chkOptions[0].SetBounds({120, 120, 6375, 255});
+  chkOptions[1].SetBounds({120, 465, 6375, 255});
+  chkOptions[4].SetBounds({120, 810, 6375, 255});
+  cmdDisplay.SetBounds({120, 1320, 2760, 345});
+  // General.
+  chkOptions[2].SetBounds({120, 120, 6375, 255});
+  chkOptions[3].SetBounds({120, 465, 6375, 255});
+  chkOptions[5].SetBounds({120, 975, 6375, 255});
+  chkOptions[6].SetBounds({120, 1320, 6375, 255});
+  chkOptions[7].SetBounds({120, 1665, 6375, 255});
+  chkOptions[8].SetBounds({120, 2010, 6375, 255});
+  cmdSegmentation.SetBounds({120, 2520, 2760, 345});
+  // LAN settings.
+  cmdLanSettings.SetBounds({120, 120, 2760, 345});
+  // Hidden segments. These texts stay as they are in every language.
+  lblRegEx.SetBounds({120, 120, 6375, 225});
+  lblRegEx.SetCaption(u"Hide segments matching these regular expressions:");
+  lstRegEx.SetBounds({120, 360, 5130, 2610});
+  lstRegEx.MultiSelect = true;
+  txtRegEx.SetBounds({120, 3075, 5130, 315});
+  cmdAddRegEx.SetBounds({5370, 360, 1125, 345});
+  cmdAddRegEx.SetCaption(u"&Add");
+  cmdRemoveRegEx.SetBounds({5370, 795, 1125, 345});
+  cmdRemoveRegEx.SetCaption(u"&Remove");
+  cmdClearRegEx.SetBounds({5370, 1230, 1125, 345});
+  cmdClearRegEx.SetCaption(u"&Clear");
+
+  cmdOK.SetBounds({4530, 4260, 1125, 345});
+  cmdOK.Default = true;
+  cmdCancel.SetBounds({5745, 4260, 1125, 345});
+  cmdCancel.Cancel = true;
+
+  // From the top of each panel to its foot.
+  int place = 0;
+  for (Control* const control : std::initializer_list<Control*>{
+           &tabOptions,     &picTab[0],      &chkOptions[0], &chkOptions[1],   &chkOptions[4],
+           &cmdDisplay,     &picTab[1],      &chkOptions[2], &chkOptions[3],   &chkOptions[5],
+           &chkOptions[6],  &chkOptions[7],  &chkOptions[8], &cmdSegmentation, &picTab[2],
+           &cmdLanSettings, &picTab[3],      &lblRegEx,      &lstRegEx,        &txtRegEx,
+           &cmdAddRegEx,    &cmdRemoveRegEx, &cmdClearRegEx, &cmdOK,           &cmdCancel}) {
+    control->TabIndex = place++;
+  }
+
+  tabOptions.Click = [this] { ShowTab(); };
+  cmdDisplay.Click = [this] { dialogs_.displaySettings(*this); };
+  cmdLanSettings.Click = [this] { dialogs_.lanSettings(*this); };
+  cmdSegmentation.Click = [this] { dialogs_.segmentationRules(*this); };
+  cmdClearRegEx.Click = [this] { lstRegEx.Clear(); };
+  cmdOK.Click = [this] {
+    StoreExpressions();
+    Leave(true);
+  };
+  cmdCancel.Click = [this] { Leave(false); };
+}
+
+void frmOptions::OnLoad() {
+  Accepted = false;
+  ApplyLocaleFont(*this, ports_.locale);
+  SetCaptions();
+  // Halves of a twip go to the even one.
+  Move(CLng(mainForm_.Left() + (mainForm_.Width() - Width()) / 2.0),
+       CLng(mainForm_.Top() + (mainForm_.Height() - Height()) / 2.0));
+  LoadExpressions();
+}
+
+bool frmOptions::OnKeyDown(int key, int) {
+  if (key != kKeyF4) return false;
+  cmdDisplay.Click();
+  return true;
+}
+
+void frmOptions::SetCaptions() {
+  const StringTable& strings = ports_.strings;
+  SetCaption(strings.Get(kTitle));
+  for (std::size_t i = 0; i < kTabStrings.size(); ++i) {
+    tabOptions.SetPartCaption(static_cast<int>(i) + 1, strings.Get(kTabStrings[i]));
+  }
+  for (std::size_t i = 0; i < chkOptions.size(); ++i) {
+    chkOptions[i].SetCaption(strings.Get(kOptionStrings[i]));
+  }
+  cmdDisplay.SetCaption(strings.Get(4012));
+  cmdSegmentation.SetCaption(strings.Get(4004));
+  cmdLanSettings.SetCaption(strings.Get(4016));
+  cmdOK.SetCaption(strings.Get(kOkString));
+  cmdCancel.SetCaption(strings.Get(kCancelString));
+}
+
+void frmOptions::ShowTab() {
+  for (PictureBox& panel : picTab) {
+    panel.SetVisible(panel.index() == tabOptions.SelectedItem() - 1);
+  }
+}
+
+void frmOptions::LoadExpressions() {
+  lstRegEx.Clear();
+  cRegistry registry = Expressions(ports_.registry);
+  for (int n = 1;; ++n) {
+    registry.ValueKey = ExpressionName(n);
+    const Text expression = RegistryText(registry.Value());
+    // A gap and an empty expression end the list alike.
+    if (expression.empty()) return;
+    lstRegEx.AddItem(expression);
+  }
+}
+
+void frmOptions::StoreExpressions() {
+  cRegistry registry = Expressions(ports_.registry);
+  if (registry.KeyExists()) registry.DeleteKey();
+  for (int row = 0; row < lstRegEx.ListCount(); ++row) {
+    registry.ValueKey = ExpressionName(row + 1);
+    registry.Value(lstRegEx.List(row));
+  }
+}
+
+void frmOptions::Leave(bool accepted) {
+  Accepted = accepted;
+  Hide();
+}
+
+}  // namespace marl

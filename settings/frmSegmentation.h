@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/Locale.h"
+#include "platform/RegistryStore.h"
+#include "platform/forms/Controls.h"
+#include "platform/forms/Form.h"
+#include "settings/RowEditor.h"
+#include "support/StringTable.h"
+
+namespace marl {
+
+/// Where text is parted into segments: strings behind which no segment ends although it looks like
+/// it, and strings behind which one always ends. Stands in where the suite's component for these
+/// rules is not installed. Both lists are kept below one key of the registry, as values
+/// `DontSplit1`, ... and `ForceSplit1`, ...; nothing is written before `cmdOK`.
+class frmSegmentation : public Form {
+ public:
+  struct Ports {
+    Desktop& desktop;
+    RegistryStore& registry;
+    const Locale& locale;
+    const StringTable& strings;
+  };
+  explicit frmSegmentation(const Ports& ports);
+
+  Label lblDontSplit{*this, "lblDontSplit"};
+  ListBox lstDontSplit{*this, "lstDontSplit"};
+  TextBox txtDontSplit{*this, "txtDontSplit"};
+  CommandButton cmdAddDontSplit{*this, "cmdAddDontSplit"};
+  CommandButton cmdRemoveDontSplit{*this, "cmdRemoveDontSplit"};
+  Label lblForceSplit{*this, "lblForceSplit"};
+  ListBox lstForceSplit{*this, "lstForceSplit"};
+  TextBox txtForceSplit{*this, "txtForceSplit"};
+  CommandButton cmdAddForceSplit{*this, "cmdAddForceSplit"};
+  CommandButton cmdRemoveForceSplit{*this, "cmdRemoveForceSplit"};
+  CommandButton cmdOK{*this, "cmdOK"};
+  CommandButton cmdCancel{*this, "cmdCancel"};
+
+ protected:
+  void OnLoad() override;
+
+ private:
+  void Store();
+
+  Ports ports_;
+  RowEditor dontSplit_{lstDontSplit, txtDontSplit, cmdAddDontSplit, cmdRemoveDontSplit};
+  RowEditor forceSplit_{lstForceSplit, txtForceSplit, cmdAddForceSplit, cmdRemoveForceSplit};
+};
+
+}  // namespace marl
