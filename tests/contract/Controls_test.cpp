@@ -1,0 +1,473 @@
+// Controls in a real window and in memory: a user does the same, and the form hears the same.
+
+#include "platform/forms/Controls.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/forms/CommonControls.h"
+#include "platform/forms/Form.h"
+#include "platform/memory/MemoryDesktop.h"
+#include "tests/contract/Backends.h"
+#ifdef _WIN32
+#include "platform/win32/DesktopWin32.h"
+
+#include <commctrl.h>
+#endif
+
+namespace marl {
+namespace {
+
+/// Two pages behind tabs: lists and a bar on the first, a picture with a label on the second.
+class PagesForm : public Form {
+ public:
+  explicit PagesForm(Desktop& desktop) : Form(desktop, "frmPages") {
+    Design = {6600, 5400};
+    KeyPreview = true;
+    tabs.SetBounds({120, 120, 6360, 4500});
+    tabs.AddPart({u"&First", u"", u""});
+    tabs.AddPart({u"&Second", u"", u""});
+    first.SetBounds({180, 600, 6240, 3900});
+    second.SetBounds({180, 600, 6240, 3900});
+    second.SetVisible(false);
+    checks.CheckBoxes = true;
+    checks.SetBounds({120, 120, 2400, 2400});
+    for (const TextView row : {u"a", u"b", u"c", u"d"}) checks.AddItem(row);
+    many.MultiSelect = true;
+    many.SetBounds({2700, 120, 2400, 2400});
+    for (const TextView row : {u"a", u"b", u"c", u"d"}) many.AddItem(row);
+    angle.SetBounds({120, 2700, 4800, 255});
+    angle.Max = 359;
+    angle.LargeChange = 30;
+    picture.SetBounds({120, 120, 3000, 1500});
+    label.SetBounds({300, 300, 1500, 300});
+    label.SetCaption(u"Sample");
+
+    tabs.Click = [this] {
+      first.SetVisible(tabs.SelectedItem() == 1);
+      second.SetVisible(tabs.SelectedItem() == 2);
+      Log("tab", tabs.SelectedItem());
+    };
+    checks.ItemCheck = [this](int row) { Log("check", row); };
+    checks.MouseDown = [this] { Log("down", checks.ListIndex()); };
+    checks.MouseMove = [this] { Log("move", checks.ListIndex()); };
+    checks.MouseUp = [this] { Log("up", checks.ListIndex()); };
+    many.Click = [this] { Log("many", many.SelCount()); };
+    angle.Change = [this] { Log("angle", angle.Value()); };
+    label.Click = [this] { Log("label", 0); };
+  }
+
+  TabStrip tabs{*this, "tabs"};
+  PictureBox first{*this, "picTab", 0};
+  PictureBox second{*this, "picTab", 1};
+  ListBox checks{*this, "lstChecks", -1, &first};
+  ListBox many{*this, "lstMany", -1, &first};
+  HScrollBar angle{*this, "hsbAngle", -1, &first};
+  PictureBox picture{*this, "picSample", -1, &second};
+  Label label{*this, "lblSample", -1, &picture};
+  CommandButton ok{*this, "cmdOK"};
+
+  std::vector<std::string> heard;
+
+ protected:
+  bool OnKeyDown(int key, int shift) override {
+    if (key != kKeyF4) return false;
+    Log("key", shift);
+    return true;
+  }
+
+ private:
+  void Log(const char* what, int number) {
+    heard.push_back(std::string(what) + ' ' + std::to_string(number));
+  }
+};
+
+class ControlsContract : public testing::TestWithParam<Backend> {
+ protected:
+  ControlsContract() {
+#ifdef _WIN32
+    if (real()) desktop = std::make_unique<win32::DesktopWin32>();
+#endif
+    if (!desktop) desktop = std::make_unique<MemoryDesktop>();
+    form = std::make_unique<PagesForm>(*desktop);
+    form->Show();
+    desktop->DoEvents();
+    form->heard.clear();
+  }
+  ~ControlsContract() override { form->Unload(); }
+
+  bool real() const { return GetParam() == Backend::kWin32; }
+
+  // What the user does.
+  void Press(int row, bool onBox) {
+#ifdef _WIN32
+    if (real()) return Mouse(form->checks, WM_LBUTTONDOWN, MK_LBUTTON, row, onBox ? 6 : 60);
+#endif
+    if (onBox) form->checks.UserCheck(row);
+    form->checks.UserMouseDown(row);
+  }
+  void MoveTo(int row) {
+#ifdef _WIN32
+    if (real()) return Mouse(form->checks, WM_MOUSEMOVE, MK_LBUTTON, row, 60);
+#endif
+    form->checks.UserMouseMove(row);
+  }
+  void Release(int row) {
+#ifdef _WIN32
+    if (real()) return Mouse(form->checks, WM_LBUTTONUP, 0, row, 60);
+#endif
+    static_cast<void>(row);
+    form->checks.UserMouseUp();
+  }
+  void Space() {
+#ifdef _WIN32
+    if (real()) {
+      PostMessageW(Window(form->checks), WM_KEYDOWN, VK_SPACE, 1);
+      return desktop->DoEvents();
+    }
+#endif
+    form->checks.UserCheck(form->checks.ListIndex());
+  }
+  void SelectMany(int row, bool more) {
+#ifdef _WIN32
+    if (real()) {
+      const WPARAM keys = MK_LBUTTON | (more ? MK_CONTROL : 0);
+      Mouse(form->many, WM_LBUTTONDOWN, keys, row, 60);
+      return Mouse(form->many, WM_LBUTTONUP, more ? MK_CONTROL : 0, row, 60);
+    }
+#endif
+    std::vector<int> rows;
+    for (int i = 0; more && i < form->many.ListCount(); ++i) {
+      if (form->many.Selected(i)) rows.push_back(i);
+    }
+    rows.push_back(row);
+    form->many.UserSelectRows(rows, row);
+  }
+  enum class Step { kLineRight, kPageRight, kPageLeft, kRightEnd, kLeftEnd };
+  void Scroll(Step step) {
+#ifdef _WIN32
+    if (real()) {
+      constexpr int kCodes[] = {SB_LINERIGHT, SB_PAGERIGHT, SB_PAGELEFT, SB_RIGHT, SB_LEFT};
+      const HWND bar = Window(form->angle);
+      SendMessageW(GetParent(bar), WM_HSCROLL, static_cast<WPARAM>(kCodes[static_cast<int>(step)]),
+                   reinterpret_cast<LPARAM>(bar));
+      return;
+    }
+#endif
+    const int value = form->angle.Value();
+    const int values[] = {value + 1, value + 30, value - 30, 359, 0};
+    form->angle.UserScroll(values[static_cast<int>(step)]);
+  }
+  void ClickTab(int tab) {
+#ifdef _WIN32
+    if (real()) {
+      RECT area = {};
+      SendMessageW(Window(form->tabs), TCM_GETITEMRECT, static_cast<WPARAM>(tab - 1),
+                   reinterpret_cast<LPARAM>(&area));
+      const LPARAM at = MAKELPARAM((area.left + area.right) / 2, (area.top + area.bottom) / 2);
+      SendMessageW(Window(form->tabs), WM_LBUTTONDOWN, MK_LBUTTON, at);
+      SendMessageW(Window(form->tabs), WM_LBUTTONUP, 0, at);
+      return;
+    }
+#endif
+    form->tabs.UserSelectTab(tab);
+  }
+  /// At the middle of the label's place, in the form's own coordinates.
+  void ClickOnLabel() {
+    const Point at = form->Origin(form->label);
+    const int x = at.x + form->label.Width() / 2;
+    const int y = at.y + form->label.Height() / 2;
+#ifdef _WIN32
+    if (real()) {
+      const LPARAM point = MAKELPARAM(desktop->PixelsX(x), desktop->PixelsY(y));
+      const HWND window = static_cast<HWND>(LongToHandle(form->hWnd()));
+      SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, point);
+      SendMessageW(window, WM_LBUTTONUP, 0, point);
+      return;
+    }
+#endif
+    form->UserMouseDown(1, static_cast<float>(x), static_cast<float>(y));
+    form->UserMouseUp(1, static_cast<float>(x), static_cast<float>(y));
+  }
+  void KeyDown(int key, const Control& focus) {
+#ifdef _WIN32
+    if (real()) {
+      PostMessageW(Window(focus), WM_KEYDOWN, static_cast<WPARAM>(key), 1);
+      return desktop->DoEvents();
+    }
+#endif
+    static_cast<void>(focus);
+    form->UserKeyDown(key, 0);
+  }
+  void AccessKey(char16_t key) {
+#ifdef _WIN32
+    if (real()) {
+      PostMessageW(Window(form->ok), WM_SYSCHAR, key, 1 << 29);
+      return desktop->DoEvents();
+    }
+#endif
+    form->UserTabKey(key);
+  }
+  /// The rows that the screen shows: of the native list, or of the control itself.
+  std::vector<Text> Shown(const ListBox& list) const {
+    std::vector<Text> rows;
+#ifdef _WIN32
+    if (real()) {
+      const HWND window = Window(list);
+      const auto count = SendMessageW(window, LB_GETCOUNT, 0, 0);
+      for (WPARAM row = 0; static_cast<LRESULT>(row) < count; ++row) {
+        wchar_t text[100] = {};
+        SendMessageW(window, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text));
+        rows.push_back(win32::FromWide(text, wcslen(text)));
+      }
+      return rows;
+    }
+#endif
+    for (int row = 0; row < list.ListCount(); ++row) rows.push_back(list.List(row));
+    return rows;
+  }
+
+  using Heard = std::vector<std::string>;
+
+  std::unique_ptr<Desktop> desktop;
+  std::unique_ptr<PagesForm> form;
+
+#ifdef _WIN32
+  HWND Window(const Control& control) const {
+    return static_cast<HWND>(LongToHandle(form->peer()->HandleOf(control)));
+  }
+
+ private:
+  void Mouse(const ListBox& list, UINT message, WPARAM keys, int row, int x) const {
+    RECT area = {};
+    SendMessageW(Window(list), LB_GETITEMRECT, static_cast<WPARAM>(row),
+                 reinterpret_cast<LPARAM>(&area));
+    SendMessageW(Window(list), message, keys, MAKELPARAM(x, (area.top + area.bottom) / 2));
+  }
+#endif
+};
+
+TEST_P(ControlsContract, AClickOnABoxTicksAndSelects) {
+  Press(2, true);
+  Release(2);
+  Press(1, false);
+  Release(1);
+  EXPECT_EQ(form->heard, (Heard{"check 2", "down 2", "up 2", "down 1", "up 1"}));
+  EXPECT_TRUE(form->checks.Selected(2));
+  EXPECT_FALSE(form->checks.Selected(1));
+}
+
+TEST_P(ControlsContract, SpaceTicksTheCurrentRow) {
+  Space();
+  EXPECT_TRUE(form->heard.empty());
+  Press(3, false);
+  Release(3);
+  form->heard.clear();
+  Space();
+  EXPECT_TRUE(form->checks.Selected(3));
+  Space();
+  EXPECT_FALSE(form->checks.Selected(3));
+  EXPECT_EQ(form->heard, (Heard{"check 3", "check 3"}));
+}
+
+TEST_P(ControlsContract, TheSelectionFollowsThePressedMouse) {
+  Press(0, false);
+  MoveTo(1);
+  MoveTo(3);
+  Release(3);
+  MoveTo(0);
+  EXPECT_EQ(form->heard, (Heard{"down 0", "move 1", "move 3", "up 3", "move 3"}));
+}
+
+TEST_P(ControlsContract, ARowDraggedMovesUnderTheMouse) {
+  form->checks.MouseMove = [this] {
+    ListBox& list = form->checks;
+    if (list.ListIndex() != 2 || list.List(2) == u"a") return;
+    list.RemoveItem(0);
+    list.AddItem(u"a", 2);
+    list.SetSelected(2, true);
+    list.SetListIndex(2);
+  };
+  Press(0, true);
+  MoveTo(2);
+  MoveTo(2);
+  Release(2);
+  EXPECT_EQ(Shown(form->checks), (std::vector<Text>{u"b", u"c", u"a", u"d"}));
+  EXPECT_EQ(form->checks.ListIndex(), 2);
+  EXPECT_TRUE(form->checks.Selected(2));
+}
+
+TEST_P(ControlsContract, RowsChangedByTheProgramAreShown) {
+  ListBox& list = form->many;
+  list.AddItem(u"e");
+  list.SetList(1, u"B");
+  list.RemoveItem(0);
+  list.AddItem(u"first", 0);
+  EXPECT_EQ(Shown(list), (std::vector<Text>{u"first", u"B", u"c", u"d", u"e"}));
+  list.Clear();
+  EXPECT_TRUE(Shown(list).empty());
+  list.AddItem(u"same");
+  list.AddItem(u"same");
+  list.AddItem(u"same", 1);
+  list.RemoveItem(0);
+  EXPECT_EQ(Shown(list), (std::vector<Text>{u"same", u"same"}));
+}
+
+TEST_P(ControlsContract, CtrlSelectsSeveralRows) {
+  SelectMany(1, false);
+  SelectMany(3, true);
+  EXPECT_TRUE(form->many.Selected(1));
+  EXPECT_TRUE(form->many.Selected(3));
+  EXPECT_EQ(form->many.SelCount(), 2);
+  EXPECT_EQ(form->many.ListIndex(), 3);
+  SelectMany(0, false);
+  EXPECT_EQ(form->many.SelCount(), 1);
+  EXPECT_TRUE(form->many.Selected(0));
+}
+
+TEST_P(ControlsContract, TheBarStepsAndStopsAtItsEnds) {
+  Scroll(Step::kLineRight);
+  Scroll(Step::kPageRight);
+  Scroll(Step::kPageLeft);
+  Scroll(Step::kPageLeft);
+  Scroll(Step::kPageLeft);
+  Scroll(Step::kRightEnd);
+  Scroll(Step::kLineRight);
+  Scroll(Step::kLeftEnd);
+  EXPECT_EQ(form->heard,
+            (Heard{"angle 1", "angle 31", "angle 1", "angle 0", "angle 359", "angle 0"}));
+}
+
+TEST_P(ControlsContract, AClickOnATabShowsItsPage) {
+  ClickTab(2);
+  EXPECT_TRUE(form->second.Visible());
+  EXPECT_FALSE(form->first.Visible());
+  ClickTab(2);
+  ClickTab(1);
+  EXPECT_EQ(form->heard, (Heard{"tab 2", "tab 1"}));
+}
+
+TEST_P(ControlsContract, TheAccessKeyOfATabShowsItsPage) {
+  AccessKey(u's');
+  AccessKey(u'x');
+  EXPECT_EQ(form->heard, (Heard{"tab 2"}));
+}
+
+TEST_P(ControlsContract, ALabelOnAPictureIsClickedWhileItsPageIsSeen) {
+  ClickOnLabel();
+  EXPECT_TRUE(form->heard.empty());
+  ClickTab(2);
+  form->heard.clear();
+  ClickOnLabel();
+  EXPECT_EQ(form->heard, (Heard{"label 0"}));
+}
+
+TEST_P(ControlsContract, TheFormSeesItsKeyWhateverHasTheFocus) {
+  KeyDown(kKeyF4, form->checks);
+  KeyDown(kKeyF4, form->ok);
+  KeyDown(kKeyF6, form->ok);
+  EXPECT_EQ(form->heard, (Heard{"key 0", "key 0"}));
+}
+
+MARL_OVER_ALL_BACKENDS(ControlsContract);
+
+#ifdef _WIN32
+
+/// What only a real window has.
+class NativeControls : public ControlsContract {
+ protected:
+  static bool HasFocusWithin(HWND window) {
+    const HWND focus = GetFocus();
+    return focus == window || IsChild(window, focus);
+  }
+  /// The picture box as it paints itself.
+  COLORREF PixelOf(const Control& control, int x, int y) const {
+    const HDC screen = GetDC(nullptr);
+    const HDC memory = CreateCompatibleDC(screen);
+    const HBITMAP bitmap = CreateCompatibleBitmap(screen, x + 1, y + 1);
+    const HGDIOBJ before = SelectObject(memory, bitmap);
+    SendMessageW(Window(control), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(memory), PRF_CLIENT);
+    const COLORREF color = GetPixel(memory, x, y);
+    SelectObject(memory, before);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
+    ReleaseDC(nullptr, screen);
+    return color;
+  }
+};
+
+TEST_P(NativeControls, FocusLeavesAPageThatIsHiddenForTheTabs) {
+  SetFocus(Window(form->many));
+  AccessKey(u's');
+  EXPECT_TRUE(HasFocusWithin(Window(form->tabs)));
+}
+
+TEST_P(NativeControls, PagesLieAboveTheirStrip) {
+  bool stripSeen = false;
+  for (HWND window = GetWindow(Window(form->tabs), GW_HWNDFIRST); window;
+       window = GetWindow(window, GW_HWNDNEXT)) {
+    if (window == Window(form->tabs)) stripSeen = true;
+    if (window == Window(form->first) || window == Window(form->second)) {
+      EXPECT_FALSE(stripSeen);
+    }
+  }
+}
+
+TEST_P(NativeControls, APictureBoxLetsTheMouseThroughToItsForm) {
+  EXPECT_EQ(SendMessageW(Window(form->picture), WM_NCHITTEST, 0, 0), HTTRANSPARENT);
+}
+
+TEST_P(NativeControls, APictureIsPaintedAndTakenAwayAgain) {
+  const Size size = form->picture.PixelSize();
+  EXPECT_EQ(PixelOf(form->picture, 2, 2), PixelOf(form->second, 2, 2));
+  form->picture.SetPicture(std::make_shared<Picture>(size.width, size.height, 0xFF102030));
+  EXPECT_EQ(PixelOf(form->picture, 2, 2), RGB(0x10, 0x20, 0x30));
+  EXPECT_EQ(PixelOf(form->picture, size.width - 1, size.height - 1), RGB(0x10, 0x20, 0x30));
+  form->picture.SetPicture(nullptr);
+  EXPECT_NE(PixelOf(form->picture, 2, 2), RGB(0x10, 0x20, 0x30));
+}
+
+TEST_P(NativeControls, TheThumbIsAsWideAsALargeStep) {
+  form->angle.SetValue(200);
+  SCROLLINFO info = {};
+  info.cbSize = sizeof info;
+  info.fMask = SIF_ALL;
+  GetScrollInfo(Window(form->angle), SB_CTL, &info);
+  EXPECT_EQ(info.nMin, 0);
+  EXPECT_EQ(info.nMax, 359 + 29);
+  EXPECT_EQ(info.nPage, 30U);
+  EXPECT_EQ(info.nPos, 200);
+}
+
+TEST_P(NativeControls, AHiddenListStaysHiddenWhenItIsFilled) {
+  form->many.SetVisible(false);
+  for (int i = 0; i < 10; ++i) form->many.AddItem(u"x");
+  form->many.Clear();
+  EXPECT_FALSE(GetWindowLongW(Window(form->many), GWL_STYLE) & WS_VISIBLE);
+}
+
+TEST_P(NativeControls, AnotherFontMakesTheRowsHigher) {
+  const auto height = [this] { return SendMessageW(Window(form->checks), LB_GETITEMHEIGHT, 0, 0); };
+  const auto before = height();
+  Font font = form->checks.Font();
+  font.Size = 240000;
+  form->checks.SetFont(font);
+  EXPECT_GT(height(), before + 8);
+}
+
+TEST_P(NativeControls, AFormClosedByItsListLeavesNothingBehind) {
+  form->checks.ItemCheck = [this](int) { form->Unload(); };
+  Press(1, true);
+  EXPECT_FALSE(form->loaded());
+}
+
+INSTANTIATE_TEST_SUITE_P(Win32, NativeControls, testing::Values(Backend::kWin32),
+                         testing::PrintToStringParamName());
+
+#endif
+
+}  // namespace
+}  // namespace marl
