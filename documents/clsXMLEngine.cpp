@@ -99,6 +99,37 @@ bool clsXMLEngine::OpenXMLW(TextView text) {
   return true;
 }
 
+/// Cuts the next token as bytes. False when the document is to be cut as units, from here on.
+inline bool clsXMLEngine::TakeBytes(XMLToken& token) {
+  if (byUnits_) return false;
+  const std::string_view rest(reinterpret_cast<const char*>(bytes_.data()) + next_,
+                              bytes_.size() - next_);
+  if (rest.empty()) {
+    token.kind = xtEndOfDocument;
+    return true;
+  }
+  const bool isText = rest.front() != '<';
+  std::size_t length = FindUnit(rest, 0, isText ? '<' : '>');
+  token.kind = xtText;
+  if (!isText) {
+    const Cut cut = CutOf(rest);
+    while (length != rest.size()) {
+      ++length;
+      if (cut.before.empty() || EndsWith(rest.substr(0, length - 1), cut.before)) break;
+      length = FindUnit(rest, length, '>');
+    }
+    token.kind = KindOfTag(cut.kind, rest.substr(0, length));
+  }
+  if (next_ + length > plain_ && !IsPlain(next_ + length)) {
+    Restart(std::min(kWindow, rest.size()));
+    byUnits_ = true;
+    return false;
+  }
+  token.bytes = rest.substr(0, length);
+  next_ += length;
+  return true;
+}
+
 XMLTokenKind clsXMLEngine::GetToken(Text& token) {
   TextView view;
   const XMLTokenKind kind = GetToken(view);
@@ -122,42 +153,12 @@ XMLTokenKind clsXMLEngine::GetToken(XMLToken& token) {
   return token.kind;
 }
 
-/// Cuts the next token as bytes. False when the document is to be cut as units, from here on.
-bool clsXMLEngine::TakeBytes(XMLToken& token) {
-  if (byUnits_) return false;
-  const std::string_view rest(reinterpret_cast<const char*>(bytes_.data()) + next_,
-                              bytes_.size() - next_);
-  if (rest.empty()) {
-    token.kind = xtEndOfDocument;
-    return true;
-  }
-  std::size_t length = 0;
-  if (rest.front() != '<') {
-    length = std::min(rest.find('<'), rest.size());
-    token.kind = xtText;
-  } else {
-    const Cut cut = CutOf(rest);
-    do {
-      length = std::min(rest.find('>', length), rest.size() - 1) + 1;
-    } while (length != rest.size() && !EndsWith(rest.substr(0, length - 1), cut.before));
-    token.kind = KindOfTag(cut.kind, rest.substr(0, length));
-  }
-  if (next_ + length > plain_ && !IsPlain(next_ + length)) {
-    Restart(std::min(kWindow, rest.size()));
-    byUnits_ = true;
-    return false;
-  }
-  token.bytes = rest.substr(0, length);
-  next_ += length;
-  return true;
-}
-
 /// Looks whether the bytes are plain up to `end`; if so, and some way beyond, they are known to be.
 bool clsXMLEngine::IsPlain(std::size_t end) {
   const unsigned char* const bytes = bytes_.data();
   const std::size_t far = std::min(std::max(end, plain_ + kChunk), bytes_.size());
   while (plain_ < far) {
-    plain_ += CountASCII(bytes + plain_, far - plain_);
+    plain_ += CountASCII({reinterpret_cast<const char*>(bytes) + plain_, far - plain_});
     // Forms, each of a lead and one or two bytes that are no ASCII either.
     for (; plain_ < far && bytes[plain_] >= 0x80;) {
       const std::size_t more = bytes[plain_] < 0xE0 ? 1 : 2;
@@ -188,22 +189,21 @@ XMLTokenKind clsXMLEngine::TakeUnits(TextView& token) {
   std::size_t length = 0;
   if (*First() != u'<') {
     do {
-      length = static_cast<std::size_t>(FindUnit(First() + length, Last(), u'<') - First());
+      length = FindUnit(Window(), length, u'<');
     } while (length == last_ - first_ && More());
     token = take(length);
     return xtText;
   }
-  const Cut cut = CutOf(TextView(First(), last_ - first_));
+  const Cut cut = CutOf(Window());
   // The search starts at the first unit: "<?>" and "<!-->" are whole.
   for (;;) {
-    const char16_t* const found = FindUnit(First() + length, Last(), u'>');
-    length = static_cast<std::size_t>(found - First());
-    if (found == Last()) {
+    length = FindUnit(Window(), length, u'>');
+    if (length == last_ - first_) {
       if (More()) continue;
       break;
     }
     ++length;
-    if (EndsWith(TextView(First(), length - 1), cut.before)) break;
+    if (EndsWith(Window().substr(0, length - 1), cut.before)) break;
   }
   token = take(length);
   return KindOfTag(cut.kind, token);

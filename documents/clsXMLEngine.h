@@ -65,7 +65,7 @@ class clsXMLEngine {
   void MakeRoom();
   void Restart(std::size_t room);
   const char16_t* First() const { return window_.get() + first_; }
-  const char16_t* Last() const { return window_.get() + last_; }
+  TextView Window() const { return TextView(First(), last_ - first_); }
 
   const FileSystem& files_;
   // The unread remainder: units [first_, last_) of the window, then the bytes from next_ on.

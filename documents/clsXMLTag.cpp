@@ -15,11 +15,12 @@ namespace {
 // Up to this many attributes a walk is faster than a table.
 constexpr std::size_t kFew = 16;
 
-// Units marked at once, and in one word.
-constexpr std::size_t kStep = 16;
-constexpr std::size_t kWord = 64;
+/// Room to keep a tag of this size: some more for the next one, but not twice a huge one.
+constexpr std::size_t RoomFor(std::size_t size) {
+  return std::max<std::size_t>(size + std::min<std::size_t>(size, 4096), 256);
+}
 
-/// One bit for each unit that ends the head of a name: what ends a name, and what is dropped in it.
+/// A bit for each unit that ends a name, and for each that is dropped in it.
 constexpr std::uint64_t BitOf(char16_t unit) { return std::uint64_t{1} << unit; }
 constexpr std::uint64_t kNameEnds =
     BitOf(u'\t') | BitOf(u'\r') | BitOf(u'\n') | BitOf(u' ') | BitOf(u'>');
@@ -29,25 +30,78 @@ constexpr bool IsOneOf(std::uint64_t units, char16_t unit) {
   return unit < 64 && (units >> unit & 1) != 0;
 }
 
-/// The first bit from `from` on. The last word is all ones, so there is always one.
-inline std::size_t NextBit(const std::uint64_t* words, std::size_t from) {
-  std::size_t word = from / kWord;
-  const std::uint64_t bits = words[word] >> from % kWord;
-  if (bits != 0) return from + LowestBit(bits);
-  while (words[++word] == 0) {
+/// Finds the "=" and the double quotes of a tag: marks as many of its units at once as a number has
+/// bits, so that most attributes are found without another look at the tag.
+template <typename Unit>
+class Marks {
+ public:
+  explicit Marks(std::basic_string_view<Unit> tag) : tag_(tag) {}
+
+  /// The first "=" from a place on, which is not before any that was asked for; the tag's size if
+  /// there is none.
+  std::size_t Equals(std::size_t from) { return Next(&Marks::equals_, from); }
+  /// The same for a double quote.
+  std::size_t Quote(std::size_t from) { return Next(&Marks::quotes_, from); }
+
+ private:
+  using Bits = std::size_t;
+  static constexpr std::size_t kBits = 8 * sizeof(Bits);
+
+  [[gnu::always_inline]] std::size_t Next(Bits Marks::*marks, std::size_t from) {
+    if (from < end_) {
+      const Bits left = this->*marks >> (from - begin_);
+      if (left != 0) return from + LowestBit(left);
+    }
+    for (from = std::max(from, end_); from != tag_.size(); from = end_) {
+      Mark(from);
+      const Bits left = this->*marks >> (from - begin_);
+      if (left != 0) return from + LowestBit(left);
+    }
+    return from;
   }
-  return word * kWord + LowestBit(words[word]);
+
+  /// Marks the units from a place on, or at the end of the tag the last ones.
+  void Mark(std::size_t from) {
+    equals_ = quotes_ = 0;
+    const std::size_t size = tag_.size();
+    if (size >= kBits) {
+      begin_ = std::min(from, size - kBits);
+      end_ = begin_ + kBits;
+      for (std::size_t i = 0; i != kBits; i += kBlock) Enter(tag_.data() + begin_ + i, i);
+    } else if (size >= kBlock) {
+      end_ = size;
+      for (std::size_t i = 0; i < size - kBlock; i += kBlock) Enter(tag_.data() + i, i);
+      Enter(tag_.data() + size - kBlock, size - kBlock);
+    } else {
+      end_ = size;
+      Unit block[kBlock] = {};
+      std::copy(tag_.begin(), tag_.end(), block);
+      Enter(block, 0);
+    }
+  }
+  void Enter(const Unit* at, std::size_t place) {
+    const Block block = LoadBlock(at);
+    equals_ |= static_cast<Bits>(PlacesOf('=', block)) << place;
+    quotes_ |= static_cast<Bits>(PlacesOf('"', block)) << place;
+  }
+
+  const std::basic_string_view<Unit> tag_;
+  // Marked are the units [begin_, end_).
+  std::size_t begin_ = 0;
+  std::size_t end_ = 0;
+  Bits equals_ = 0;
+  Bits quotes_ = 0;
+};
+
+/// A kind of names as a bit: by first unit and length, the same whatever their case.
+inline std::uint32_t KindOf(TextView name) {
+  const char16_t first = name.empty() || name.front() >= 0x80 ? u'\0' : name.front();
+  return std::uint32_t{1} << (first + 4 * name.size()) % 32;
 }
 
-/// A kind of names as a bit: by length and first letter, the same whatever their case.
-inline std::uint64_t KindOf(TextView name) {
-  const unsigned first = name.empty() || name.front() >= 0x80 ? 0u : name.front();
-  return std::uint64_t{1} << ((first + 4 * name.size()) % 32 + (name.size() & 32));
-}
-
-std::uint64_t Hash(TextView key, std::uint64_t seed) {
+std::uint64_t Hash(TextView name, std::uint64_t seed) {
   std::uint64_t hash = seed;
-  for (const char16_t unit : key) {
+  for (const char16_t unit : name) {
     hash = (hash + FoldCase(unit) + 1) * 0x9E3779B97F4A7C15u;
     hash ^= hash >> 29;
   }
@@ -56,63 +110,99 @@ std::uint64_t Hash(TextView key, std::uint64_t seed) {
 
 }  // namespace
 
-inline void clsXMLTag::Add(std::size_t name, std::size_t nameLength, std::size_t value,
-                           std::size_t valueLength) {
-  const TextView key(raw_.data() + name, nameLength);
-  if (count_ >= kFew) {
-    Enter(key);
-  } else {
-    const std::uint64_t kind = KindOf(key);
-    if ((kinds_ & kind) != 0 && Find(key) != nullptr) throw RuntimeError::DuplicateKey();
-    kinds_ |= kind;
+/// Reads the name and the unit that ends it; returns where the attributes begin.
+template <typename Unit>
+inline std::size_t clsXMLTag::ReadName(std::basic_string_view<Unit> tag) {
+  const std::size_t size = tag.size();
+  const auto is = [tag](std::uint64_t units, std::size_t at) {
+    return IsOneOf(units, static_cast<char16_t>(tag[at]));
+  };
+  std::size_t at = 0;
+  while (at != size && is(kDropped, at)) ++at;
+  name_ = at;
+  // In one piece, as nearly always?
+  const auto breaks = [](const Unit* block) { return PlacesOfNameBreaks(LoadBlock(block)); };
+  for (at = FindPlace(tag, at, breaks); at != size && !is(kNameEnds | kDropped, at);) {
+    at = FindPlace(tag, at + 1, breaks);
   }
-  if (count_ == attributes_.size()) attributes_.resize(2 * count_ + 8);
-  // Field by field: a record made elsewhere and copied costs more than all the rest.
-  Attribute& added = attributes_[count_++];
-  added.name = name;
-  added.nameLength = nameLength;
-  added.value = value;
-  added.valueLength = valueLength;
-  added.made = false;
-  if (entities_) Unescape(added);
+  nameLength_ = at - name_;
+  for (; at != size && !is(kNameEnds, at); ++at) {
+    if (!is(kDropped, at)) raw_[name_ + nameLength_++] = static_cast<char16_t>(tag[at]);
+  }
+  return std::min(at + 1, size);
 }
 
+/// Fails when there is an attribute of this name; else the name counts as one of theirs.
+inline void clsXMLTag::MindDuplicate(TextView name) {
+  if (attributes_.size() >= kFew) return Enter(name);
+  const std::uint32_t kind = KindOf(name);
+  if ((kinds_ & kind) != 0 && Find(name) != nullptr) throw RuntimeError::DuplicateKey();
+  kinds_ |= kind;
+}
+
+/// Reads the tag, which stands in raw_ too.
+template <typename Unit>
+inline void clsXMLTag::Read(std::basic_string_view<Unit> tag, bool entities) {
+  attributes_.clear();
+  kinds_ = 0;
+  slots_.clear();
+  textContent_.clear();
+  std::size_t next = ReadName(tag);
+
+  // Only the blank counts as space between attributes, and none is trimmed beside the "=".
+  std::size_t end = tag.size();
+  while (end != next && tag[end - 1] == ' ') --end;
+  char16_t* const raw = raw_.data();
+  Marks<Unit> marks(tag);
+  for (;;) {
+    while (next != end && tag[next] == ' ') ++next;
+    const std::size_t equals = marks.Equals(next);
+    if (equals + 1 >= end) return;
+    // The quote is whatever stands behind the "=".
+    const std::size_t value = equals + 2;
+    const Unit quote = tag[equals + 1];
+    const std::size_t closing = quote == '"' ? marks.Quote(value) : FindUnit(tag, value, quote);
+    if (closing >= end) return;
+    MindDuplicate(TextView(raw + next, equals - next));
+    std::size_t length = closing - value;
+    if (entities) length = XMLUnescape(raw + value, length);
+    attributes_.emplace_back(next, equals - next, value, length);
+    next = closing + 1;
+  }
+}
+
+clsXMLTag::clsXMLTag() { attributes_.reserve(kFew); }
+
 void clsXMLTag::ParseTag(TextView tag) {
-  StoreUnits(tag);  // first of all: `tag` may be a view into this very object
-  ReadTag();
+  // `tag` may be a view into this very object.
+  if (raw_.size() < tag.size()) {
+    std::vector<char16_t> grown(RoomFor(tag.size()));
+    std::copy(tag.begin(), tag.end(), grown.begin());
+    raw_ = std::move(grown);
+  } else if (!tag.empty()) {
+    std::memmove(raw_.data(), tag.data(), tag.size() * sizeof(char16_t));
+  }
+  ReadKept(tag.size());
 }
 
 void clsXMLTag::ParseTag(const XMLToken& token) {
-  if (!token.units.empty()) {
-    StoreUnits(token.units);
-  } else if (!StoreASCII(token.bytes)) {
-    StoreUnits(token.text());
+  if (!token.units.empty()) return ParseTag(token.units);
+  const std::size_t size = token.bytes.size();
+  if (raw_.size() < size) raw_.resize(RoomFor(size));
+  const WidenedTag tag = WidenTag(token.bytes, raw_.data());
+  if (tag.plain) {
+    // Read where it stands: units that were just written would have to be waited for.
+    Read(token.bytes, tag.entities);
+  } else {
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(token.bytes.data());
+    ReadKept(DecodeUTF8(bytes, size, raw_.data(), size).units);
   }
-  ReadTag();
 }
 
-void clsXMLTag::ReadTag() {
-  Initialise();
-  const char16_t* const raw = raw_.data();
-  std::size_t next = ReadName();
-
-  // Only the blank counts as space between attributes, and none is trimmed beside the "=".
-  std::size_t end = length_;
-  while (end != next && raw[end - 1] == u' ') --end;
-  for (;;) {
-    while (next != end && raw[next] == u' ') ++next;
-    const std::size_t equals = NextBit(equals_.data(), next);
-    if (equals + 1 >= end) return;
-    // The quote is whatever stands behind the "=".
-    const char16_t quote = raw[equals + 1];
-    const std::size_t value = equals + 2;
-    const std::size_t closing =
-        quote == u'"' ? NextBit(quotes_.data(), value)
-                      : static_cast<std::size_t>(FindUnit(raw + value, raw + end, quote) - raw);
-    if (closing >= end) return;
-    Add(next, equals - next, value, closing - value);
-    next = closing + 1;
-  }
+/// Reads the tag from raw_, where it has this many units.
+void clsXMLTag::ReadKept(std::size_t size) {
+  const TextView tag(raw_.data(), size);
+  Read(tag, FindUnit(tag, 0, u'&') != size);
 }
 
 TextView clsXMLTag::AttributeValue(TextView key) const {
@@ -120,148 +210,31 @@ TextView clsXMLTag::AttributeValue(TextView key) const {
   return found ? ValueOf(*found) : TextView();
 }
 
-void clsXMLTag::Initialise() {
-  count_ = 0;
-  kinds_ = 0;
-  slots_.clear();
-  textContent_.clear();
-  made_.clear();
-}
-
-/// Marks the units that matter in the tag, step by step: `markAt` gives the marks of the 16 units
-/// at a place. A tag shorter than that is marked as if zeros stood behind it.
-template <typename MarkAt>
-inline void clsXMLTag::Mark(MarkAt&& markAt) {
-  const std::size_t words = length_ / kWord + 1;
-  if (equals_.size() <= words) {
-    equals_.resize(2 * words + 1);
-    quotes_.resize(2 * words + 1);
-  }
-  unsigned ampersands = 0;
-  const std::size_t whole = length_ / kStep;
-  std::size_t step = 0;
-  for (std::size_t word = 0; word < words; ++word) {
-    std::uint64_t equals = 0;
-    std::uint64_t quotes = 0;
-    const auto enter = [&](TagMarks found, unsigned shift) {
-      equals |= static_cast<std::uint64_t>(found.equals) << shift;
-      quotes |= static_cast<std::uint64_t>(found.quotes) << shift;
-      ampersands |= found.ampersands;
-    };
-    unsigned shift = 0;
-    for (; step < whole && shift < kWord; ++step, shift += kStep)
-      enter(markAt(step * kStep), shift);
-    if (shift < kWord) {
-      // The units left: those of a short tag, or the last ones without those marked already.
-      const bool brief = length_ < kStep;
-      TagMarks found = markAt(brief ? 0 : length_ - kStep);
-      const std::size_t known = brief ? 0 : kStep - length_ % kStep;
-      found.equals >>= known;
-      found.quotes >>= known;
-      enter(found, shift);
-    }
-    equals_[word] = equals;
-    quotes_[word] = quotes;
-  }
-  // The last word stops every search beyond the end.
-  equals_[words] = quotes_[words] = ~std::uint64_t{0};
-  entities_ = ampersands != 0;
-}
-
-/// Keeps the tag.
-void clsXMLTag::StoreUnits(TextView tag) {
-  length_ = tag.size();
-  // Marked where they stand: reading units right after they were written would have to wait.
-  char16_t few[kStep] = {};
-  if (length_ < kStep) tag.copy(few, length_);
-  const char16_t* const units = length_ < kStep ? few : tag.data();
-  Mark([units](std::size_t place) { return MarkTag(units + place); });
-
-  if (raw_.size() < length_) {
-    // The old units stay until the new ones are read: the tag may be among them.
-    std::vector<char16_t> grown(2 * length_);
-    std::copy(tag.begin(), tag.end(), grown.begin());
-    raw_ = std::move(grown);
-  } else if (length_ != 0) {
-    std::memmove(raw_.data(), tag.data(), length_ * sizeof(char16_t));
-  }
-}
-
-/// Keeps a tag that is all ASCII; false when it is not.
-bool clsXMLTag::StoreASCII(std::string_view tag) {
-  length_ = tag.size();
-  const std::size_t needed = std::max(length_, kStep);
-  if (raw_.size() < needed) raw_.resize(2 * needed);
-  char few[kStep] = {};
-  if (length_ < kStep) tag.copy(few, length_);
-  const char* const bytes = length_ < kStep ? few : tag.data();
-  char16_t* const raw = raw_.data();
-  unsigned others = 0;
-  Mark([&others, bytes, raw](std::size_t place) {
-    const TagMarks marks = WidenTag(bytes + place, raw + place);
-    others |= marks.others;
-    return marks;
-  });
-  return others == 0;
-}
-
-/// Reads the name and the unit that ends it; returns where the attributes begin.
-std::size_t clsXMLTag::ReadName() {
-  const char16_t* const raw = raw_.data();
-  std::size_t at = 0;
-  while (at != length_ && IsOneOf(kDropped, raw[at])) ++at;
-  name_ = at;
-  // In one piece, as nearly always?
-  while (at != length_ && !IsOneOf(kNameEnds | kDropped, raw[at])) ++at;
-  nameLength_ = at - name_;
-  nameMade_ = false;
-  std::size_t end = at;
-  while (end != length_ && !IsOneOf(kNameEnds, raw[end])) ++end;
-  const auto dropped = [](char16_t unit) { return IsOneOf(kDropped, unit); };
-  if (!std::all_of(raw + at, raw + end, dropped)) {
-    made_.assign(raw + name_, end - name_);
-    std::erase_if(made_, dropped);
-    name_ = 0;
-    nameLength_ = made_.size();
-    nameMade_ = true;
-  }
-  return std::min(end + 1, length_);
-}
-
 /// Enters the name of the next attribute, one of many, into the table.
-void clsXMLTag::Enter(TextView key) {
-  if ((count_ + 1) * 2 > slots_.size()) Index(std::max(4 * kFew, slots_.size() * 2));
-  std::size_t& slot = slots_[SlotOf(key)];
+void clsXMLTag::Enter(TextView name) {
+  const std::size_t count = attributes_.size();
+  if ((count + 1) * 2 > slots_.size()) Index(std::max(4 * kFew, slots_.size() * 2));
+  std::size_t& slot = slots_[SlotOf(name)];
   if (slot != 0) throw RuntimeError::DuplicateKey();
-  slot = count_ + 1;
+  slot = count + 1;
 }
 
-void clsXMLTag::Unescape(Attribute& attribute) {
-  const TextView raw = ValueOf(attribute);
-  if (raw.find(u'&') == TextView::npos) return;
-  const Text plain = XMLUnescape(raw);
-  attribute.value = made_.size();
-  attribute.valueLength = plain.size();
-  attribute.made = true;
-  made_ += plain;
-}
-
-const clsXMLTag::Attribute* clsXMLTag::Find(TextView key) const {
+const clsXMLTag::Attribute* clsXMLTag::Find(TextView name) const {
   if (!slots_.empty()) {
-    const std::size_t place = slots_[SlotOf(key)];
+    const std::size_t place = slots_[SlotOf(name)];
     return place == 0 ? nullptr : &attributes_[place - 1];
   }
-  for (std::size_t i = 0; i < count_; ++i) {
-    if (SameText(NameOf(attributes_[i]), key)) return &attributes_[i];
+  for (const Attribute& attribute : attributes_) {
+    if (SameText(NameOf(attribute), name)) return &attribute;
   }
   return nullptr;
 }
 
-/// The slot that holds the place of `key`, or the free one where it belongs.
-std::size_t clsXMLTag::SlotOf(TextView key) const {
+/// The slot that holds the place of `name`, or the free one where it belongs.
+std::size_t clsXMLTag::SlotOf(TextView name) const {
   const std::size_t mask = slots_.size() - 1;
-  std::size_t at = static_cast<std::size_t>(Hash(key, seed_)) & mask;
-  while (slots_[at] != 0 && !SameText(NameOf(attributes_[slots_[at] - 1]), key)) {
+  std::size_t at = static_cast<std::size_t>(Hash(name, seed_)) & mask;
+  while (slots_[at] != 0 && !SameText(NameOf(attributes_[slots_[at] - 1]), name)) {
     at = (at + 1) & mask;
   }
   return at;
@@ -272,7 +245,7 @@ void clsXMLTag::Index(std::size_t slots) {
   slots_.assign(slots, 0);
   // Where the table lies is not known outside, so names cannot be chosen to collide.
   seed_ = reinterpret_cast<std::uintptr_t>(slots_.data());
-  for (std::size_t i = 0; i < count_; ++i) {
+  for (std::size_t i = 0; i < attributes_.size(); ++i) {
     slots_[SlotOf(NameOf(attributes_[i]))] = i + 1;
   }
 }

@@ -80,26 +80,6 @@ std::size_t CountUTF8(TextView text) {
   return count;
 }
 
-/// Widens the ASCII bytes at the front, as long as bytes and room last; returns how many.
-std::size_t WidenASCII(const unsigned char* in, std::size_t count, char16_t* out) {
-  std::size_t done = 0;
-#if defined(__SSE2__)
-  const __m128i zero = _mm_setzero_si128();
-  for (; count - done >= 16; done += 16) {
-    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + done));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + done), _mm_unpacklo_epi8(block, zero));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + done + 8), _mm_unpackhi_epi8(block, zero));
-    const int others = _mm_movemask_epi8(block);
-    if (others != 0) return done + LowestBit(static_cast<unsigned>(others));
-  }
-#endif
-  while (done != count && in[done] < 0x80) {
-    out[done] = in[done];
-    ++done;
-  }
-  return done;
-}
-
 /// Narrows the ASCII units at the front, as long as units and room last; returns how many.
 std::size_t NarrowASCII(const char16_t* in, std::size_t count, unsigned char* out) {
   std::size_t done = 0;
@@ -190,28 +170,31 @@ Text XMLEscape(TextView text) {
 }
 
 Text XMLUnescape(TextView text) {
+  Text plain(text);
+  plain.resize(XMLUnescape(plain.data(), plain.size()));
+  return plain;
+}
+
+std::size_t XMLUnescape(char16_t* text, std::size_t size) {
   // One pass again: entities cannot overlap, and the ampersand, which could make new ones, is
   // the last to be replaced.
-  Text plain;
-  plain.reserve(text.size());
-  while (!text.empty()) {
-    const char16_t* const end = text.data() + text.size();
-    const char16_t* const found = FindUnit(text.data(), end, u'&');
-    plain.append(text.data(), found);
-    text.remove_prefix(static_cast<std::size_t>(found - text.data()));
-    if (text.empty()) break;
-    const auto* const entity =
-        std::find_if(std::begin(kEntities), std::end(kEntities),
-                     [&](const Entity& candidate) { return text.starts_with(candidate.text); });
-    if (entity == std::end(kEntities)) {
-      plain += u'&';
-      text.remove_prefix(1);
-    } else {
-      plain += entity->unit;
-      text.remove_prefix(entity->text.size());
-    }
+  const TextView source(text, size);
+  std::size_t done = 0;
+  std::size_t left = 0;
+  while (done != size) {
+    const std::size_t ampersand = FindUnit(source, done, u'&');
+    if (left != done) std::copy(text + done, text + ampersand, text + left);
+    left += ampersand - done;
+    done = ampersand;
+    if (done == size) break;
+    const auto* const entity = std::find_if(
+        std::begin(kEntities), std::end(kEntities),
+        [&](const Entity& candidate) { return source.substr(done).starts_with(candidate.text); });
+    const bool known = entity != std::end(kEntities);
+    text[left++] = known ? entity->unit : u'&';
+    done += known ? entity->text.size() : 1;
   }
-  return plain;
+  return left;
 }
 
 DecodedUTF8 DecodeUTF8(const unsigned char* bytes, std::size_t size, char16_t* out,
@@ -223,7 +206,9 @@ DecodedUTF8 DecodeUTF8(const unsigned char* bytes, std::size_t size, char16_t* o
   while (in != end && to != full) {
     if (StartsRun(in, end)) {
       const std::size_t count =
-          WidenASCII(in, static_cast<std::size_t>(std::min(end - in, full - to)), to);
+          WidenASCII({reinterpret_cast<const char*>(in),
+                      static_cast<std::size_t>(std::min(end - in, full - to))},
+                     to);
       in += count;
       to += count;
       continue;

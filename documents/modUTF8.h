@@ -15,6 +15,8 @@ Text XMLEscape(TextView text);
 /// Replaces "&quot;", "&gt;", "&lt;" and "&amp;" by what they stand for, once: "&amp;lt;" gives
 /// "&lt;". Every other entity stays as it is. The inverse of XMLEscape for any text.
 Text XMLUnescape(TextView text);
+/// The same in place, for `size` units; returns how many are left.
+std::size_t XMLUnescape(char16_t* text, std::size_t size);
 
 /// How far a decoding came: bytes taken and units given.
 struct DecodedUTF8 {

@@ -176,6 +176,35 @@ TEST(XmlTag, CopiesStandByThemselves) {
   ExpectTag(copy, {u"a", {{u"b", u"<1"}, {u"c", u"2"}}}, u"copy");
 }
 
+// The reader looks at many units at once; nothing may be lost where its steps meet.
+TEST(XmlTag, TextsAcrossEveryPlaceOfTheSteps) {
+  clsXMLTag tag;
+  for (std::size_t fill = 0; fill < 150; ++fill) {
+    const Text filled(fill, u'x');
+    for (const Text& source : {
+             u"<a" + filled + u" b=\"1\" c='2'/>",
+             u"<a/" + filled + u"< b=\"&lt;1\" c='2'>",
+             u"<a b=\"" + filled + u"\" c=\"&amp;2\" d=3443>",
+             u"<a b='" + filled + u"\"' c=\"2=\" d=\"e\"/>",
+             u"<a b=\"&quot;" + filled + u"&quot;\" &amp;=\"1\">",
+             u"<a b=\"1\" " + filled + u"=\"2\" c=\"3\">",
+             u"<a b=\"1\" c=\"" + filled,
+             u"<a b=\"1\"" + Text(fill, u' ') + u"c=\"2\"" + Text(fill, u' '),
+         }) {
+      const reference::Tag expected = reference::ReadTag(source);
+      tag.ParseTag(source);
+      ExpectTag(tag, {expected.name, expected.attributes}, source);
+
+      const Bytes bytes = reference::Encode(source);
+      XMLToken token;
+      token.bytes = {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+      tag.ParseTag(token);
+      ExpectTag(tag, {expected.name, expected.attributes}, source);
+      if (HasFatalFailure()) return;
+    }
+  }
+}
+
 TEST(XmlTag, AMillionAttributesTakeLinearTimeAndAreFound) {
   constexpr int kCount = 1'000'000;
   Text text = u"<a";
