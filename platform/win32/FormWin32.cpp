@@ -14,7 +14,6 @@ namespace {
 
 constexpr wchar_t kClassName[] = L"MarlForm";
 constexpr int kFirstControlId = 1000;
-constexpr int kFirstMenuId = 20000;  // and on, by the entry's place among the form's controls
 
 DWORD StyleOf(const Form& form) {
   DWORD style = WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
@@ -57,12 +56,6 @@ int ButtonOf(UINT message) {
   }
 }
 
-bool HasMenuBar(const Form& form) {
-  return std::any_of(form.controls().begin(), form.controls().end(), [](const Control* control) {
-    return control->kind() == ControlKind::kMenu && !control->container() && control->Visible();
-  });
-}
-
 /// Lets a waiting message loop look again whether it goes on: what another program sends, as the
 /// shell does for the tray icon, is handled without the loop's waking up.
 void WakeLoop() { PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0); }
@@ -71,25 +64,6 @@ Text WindowText(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
   const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
   return FromWide(text.data(), static_cast<std::size_t>(std::max(length, 0)));
-}
-
-Text CaptionWithKeys(const Menu& entry) {
-  const Text keys = ShortcutText(entry.Shortcut);
-  return keys.empty() ? entry.Caption() : entry.Caption() + u'\t' + keys;
-}
-
-/// What the platform is told of a menu entry. `caption` outlives the record.
-MENUITEMINFOW MenuItem(const Menu& entry, const Text& caption) {
-  MENUITEMINFOW item = {};
-  item.cbSize = sizeof item;
-  item.fMask = MIIM_FTYPE | MIIM_STATE | MIIM_ID;
-  item.fType = entry.separator() ? MFT_SEPARATOR : MFT_STRING;
-  item.fState = entry.Enabled() ? MFS_ENABLED : MFS_DISABLED;
-  if (!entry.separator()) {
-    item.fMask |= MIIM_STRING;
-    item.dwTypeData = const_cast<wchar_t*>(Wide(caption));
-  }
-  return item;
 }
 
 }  // namespace
@@ -155,46 +129,6 @@ LRESULT CALLBACK FormWin32::Entry(HWND window, UINT message, WPARAM w, LPARAM l)
   auto* const peer = reinterpret_cast<FormWin32*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   if (!peer) return DefWindowProcW(window, message, w, l);
   return peer->OnMessage(message, w, l);
-}
-
-LRESULT CALLBACK FormWin32::ContainerEntry(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
-                                           DWORD_PTR peer) noexcept {
-  auto* const form = reinterpret_cast<FormWin32*>(peer);
-  switch (message) {
-    // What happens to the controls within concerns the form.
-    case WM_COMMAND:
-    case WM_HSCROLL:
-    case WM_NOTIFY:
-    case WM_MEASUREITEM:
-    case WM_DRAWITEM:
-    case WM_CTLCOLORSTATIC:
-    case WM_CTLCOLORBTN:
-    case WM_CTLCOLOREDIT:
-    case WM_CTLCOLORLISTBOX:
-      return SendMessageW(form->window_, message, w, l);
-    case WM_ERASEBKGND:
-      form->EraseContainer(window, reinterpret_cast<HDC>(w));
-      return 1;
-    case WM_PRINTCLIENT:
-    case WM_PAINT: {
-      const Control* const control = form->ControlOf(window);
-      if (!control || control->kind() != ControlKind::kPictureBox) break;
-      const auto& box = static_cast<const PictureBox&>(*control);
-      form->desktop_.Event([&] {
-        if (message == WM_PRINTCLIENT) {
-          form->PaintPictureBox(box, reinterpret_cast<HDC>(w));
-        } else {
-          form->PaintBuffered(window, [&](HDC context) { form->PaintPictureBox(box, context); });
-        }
-      });
-      return 0;
-    }
-    default:
-      return DefSubclassProc(window, message, w, l);
-  }
-  if (message != WM_PAINT) return DefSubclassProc(window, message, w, l);
-  form->PaintFrame(window);
-  return 0;
 }
 
 LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
@@ -318,112 +252,6 @@ Point FormWin32::ClientOrigin() const {
   POINT corner = {inner.left, inner.top};
   ClientToScreen(window_, &corner);
   return {corner.x, corner.y};
-}
-
-template <typename Paint>
-void FormWin32::PaintBuffered(HWND window, Paint paint) {
-  PAINTSTRUCT record;
-  const HDC screen = BeginPaint(window, &record);
-  const RECT& dirty = record.rcPaint;
-  const int width = dirty.right - dirty.left;
-  const int height = dirty.bottom - dirty.top;
-  if (width > 0 && height > 0) {
-    // Composed beside the screen and shown at once: nothing flickers.
-    const UniqueContext memory(CreateCompatibleDC(screen));
-    const UniqueBitmap bitmap(CreateCompatibleBitmap(screen, width, height));
-    const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
-    SetViewportOrgEx(memory.get(), -dirty.left, -dirty.top, nullptr);
-    paint(memory.get());
-    SetViewportOrgEx(memory.get(), 0, 0, nullptr);
-    BitBlt(screen, dirty.left, dirty.top, width, height, memory.get(), 0, 0, SRCCOPY);
-    SelectObject(memory.get(), before);
-  }
-  EndPaint(window, &record);
-}
-
-void FormWin32::OnPaint() {
-  PaintBuffered(window_, [&](HDC context) {
-    CanvasWin32 canvas(context, desktop_.fonts(), desktop_.Dpi().height);
-    PaintForm(form_, canvas);
-  });
-}
-
-void FormWin32::PaintPictureBox(const PictureBox& box, HDC context) {
-  CanvasWin32 canvas(context, desktop_.fonts(), desktop_.Dpi().height);
-  POINT origin = {};
-  const HBRUSH background = BackgroundIn(&box, origin);
-  if (!background || box.BackColor() != kButtonFace) return PaintPicture(box, canvas);
-  const Size size = box.PixelSize();
-  FillWith(context, {0, 0, size.width, size.height}, background, origin);
-  if (box.Picture()) canvas.Draw(*box.Picture(), 0, 0);
-  PaintControls(form_, &box, canvas);
-}
-
-// The native group paints itself; its labels come on top, where it was painted and nowhere else:
-// text that is written twice gets fatter.
-void FormWin32::PaintFrame(HWND frame) {
-  const HRGN dirty = CreateRectRgn(0, 0, 0, 0);
-  GetUpdateRgn(frame, dirty, FALSE);
-  DefSubclassProc(frame, WM_PAINT, 0, 0);
-  if (const Control* const control = ControlOf(frame)) {
-    const HDC screen = GetDC(frame);
-    SelectClipRgn(screen, dirty);
-    desktop_.Event([&] {
-      CanvasWin32 canvas(screen, desktop_.fonts(), desktop_.Dpi().height);
-      PaintControls(form_, control, canvas);
-    });
-    ReleaseDC(frame, screen);
-  }
-  DeleteObject(dirty);
-}
-
-void FormWin32::EraseContainer(HWND container, HDC context) {
-  RECT area;
-  GetClientRect(container, &area);
-  POINT origin = {};
-  const HBRUSH background = BackgroundIn(ControlOf(container), origin);
-  FillWith(context, area, background ? background : GetSysColorBrush(COLOR_BTNFACE), origin);
-}
-
-LRESULT FormWin32::ColorControl(HDC context, HWND child) {
-  // The context comes as its last user left it, with the colour of a disabled text perhaps.
-  SetTextColor(context, GetSysColor(IsWindowEnabled(child) ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
-  SetBkColor(context, GetSysColor(COLOR_BTNFACE));
-  const Control* const control = ControlOf(child);
-  POINT origin = {};
-  // A disabled field is plain grey.
-  const HBRUSH background = control && control->kind() != ControlKind::kTextBox
-                                ? BackgroundIn(control->container(), origin)
-                                : nullptr;
-  if (!background) return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_BTNFACE));
-  MapWindowPoints(GetParent(child), child, &origin, 1);
-  LPtoDP(context, &origin, 1);
-  SetBrushOrgEx(context, origin.x, origin.y, nullptr);
-  SetBkMode(context, TRANSPARENT);
-  return reinterpret_cast<LRESULT>(background);
-}
-
-HBRUSH FormWin32::BackgroundIn(const Control* container, POINT& origin) const {
-  origin = {};
-  for (; container; container = container->container()) {
-    const auto found = pages_.find(container);
-    if (found != pages_.end()) return found->second.get();
-    origin.x -= desktop_.PixelsX(container->Left());
-    origin.y -= desktop_.PixelsY(container->Top());
-  }
-  return nullptr;
-}
-
-void FormWin32::CreatePages() {
-  pages_.clear();
-  for (const auto& [control, child] : windows_) {
-    if (control->kind() != ControlKind::kPictureBox) continue;
-    const auto& box = static_cast<const PictureBox&>(*control);
-    if (!StripOf(box)) continue;
-    if (UniqueBrush background = PageBackground(box.PixelSize())) {
-      pages_[control] = std::move(background);
-    }
-  }
 }
 
 bool FormWin32::TakeAccessKey(const MSG& message) {
@@ -772,71 +600,6 @@ void FormWin32::PlaceStatusBar() {
   }
 }
 
-void FormWin32::CreateMenus() {
-  for (const Control* control : form_.controls()) {
-    if (control->kind() != ControlKind::kMenu) continue;
-    const Menu* const parent = static_cast<const Menu*>(control)->parent();
-    // A hidden top-level menu is no reason for a bar, nor is what lies in it.
-    if (!parent && !HasMenuBar(form_)) continue;
-    if (!menus_.contains(parent))
-      menus_[parent] = UniqueMenu(parent ? CreatePopupMenu() : CreateMenu());
-  }
-  for (const auto& [parent, menu] : menus_) FillMenu(parent);
-  const auto bar = menus_.find(nullptr);
-  if (bar == menus_.end()) return;
-  SetMenu(window_, bar->second.get());
-  // Long captions may take a second line; the design names the inner size without the bar.
-  RECT inner;
-  RECT outer;
-  GetClientRect(window_, &inner);
-  GetWindowRect(window_, &outer);
-  const int missing = desktop_.PixelsY(form_.Design.height) - inner.bottom;
-  if (missing != 0) {
-    SetWindowPos(window_, nullptr, 0, 0, outer.right - outer.left,
-                 outer.bottom - outer.top + missing, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-  }
-}
-
-void FormWin32::FillMenu(const Menu* parent) {
-  const auto found = menus_.find(parent);
-  if (found == menus_.end()) return;
-  const HMENU menu = found->second.get();
-  // The menus of entries have their owners here: they are taken out, not destroyed.
-  while (GetMenuItemCount(menu) > 0) RemoveMenu(menu, 0, MF_BYPOSITION);
-  const auto& controls = form_.controls();
-  UINT position = 0;
-  for (std::size_t i = 0; i < controls.size(); ++i) {
-    if (controls[i]->kind() != ControlKind::kMenu) continue;
-    const auto& entry = static_cast<const Menu&>(*controls[i]);
-    if (entry.parent() != parent || !entry.Visible()) continue;
-    const Text caption = CaptionWithKeys(entry);
-    MENUITEMINFOW item = MenuItem(entry, caption);
-    item.wID = static_cast<UINT>(kFirstMenuId) + static_cast<UINT>(i);
-    if (const auto own = menus_.find(&entry); own != menus_.end()) {
-      item.fMask |= MIIM_SUBMENU;
-      item.hSubMenu = own->second.get();
-    }
-    InsertMenuItemW(menu, position++, TRUE, &item);
-  }
-  if (!parent) DrawMenuBar(window_);
-}
-
-// An entry of a menu that drops down: nothing but its text is new.
-void FormWin32::SyncMenuCaption(const Menu& entry) {
-  const auto found = menus_.find(entry.parent());
-  if (found == menus_.end() || !entry.Visible()) return;
-  UINT position = 0;
-  for (const Control* control : form_.controls()) {
-    if (control == &entry) break;
-    position += control->kind() == ControlKind::kMenu && control->container() == entry.parent() &&
-                control->Visible();
-  }
-  const Text caption = CaptionWithKeys(entry);
-  MENUITEMINFOW item = MenuItem(entry, caption);
-  item.fMask &= ~static_cast<UINT>(MIIM_ID);
-  SetMenuItemInfoW(found->second.get(), position, TRUE, &item);
-}
-
 void FormWin32::SyncTimer(Timer& timer) {
   const auto& controls = form_.controls();
   const auto id =
@@ -1023,16 +786,6 @@ Control* FormWin32::ControlOf(HWND window) const {
     if (child == window) return const_cast<Control*>(control);
   }
   return nullptr;
-}
-
-Menu* FormWin32::MenuOf(int id) const {
-  const auto& controls = form_.controls();
-  const auto place = static_cast<std::size_t>(id - kFirstMenuId);
-  if (id < kFirstMenuId || place >= controls.size()) return nullptr;
-  Control* const control = controls[place];
-  if (control->kind() != ControlKind::kMenu) return nullptr;
-  auto* const menu = static_cast<Menu*>(control);
-  return menu->Reachable() ? menu : nullptr;
 }
 
 }  // namespace marl::win32

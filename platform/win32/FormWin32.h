@@ -77,6 +77,7 @@ class FormWin32 : public FormPeer {
   void CreateControl(Control& control, int id);
   void PlaceControl(const Control& control, HWND window);
   void PlaceStatusBar();
+  static bool HasMenuBar(const Form& form);
   void CreateMenus();
   /// Fills the menu of `parent`, or the menu bar, anew with the entries that are shown.
   void FillMenu(const Menu* parent);

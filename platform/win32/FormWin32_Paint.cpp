@@ -1,0 +1,160 @@
+// How a form, its picture boxes, groups and pages are painted.
+
+#include "platform/win32/FormWin32.h"
+
+#include <commctrl.h>
+
+#include <utility>
+
+#include "platform/win32/DesktopWin32.h"
+#include "platform/win32/TabsWin32.h"
+
+namespace marl::win32 {
+
+template <typename Paint>
+void FormWin32::PaintBuffered(HWND window, Paint paint) {
+  PAINTSTRUCT record;
+  const HDC screen = BeginPaint(window, &record);
+  const RECT& dirty = record.rcPaint;
+  const int width = dirty.right - dirty.left;
+  const int height = dirty.bottom - dirty.top;
+  if (width > 0 && height > 0) {
+    // Composed beside the screen and shown at once: nothing flickers.
+    const UniqueContext memory(CreateCompatibleDC(screen));
+    const UniqueBitmap bitmap(CreateCompatibleBitmap(screen, width, height));
+    const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
+    SetViewportOrgEx(memory.get(), -dirty.left, -dirty.top, nullptr);
+    paint(memory.get());
+    SetViewportOrgEx(memory.get(), 0, 0, nullptr);
+    BitBlt(screen, dirty.left, dirty.top, width, height, memory.get(), 0, 0, SRCCOPY);
+    SelectObject(memory.get(), before);
+  }
+  EndPaint(window, &record);
+}
+
+void FormWin32::OnPaint() {
+  PaintBuffered(window_, [&](HDC context) {
+    CanvasWin32 canvas(context, desktop_.fonts(), desktop_.Dpi().height);
+    PaintForm(form_, canvas);
+  });
+}
+
+void FormWin32::PaintPictureBox(const PictureBox& box, HDC context) {
+  CanvasWin32 canvas(context, desktop_.fonts(), desktop_.Dpi().height);
+  POINT origin = {};
+  const HBRUSH background = BackgroundIn(&box, origin);
+  if (!background || box.BackColor() != kButtonFace) return PaintPicture(box, canvas);
+  const Size size = box.PixelSize();
+  FillWith(context, {0, 0, size.width, size.height}, background, origin);
+  if (box.Picture()) canvas.Draw(*box.Picture(), 0, 0);
+  PaintControls(form_, &box, canvas);
+}
+
+// The native group paints itself; its labels come on top, where it was painted and nowhere else:
+// text that is written twice gets fatter.
+void FormWin32::PaintFrame(HWND frame) {
+  const HRGN dirty = CreateRectRgn(0, 0, 0, 0);
+  GetUpdateRgn(frame, dirty, FALSE);
+  DefSubclassProc(frame, WM_PAINT, 0, 0);
+  if (const Control* const control = ControlOf(frame)) {
+    const HDC screen = GetDC(frame);
+    SelectClipRgn(screen, dirty);
+    desktop_.Event([&] {
+      CanvasWin32 canvas(screen, desktop_.fonts(), desktop_.Dpi().height);
+      PaintControls(form_, control, canvas);
+    });
+    ReleaseDC(frame, screen);
+  }
+  DeleteObject(dirty);
+}
+
+void FormWin32::EraseContainer(HWND container, HDC context) {
+  RECT area;
+  GetClientRect(container, &area);
+  POINT origin = {};
+  const HBRUSH background = BackgroundIn(ControlOf(container), origin);
+  FillWith(context, area, background ? background : GetSysColorBrush(COLOR_BTNFACE), origin);
+}
+
+LRESULT FormWin32::ColorControl(HDC context, HWND child) {
+  // The context comes as its last user left it, with the colour of a disabled text perhaps.
+  SetTextColor(context, GetSysColor(IsWindowEnabled(child) ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
+  SetBkColor(context, GetSysColor(COLOR_BTNFACE));
+  const Control* const control = ControlOf(child);
+  POINT origin = {};
+  // A disabled field is plain grey.
+  const HBRUSH background = control && control->kind() != ControlKind::kTextBox
+                                ? BackgroundIn(control->container(), origin)
+                                : nullptr;
+  if (!background) return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_BTNFACE));
+  MapWindowPoints(GetParent(child), child, &origin, 1);
+  LPtoDP(context, &origin, 1);
+  SetBrushOrgEx(context, origin.x, origin.y, nullptr);
+  SetBkMode(context, TRANSPARENT);
+  return reinterpret_cast<LRESULT>(background);
+}
+
+HBRUSH FormWin32::BackgroundIn(const Control* container, POINT& origin) const {
+  origin = {};
+  for (; container; container = container->container()) {
+    const auto found = pages_.find(container);
+    if (found != pages_.end()) return found->second.get();
+    origin.x -= desktop_.PixelsX(container->Left());
+    origin.y -= desktop_.PixelsY(container->Top());
+  }
+  return nullptr;
+}
+
+void FormWin32::CreatePages() {
+  pages_.clear();
+  for (const auto& [control, child] : windows_) {
+    if (control->kind() != ControlKind::kPictureBox) continue;
+    const auto& box = static_cast<const PictureBox&>(*control);
+    if (!StripOf(box)) continue;
+    if (UniqueBrush background = PageBackground(box.PixelSize())) {
+      pages_[control] = std::move(background);
+    }
+  }
+}
+
+LRESULT CALLBACK FormWin32::ContainerEntry(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
+                                           DWORD_PTR peer) noexcept {
+  auto* const form = reinterpret_cast<FormWin32*>(peer);
+  switch (message) {
+    // What happens to the controls within concerns the form.
+    case WM_COMMAND:
+    case WM_HSCROLL:
+    case WM_NOTIFY:
+    case WM_MEASUREITEM:
+    case WM_DRAWITEM:
+    case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLORBTN:
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORLISTBOX:
+      return SendMessageW(form->window_, message, w, l);
+    case WM_ERASEBKGND:
+      form->EraseContainer(window, reinterpret_cast<HDC>(w));
+      return 1;
+    case WM_PRINTCLIENT:
+    case WM_PAINT: {
+      const Control* const control = form->ControlOf(window);
+      if (!control || control->kind() != ControlKind::kPictureBox) break;
+      const auto& box = static_cast<const PictureBox&>(*control);
+      form->desktop_.Event([&] {
+        if (message == WM_PRINTCLIENT) {
+          form->PaintPictureBox(box, reinterpret_cast<HDC>(w));
+        } else {
+          form->PaintBuffered(window, [&](HDC context) { form->PaintPictureBox(box, context); });
+        }
+      });
+      return 0;
+    }
+    default:
+      return DefSubclassProc(window, message, w, l);
+  }
+  if (message != WM_PAINT) return DefSubclassProc(window, message, w, l);
+  form->PaintFrame(window);
+  return 0;
+}
+
+}  // namespace marl::win32
