@@ -154,6 +154,7 @@ void frmUI::Wire() {
 void frmUI::OnLoad() {
   Cancelled = false;
   dragging_ = false;
+  numbers_ = UserNumberFormat(ports_.locale);
   ports_.setIcon(hWnd());
   Localise();
   cmbIcons.Clear();
@@ -164,7 +165,7 @@ void frmUI::OnLoad() {
   }
   // A control may refuse what the registry holds: it then keeps what is on the screen, and failing
   // that its default.
-  const SkinSettings stored = ReadSkinValues(ports_.registry, switchboard_.skin);
+  const SkinSettings stored = ReadSkinValues(ports_.registry, switchboard_.skin, numbers_);
   ShowSkin({});
   ShowSkin(switchboard_.skin);
   ShowSkin(stored);
@@ -217,8 +218,8 @@ SkinSettings frmUI::Skin() const {
   skin.Icons = cmbIcons.ListIndex();
   skin.TwoStateOffset = chkUseTwoState.Value() != 0 ? 0 : 18;
   skin.IconsPerRow = cmbIconsPerRow.ListIndex() + kFewestColumns;
-  skin.Font1 = GetFontSpec(lblSample[0]);
-  skin.Font2 = GetFontSpec(lblSample[1]);
+  skin.Font1 = GetFontSpec(lblSample[0], numbers_);
+  skin.Font2 = GetFontSpec(lblSample[1], numbers_);
   skin.DisplayIcons = GetDisplayIcons();
   return skin;
 }
@@ -270,10 +271,10 @@ void frmUI::SetNumber(SkinParameter parameter, std::int32_t number) {
 void frmUI::SetText(SkinParameter parameter, TextView text) {
   switch (parameter) {
     case SkinParameter::font1:
-      ApplyFontSpec(lblSample[0], text);
+      ApplyFontSpec(lblSample[0], text, numbers_);
       break;
     case SkinParameter::font2:
-      ApplyFontSpec(lblSample[1], text);
+      ApplyFontSpec(lblSample[1], text, numbers_);
       break;
     case SkinParameter::displayicons:
       SetDisplayIcons(text);
@@ -292,8 +293,8 @@ void frmUI::SetDisplayIcons(TextView text) {
     more = bar != TextView::npos;
     if (more) text.remove_prefix(bar + 1);
     DisplayPosition position;
-    position.button = CLng(entry.substr(0, 2));
-    position.shown = CLng(entry.size() > 2 ? entry.substr(2) : TextView());
+    position.button = CLng(entry.substr(0, 2), numbers_);
+    position.shown = CLng(entry.size() > 2 ? entry.substr(2) : TextView(), numbers_);
     if (position.button < 0 || position.button >= kPanelButtons) {
       throw RuntimeError::SubscriptOutOfRange();
     }
@@ -355,7 +356,13 @@ void frmUI::PickColor(int index) {
   if (index < 2) RefreshSample();
 }
 
-void frmUI::EditSample(int) {}
+void frmUI::EditSample(int index) {
+  frmFont font({desktop(), ports_.locale, ports_.strings, ports_.colorDialog, ports_.fontList},
+               *this);
+  font.SampleIndex = static_cast<std::int16_t>(index);
+  font.SetInitialFont();
+  font.ShowModal(this);
+}
 
 void frmUI::SetDefaults() {
   ShowSkin({});
@@ -410,7 +417,7 @@ void frmUI::LoadSkin() {
   Text path;
   const FileDialogSettings settings = SkinDialog(kFileMustExist | kHideReadOnly);
   if (ports_.fileDialogs.ShowOpen(this, settings, path) != FileDialogResult::kChosen) return;
-  LoadSkinFile(ports_.files, path, *this);
+  LoadSkinFile(ports_.files, path, *this, numbers_);
   RefreshSample();
 }
 

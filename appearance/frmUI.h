@@ -10,6 +10,7 @@
 #include "appearance/PanelLayout.h"
 #include "appearance/SkinFile.h"
 #include "appearance/SkinSettings.h"
+#include "appearance/frmFont.h"
 #include "platform/ColorDialog.h"
 #include "platform/Desktop.h"
 #include "platform/FileDialogs.h"
@@ -20,6 +21,7 @@
 #include "platform/RegistryStore.h"
 #include "platform/forms/Controls.h"
 #include "platform/forms/Form.h"
+#include "support/Numbers.h"
 #include "support/StringTable.h"
 
 namespace marl {
@@ -27,7 +29,7 @@ namespace marl {
 /// Display settings: the look of the switchboard, designed on a sample. The dialog opens on what
 /// the registry holds and works on its own controls alone; OK writes the registry. It stays loaded
 /// when it is left: the caller reads `Cancelled`, applies the skin, and unloads it.
-class frmUI : public Form, private SkinTarget {
+class frmUI : public Form, private SkinTarget, private SampleForm {
  public:
   struct Ports {
     Desktop& desktop;
@@ -125,6 +127,9 @@ class frmUI : public Form, private SkinTarget {
   SkinSettings Skin() const;
   void SetNumber(SkinParameter parameter, std::int32_t number) override;
   void SetText(SkinParameter parameter, TextView text) override;
+  Label& Sample(int index) override { return lblSample[static_cast<std::size_t>(index)]; }
+  Color GradientColor(int index) const override { return shpColor(index).FillColor(); }
+  int GradientAngle() const override { return hsbAngle.Value(); }
 
   void ShowPictures();
   void AngleChanged();
@@ -142,6 +147,7 @@ class frmUI : public Form, private SkinTarget {
 
   Ports ports_;
   Switchboard switchboard_;
+  NumberFormat numbers_;  ///< of the user
   IconSets icons_{ports_.pictures};
   std::unique_ptr<clsGradient> gradient_;  ///< made at first use
   GradientPicture sample_;

@@ -18,6 +18,7 @@
 #include "shell/SuiteComponents.h"
 #include "shell/SwitchboardModel.h"
 #include "shell/modMarl.h"
+#include "support/Numbers.h"
 #include "support/clsCommon.h"
 #include "support/clsLanguages.h"
 #include "support/frmSplash.h"
@@ -174,6 +175,7 @@ class frmMain : public Form, public HookedForm {
   modFindFiles search_{platform_.files, [this] { platform_.desktop.DoEvents(); }};
   std::unique_ptr<clsLanguages> languages_;  ///< made at its first use
   SuiteComponents components_{platform_};
+  NumberFormat numbers_;  ///< of the user, as the last `SetUI` found it
   IconSets iconSets_{platform_.pictures};
   std::unique_ptr<clsGradient> gradient_;
   modSetIcon icons_{platform_.icons, platform_.process};

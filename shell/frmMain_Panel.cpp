@@ -2,6 +2,7 @@
 #include "appearance/PanelLayout.h"
 #include "shell/frmMain.h"
 #include "support/Numbers.h"
+#include "support/modI18N.h"
 
 // The panel: what the skin makes of it, and the button under the mouse.
 
@@ -15,8 +16,9 @@ constexpr int kPictureTwips = 720;
 }  // namespace
 
 void frmMain::SetUI() {
-  Skin = ReadSkin(platform_.registry, IconsPerRow);
-  const DisplayOrder order = ParseDisplayIcons(Skin.DisplayIcons);
+  numbers_ = UserNumberFormat(platform_.locales);
+  Skin = ReadSkin(platform_.registry, IconsPerRow, numbers_);
+  const DisplayOrder order = ParseDisplayIcons(Skin.DisplayIcons, numbers_);
   OnMouseMove(0, 0, -1, -1);
 
   std::array<LabelPlace, kPanelButtons> labels;
@@ -59,7 +61,7 @@ void frmMain::PaintGradient() {
 void frmMain::Dress(int index, bool highlighted) {
   const auto slot = static_cast<std::size_t>(index);
   lblRun[slot]->SetForeColor(highlighted ? Skin.Text2 : Skin.Text1);
-  ApplyFontSpec(*lblRun[slot], highlighted ? Skin.Font2 : Skin.Font1);
+  ApplyFontSpec(*lblRun[slot], highlighted ? Skin.Font2 : Skin.Font1, numbers_);
   const int number = highlighted ? BrightImage(index) : DullImage(index, Skin.TwoStateOffset);
   imgRun[slot]->SetPicture(
       iconSets_.Image(Skin.Icons, number, desktop().PixelsX(kPictureTwips)));
