@@ -422,6 +422,67 @@ TEST_F(DisplaySettings, ACancelledColourDialogChangesNothing) {
   });
 }
 
+TEST_F(DisplaySettings, AClickOnASampleEditsItsFont) {
+  for (const bool byButton : {false, true}) {
+    Open([&](frmUI& form) {
+      form.hsbAngle.UserScroll(17);
+      for (const int index : {0, 1}) {
+        const auto i = static_cast<std::size_t>(index);
+        desktop.whenModal["frmFont"] = [&](Form& opened) {
+          auto& font = static_cast<frmFont&>(opened);
+          EXPECT_EQ(font.SampleIndex, index);
+          EXPECT_EQ(GetFontSpec(font.lblSample), index == 0 ? u"Arial|10|b" : u"Arial|10|bu");
+          clsGradient gradient(desktop);
+          gradient.SetAngle(17);
+          gradient.SetColor1(SkinSettings().Color1);
+          gradient.SetColor2(SkinSettings().Color2);
+          GradientPicture target(font.picGrad.PixelSize());
+          gradient.Draw(target);
+          EXPECT_EQ(font.picGrad.Picture()->pixels, target.picture().pixels) << "not confirmed yet";
+          colors.Choose(0x010203 + index);
+          font.cmdSetColor.UserClick();
+          font.chkStyle[1]->UserClick();
+          font.cmdDismiss[0]->UserClick();
+        };
+        (byButton ? static_cast<Control&>(form.cmdSample[i]) : form.lblSample[i]).UserClick();
+        EXPECT_EQ(form.lblSample[i].ForeColor(), 0x010203 + index);
+      }
+      EXPECT_EQ(GetFontSpec(form.lblSample[0]), u"Arial|10|bi");
+      EXPECT_EQ(GetFontSpec(form.lblSample[1]), u"Arial|10|biu");
+      form.cmdDismiss[1].UserClick();
+    });
+  }
+  EXPECT_EQ(desktop.modal, (std::vector<std::string>{"frmUI", "frmFont", "frmFont", "frmUI",
+                                                     "frmFont", "frmFont"}));
+}
+
+TEST_F(DisplaySettings, ACancelledFontDialogChangesNothing) {
+  Open([&](frmUI& form) {
+    desktop.whenModal["frmFont"] = [&](Form& opened) {
+      auto& font = static_cast<frmFont&>(opened);
+      font.chkStyle[0]->UserClick();
+      font.cmdDismiss[1]->UserClick();
+    };
+    form.lblSample[0].UserClick();
+    EXPECT_EQ(Shown(form), SkinSettings());
+  });
+}
+
+TEST_F(DisplaySettings, SizesAreReadAndWrittenAsTheUserWritesThem) {
+  locale.threadLocale = 0x407;
+  screen.Font1 = u"Arial|8,25|";
+  fileDialogs.Choose(kSkinPath);
+  Open([&](frmUI& form) {
+    EXPECT_EQ(form.lblSample[0].Font().Size, 82500);
+    form.cmdSave.UserClick();
+    form.cmdDefault.UserClick();
+    form.cmdLoad.UserClick();
+    EXPECT_EQ(form.lblSample[0].Font().Size, 82500);
+    form.cmdDismiss[0].UserClick();
+  });
+  EXPECT_EQ(ReadSkinValues(registry, {}).Font1, u"Arial|8,25|");
+}
+
 TEST_F(DisplaySettings, TheSamplePicturesFollowSetAndStates) {
   Open([&](frmUI& form) {
     std::set<const Picture*> normal;
