@@ -79,8 +79,8 @@ void frmUI::Arrange() {
   picContainer.SetBounds({180, 300, 6000, 2475});
   for (std::size_t i = 0; i < lblSample.size(); ++i) {
     const int half = i == 0 ? 0 : 3120;
-    imgSample[i].SetBounds({half + 1440 - kPictureTwips / 2, 555, kPictureTwips, kPictureTwips});
-    lblSample[i].SetBounds({half + 60, 1335, 2760, 960});
+    imgSample[i].SetBounds({half + 1440 - kPictureTwips / 2, 645, kPictureTwips, kPictureTwips});
+    lblSample[i].SetBounds({half + 60, 1410, 2760, 960});
     lblSample[i].Alignment = Alignment::kCenter;
     lblSample[i].Tag = i == 0 ? u"3056" : u"3057";
     lblSample[i].HandCursor = true;
@@ -90,14 +90,14 @@ void frmUI::Arrange() {
   chkThickBorder.Tag = u"3061";
 
   fraIcons.SetBounds({6600, 90, 4200, 6075});
-  lstIcons.SetBounds({180, 300, 2610, 4380});
+  lstIcons.SetBounds({180, 300, 2610, 4110});
   lstIcons.CheckBoxes = true;
   cmdMove[0].SetBounds({2895, 300, 1125, 345});
   cmdMove[0].Tag = u"3073";
   cmdMove[1].SetBounds({2895, 735, 1125, 345});
   cmdMove[1].Tag = u"3074";
-  cmbIcons.SetBounds({180, 4815, 3840, 315});
-  chkUseTwoState.SetBounds({180, 5235, 3840, 255});
+  cmbIcons.SetBounds({180, 4605, 3840, 315});
+  chkUseTwoState.SetBounds({180, 5130, 3840, 255});
   chkUseTwoState.Tag = u"3069";
   lblIconsPerRow.SetBounds({180, 5655, 2610, 225});
   lblIconsPerRow.Tag = u"3075";
