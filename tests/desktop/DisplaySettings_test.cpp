@@ -279,6 +279,7 @@ std::wstring ShippedSkins() {
   return own.substr(0, own.rfind(L'\\')) + L"\\Skins";
 }
 
+constexpr wchar_t kFirstButton[] = L"&Set gradient colour 1";
 constexpr char kShippedOrder[] =
     "001|011|021|031|041|051|061|071|081|091|101|111|121|131|141|151|161|171";
 
@@ -296,7 +297,7 @@ TEST_F(DisplaySettings, TheHiddenWordOpensThemAndCancelLeavesTheRegistryUntouche
   EXPECT_FALSE(IsWindowEnabled(marl.Window())) << "it is modal";
   const std::vector<KeyImage> before = settings.Image();
 
-  EXPECT_TRUE(dialog.SetColor(L"&Set gradient colour 1", 1, 2, 3));
+  EXPECT_TRUE(dialog.SetColor(kFirstButton, 1, 2, 3));
   EXPECT_TRUE(dialog.Press(L"Display &wide border"));
   EXPECT_TRUE(IsChecked(Button(dialog.window(), L"Display &wide border")));
   EXPECT_TRUE(dialog.Choose(dialog.Columns(), 3));
@@ -316,7 +317,7 @@ TEST_F(DisplaySettings, EachOfTheFourteenParametersReachesTheRegistry) {
   const SettingsDialog dialog(marl);
   ASSERT_TRUE(dialog);
 
-  EXPECT_TRUE(dialog.SetColor(L"&Set gradient colour 1", 10, 20, 30));
+  EXPECT_TRUE(dialog.SetColor(kFirstButton, 10, 20, 30));
   EXPECT_TRUE(dialog.SetColor(L"Set g&radient colour 2", 40, 50, 60));
   EXPECT_TRUE(dialog.SetColor(L"Set &border colour 1", 70, 80, 90));
   EXPECT_TRUE(dialog.SetColor(L"Set b&order colour 2", 100, 110, 120));
@@ -403,14 +404,17 @@ TEST_F(DisplaySettings, TheKeyboardAloneChangesAndConfirms) {
     return focus() == to;
   };
   // Around once: nineteen stops.
+  ASSERT_TRUE(WaitUntil([&] { return focus() == Button(dialog.window(), kFirstButton); }));
   std::vector<HWND> stops;
+  std::string visited;
   for (int i = 0; i < 19; ++i) {
     stops.push_back(focus());
+    visited += ToUtf8(ClassOf(focus()) + L" " + TextOf(focus()) + L"\n");
     Chord({}, VK_TAB);
     EXPECT_TRUE(WaitUntil([&] { return focus() != stops.back(); }));
   }
-  EXPECT_EQ(focus(), stops.front());
-  EXPECT_EQ(std::set<HWND>(stops.begin(), stops.end()).size(), 19u);
+  EXPECT_EQ(focus(), stops.front()) << visited;
+  EXPECT_EQ(std::set<HWND>(stops.begin(), stops.end()).size(), 19u) << visited;
 
   EXPECT_TRUE(tab(dialog.Bar()));
   Chord({}, VK_NEXT);
@@ -478,7 +482,7 @@ TEST_F(DisplaySettings, ASavedSkinHoldsTheToldLinesAndGivesTheSamePanelInANewSta
     const RunningMarl marl(suite);
     const SettingsDialog dialog(marl);
     ASSERT_TRUE(dialog);
-    EXPECT_TRUE(dialog.SetColor(L"&Set gradient colour 1", 200, 120, 40));
+    EXPECT_TRUE(dialog.SetColor(kFirstButton, 200, 120, 40));
     EXPECT_TRUE(dialog.Choose(dialog.IconSets(), 1));
     EXPECT_TRUE(dialog.Choose(dialog.Columns(), 3));
     EXPECT_FALSE(Exists(suite.path() + L"\\Skins"));
