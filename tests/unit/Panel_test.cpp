@@ -266,6 +266,35 @@ TEST_F(Panel, ANewSkinLeavesNoHighlightBehind) {
   EXPECT_EQ(form().lblRun[kEdit]->ForeColor(), Rgb(1, 2, 3));
 }
 
+TEST_F(Panel, ActivationRepaintsTheButtons) {
+  Start();
+  auto& peer = static_cast<MemoryPeer&>(*form().peer());
+  peer.invalidated.clear();
+  world.desktop.Event([&] { form().UserActivate(); });
+  EXPECT_EQ(peer.invalidated.size(), 2u * kButtonCount);
+}
+
+TEST_F(Panel, GrowsByTheLineThatItsMenuBarWraps) {
+  Start();
+  const Box before = form().bounds();
+  const Size inner = form().inner();
+  // The bar now takes one line more, or no longer does.
+  const auto wrap = [&](int line) {
+    world.desktop.frame.height += line;
+    const Size left{form().inner().width, form().inner().height - line};
+    world.desktop.Event([&] { form().PeerPlaced(form().bounds(), left, WindowState::kNormal); });
+  };
+  wrap(285);
+  EXPECT_EQ(form().inner(), inner);
+  EXPECT_EQ(form().bounds(), (Box{before.left, before.top, before.width, before.height + 285}));
+  wrap(-285);
+  EXPECT_EQ(form().inner(), inner);
+  EXPECT_EQ(form().bounds(), before);
+  form().ClientHeight = 0;
+  wrap(285);
+  EXPECT_EQ(form().bounds(), before) << "nothing is wanted";
+}
+
 TEST_F(Panel, StoredOddities) {
   skin.Icons = 7;
   skin.BorderWidth = 5;

@@ -215,6 +215,17 @@ TEST(WizardMissing, ComplainsAndComesUp) {
   EXPECT_TRUE(world.main().Visible());
 }
 
+TEST(WizardStart, LeavesNoSplashNoHookAndNoTrayIcon) {
+  SuiteWorld world;
+  world.PutSetting(u"Wizard", u"Y");
+  world.Start();
+  EXPECT_TRUE(world.desktop.ended());
+  EXPECT_TRUE(world.pictures.loaded.empty()) << "the splash would show its picture";
+  EXPECT_EQ(world.desktop.now, 0) << "and would be waited for";
+  EXPECT_TRUE(world.hooks.listeners.empty());
+  EXPECT_TRUE(world.tray.calls.empty());
+}
+
 // ---- Temporary files
 
 TEST(TemporaryFiles, AllMatchesGoAndNothingElse) {
@@ -403,6 +414,28 @@ TEST(BrowserProbe, CodesUpTo32MeanNoBrowser) {
   }
 }
 
+TEST(BrowserProbe, GoesEvenWhenItHasBecomeReadOnly) {
+  struct Meddling : MemoryShell {
+    explicit Meddling(MemoryFileSystem& on) : files(on) {}
+    int FindProgram(TextView file, TextView directory, Text& program) override {
+      EXPECT_EQ(files.SetAttributes(file, kReadOnly), kOk);
+      return MemoryShell::FindProgram(file, directory, program);
+    }
+    MemoryFileSystem& files;
+  };
+  SuiteWorld world;
+  Meddling shell(world.files);
+  const auto before = world.files.Files();
+  Application application({world.desktop,     world.files,       world.settings,   shell,
+                           world.process,     world.components,  world.strings,    world.locales,
+                           world.icons,       world.pictures,    world.registry,   world.hooks,
+                           world.tray,        world.tips,        world.profile,    world.fileDialogs,
+                           world.colorDialog, world.fontList});
+  application.Run();
+  EXPECT_EQ(shell.asked.size(), 1u);
+  EXPECT_EQ(world.files.Files(), before);
+}
+
 TEST(BrowserProbe, AFullTemporaryFolderEndsTheProcess) {
   SuiteWorld world;
   world.files.FailNext(FileAction::kCreate, kAccessDenied);
@@ -417,6 +450,17 @@ TEST(MissingTools, WithEveryToolOnlyTheUntrackedSlotIsGrey) {
   world.Start();
   for (std::size_t i = 0; i < kButtonCount; ++i) {
     if (i == kTrackProjects) continue;  // greyed by the tracking server, not by a missing file
+    EXPECT_EQ(world.main().lblRun[i]->Tag, u"") << i;
+    EXPECT_TRUE(world.main().lblRun[i]->Enabled()) << i;
+  }
+}
+
+TEST(MissingTools, WithEveryToolAndAServerNothingIsGrey) {
+  SuiteWorld world;
+  world.registry.Plant(kCurrentUser, "Software\\Oru\\Marl\\Settings", "TrackingServer", kRegSz,
+                       NarrowText("alpha\0", 6));
+  world.Start();
+  for (std::size_t i = 0; i < kButtonCount; ++i) {
     EXPECT_EQ(world.main().lblRun[i]->Tag, u"") << i;
     EXPECT_TRUE(world.main().lblRun[i]->Enabled()) << i;
   }

@@ -94,6 +94,20 @@ TEST_F(ButtonTips, EachBindingMakesAllAnew) {
   EXPECT_EQ(world.tips.tips.size(), 18u);
 }
 
+TEST_F(ButtonTips, EachLayoutBindsThemAnew) {
+  world.Start();
+  SkinSettings skin;
+  skin.DisplayIcons.replace(3 * 4, 3, u"030");
+  WriteSkin(world.registry, skin);
+  world.desktop.Event([&] { world.main().SetUI(); });
+  EXPECT_EQ(world.tips.tips.size(), 17u);
+  EXPECT_EQ(world.main().TooltipObjects[3]->Style(), -1);
+  WriteSkin(world.registry, SkinSettings());
+  world.desktop.Event([&] { world.main().SetUI(); });
+  EXPECT_EQ(world.tips.tips.size(), 18u);
+  EXPECT_EQ(Tool(3).hwnd, world.main().hWnd());
+}
+
 TEST_F(ButtonTips, GoWithTheMainForm) {
   world.Start();
   world.application.reset();
