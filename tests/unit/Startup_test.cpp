@@ -426,11 +426,10 @@ TEST(BrowserProbe, GoesEvenWhenItHasBecomeReadOnly) {
   SuiteWorld world;
   Meddling shell(world.files);
   const auto before = world.files.Files();
-  Application application({world.desktop,     world.files,       world.settings,   shell,
-                           world.process,     world.components,  world.strings,    world.locales,
-                           world.icons,       world.pictures,    world.registry,   world.hooks,
-                           world.tray,        world.tips,        world.profile,    world.fileDialogs,
-                           world.colorDialog, world.fontList});
+  Application application({world.desktop, world.files, world.settings, shell, world.process,
+                           world.components, world.strings, world.locales, world.icons,
+                           world.pictures, world.registry, world.hooks, world.tray, world.tips,
+                           world.profile, world.fileDialogs, world.colorDialog, world.fontList});
   application.Run();
   EXPECT_EQ(shell.asked.size(), 1u);
   EXPECT_EQ(world.files.Files(), before);
