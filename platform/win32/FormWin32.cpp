@@ -285,20 +285,11 @@ bool FormWin32::PreviewKey(const MSG& message) {
   desktop_.Event([&] {
     taken =
         form_.UserKeyDown(static_cast<int>(message.wParam), (shift ? 1 : 0) | (control ? 2 : 0));
-    if (taken || !control) return;
-    switch (message.wParam) {
-      case VK_TAB:
-        taken = form_.UserNextTab(shift ? -1 : 1);
-        break;
-      case VK_NEXT:
-        taken = form_.UserNextTab(1);
-        break;
-      case VK_PRIOR:
-        taken = form_.UserNextTab(-1);
-        break;
-      default:
-        break;
-    }
+    const bool left = message.wParam == VK_PRIOR || (message.wParam == VK_TAB && shift);
+    const bool right = message.wParam == VK_NEXT || (message.wParam == VK_TAB && !shift);
+    if (!taken && control && (left || right)) taken = form_.UserNextTab(left ? -1 : 1);
+    // A form that has gone takes no keys any more.
+    taken = taken || !form_.loaded();
   });
   return taken;
 }

@@ -13,9 +13,9 @@
 #include "platform/memory/MemoryDesktop.h"
 #include "tests/contract/Backends.h"
 #ifdef _WIN32
-#include "platform/win32/DesktopWin32.h"
-
 #include <commctrl.h>
+
+#include "platform/win32/DesktopWin32.h"
 #endif
 
 namespace marl {
@@ -71,9 +71,11 @@ class PagesForm : public Form {
   CommandButton ok{*this, "cmdOK"};
 
   std::vector<std::string> heard;
+  bool closesOnKey = false;
 
  protected:
   bool OnKeyDown(int key, int shift) override {
+    if (closesOnKey) Unload();
     if (key != kKeyF4) return false;
     Log("key", shift);
     return true;
@@ -370,6 +372,12 @@ TEST_P(ControlsContract, TheFormSeesItsKeyWhateverHasTheFocus) {
   KeyDown(kKeyF4, form->ok);
   KeyDown(kKeyF6, form->ok);
   EXPECT_EQ(form->heard, (Heard{"key 0", "key 0"}));
+}
+
+TEST_P(ControlsContract, AFormMayCloseOnAKeyThatItLetsPass) {
+  form->closesOnKey = true;
+  KeyDown(kKeyF6, form->ok);
+  EXPECT_FALSE(form->loaded());
 }
 
 MARL_OVER_ALL_BACKENDS(ControlsContract);
