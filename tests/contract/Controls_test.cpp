@@ -13,9 +13,10 @@
 #include "platform/memory/MemoryDesktop.h"
 #include "tests/contract/Backends.h"
 #ifdef _WIN32
-#include <commctrl.h>
-
+// clang-format off: the platform's own header comes first.
 #include "platform/win32/DesktopWin32.h"
+#include <commctrl.h>
+// clang-format on
 #endif
 
 namespace marl {
