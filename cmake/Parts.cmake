@@ -18,6 +18,13 @@ function(marl_ships target)
                             LIBRARY DESTINATION . COMPONENT program)
 endfunction()
 
+# Sources of the calling folder that are worth the largest code.
+function(marl_hot_loops)
+  if(NOT MARL_SANITIZE)
+    set_property(SOURCE ${ARGN} TARGET_DIRECTORY marl_core APPEND PROPERTY COMPILE_OPTIONS -O3)
+  endif()
+endfunction()
+
 # Registers the test program `target` as a whole under its part: unit, contract or desktop.
 # Windows programs run under Wine, each on a desktop of its own; those that move a real mouse run
 # alone. Further arguments go to the program.
@@ -32,6 +39,8 @@ function(marl_test part target)
   add_test(NAME ${name} COMMAND ${target} ${ARGN})
   set_tests_properties(${name} PROPERTIES LABELS ${part})
   if(WIN32)
+    # The code under test is in libraries, optimised as it ships.
+    target_compile_options(${target} PRIVATE -O0)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "MARL_WINE_NAME=${name}")
     if(part STREQUAL "desktop")
       set_tests_properties(${name} PROPERTIES RUN_SERIAL ON)
