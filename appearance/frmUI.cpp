@@ -22,6 +22,8 @@ constexpr std::array<int, 4> kIconSetNames = {3066, 3067, 3068, 3072};
 constexpr int kFewestColumns = 3;
 constexpr int kMostColumns = 6;
 constexpr int kLastAngle = 359;
+/// Rows that the list takes; the panel looks at the first eighteen.
+constexpr std::size_t kMostRows = 1000;
 /// A picture is 48 pixels wide at 96 dots an inch.
 constexpr int kPictureTwips = 720;
 /// The button whose pictures stand for all in the sample.
@@ -90,14 +92,14 @@ void frmUI::Arrange() {
   chkThickBorder.Tag = u"3061";
 
   fraIcons.SetBounds({6600, 90, 4200, 6075});
-  lstIcons.SetBounds({180, 300, 2610, 4110});
+  lstIcons.SetBounds({180, 300, 2610, 4380});
   lstIcons.CheckBoxes = true;
   cmdMove[0].SetBounds({2895, 300, 1125, 345});
   cmdMove[0].Tag = u"3073";
   cmdMove[1].SetBounds({2895, 735, 1125, 345});
   cmdMove[1].Tag = u"3074";
-  cmbIcons.SetBounds({180, 4605, 3840, 315});
-  chkUseTwoState.SetBounds({180, 5130, 3840, 255});
+  cmbIcons.SetBounds({180, 4815, 3840, 315});
+  chkUseTwoState.SetBounds({180, 5235, 3840, 255});
   chkUseTwoState.Tag = u"3069";
   lblIconsPerRow.SetBounds({180, 5655, 2610, 225});
   lblIconsPerRow.Tag = u"3075";
@@ -298,6 +300,7 @@ void frmUI::SetDisplayIcons(TextView text) {
     if (position.button < 0 || position.button >= kPanelButtons) {
       throw RuntimeError::SubscriptOutOfRange();
     }
+    if (order.size() == kMostRows) throw RuntimeError::Overflow();
     order.push_back(position);
   }
   if (order.size() < kPanelButtons) throw RuntimeError::SubscriptOutOfRange();

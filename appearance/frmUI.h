@@ -97,7 +97,8 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
 
   /// Fills the list from a display order's text. One that the panel could not use leaves the list
   /// as it is and throws: "Subscript out of range" for fewer than 18 entries or a button that does
-  /// not exist, "Type mismatch" or "Overflow" for a part that is no number.
+  /// not exist, "Type mismatch" or "Overflow" for a part that is no number, "Overflow" for more
+  /// than 1000 entries.
   void SetDisplayIcons(TextView text);
   /// The list as a display order's text, in its normal form.
   Text GetDisplayIcons() const;

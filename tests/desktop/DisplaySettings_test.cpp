@@ -139,11 +139,12 @@ bool IsChecked(HWND button) { return SendMessageW(button, BM_GETCHECK, 0, 0) != 
 /// The display settings, opened by the hidden word.
 class SettingsDialog {
  public:
-  explicit SettingsDialog(const RunningMarl& marl) : marl_(marl) {
+  explicit SettingsDialog(const RunningMarl& marl, const wchar_t* title = L"Display settings")
+      : marl_(marl) {
     const HWND main = marl.WaitForWindow();
     if (!main || !BringForward(main)) return;
     Keys(L"setgui");
-    window_ = WaitForWindowTitled(marl, L"Display settings");
+    window_ = WaitForWindowTitled(marl, title);
   }
   explicit operator bool() const { return window_ != nullptr; }
   HWND window() const { return window_; }
@@ -269,6 +270,22 @@ std::string ContentOf(const std::wstring& path) {
 
 bool Exists(const std::wstring& path) {
   return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+/// Width and height of a text in the font of the dialogs, in pixels.
+SIZE SizeOf(const std::wstring& text) {
+  const HDC screen = GetDC(nullptr);
+  const int dpi = GetDeviceCaps(screen, LOGPIXELSY);
+  const HFONT font = CreateFontW(-MulDiv(33, dpi, 4 * 72), 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
+                                 DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
+                                 DEFAULT_QUALITY, DEFAULT_PITCH, L"Tahoma");
+  const HGDIOBJ before = SelectObject(screen, font);
+  RECT area = {};
+  DrawTextW(screen, text.c_str(), -1, &area, DT_CALCRECT | DT_SINGLELINE);
+  SelectObject(screen, before);
+  DeleteObject(font);
+  ReleaseDC(nullptr, screen);
+  return {area.right, area.bottom};
 }
 
 /// The skins that the program ships with, beside the tests.
@@ -448,20 +465,29 @@ TEST_F(DisplaySettings, ADragWithTheMouseMovesARowDownAndUp) {
   const RunningMarl marl(suite);
   const SettingsDialog dialog(marl);
   ASSERT_TRUE(dialog);
+  const auto selected = [&] {
+    return static_cast<int>(SendMessageW(dialog.List(), LB_GETCURSEL, 0, 0));
+  };
   const auto drag = [&](int from, int to) {
     const POINT start = dialog.Row(from, 60);
-    MoveMouse(start.x, start.y);
-    INPUT button = {};
-    button.type = INPUT_MOUSE;
-    button.mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
-    SendInput(1, &button, sizeof button);
-    for (int row = from; row != to; row += from < to ? 1 : -1) {
-      const POINT at = dialog.Row(row + (from < to ? 1 : -1), 60);
-      MoveMouse(at.x, at.y);
-      WaitUntil([&] { return SendMessageW(dialog.List(), LB_GETCURSEL, 0, 0) != row; });
+    EXPECT_TRUE(WaitUntil([&] {
+      BringForward(dialog.window());
+      return WindowFromPoint(start) == dialog.List();
+    }));
+    PressMouse(start);
+    EXPECT_TRUE(WaitUntil([&] { return selected() == from; }));
+    const int step = from < to ? 1 : -1;
+    for (int row = from + step; row != to + step; row += step) {
+      const POINT at = dialog.Row(row, 60);
+      // The display may still be on its way to the place before: a hand shakes, too.
+      int shake = 0;
+      EXPECT_TRUE(WaitUntil([&] {
+        MoveMouse(at.x + shake++ % 2, at.y);
+        return selected() == row;
+      })) << row
+          << ": " << selected();
     }
-    button.mi.dwFlags = MOUSEEVENTF_LEFTUP;
-    SendInput(1, &button, sizeof button);
+    ReleaseMouse(dialog.Row(to, 60));
   };
   ASSERT_TRUE(BringForward(dialog.window()));
   drag(3, 7);
@@ -553,6 +579,61 @@ TEST_F(DisplaySettings, AShippedSkinIsAppliedFromTheSkinsFolder) {
     }
     PanelOf(marl.Window());
     Screenshot("panel-" + ToUtf8(name), marl.Window());
+    EXPECT_TRUE(Close(marl));
+  }
+}
+
+TEST_F(DisplaySettings, NoButtonAndNoListCutsItsTextOffInEitherLanguage) {
+  const struct {
+    std::wstring program;
+    const wchar_t* title;
+    const char* picture;
+  } languages[] = {{g_programs.marl, L"Display settings", "display-settings"},
+                   {g_programs.german, L"Anzeigeeinstellungen", "display-settings-german"}};
+  for (const auto& language : languages) {
+    const SuiteFolder suite;
+    ASSERT_TRUE(CopyFileW(language.program.c_str(), suite.marl().c_str(), FALSE));
+    const RunningMarl marl(suite);
+    const SettingsDialog dialog(marl, language.title);
+    ASSERT_TRUE(dialog) << language.picture;
+    RedrawWindow(dialog.window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    Screenshot(language.picture, dialog.window());
+    const auto fits = [](const std::wstring& text, HWND control, int besides) {
+      RECT room = {};
+      GetClientRect(control, &room);
+      const SIZE size = SizeOf(text);
+      EXPECT_GT(size.cx, 0);
+      EXPECT_LE(size.cx + PixelsOf(besides * 15), room.right) << ToUtf8(text);
+      EXPECT_LE(size.cy, room.bottom) << ToUtf8(text);
+    };
+    int buttons = 0;
+    for (const HWND button : Within(dialog.window(), L"Button")) {
+      if (TextOf(button).empty()) continue;  // the group of the icons
+      const auto kind = GetWindowLongW(button, GWL_STYLE) & BS_TYPEMASK;
+      // A box and its gap; or the frame and a little air at both ends.
+      fits(TextOf(button), button, kind == BS_CHECKBOX || kind == BS_AUTOCHECKBOX ? 17 : 10);
+      ++buttons;
+    }
+    EXPECT_EQ(buttons, 18);
+    for (const HWND combo : {dialog.IconSets(), dialog.Columns()}) {
+      const auto rows = static_cast<WPARAM>(SendMessageW(combo, CB_GETCOUNT, 0, 0));
+      EXPECT_EQ(rows, 4u);
+      for (WPARAM row = 0; row < rows; ++row) {
+        wchar_t text[256] = {};
+        SendMessageW(combo, CB_GETLBTEXT, row, reinterpret_cast<LPARAM>(text));
+        fits(text, combo, 26);
+      }
+    }
+    // All rows can be seen at once, without a bar.
+    RECT last = {};
+    RECT list = {};
+    SendMessageW(dialog.List(), LB_GETITEMRECT, 17, reinterpret_cast<LPARAM>(&last));
+    GetClientRect(dialog.List(), &list);
+    EXPECT_LE(last.bottom, list.bottom);
+    for (int row = 0; row < 18; ++row) fits(dialog.RowText(row), dialog.List(), 22);
+    EXPECT_TRUE(
+        ClickOn(Button(dialog.window(), language.title[0] == L'D' ? L"Cancel" : L"Abbrechen")));
+    EXPECT_TRUE(WaitUntilGone(dialog.window()));
     EXPECT_TRUE(Close(marl));
   }
 }

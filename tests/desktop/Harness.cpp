@@ -652,6 +652,16 @@ void Click(int x, int y) {
 
 void Click(POINT at) { Click(at.x, at.y); }
 
+void PressMouse(POINT at) {
+  INPUT input[] = {MouseAt(at.x, at.y, 0), MouseAt(at.x, at.y, MOUSEEVENTF_LEFTDOWN)};
+  SendInput(2, input, sizeof input[0]);
+}
+
+void ReleaseMouse(POINT at) {
+  INPUT input[] = {MouseAt(at.x, at.y, 0), MouseAt(at.x, at.y, MOUSEEVENTF_LEFTUP)};
+  SendInput(2, input, sizeof input[0]);
+}
+
 void Keys(const std::wstring& text) {
   for (const wchar_t c : text) {
     const SHORT key = VkKeyScanW(c);

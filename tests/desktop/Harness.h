@@ -162,6 +162,9 @@ void Screenshot(const std::string& name, HWND window = nullptr);
 /// Presses and lets go the left button of the mouse there, in pixels of the screen.
 void Click(int x, int y);
 void Click(POINT at);
+/// Halves of a click, for what is dragged between them.
+void PressMouse(POINT at);
+void ReleaseMouse(POINT at);
 void MoveMouse(int x, int y);
 /// Types the characters.
 void Keys(const std::wstring& text);

@@ -349,6 +349,18 @@ TEST_F(DisplaySettings, AButtonMayStandTwiceAndMoreThan18RowsAreKept) {
   });
 }
 
+TEST_F(DisplaySettings, AnOrderOfAThousandEntriesIsTakenAndALongerOneRefused) {
+  Text order = u"051";
+  for (int i = 1; i < 1000; ++i) order += u"|051";
+  Open([&](frmUI& form) {
+    form.SetDisplayIcons(order);
+    EXPECT_EQ(form.lstIcons.ListCount(), 1000);
+    form.SetDisplayIcons(kOrder);
+    EXPECT_THROW(form.SetDisplayIcons(order + u"|051"), RuntimeError);
+    EXPECT_EQ(form.GetDisplayIcons(), kOrder);
+  });
+}
+
 class DisplaySettingsHostileOrder : public DisplaySettings,
                                     public testing::WithParamInterface<TextView> {};
 
