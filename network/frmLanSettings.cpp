@@ -35,26 +35,26 @@ Text Trim(TextView text) {
 frmLanSettings::frmLanSettings(const Ports& ports)
     : Form(ports.desktop, "frmLanSettings"), ports_(ports) {
   Tag = u"5010";
-  Design = {6360, 2835};
-  fraProxyServer.SetBounds({120, 90, 6120, 2130});
+  Design = {6660, 2835};
+  fraProxyServer.SetBounds({120, 90, 6420, 2130});
   fraProxyServer.Tag = u"5019";
-  picContainer.SetBounds({120, 240, 5880, 1770});
-  optDefault.SetBounds({60, 60, 5760, 255});
+  picContainer.SetBounds({120, 240, 6180, 1770});
+  optDefault.SetBounds({60, 60, 6060, 255});
   optDefault.Tag = u"5011";
-  optOverride.SetBounds({60, 375, 5760, 255});
+  optOverride.SetBounds({60, 375, 6060, 255});
   optOverride.Tag = u"5012";
-  chkUseProxy.SetBounds({330, 795, 5490, 255});
+  chkUseProxy.SetBounds({330, 795, 5790, 255});
   chkUseProxy.Tag = u"5013";
   lblProxyAddress.SetBounds({600, 1275, 840, 255});
   lblProxyAddress.Tag = u"5014";
-  txtProxyAddress.SetBounds({1440, 1215, 2550, 315});
-  lblProxyPort.SetBounds({4245, 1275, 600, 255});
+  txtProxyAddress.SetBounds({1440, 1215, 2850, 315});
+  lblProxyPort.SetBounds({4545, 1275, 600, 255});
   lblProxyPort.Tag = u"5015";
-  txtProxyPort.SetBounds({4845, 1215, 780, 315});
-  cmdOK.SetBounds({3900, 2370, 1125, 345});
+  txtProxyPort.SetBounds({5145, 1215, 780, 315});
+  cmdOK.SetBounds({4200, 2370, 1125, 345});
   cmdOK.Tag = u"5016";
   cmdOK.Default = true;
-  cmdCancel.SetBounds({5115, 2370, 1125, 345});
+  cmdCancel.SetBounds({5415, 2370, 1125, 345});
   cmdCancel.Tag = u"5017";
   cmdCancel.Cancel = true;
 

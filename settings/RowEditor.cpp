@@ -27,11 +27,15 @@ void RowEditor::FieldChanged() {
 }
 
 void RowEditor::AddRow() {
+  const int row = list_.AddItem(placeholder_);
+  // What was selected before is not: a press on `remove` is to take back the new row alone.
+  list_.UserSelectRows({}, -1);
   // Selecting a row is a click on it: the field takes the focus, ready for the text.
-  list_.SetSelected(list_.AddItem(placeholder_), true);
+  list_.SetSelected(row, true);
 }
 
 void RowEditor::RemoveSelected() {
+  const ItemList::Batch batch(list_);
   for (int row = 0; row < list_.ListCount();) {
     if (list_.Selected(row)) {
       list_.RemoveItem(row);

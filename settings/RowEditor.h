@@ -5,8 +5,8 @@
 namespace marl {
 
 /// Makes a list of texts editable: the field shows the current row, and what is typed there goes
-/// into the row at each keystroke. `add` appends a row that still holds the placeholder, `remove`
-/// takes all selected rows out. Wires the handlers of all four; they live as long as this.
+/// into the row at each keystroke. `add` appends a row that still holds the placeholder and selects it
+/// alone, `remove` takes all selected rows out. Wires the handlers of all four; they live as long as this.
 class RowEditor {
  public:
   RowEditor(ListBox& list, TextBox& field, CommandButton& add, CommandButton& remove,

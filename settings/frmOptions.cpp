@@ -19,7 +19,7 @@ constexpr int kCancelString = 20001;
 constexpr std::array kTabStrings = {4013, 4014, 4015, 4017};
 constexpr std::array kOptionStrings = {4001, 4002, 4003, 4005, 4006, 4008, 4009, 4010, 4011};
 
-constexpr Box kTabs{105, 105, 6765, 4035};
+constexpr Box kTabs{105, 105, 7365, 4035};
 constexpr Box kPanel{kTabs.left + 75, kTabs.top + 375, kTabs.width - 150, kTabs.height - 450};
 
 cRegistry Expressions(RegistryStore& store) {
@@ -40,7 +40,7 @@ frmOptions::frmOptions(const Ports& ports, Dialogs dialogs, const Form& mainForm
       ports_(ports),
       dialogs_(std::move(dialogs)),
       mainForm_(mainForm) {
-  Design = {6975, 4725};
+  Design = {7575, 4725};
   KeyPreview = true;
   tabOptions.SetBounds(kTabs);
   for (PictureBox& panel : picTab) {
@@ -50,36 +50,36 @@ frmOptions::frmOptions(const Ports& ports, Dialogs dialogs, const Form& mainForm
   }
 
   // Switchboard.
-  chkOptions[0].SetBounds({120, 120, 6375, 255});
-  chkOptions[1].SetBounds({120, 465, 6375, 255});
-  chkOptions[4].SetBounds({120, 810, 6375, 255});
+  chkOptions[0].SetBounds({120, 120, 6975, 255});
+  chkOptions[1].SetBounds({120, 465, 6975, 255});
+  chkOptions[4].SetBounds({120, 810, 6975, 255});
   cmdDisplay.SetBounds({120, 1320, 2760, 345});
   // General.
-  chkOptions[2].SetBounds({120, 120, 6375, 255});
-  chkOptions[3].SetBounds({120, 465, 6375, 255});
-  chkOptions[5].SetBounds({120, 975, 6375, 255});
-  chkOptions[6].SetBounds({120, 1320, 6375, 255});
-  chkOptions[7].SetBounds({120, 1665, 6375, 255});
-  chkOptions[8].SetBounds({120, 2010, 6375, 255});
+  chkOptions[2].SetBounds({120, 120, 6975, 255});
+  chkOptions[3].SetBounds({120, 465, 6975, 255});
+  chkOptions[5].SetBounds({120, 975, 6975, 255});
+  chkOptions[6].SetBounds({120, 1320, 6975, 255});
+  chkOptions[7].SetBounds({120, 1665, 6975, 255});
+  chkOptions[8].SetBounds({120, 2010, 6975, 255});
   cmdSegmentation.SetBounds({120, 2520, 2760, 345});
   // LAN settings.
   cmdLanSettings.SetBounds({120, 120, 2760, 345});
   // Hidden segments. These texts stay as they are in every language.
-  lblRegEx.SetBounds({120, 120, 6375, 225});
+  lblRegEx.SetBounds({120, 120, 6975, 225});
   lblRegEx.SetCaption(u"Hide segments matching these regular expressions:");
-  lstRegEx.SetBounds({120, 360, 5130, 2610});
+  lstRegEx.SetBounds({120, 360, 5730, 2610});
   lstRegEx.MultiSelect = true;
-  txtRegEx.SetBounds({120, 3075, 5130, 315});
-  cmdAddRegEx.SetBounds({5370, 360, 1125, 345});
+  txtRegEx.SetBounds({120, 3075, 5730, 315});
+  cmdAddRegEx.SetBounds({5970, 360, 1125, 345});
   cmdAddRegEx.SetCaption(u"&Add");
-  cmdRemoveRegEx.SetBounds({5370, 795, 1125, 345});
+  cmdRemoveRegEx.SetBounds({5970, 795, 1125, 345});
   cmdRemoveRegEx.SetCaption(u"&Remove");
-  cmdClearRegEx.SetBounds({5370, 1230, 1125, 345});
+  cmdClearRegEx.SetBounds({5970, 1230, 1125, 345});
   cmdClearRegEx.SetCaption(u"&Clear");
 
-  cmdOK.SetBounds({4530, 4260, 1125, 345});
+  cmdOK.SetBounds({5130, 4260, 1125, 345});
   cmdOK.Default = true;
-  cmdCancel.SetBounds({5745, 4260, 1125, 345});
+  cmdCancel.SetBounds({6345, 4260, 1125, 345});
   cmdCancel.Cancel = true;
 
   // From the top of each panel to its foot.
@@ -144,6 +144,7 @@ void frmOptions::ShowTab() {
 }
 
 void frmOptions::LoadExpressions() {
+  const ItemList::Batch batch(lstRegEx);
   lstRegEx.Clear();
   cRegistry registry = Expressions(ports_.registry);
   for (int n = 1;; ++n) {

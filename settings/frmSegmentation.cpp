@@ -11,6 +11,7 @@ namespace {
 constexpr int kPlaceholder = 30024;  // string of a row that nobody has written yet
 
 void Fill(ListBox& list, const std::vector<Text>& rules) {
+  const ItemList::Batch batch(list);
   list.Clear();
   for (const Text& rule : rules) list.AddItem(rule);
 }
@@ -29,29 +30,29 @@ std::vector<Text> Rows(const ListBox& list, TextView placeholder) {
 frmSegmentation::frmSegmentation(const Ports& ports)
     : Form(ports.desktop, "frmSegmentation"), ports_(ports) {
   Tag = u"4100";
-  Design = {7320, 4215};
-  lblDontSplit.SetBounds({120, 120, 3480, 225});
+  Design = {7920, 4215};
+  lblDontSplit.SetBounds({120, 120, 3780, 225});
   lblDontSplit.Tag = u"4101";
-  lstDontSplit.SetBounds({120, 360, 3480, 2355});
+  lstDontSplit.SetBounds({120, 360, 3780, 2355});
   lstDontSplit.MultiSelect = true;
-  txtDontSplit.SetBounds({120, 2820, 3480, 315});
+  txtDontSplit.SetBounds({120, 2820, 3780, 315});
   cmdAddDontSplit.SetBounds({120, 3240, 1125, 345});
   cmdAddDontSplit.Tag = u"30020";
   cmdRemoveDontSplit.SetBounds({1335, 3240, 1125, 345});
   cmdRemoveDontSplit.Tag = u"30021";
-  lblForceSplit.SetBounds({3720, 120, 3480, 225});
+  lblForceSplit.SetBounds({4020, 120, 3780, 225});
   lblForceSplit.Tag = u"4102";
-  lstForceSplit.SetBounds({3720, 360, 3480, 2355});
+  lstForceSplit.SetBounds({4020, 360, 3780, 2355});
   lstForceSplit.MultiSelect = true;
-  txtForceSplit.SetBounds({3720, 2820, 3480, 315});
-  cmdAddForceSplit.SetBounds({3720, 3240, 1125, 345});
+  txtForceSplit.SetBounds({4020, 2820, 3780, 315});
+  cmdAddForceSplit.SetBounds({4020, 3240, 1125, 345});
   cmdAddForceSplit.Tag = u"30022";
-  cmdRemoveForceSplit.SetBounds({4935, 3240, 1125, 345});
+  cmdRemoveForceSplit.SetBounds({5235, 3240, 1125, 345});
   cmdRemoveForceSplit.Tag = u"30023";
-  cmdOK.SetBounds({4860, 3750, 1125, 345});
+  cmdOK.SetBounds({5460, 3750, 1125, 345});
   cmdOK.Tag = u"20000";
   cmdOK.Default = true;
-  cmdCancel.SetBounds({6075, 3750, 1125, 345});
+  cmdCancel.SetBounds({6675, 3750, 1125, 345});
   cmdCancel.Tag = u"20001";
   cmdCancel.Cancel = true;
 

@@ -124,8 +124,10 @@ const Text& ItemList::List(int row) const {
 
 void ItemList::SetList(int row, TextView text) {
   if (row < 0 || row >= ListCount()) throw RuntimeError::InvalidCall();
-  items_[static_cast<std::size_t>(row)].text = text;
-  Changed(Property::kItems);
+  marl::Text& now = items_[static_cast<std::size_t>(row)].text;
+  if (now == text) return;
+  now = text;
+  RowsChanged();
 }
 
 int ItemList::ItemData(int row) const {
@@ -148,7 +150,7 @@ int ItemList::AddItem(TextView text, int row) {
   }
   items_.insert(items_.begin() + row, Item{marl::Text(text)});
   if (listIndex_ >= row) ++listIndex_;
-  Changed(Property::kItems);
+  RowsChanged();
   return row;
 }
 
@@ -160,13 +162,17 @@ void ItemList::RemoveItem(int row) {
   } else if (listIndex_ > row) {
     --listIndex_;
   }
-  Changed(Property::kItems);
+  RowsChanged();
 }
 
 void ItemList::Clear() {
   items_.clear();
   listIndex_ = -1;
-  Changed(Property::kItems);
+  RowsChanged();
+}
+
+void ItemList::RowsChanged() {
+  if (batches_ == 0) Changed(Property::kItems);
 }
 
 void ItemList::SetListIndex(int row) {

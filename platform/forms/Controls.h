@@ -148,6 +148,21 @@ class ItemList : public Control {
 
   void UserSelectRow(int row);
 
+  /// While one lives, the list's changes of rows are shown all at once at its end. Nothing may be
+  /// asked of the user meanwhile.
+  class Batch {
+   public:
+    explicit Batch(ItemList& list) : list_(list) { ++list_.batches_; }
+    ~Batch() {
+      if (--list_.batches_ == 0) list_.RowsChanged();
+    }
+    Batch(const Batch&) = delete;
+    Batch& operator=(const Batch&) = delete;
+
+   private:
+    ItemList& list_;
+  };
+
  protected:
   struct Item {
     marl::Text text;
@@ -158,7 +173,10 @@ class ItemList : public Control {
   int listIndex_ = -1;
 
  private:
+  void RowsChanged();
   void Select(int row);
+
+  int batches_ = 0;
 };
 
 /// A list of rows, of which one is current. With `CheckBoxes` each row has a box that is ticked or

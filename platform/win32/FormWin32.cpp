@@ -370,7 +370,8 @@ void FormWin32::OnCommand(int id, int notification, HWND from) {
     case ControlKind::kCommandButton:
     case ControlKind::kCheckBox:
     case ControlKind::kOptionButton:
-      if (notification == BN_CLICKED) {
+      // The second click of two that are quick comes as a double click.
+      if (notification == BN_CLICKED || notification == BN_DOUBLECLICKED) {
         control->UserClick();
       } else if (notification == BN_SETFOCUS) {
         control->UserFocus();

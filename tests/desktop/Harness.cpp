@@ -19,6 +19,7 @@ constexpr const wchar_t* kSettingsKeys[] = {
     L"Software\\VB and VBA Program Settings\\Marl",
     L"Software\\VB and VBA Program Settings\\Marl Project Wizard",
     L"Software\\Oru\\Marl",
+    L"Software\\Oru\\Oru Bench",
 };
 constexpr wchar_t kIconLibrary[] = L"q17icl.oru";
 constexpr wchar_t kMarlSection[] = L"Software\\VB and VBA Program Settings\\Marl\\Settings";

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <fstream>
 
+#include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
 // The tracking server on the real program: what the registry holds, what the title says, what the
@@ -53,12 +54,6 @@ std::vector<std::string> StoredList() {
     list.push_back(*entry);
   }
   return list;
-}
-
-POINT MiddleOf(HWND window) {
-  RECT area;
-  GetWindowRect(window, &area);
-  return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
 }
 
 /// The dialog that changes the server, once it can be seen.
@@ -368,58 +363,6 @@ TEST_F(Server, PortFieldRefusesEveryKindOfEditThatIsNoPort) {
 }
 
 namespace {
-
-/// A key below Software\Classes of the machine, for as long as this lives.
-class ClassKey {
- public:
-  ClassKey(const std::wstring& path, const std::wstring& text)
-      : path_(L"Software\\Classes\\" + path) {
-    HKEY key = nullptr;
-    DWORD disposition = 0;
-    if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                        &key, &disposition) != ERROR_SUCCESS) {
-      return;
-    }
-    created_ = disposition == REG_CREATED_NEW_KEY;
-    wchar_t before[1024];
-    auto size = static_cast<DWORD>(sizeof before);
-    if (RegQueryValueExW(key, nullptr, nullptr, nullptr, reinterpret_cast<BYTE*>(before), &size) ==
-        ERROR_SUCCESS) {
-      before_ = before;
-    }
-    made_ = Write(key, text);
-    RegCloseKey(key);
-  }
-  ~ClassKey() {
-    if (created_) {
-      RegDeleteKeyW(HKEY_LOCAL_MACHINE, path_.c_str());
-      return;
-    }
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, KEY_SET_VALUE, &key)) return;
-    if (before_) {
-      Write(key, *before_);
-    } else {
-      RegDeleteValueW(key, nullptr);
-    }
-    RegCloseKey(key);
-  }
-  ClassKey(const ClassKey&) = delete;
-  ClassKey& operator=(const ClassKey&) = delete;
-  bool made() const { return made_; }
-
- private:
-  static bool Write(HKEY key, const std::wstring& text) {
-    return RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
-                          static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))) ==
-           ERROR_SUCCESS;
-  }
-
-  std::wstring path_;
-  std::optional<std::wstring> before_;
-  bool created_ = false;
-  bool made_ = false;
-};
 
 constexpr wchar_t kClientId[] = L"{7B0C7C5E-53B5-4B6B-9C63-0E1D5A6F9A41}";
 

@@ -284,6 +284,18 @@ TEST_F(Options, AddAppendsAPlaceholderThatIsReadyToBeTypedOver) {
   });
 }
 
+TEST_F(Options, RemoveRightAfterAddTakesTheNewRowAlone) {
+  PlantList({"a", "b"});
+  Open([&](frmOptions& form) {
+    form.lstRegEx.SetSelected(0, true);
+    form.lstRegEx.SetSelected(1, true);
+    form.cmdAddRegEx.UserClick();
+    EXPECT_EQ(form.lstRegEx.SelCount(), 1);
+    form.cmdRemoveRegEx.UserClick();
+    EXPECT_EQ(Rows(form.lstRegEx), (std::vector<Text>{u"a", u"b"}));
+  });
+}
+
 TEST_F(Options, AddAfterAddStartsAnotherRow) {
   Open([&](frmOptions& form) {
     form.cmdAddRegEx.UserClick();
