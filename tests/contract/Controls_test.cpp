@@ -13,7 +13,7 @@
 #include "platform/memory/MemoryDesktop.h"
 #include "tests/contract/Backends.h"
 #ifdef _WIN32
-// clang-format off: the platform's own header comes first.
+// clang-format off
 #include "platform/win32/DesktopWin32.h"
 #include <commctrl.h>
 // clang-format on
