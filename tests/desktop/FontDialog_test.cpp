@@ -1,0 +1,200 @@
+#include <gtest/gtest.h>
+
+#include "tests/desktop/Dialog.h"
+#include "tests/desktop/Switchboard.h"
+
+// The font dialog on the real program, reached through the display settings: what mouse and keys
+// do to font, size, styles and colour, as the registry has it in the end.
+
+namespace marl::desktop {
+
+namespace {
+
+constexpr wchar_t kSkinKey[] = L"Software\\Oru\\Marl\\GUI";
+constexpr int kColorFields[] = {706, 707, 708};  // red, green, blue of the platform's dialog
+
+class FontDialog : public SwitchboardTest {
+ protected:
+  /// Starts the program and opens the dialog on the normal sample.
+  Dialog Open() {
+    marl.emplace(suite);
+    EXPECT_TRUE(BringForward(marl->WaitForWindow()));
+    Keys(L"setgui");
+    display.emplace(*marl, L"Display settings");
+    EXPECT_TRUE(*display && display->InFront());
+    return Again();
+  }
+  Dialog Again() {
+    EXPECT_TRUE(display->Press(L"Normal..."));
+    Dialog dialog(*marl, L"Set Font");
+    EXPECT_TRUE(dialog && dialog.InFront());
+    return dialog;
+  }
+  /// Leaves the display settings with OK and the program. Returns what is stored.
+  StoredKey Finish() {
+    EXPECT_TRUE(display->InFront());
+    EXPECT_TRUE(display->Leave(L"OK"));
+    EXPECT_FALSE(marl->Box());
+    EXPECT_TRUE(Close(*marl));
+    return ReadStored(kSkinKey).value_or(StoredKey());
+  }
+
+  static HWND Fonts(const Dialog& dialog) { return Combo(dialog, 0); }
+  static HWND Sizes(const Dialog& dialog) { return Combo(dialog, 1); }
+  static HWND SizeField(const Dialog& dialog) {
+    for (const HWND field : dialog.FindAll(L"Edit")) {
+      if (GetParent(field) == dialog.window()) return field;
+    }
+    return nullptr;
+  }
+  static bool DropsDown(HWND combo) {
+    Click(MiddleOf(combo));
+    return WaitUntil([&] { return SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0) != 0; });
+  }
+  static bool SizeIs(const Dialog& dialog, const wchar_t* size) {
+    return WaitUntil([&] { return TextOf(SizeField(dialog)) == size; });
+  }
+  /// Fills in the colour dialog that stands, and presses OK or Cancel.
+  bool AnswerColor(int red, int green, int blue, int button) const {
+    HWND dialog = nullptr;
+    const bool up = WaitUntil([&] {
+      dialog = FindWindowW(L"#32770", L"Color");
+      return dialog && IsWindowVisible(dialog);
+    });
+    if (!up) return false;
+    const int numbers[] = {red, green, blue};
+    for (int i = 0; i < 3; ++i) {
+      SendMessageW(GetDlgItem(dialog, kColorFields[i]), WM_SETTEXT, 0,
+                   reinterpret_cast<LPARAM>(std::to_wstring(numbers[i]).c_str()));
+    }
+    PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(button), 0);
+    return WaitUntil([&] { return !IsWindow(dialog) || !IsWindowVisible(dialog); });
+  }
+
+  SuiteFolder suite;
+  std::optional<RunningMarl> marl;
+  std::optional<Dialog> display;
+
+ private:
+  static HWND Combo(const Dialog& dialog, std::size_t place) {
+    const std::vector<HWND> combos = dialog.FindAll(L"ComboBox");
+    return place < combos.size() ? combos[place] : nullptr;
+  }
+};
+
+}  // namespace
+
+TEST_F(FontDialog, FontSizeStylesAndColourAreStored) {
+  const Dialog dialog = Open();
+  ASSERT_TRUE(DropsDown(Fonts(dialog)));
+  for (int i = 0; i < 3; ++i) Chord({}, VK_DOWN);
+  Chord({}, VK_RETURN);
+  ASSERT_TRUE(WaitUntil([&] { return SendMessageW(Fonts(dialog), CB_GETCURSEL, 0, 0) == 2; }));
+  const std::string name = ToUtf8(TextOf(Fonts(dialog)));
+
+  ASSERT_TRUE(DropsDown(Sizes(dialog)));
+  Chord({}, VK_DOWN);
+  Chord({}, VK_DOWN);
+  Chord({}, VK_RETURN);
+  EXPECT_TRUE(SizeIs(dialog, L"12"));
+  EXPECT_TRUE(dialog.Check(L"&Bold", false));
+  EXPECT_TRUE(dialog.Check(L"&Italic", true));
+  EXPECT_TRUE(dialog.Check(L"&Underline", true));
+  EXPECT_TRUE(dialog.Press(L"&Color"));
+  EXPECT_TRUE(AnswerColor(10, 200, 30, IDOK));
+  EXPECT_TRUE(dialog.InFront());
+  dialog.Picture("font-changed");
+  EXPECT_TRUE(dialog.Leave(L"OK"));
+  display->Picture("display-settings-font");
+
+  StoredKey stored = Finish();
+  EXPECT_EQ(stored["Font1"], Text(name + "|12|iu"));
+  EXPECT_EQ(stored["Text1"], Number(RGB(10, 200, 30)));
+  EXPECT_EQ(stored["Font2"], Text("Arial|10|bu"));
+}
+
+TEST_F(FontDialog, CancelAndEscAndACancelledColourChangeNothing) {
+  for (const bool byKey : {false, true}) {
+    const Dialog dialog = byKey ? Again() : Open();
+    EXPECT_TRUE(dialog.Type(SizeField(dialog), L"14"));
+    EXPECT_TRUE(dialog.Check(L"&Italic", true));
+    EXPECT_TRUE(dialog.Press(L"&Color"));
+    EXPECT_TRUE(AnswerColor(1, 2, 3, byKey ? IDCANCEL : IDOK));
+    EXPECT_TRUE(dialog.InFront());
+    if (byKey) {
+      Chord({}, VK_ESCAPE);
+      EXPECT_TRUE(dialog.Gone());
+    } else {
+      EXPECT_TRUE(dialog.Leave(L"Cancel"));
+    }
+    EXPECT_TRUE(display->InFront());
+  }
+  StoredKey stored = Finish();
+  EXPECT_EQ(stored["Font1"], Text("Arial|10|b"));
+  EXPECT_EQ(stored["Text1"], Number(RGB(255, 255, 255)));
+}
+
+TEST_F(FontDialog, OpeningOn825PointsAndOkStores8) {
+  PutStored(kSkinKey, "Font1", Text("Arial|8.25|"));
+  {
+    const Dialog dialog = Open();
+    EXPECT_TRUE(SizeIs(dialog, L"8"));
+    EXPECT_TRUE(dialog.Leave(L"Cancel"));
+    EXPECT_EQ(Finish()["Font1"], Text("Arial|8.25|"));
+  }
+  const Dialog dialog = Open();
+  EXPECT_TRUE(dialog.Leave(L"OK"));
+  EXPECT_EQ(Finish()["Font1"], Text("Arial|8|"));
+}
+
+TEST_F(FontDialog, SizesThatAreNoneAreSkippedWithoutAWord) {
+  const Dialog dialog = Open();
+  EXPECT_TRUE(dialog.Type(SizeField(dialog), L"9.5"));
+  for (const wchar_t* const text : {L"0", L"-8", L"1e9", L"abc", L"99999999999999999999", L""}) {
+    Chord({VK_MENU}, 'S');  // selects what the field holds
+    if (*text) {
+      Keys(text);
+    } else {
+      Chord({}, VK_DELETE);
+    }
+    EXPECT_TRUE(SizeIs(dialog, text)) << ToUtf8(text);
+    EXPECT_FALSE(marl->Box());
+  }
+  Chord({}, VK_RETURN);
+  EXPECT_TRUE(dialog.Gone());
+  // The digits on the way to the last ones were sizes: 99 and 999 points.
+  EXPECT_EQ(Finish()["Font1"], Text("Arial|999|b"));
+}
+
+TEST_F(FontDialog, AFontThatIsNotInstalledStandsInNoList) {
+  PutStored(kSkinKey, "Font1", Text("Xqz Antiqua|11|i"));
+  const Dialog dialog = Open();
+  EXPECT_EQ(SendMessageW(Fonts(dialog), CB_GETCURSEL, 0, 0), CB_ERR);
+  EXPECT_TRUE(SizeIs(dialog, L"11"));
+  EXPECT_TRUE(dialog.Checked(L"&Italic"));
+  EXPECT_TRUE(dialog.Leave(L"OK"));
+  EXPECT_EQ(Finish()["Font1"], Text("Xqz Antiqua|11|i"));
+}
+
+TEST_F(FontDialog, TheKeyboardAloneDoesIt) {
+  const Dialog dialog = Open();
+  EXPECT_TRUE(dialog.FocusGoesTo(Fonts(dialog)));
+  Chord({VK_MENU}, 'S');
+  EXPECT_TRUE(dialog.FocusGoesTo(SizeField(dialog)));
+  Keys(L"13");
+  EXPECT_TRUE(SizeIs(dialog, L"13"));
+  Chord({VK_MENU}, 'I');
+  EXPECT_TRUE(WaitUntil([&] { return dialog.Checked(L"&Italic"); }));
+  Chord({VK_MENU}, 'U');
+  EXPECT_TRUE(WaitUntil([&] { return dialog.Checked(L"&Underline"); }));
+  Chord({VK_MENU}, 'C');
+  EXPECT_TRUE(AnswerColor(0, 0, 128, IDOK));
+  EXPECT_TRUE(dialog.InFront());
+  Chord({}, VK_RETURN);
+  EXPECT_TRUE(dialog.Gone());
+  StoredKey stored = Finish();
+  EXPECT_EQ(stored["Font1"], Text("Arial|13|biu"));
+  EXPECT_EQ(stored["Text1"], Number(RGB(0, 0, 128)));
+}
+
+}  // namespace marl::desktop
