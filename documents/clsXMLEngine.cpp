@@ -108,16 +108,16 @@ inline bool clsXMLEngine::TakeBytes(XMLToken& token) {
     token.kind = xtEndOfDocument;
     return true;
   }
-  const bool isText = rest.front() != '<';
-  std::size_t length = FindUnit(rest, 0, isText ? '<' : '>');
-  token.kind = xtText;
-  if (!isText) {
+  std::size_t length = 0;
+  if (rest.front() != '<') {
+    length = FindUnit(rest, 0, '<');
+    token.kind = xtText;
+  } else {
     const Cut cut = CutOf(rest);
-    while (length != rest.size()) {
-      ++length;
-      if (cut.before.empty() || EndsWith(rest.substr(0, length - 1), cut.before)) break;
-      length = FindUnit(rest, length, '>');
-    }
+    do {
+      length = std::min(FindUnit(rest, length, '>'), rest.size() - 1) + 1;
+    } while (!cut.before.empty() && length != rest.size() &&
+             !EndsWith(rest.substr(0, length - 1), cut.before));
     token.kind = KindOfTag(cut.kind, rest.substr(0, length));
   }
   if (next_ + length > plain_ && !IsPlain(next_ + length)) {

@@ -48,16 +48,15 @@ class Marks {
   static constexpr std::size_t kBits = 8 * sizeof(Bits);
 
   [[gnu::always_inline]] std::size_t Next(Bits Marks::*marks, std::size_t from) {
-    if (from < end_) {
-      const Bits left = this->*marks >> (from - begin_);
-      if (left != 0) return from + LowestBit(left);
-    }
-    for (from = std::max(from, end_); from != tag_.size(); from = end_) {
+    for (;;) {
+      if (from < end_) {
+        const Bits left = this->*marks >> (from - begin_);
+        if (left != 0) return from + LowestBit(left);
+        from = end_;
+      }
+      if (from == tag_.size()) return from;
       Mark(from);
-      const Bits left = this->*marks >> (from - begin_);
-      if (left != 0) return from + LowestBit(left);
     }
-    return from;
   }
 
   /// Marks the units from a place on, or at the end of the tag the last ones.
@@ -132,19 +131,18 @@ inline std::size_t clsXMLTag::ReadName(std::basic_string_view<Unit> tag) {
   return std::min(at + 1, size);
 }
 
-/// Fails when there is an attribute of this name; else the name counts as one of theirs.
-inline void clsXMLTag::MindDuplicate(TextView name) {
+/// Fails when there is an attribute of this name; else its kind joins theirs.
+inline void clsXMLTag::MindDuplicate(TextView name, std::uint32_t& kinds) {
   if (attributes_.size() >= kFew) return Enter(name);
   const std::uint32_t kind = KindOf(name);
-  if ((kinds_ & kind) != 0 && Find(name) != nullptr) throw RuntimeError::DuplicateKey();
-  kinds_ |= kind;
+  if ((kinds & kind) != 0 && Find(name) != nullptr) throw RuntimeError::DuplicateKey();
+  kinds |= kind;
 }
 
 /// Reads the tag, which stands in raw_ too.
 template <typename Unit>
 inline void clsXMLTag::Read(std::basic_string_view<Unit> tag, bool entities) {
   attributes_.clear();
-  kinds_ = 0;
   slots_.clear();
   textContent_.clear();
   std::size_t next = ReadName(tag);
@@ -154,6 +152,7 @@ inline void clsXMLTag::Read(std::basic_string_view<Unit> tag, bool entities) {
   while (end != next && tag[end - 1] == ' ') --end;
   char16_t* const raw = raw_.data();
   Marks<Unit> marks(tag);
+  std::uint32_t kinds = 0;
   for (;;) {
     while (next != end && tag[next] == ' ') ++next;
     const std::size_t equals = marks.Equals(next);
@@ -163,7 +162,7 @@ inline void clsXMLTag::Read(std::basic_string_view<Unit> tag, bool entities) {
     const Unit quote = tag[equals + 1];
     const std::size_t closing = quote == '"' ? marks.Quote(value) : FindUnit(tag, value, quote);
     if (closing >= end) return;
-    MindDuplicate(TextView(raw + next, equals - next));
+    MindDuplicate(TextView(raw + next, equals - next), kinds);
     std::size_t length = closing - value;
     if (entities) length = XMLUnescape(raw + value, length);
     attributes_.emplace_back(next, equals - next, value, length);

@@ -57,7 +57,7 @@ class clsXMLTag {
   void Read(std::basic_string_view<Unit> tag, bool entities);
   template <typename Unit>
   std::size_t ReadName(std::basic_string_view<Unit> tag);
-  void MindDuplicate(TextView name);
+  void MindDuplicate(TextView name, std::uint32_t& kinds);
   void Enter(TextView name);
   const Attribute* Find(TextView name) const;
   std::size_t SlotOf(TextView name) const;
@@ -75,7 +75,6 @@ class clsXMLTag {
   std::size_t name_ = 0;
   std::size_t nameLength_ = 0;
   std::vector<Attribute> attributes_;
-  std::uint32_t kinds_ = 0;  // a bit for each kind of name among them
   Text textContent_;
   // Places by name, once there are many attributes: a power of two, each 0 or place + 1.
   std::vector<std::size_t> slots_;
