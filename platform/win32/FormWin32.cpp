@@ -455,6 +455,8 @@ void FormWin32::Show(bool visible) {
   }
   switch (form_.State()) {
     case WindowState::kNormal:
+      // What was maximised before it was minimised would come back maximised.
+      if (IsIconic(window_)) ShowWindow(window_, SW_SHOWNOACTIVATE);
       ShowWindow(window_, SW_SHOWNORMAL);
       break;
     case WindowState::kMinimised:
