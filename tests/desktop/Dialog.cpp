@@ -33,11 +33,6 @@ void Collect(HWND parent, const wchar_t* windowClass, std::vector<HWND>& found) 
   }
 }
 
-bool WriteText(HKEY key, const std::wstring& text) {
-  return RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
-                        static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
-}
-
 }  // namespace
 
 Dialog::Dialog(const RunningMarl& marl, const std::wstring& title) {
@@ -189,40 +184,6 @@ void PutStored(const wchar_t* path, const std::string& name, const StoredBytes& 
   RegSetValueExA(key, name.c_str(), 0, value.kind,
                  reinterpret_cast<const BYTE*>(value.bytes.data()),
                  static_cast<DWORD>(value.bytes.size()));
-  RegCloseKey(key);
-}
-
-ClassKey::ClassKey(const std::wstring& path, const std::wstring& text)
-    : path_(L"Software\\Classes\\" + path) {
-  HKEY key = nullptr;
-  DWORD disposition = 0;
-  if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                      &key, &disposition) != ERROR_SUCCESS) {
-    return;
-  }
-  created_ = disposition == REG_CREATED_NEW_KEY;
-  wchar_t before[1024];
-  auto size = static_cast<DWORD>(sizeof before);
-  if (RegQueryValueExW(key, nullptr, nullptr, nullptr, reinterpret_cast<BYTE*>(before), &size) ==
-      ERROR_SUCCESS) {
-    before_ = before;
-  }
-  made_ = WriteText(key, text);
-  RegCloseKey(key);
-}
-
-ClassKey::~ClassKey() {
-  if (created_) {
-    RegDeleteKeyW(HKEY_LOCAL_MACHINE, path_.c_str());
-    return;
-  }
-  HKEY key = nullptr;
-  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, KEY_SET_VALUE, &key)) return;
-  if (before_) {
-    WriteText(key, *before_);
-  } else {
-    RegDeleteValueW(key, nullptr);
-  }
   RegCloseKey(key);
 }
 

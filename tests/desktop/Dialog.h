@@ -74,21 +74,4 @@ std::optional<StoredKey> ReadStored(const wchar_t* key);
 /// Puts a value below HKEY_CURRENT_USER, and makes the key.
 void PutStored(const wchar_t* key, const std::string& name, const StoredBytes& value);
 
-/// A key below Software\Classes of the machine with a text as its default value, for as long as
-/// this lives.
-class ClassKey {
- public:
-  ClassKey(const std::wstring& path, const std::wstring& text);
-  ~ClassKey();
-  ClassKey(const ClassKey&) = delete;
-  ClassKey& operator=(const ClassKey&) = delete;
-  bool made() const { return made_; }
-
- private:
-  std::wstring path_;
-  std::optional<std::wstring> before_;
-  bool created_ = false;
-  bool made_ = false;
-};
-
 }  // namespace marl::desktop

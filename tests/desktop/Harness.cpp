@@ -72,9 +72,8 @@ void RemoveTree(const std::wstring& folder) {
     } else {
       SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
       // A program that has just ended may hold its file a moment longer.
-      WaitUntil([&] {
-        return DeleteFileW(path.c_str()) || GetLastError() == ERROR_FILE_NOT_FOUND;
-      });
+      WaitUntil(
+          [&] { return DeleteFileW(path.c_str()) || GetLastError() == ERROR_FILE_NOT_FOUND; });
     }
   });
   RemoveDirectoryW(folder.c_str());
@@ -83,9 +82,9 @@ void RemoveTree(const std::wstring& folder) {
 /// A file's bytes from `offset` on.
 std::string ReadAll(const std::wstring& path, LONG offset) {
   std::string bytes;
-  const HANDLE file =
-      CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                  nullptr, OPEN_EXISTING, 0, nullptr);
+  const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, 0, nullptr);
   if (file == INVALID_HANDLE_VALUE) return bytes;
   SetFilePointer(file, offset, nullptr, FILE_BEGIN);
   std::array<char, 4096> part;
@@ -150,15 +149,14 @@ void WriteKey(HKEY parent, const std::wstring& path, const KeyImage& image) {
   RegCloseKey(key);
 }
 
+void WriteValue(const std::wstring& path, const std::wstring& name, DWORD kind, const void* data,
+                std::size_t size) {
+  RegSetKeyValueW(HKEY_CURRENT_USER, path.c_str(), name.c_str(), kind, data,
+                  static_cast<DWORD>(size));
+}
+
 void WriteText(const std::wstring& path, const std::wstring& name, const std::wstring& text) {
-  HKEY key = nullptr;
-  if (RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr, &key,
-                      nullptr) != ERROR_SUCCESS) {
-    return;
-  }
-  RegSetValueExW(key, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
-                 static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
-  RegCloseKey(key);
+  WriteValue(path, name, REG_SZ, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
 }
 
 /// Counts a process's handles in the table of all handles; Wine keeps no count for each process.
@@ -425,7 +423,8 @@ std::wstring FromUtf8(const std::string& text) {
 
 std::string ToUtf8(const std::wstring& text) {
   const int size = static_cast<int>(text.size());
-  const int needed = WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
+  const int needed =
+      WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
   std::string narrow(static_cast<std::size_t>(needed), '\0');
   WideCharToMultiByte(CP_UTF8, 0, text.data(), size, narrow.data(), needed, nullptr, nullptr);
   return narrow;
@@ -468,11 +467,11 @@ std::optional<Started> ParseStarted(const std::string& line) {
 
 const std::vector<std::wstring>& Tools() {
   static const std::vector<std::wstring> tools = {
-      L"Q17Gauge.exe",  L"Q17Pair.exe",   L"Q17Lexis.exe",  L"Q17Cadence.exe", L"Q17Batch.exe",
-      L"Q17Bench.exe",  L"Q17Warden.exe", L"Q17Kit.exe",    L"Q17Vault.exe",   L"Q17Renew.exe",
-      L"Q17Diff.exe",   L"Q17Bridge.exe", L"Q17Cleave.exe", L"Q17Xlf.exe",     L"MarlTour.exe",
-      L"RegLib.EXE",    L"Q17Shell.exe",  L"FaceMap.exe",   L"Q17Morph.exe",   L"WordRich.exe",
-      L"PageTool.exe",  L"FrameTool.exe"};
+      L"Q17Gauge.exe", L"Q17Pair.exe",   L"Q17Lexis.exe",  L"Q17Cadence.exe", L"Q17Batch.exe",
+      L"Q17Bench.exe", L"Q17Warden.exe", L"Q17Kit.exe",    L"Q17Vault.exe",   L"Q17Renew.exe",
+      L"Q17Diff.exe",  L"Q17Bridge.exe", L"Q17Cleave.exe", L"Q17Xlf.exe",     L"MarlTour.exe",
+      L"RegLib.EXE",   L"Q17Shell.exe",  L"FaceMap.exe",   L"Q17Morph.exe",   L"WordRich.exe",
+      L"PageTool.exe", L"FrameTool.exe"};
   return tools;
 }
 
@@ -492,7 +491,8 @@ SuiteFolder::SuiteFolder(const std::wstring& name, const std::vector<std::wstrin
   }
 }
 
-SuiteFolder::~SuiteFolder() { RemoveTree(root_); }
+// In the form of path that has no limit of length.
+SuiteFolder::~SuiteFolder() { RemoveTree(L"\\\\?\\" + root_); }
 
 void SuiteFolder::Remove(const std::wstring& tool) const {
   DeleteFileW((path_ + L"\\" + tool).c_str());
@@ -542,8 +542,8 @@ DriveLetter::DriveLetter(const std::wstring& folder) : folder_(folder) {
     if (UnixNameOf(folder_).empty()) {
       made_ = DefineDosDeviceW(0, name_.c_str(), folder_.c_str()) != FALSE;
     } else {
-      made_ = RunUnixTool(L"ln -s \"" + UnixNameOf(folder_) + L"\" \"" + WineDriveLink(letter) +
-                          L"\"");
+      made_ =
+          RunUnixTool(L"ln -s \"" + UnixNameOf(folder_) + L"\" \"" + WineDriveLink(letter) + L"\"");
     }
     return;
   }
@@ -596,6 +596,17 @@ void Settings::SetRegistry(const std::wstring& key, const std::wstring& value,
   WriteText(std::wstring(kSettingsKeys[2]) + L"\\" + key, value, text);
 }
 
+void Settings::SetRegistryBytes(const std::wstring& key, const std::wstring& value, DWORD kind,
+                                const std::vector<BYTE>& bytes) const {
+  WriteValue(std::wstring(kSettingsKeys[2]) + L"\\" + key, value, kind, bytes.data(), bytes.size());
+}
+
+void Settings::SetRegistryNumber(const std::wstring& key, const std::wstring& value,
+                                 DWORD number) const {
+  WriteValue(std::wstring(kSettingsKeys[2]) + L"\\" + key, value, REG_DWORD, &number,
+             sizeof number);
+}
+
 std::vector<KeyImage> Settings::Image() const {
   std::vector<KeyImage> images;
   for (const wchar_t* key : kSettingsKeys) images.push_back(ReadKey(key).value_or(KeyImage{}));
@@ -625,6 +636,56 @@ void Screenshot(const std::string& name, HWND window) {
 
 namespace {
 
+bool WriteClass(HKEY key, const std::wstring& text) {
+  return RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
+                        static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
+}
+
+}  // namespace
+
+ClassKey::ClassKey(const std::wstring& path, const std::wstring& text)
+    : path_(L"Software\\Classes\\" + path) {
+  HKEY key = nullptr;
+  DWORD disposition = 0;
+  if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                      &key, &disposition) != ERROR_SUCCESS) {
+    return;
+  }
+  created_ = disposition == REG_CREATED_NEW_KEY;
+  wchar_t before[1024];
+  auto size = static_cast<DWORD>(sizeof before);
+  if (RegQueryValueExW(key, nullptr, nullptr, nullptr, reinterpret_cast<BYTE*>(before), &size) ==
+      ERROR_SUCCESS) {
+    before_ = before;
+  }
+  made_ = WriteClass(key, text);
+  RegCloseKey(key);
+}
+
+ClassKey::~ClassKey() {
+  if (created_) {
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, path_.c_str());
+    return;
+  }
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, KEY_SET_VALUE, &key)) return;
+  if (before_) {
+    WriteClass(key, *before_);
+  } else {
+    RegDeleteValueW(key, nullptr);
+  }
+  RegCloseKey(key);
+}
+
+HtmlBrowser::HtmlBrowser(const std::wstring& program)
+    : extension_(L".html", L"MarlTestPage"),
+      type_(L"MarlTestPage", L"Page"),
+      shell_(L"MarlTestPage\\shell", L""),
+      open_(L"MarlTestPage\\shell\\open", L""),
+      command_(L"MarlTestPage\\shell\\open\\command", L"\"" + program + L"\" \"%1\"") {}
+
+namespace {
+
 INPUT MouseAt(int x, int y, DWORD flags) {
   INPUT input = {};
   input.type = INPUT_MOUSE;
@@ -643,6 +704,17 @@ INPUT MouseAt(int x, int y, DWORD flags) {
 void MoveMouse(int x, int y) {
   INPUT input = MouseAt(x, y, 0);
   SendInput(1, &input, sizeof input);
+}
+
+void MoveMouse(POINT to) { MoveMouse(to.x, to.y); }
+
+void MouseButtons(std::initializer_list<DWORD> changes) {
+  for (const DWORD change : changes) {
+    INPUT input = {};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = change;
+    SendInput(1, &input, sizeof input);
+  }
 }
 
 void Click(int x, int y) {
@@ -834,6 +906,22 @@ MessageBoxWindow RunningMarl::WaitForBox() const {
   return box;
 }
 
+HWND RunningMarl::Window(const wchar_t* windowClass, const wchar_t* title) const {
+  for (HWND window = nullptr;
+       (window = FindWindowExW(nullptr, window, windowClass, title)) != nullptr;) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process == id_ && IsWindowVisible(window)) return window;
+  }
+  return nullptr;
+}
+
+HWND RunningMarl::WaitForWindow(const wchar_t* windowClass, const wchar_t* title) const {
+  HWND window = nullptr;
+  WaitUntil([&] { return (window = Window(windowClass, title)) != nullptr || !Running(); });
+  return window;
+}
+
 bool RunningMarl::WaitForIdle() const {
   return process_ && WaitForInputIdle(process_, static_cast<DWORD>(kDeadline.count())) == 0;
 }
@@ -844,9 +932,8 @@ DWORD RunningMarl::GuiObjects() const {
 
 bool RunningMarl::PressMenu(wchar_t top, wchar_t entry) const {
   const auto opened = [&] {
-    return FindWindowOf(id_, [](HWND window) {
-      return ClassOf(window) == L"#32768" && IsWindowVisible(window);
-    });
+    return FindWindowOf(
+        id_, [](HWND window) { return ClassOf(window) == L"#32768" && IsWindowVisible(window); });
   };
   // A message box that has just gone may not have given the window back yet, and the key with it.
   if (!WaitUntil([&] { return IsWindowEnabled(Window()) != FALSE; })) return false;

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <optional>
 #include <string>
@@ -133,12 +134,47 @@ class Settings {
   /// A text below HKEY_CURRENT_USER\Software\Oru\Marl, in the subkey `key`.
   void SetRegistry(const std::wstring& key, const std::wstring& value,
                    const std::wstring& text) const;
+  /// A value of any kind there, byte by byte.
+  void SetRegistryBytes(const std::wstring& key, const std::wstring& value, DWORD kind,
+                        const std::vector<BYTE>& bytes) const;
+  /// A number (REG_DWORD) there.
+  void SetRegistryNumber(const std::wstring& key, const std::wstring& value, DWORD number) const;
   /// All that the keys hold now.
   std::vector<KeyImage> Image() const;
 
  private:
   void Clear() const;
   std::vector<std::optional<KeyImage>> before_;
+};
+
+/// A key below Software\Classes of the machine with a text, for as long as this lives.
+class ClassKey {
+ public:
+  ClassKey(const std::wstring& path, const std::wstring& text);
+  ~ClassKey();
+  ClassKey(const ClassKey&) = delete;
+  ClassKey& operator=(const ClassKey&) = delete;
+  bool made() const { return made_; }
+
+ private:
+  std::wstring path_;
+  std::optional<std::wstring> before_;
+  bool created_ = false;
+  bool made_ = false;
+};
+
+/// Makes a program the one that opens web pages (.html) while this lives.
+class HtmlBrowser {
+ public:
+  explicit HtmlBrowser(const std::wstring& program);
+  bool made() const { return command_.made(); }
+
+ private:
+  ClassKey extension_;
+  ClassKey type_;
+  ClassKey shell_;
+  ClassKey open_;
+  ClassKey command_;
 };
 
 /// A rectangle of the screen's pixels, row by row.
@@ -166,6 +202,9 @@ void Click(POINT at);
 void PressMouse(POINT at);
 void ReleaseMouse(POINT at);
 void MoveMouse(int x, int y);
+void MoveMouse(POINT to);
+/// Presses or lets go buttons of the mouse where it is: MOUSEEVENTF_LEFTDOWN and its like, in turn.
+void MouseButtons(std::initializer_list<DWORD> changes);
 /// Types the characters.
 void Keys(const std::wstring& text);
 /// Presses and lets go a key while others are held down; all by their virtual codes.
@@ -218,6 +257,10 @@ class RunningMarl {
   /// Waits until the main form can be seen, and clicks the splash away meanwhile; null when the
   /// process ended or the deadline passed.
   HWND WaitForWindow() const;
+  /// Its window of this class and title that can be seen; null when there is none.
+  HWND Window(const wchar_t* windowClass, const wchar_t* title) const;
+  /// Waits for such a window; null when the process ended or the deadline passed.
+  HWND WaitForWindow(const wchar_t* windowClass, const wchar_t* title) const;
   /// The message box that is open, if any.
   MessageBoxWindow Box() const;
   /// Waits for a message box; an empty one when the process ended or the deadline passed.

@@ -1,3 +1,4 @@
+#include "tests/desktop/Component.h"
 #include "tests/desktop/Switchboard.h"
 
 // The menu bar, by access keys and by shortcuts, and what its entries start.
@@ -36,10 +37,95 @@ const Entry kEntries[] = {
     {L'H', L'T', {}, 0, L"MarlTour.exe", L""},
 };
 
+/// What an entry leads to, other than one of the suite's programs.
+enum class Leads { kToWindow, kToBox, kToCall, kToSite };
+
+struct OtherEntry {
+  wchar_t top;
+  wchar_t entry;
+  std::vector<WORD> held;
+  WORD key;
+  Leads leads;
+  const wchar_t* text;  ///< the window's title, the box's text, the call or the address
+};
+
+constexpr wchar_t kSite[] = L"https://alpha:81/OruCadenceProjectTracking/logon.aspx";
+
+const OtherEntry kOtherEntries[] = {
+    {L'P', L'O', {VK_CONTROL}, 'O', Leads::kToWindow, L"Open Marl project file"},
+    {L'P', L'R', {VK_CONTROL}, 'W', Leads::kToBox, L"No temporary files found"},
+    {L'P', L'P', {VK_CONTROL}, 'M', Leads::kToCall, L"Marl.ProjectTmComponent.Run()"},
+    {L'P', L'S', {VK_CONTROL}, 'G', Leads::kToWindow, L"Change server"},
+    {L'P', L'T', {VK_CONTROL}, 'H', Leads::kToSite, kSite},
+    {L'T', L'P', {VK_CONTROL}, 'P', Leads::kToBox, L"No target languages found"},
+    {L'T', L'F', {VK_CONTROL}, 'F', Leads::kToCall, L"Marl.SingleFileComponent.Run(,0)"},
+    {L'T', L'G', {VK_CONTROL}, 'R', Leads::kToCall, L"Marl.ReplaceComponent.Run()"},
+    {L'V', L'Q', {VK_CONTROL}, 'Q', Leads::kToCall, L"Marl.QaComponent.Run(1)"},
+    {L'O', L'Q', {VK_CONTROL}, 'K', Leads::kToCall, L"Marl.QaComponent.Run(0)"},
+    {L'O', L'C', {VK_CONTROL}, 'J', Leads::kToCall, L"Marl.QaComponent.Report()"},
+    {L'H', L'C', {}, VK_F1, Leads::kToBox, L"The help file was not found: "},
+    {L'H', L'A', {VK_CONTROL}, VK_F1, Leads::kToWindow, L"About Marl"},
+};
+
 class MenuBar : public SwitchboardTest {
  protected:
   MenuBar() { settings.Set(L"Tools", L"True"); }
+
+  /// Waits for what the entry leads to, and closes what it opened.
+  static testing::AssertionResult Follow(const OtherEntry& entry, const SuiteFolder& suite,
+                                         const RunningMarl& marl, const ComponentCalls& calls) {
+    switch (entry.leads) {
+      case Leads::kToWindow: {
+        HWND window = nullptr;
+        WaitUntil([&] {
+          window = marl.Window(L"MarlForm", entry.text);
+          if (!window) window = marl.Window(L"#32770", entry.text);
+          return window != nullptr;
+        });
+        if (!window) return testing::AssertionFailure() << "no window";
+        for (int attempt = 0; attempt < 3 && IsWindow(window); ++attempt) {
+          if (BringForward(window)) Chord({}, VK_ESCAPE);
+          WaitUntil([&] { return !IsWindow(window); }, std::chrono::seconds(3));
+        }
+        if (IsWindow(window)) return testing::AssertionFailure() << "the window stays";
+        break;
+      }
+      case Leads::kToBox: {
+        const MessageBoxWindow box = marl.WaitForBox();
+        if (!box) return testing::AssertionFailure() << "no message";
+        if (!box.Text().starts_with(entry.text)) {
+          return testing::AssertionFailure() << ToUtf8(box.Text());
+        }
+        if (!box.Press(IDOK)) return testing::AssertionFailure() << "the message stays";
+        break;
+      }
+      case Leads::kToCall: {
+        const auto last = [&] {
+          const std::vector<std::wstring> all = calls.All();
+          return all.empty() ? std::wstring() : all.back();
+        };
+        if (!WaitUntil([&] { return last() == entry.text; })) {
+          return testing::AssertionFailure() << "the last call is " << ToUtf8(last());
+        }
+        break;
+      }
+      case Leads::kToSite: {
+        const auto last = [&] {
+          return suite.Starts().empty() ? Started{} : suite.Starts().back();
+        };
+        if (!WaitUntil([&] { return last().arguments == entry.text; })) {
+          return testing::AssertionFailure() << last();
+        }
+        break;
+      }
+    }
+    return testing::AssertionSuccess();
+  }
 };
+
+std::string Name(const OtherEntry& entry) {
+  return ToUtf8(std::wstring(1, entry.top) + L", " + entry.entry);
+}
 
 std::string Name(const Entry& entry) {
   return ToUtf8(std::wstring(1, entry.top) + L", " + entry.entry);
@@ -66,9 +152,8 @@ TEST_F(MenuBar, ShortcutsStartTheirToolsAtADriveRoot) {
   const DriveLetter drive(suite.path());
   ASSERT_TRUE(drive.made());
   const std::wstring root = drive.name() + L"\\";
-  ASSERT_TRUE(WaitUntil([&] {
-    return GetFileAttributesW((root + L"Marl.exe").c_str()) != INVALID_FILE_ATTRIBUTES;
-  }));
+  ASSERT_TRUE(WaitUntil(
+      [&] { return GetFileAttributesW((root + L"Marl.exe").c_str()) != INVALID_FILE_ATTRIBUTES; }));
   const RunningMarl marl(suite, L"", root + L"Marl.exe");
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
@@ -79,9 +164,60 @@ TEST_F(MenuBar, ShortcutsStartTheirToolsAtADriveRoot) {
     Chord(entry.held, entry.key);
     const Starts starts = suite.WaitForTools(++count);
     ASSERT_EQ(starts.size(), count) << Name(entry);
-    EXPECT_EQ(starts.back(), (Started{entry.program, root + entry.program, entry.arguments, root,
-                                      SW_SHOWNORMAL}));
+    EXPECT_EQ(starts.back(),
+              (Started{entry.program, root + entry.program, entry.arguments, root, SW_SHOWNORMAL}));
   }
+}
+
+TEST_F(MenuBar, OtherEntriesAndTheirShortcutsLeadToTheirWindowsMessagesAndComponents) {
+  settings.SetRegistry(L"Settings", L"TrackingServer",
+                       L"<project-tracking server=\"alpha\" ssl=\"yes\" port=\"81\"/>");
+  const SuiteFolder suite;
+  const std::wstring browser = suite.path() + L"\\Browser.exe";
+  ASSERT_TRUE(CopyFileW(g_programs.standIn.c_str(), browser.c_str(), TRUE));
+  const HtmlBrowser html(browser);
+  ASSERT_TRUE(html.made());
+  const ComponentCalls calls(suite);
+  const RegisteredComponent projectTm(L"Marl.ProjectTmComponent");
+  const RegisteredComponent replace(L"Marl.ReplaceComponent");
+  const RegisteredComponent singleFile(L"Marl.SingleFileComponent");
+  const RegisteredComponent qa(L"Marl.QaComponent");
+  ASSERT_TRUE(projectTm.made() && replace.made() && singleFile.made() && qa.made());
+  // A folder with nothing in it, and no project either.
+  const std::wstring folder = suite.temp() + L"\\empty";
+  ASSERT_TRUE(CreateDirectoryW(folder.c_str(), nullptr));
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  for (const bool byShortcut : {false, true}) {
+    for (const OtherEntry& entry : kOtherEntries) {
+      SCOPED_TRACE(Name(entry) + (byShortcut ? ", by its shortcut" : ", by its command"));
+      ASSERT_TRUE(Tell(folder + L"\\none.qprx"));
+      if (byShortcut) {
+        ASSERT_TRUE(WaitUntil([&] { return IsWindowEnabled(main) != FALSE; }));
+        ASSERT_TRUE(BringForward(main));
+        Chord(entry.held, entry.key);
+      } else {
+        ASSERT_TRUE(marl.PressMenu(entry.top, entry.entry));
+      }
+      ASSERT_TRUE(Follow(entry, suite, marl, calls));
+    }
+  }
+  EXPECT_FALSE(marl.Box());
+  std::vector<std::wstring> expected;
+  for (int time = 0; time < 2; ++time) {
+    for (const OtherEntry& entry : kOtherEntries) {
+      if (entry.leads == Leads::kToCall) expected.push_back(entry.text);
+      // The first project that is translated asks for the suite's languages.
+      if (time == 0 && entry.key == 'P') {
+        expected.insert(expected.end(),
+                        {L"Marl.QaComponent.LanguageCount()", L"Marl.QaComponent.CodePageCount()"});
+      }
+    }
+  }
+  EXPECT_EQ(calls.All(), expected);
+  EXPECT_EQ(suite.WaitForTools(2).size(), 2u) << "the browser, twice";
+  EXPECT_TRUE(Close(marl));
 }
 
 TEST_F(MenuBar, EntryOfAMissingToolComplains) {

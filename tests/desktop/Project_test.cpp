@@ -15,31 +15,12 @@ constexpr wchar_t kCleanQuestion[] =
 constexpr int kFileName = 0x480;       // the field of the platform's file dialogs
 constexpr int kFileNameCombo = 0x47C;  // and in some of them
 
-/// The process's window of this class and title that can be seen; null when there is none.
-HWND FindWindowOf(const RunningMarl& marl, const wchar_t* windowClass, const wchar_t* title) {
-  for (HWND window = nullptr;
-       (window = FindWindowExW(nullptr, window, windowClass, title)) != nullptr;) {
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    if (process == marl.id() && IsWindowVisible(window)) return window;
-  }
-  return nullptr;
-}
-
-HWND WaitForWindowOf(const RunningMarl& marl, const wchar_t* windowClass, const wchar_t* title) {
-  HWND window = nullptr;
-  WaitUntil([&] {
-    return (window = FindWindowOf(marl, windowClass, title)) != nullptr || !marl.Running();
-  });
-  return window;
-}
-
 HWND WaitForFileDialog(const RunningMarl& marl) {
-  return WaitForWindowOf(marl, L"#32770", L"Open Marl project file");
+  return marl.WaitForWindow(L"#32770", L"Open Marl project file");
 }
 
 HWND WaitForSelection(const RunningMarl& marl) {
-  return WaitForWindowOf(marl, L"MarlForm", L"Select language and file name");
+  return marl.WaitForWindow(L"MarlForm", L"Select language and file name");
 }
 
 bool WaitUntilGone(HWND window) {
@@ -147,6 +128,12 @@ bool ChooseSecondRow(HWND form) {
   });
 }
 
+/// A long path in the form that has no limit of length. Such a form takes names as they are, "..",
+/// for one, so short paths stay as they stand.
+std::wstring Unlimited(const std::wstring& path) {
+  return path.size() < 240 ? path : L"\\\\?\\" + path;
+}
+
 /// A project's folder, made below the suite's temporary one.
 class Project : public SwitchboardTest {
  protected:
@@ -161,10 +148,10 @@ class Project : public SwitchboardTest {
            DWORD attributes = FILE_ATTRIBUTE_NORMAL) const {
     const std::wstring path = At(name);
     for (std::size_t at = folder.size(); (at = path.find(L'\\', at + 1)) != std::wstring::npos;) {
-      CreateDirectoryW(path.substr(0, at).c_str(), nullptr);
+      CreateDirectoryW(Unlimited(path.substr(0, at)).c_str(), nullptr);
     }
-    const HANDLE file =
-        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, attributes, nullptr);
+    const HANDLE file = CreateFileW(Unlimited(path).c_str(), GENERIC_WRITE, 0, nullptr,
+                                    CREATE_ALWAYS, attributes, nullptr);
     ASSERT_NE(file, INVALID_HANDLE_VALUE) << ToUtf8(path);
     DWORD written = 0;
     EXPECT_TRUE(
@@ -173,14 +160,31 @@ class Project : public SwitchboardTest {
   }
   std::wstring At(const std::wstring& name) const { return folder + L"\\" + name; }
   bool There(const std::wstring& name) const {
+    return GetFileAttributesW(Unlimited(At(name)).c_str()) != INVALID_FILE_ATTRIBUTES;
+  }
+  /// True when the platform finds the file by its plain path, whatever its length.
+  bool InReach(const std::wstring& name) const {
     return GetFileAttributesW(At(name).c_str()) != INVALID_FILE_ATTRIBUTES;
   }
-
-  /// Another program tells the project.
-  bool Tell(const std::wstring& path) const {
-    DdeClient client(DdeClient::Kind::kWide);
-    return client.Connect(L"Marl", L"Marl") && client.Execute(L"PRJ " + path);
+  /// A name below the project's folder that ends in `end` and makes a path of `length` characters.
+  std::wstring NameOfLength(std::size_t length, const std::wstring& end) const {
+    constexpr std::size_t kPart = 60;
+    std::wstring name;
+    const auto left = [&] { return length - At(name).size() - end.size(); };
+    while (left() > 2 * kPart) name += std::wstring(kPart - 1, L'n') + L"\\";
+    if (left() > kPart) name += std::wstring(left() - kPart, L'm') + L"\\";
+    return name + std::wstring(left(), L'f') + end;
   }
+  /// Tells the project, presses OK in the dialog that comes up, and waits for its end.
+  testing::AssertionResult TranslateFirst(const std::wstring& project) const {
+    if (!Tell(project)) return testing::AssertionFailure() << "it is not told";
+    if (!Translate()) return testing::AssertionFailure() << "no menu";
+    const HWND form = WaitForSelection(marl);
+    if (!form) return testing::AssertionFailure() << "no dialog";
+    if (!PressButton(form, L"OK")) return testing::AssertionFailure() << "the dialog stays";
+    return testing::AssertionSuccess();
+  }
+
   bool Translate() const { return marl.PressMenu(L'T', L'P'); }
   bool Open() const { return marl.PressMenu(L'P', L'O'); }
   bool Clean() const { return marl.PressMenu(L'P', L'R'); }
@@ -341,16 +345,70 @@ TEST_F(Project, WhatIsMissingIsTold) {
       {At(L"missing.qpj"), L"No target languages found"},
       {L"job.qpj", L"This does not appear to be a valid Marl project file"},
       {At(L"none.qprx"), L"No translation files found"},
-      {At(L"unknown.qprx"), L"No target languages found"}};
+      {At(L"unknown.qprx"), L"No target languages found"},
+      {At(L"UNKNOWN.QPRX"), L"No target languages found"},
+      {At(L"blank.qprx"), L"No translation files found"},
+      {At(L"ini.qprx"), L"No target languages found"},
+      {At(L"declared.qprx"), L"No target languages found"},
+      {At(L"folder.qprx"), L"No target languages found"},
+      {At(L"locked.qprx"), L"No target languages found"},
+      {At(L"negative.qpj"), L"No translation files found"}};
   Put(L"none.qprx", "<language lc=\"fr\"/>");
   Put(L"unknown.qprx", "<language lc=\"xx\"/><document path=\"a\"/>");
+  Put(L"blank.qprx", "<language lc=\"fr\"/><document path=\"\"/>");
+  Put(L"ini.qprx", kOlder);
+  Put(L"declared.qprx", std::string("<!ELEMENT>") + kXml);
+  Put(L"folder.qprx\\inside", "");
+  Put(L"locked.qprx", kXml);
+  Put(L"negative.qpj", "[Languages]\r\nCount=-1\r\nTarget0=fr\r\n");
+  const HANDLE locked = CreateFileW(At(L"locked.qprx").c_str(), GENERIC_READ | GENERIC_WRITE, 0,
+                                    nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(locked, INVALID_HANDLE_VALUE);
   for (const auto& [path, message] : projects) {
     ASSERT_TRUE(Tell(path));
     ASSERT_TRUE(Translate());
     EXPECT_TRUE(Says(message)) << ToUtf8(path);
   }
+  CloseHandle(locked);
   EXPECT_TRUE(Close(marl));
   EXPECT_TRUE(suite.WaitForTools(0).empty());
+}
+
+TEST_F(Project, FoldersOfBothStylesAndPathsOfAnyLengthReachTheEditor) {
+  const std::string xml = "<language lc=\"fr\" description=\"Any\"/><document path=\"a b.doc\"/>";
+  Starts expected;
+  // By the language's code, and by the table's description, in projects of both kinds.
+  Put(L"code.qprx", "<target-files shortlang=\"YES\"/>" + xml);
+  Put(L"fr\\a b.qtd");
+  ASSERT_TRUE(TranslateFirst(At(L"code.qprx")));
+  expected.push_back(Editor(L"fr\\a b.qtd"));
+  EXPECT_EQ(suite.WaitForTools(expected.size()), expected);
+  Put(L"described.qpj",
+      "[Target Files]\r\nShortLang=0\r\n[Languages]\r\nCount=2147483647\r\nTarget7=fr\r\n"
+      "[Source Files]\r\nCount=2147483647\r\nFile9=a b.doc\r\n");
+  Put(L"French\\a b.qtd");
+  ASSERT_TRUE(TranslateFirst(At(L"described.qpj")));
+  expected.push_back(Editor(L"French\\a b.qtd"));
+  EXPECT_EQ(suite.WaitForTools(expected.size()), expected);
+
+  // As long as paths once could be, and longer: then the platform decides whether it is there.
+  for (const std::size_t length : {std::size_t{259}, std::size_t{260}, std::size_t{300}}) {
+    const std::wstring end = L"\\French\\a b.qtd";
+    const std::wstring document = NameOfLength(length, end);
+    ASSERT_EQ(At(document).size(), length);
+    Put(document);
+    const std::wstring job = document.substr(0, document.size() - end.size()) + L"\\j.qprx";
+    Put(job, xml);
+    ASSERT_TRUE(TranslateFirst(At(job))) << length;
+    if (InReach(document)) {
+      expected.push_back(Editor(document));
+    } else {
+      ASSERT_GE(length, std::size_t{260});
+      EXPECT_TRUE(Says(L"File not found : " + At(document)));
+    }
+    EXPECT_EQ(suite.WaitForTools(expected.size()), expected) << length;
+  }
+  EXPECT_TRUE(Close(marl));
 }
 
 TEST_F(Project, CountThatIsNoNumberEndsTheProgramWithTheRuntimesText) {
@@ -385,6 +443,10 @@ TEST_F(Project, CleanDeletesTheWorkingFilesOfATreeAndNothingElse) {
   Put(L"locked.qtd");
   CreateDirectoryW(At(L"empty.qtd").c_str(), nullptr);
   Put(L"..\\outside.qtd");
+  // Where the platform's plain paths end, so does the search.
+  const std::wstring distant = NameOfLength(300, L".qtd");
+  Put(distant);
+  const bool reached = InReach(distant);
   const HANDLE locked = CreateFileW(At(L"locked.qtd").c_str(), GENERIC_READ, FILE_SHARE_READ,
                                     nullptr, OPEN_EXISTING, 0, nullptr);
   ASSERT_NE(locked, INVALID_HANDLE_VALUE);
@@ -418,7 +480,8 @@ TEST_F(Project, CleanDeletesTheWorkingFilesOfATreeAndNothingElse) {
   EXPECT_TRUE(There(L"locked.qtd"));
   EXPECT_TRUE(There(L"empty.qtd"));
   EXPECT_TRUE(There(L"..\\outside.qtd"));
-  const std::size_t gone = working.size() + 2;
+  EXPECT_EQ(There(distant), !reached);
+  const std::size_t gone = working.size() + 2 + (reached ? 1 : 0);
   const auto after = AllFiles();
   EXPECT_EQ(before.size() - after.size(), gone);
   EXPECT_TRUE(std::all_of(after.begin(), after.end(), [&](const auto& file) {
@@ -436,6 +499,15 @@ TEST_F(Project, FolderWithoutWorkingFilesSaysSo) {
   ASSERT_TRUE(Tell(L"job.qprx"));
   ASSERT_TRUE(Clean());
   EXPECT_TRUE(Says(L"This does not appear to be a valid Marl project file"));
+  // A folder that is gone meanwhile, with the project in it.
+  Put(L"gone\\job.qprx", kXml);
+  Put(L"gone\\a.qtd");
+  ASSERT_TRUE(Tell(At(L"gone\\job.qprx")));
+  ASSERT_TRUE(DeleteFileW(At(L"gone\\job.qprx").c_str()));
+  ASSERT_TRUE(DeleteFileW(At(L"gone\\a.qtd").c_str()));
+  ASSERT_TRUE(RemoveDirectoryW(At(L"gone").c_str()));
+  ASSERT_TRUE(Clean());
+  EXPECT_TRUE(Says(L"No temporary files found"));
   EXPECT_TRUE(Close(marl));
 }
 

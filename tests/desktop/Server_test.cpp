@@ -1,6 +1,6 @@
 #include <algorithm>
-#include <fstream>
 
+#include "tests/desktop/Component.h"
 #include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
@@ -12,10 +12,6 @@ namespace marl::desktop {
 namespace {
 
 using Starts = std::vector<Started>;
-
-constexpr int kChangeServer = 6;
-constexpr int kTrackProjects = 7;
-constexpr int kAdministrator = 8;
 
 constexpr wchar_t kSettingsKey[] = L"Software\\Oru\\Marl\\Settings";
 constexpr wchar_t kListKey[] = L"Software\\Oru\\Marl\\ServerMRU";
@@ -32,9 +28,8 @@ std::optional<std::string> Stored(const wchar_t* key, const wchar_t* name) {
   std::string bytes(40000, '\0');
   DWORD kind = 0;
   auto size = static_cast<DWORD>(bytes.size());
-  const LSTATUS status =
-      RegQueryValueExA(opened, ToUtf8(name).c_str(), nullptr, &kind,
-                       reinterpret_cast<BYTE*>(bytes.data()), &size);
+  const LSTATUS status = RegQueryValueExA(opened, ToUtf8(name).c_str(), nullptr, &kind,
+                                          reinterpret_cast<BYTE*>(bytes.data()), &size);
   RegCloseKey(opened);
   if (status != ERROR_SUCCESS || kind != REG_SZ) return {};
   bytes.resize(size);
@@ -188,6 +183,102 @@ INSTANTIATE_TEST_SUITE_P(
         HostileValue{L"<", L"[no server]", L""},
         HostileValue{L"<project-tracking server=\"a\" server=\"b\"/>", L"[no server]", L""}));
 
+TEST_F(Server, StoredBytesOfAnyKindAreTakenAsTold) {
+  const auto wide = [](const std::wstring& text) {
+    const auto* const from = reinterpret_cast<const BYTE*>(text.data());
+    return std::vector<BYTE>(from, from + text.size() * sizeof(wchar_t));
+  };
+  const std::wstring nul(1, L'\0');
+  const std::wstring longName(10000, L'n');
+  const struct {
+    DWORD kind;
+    std::vector<BYTE> bytes;
+    std::wstring title;
+    std::wstring arguments;
+  } rows[] = {
+      {REG_DWORD, {42, 0, 0, 0}, L"42", L"42 /port=80"},
+      {REG_NONE, wide(L"alpha" + nul), L"[no server]", L""},
+      {REG_SZ, {}, L"[no server]", L""},
+      {REG_SZ, wide(longName + nul), longName, longName + L" /port=80"},
+  };
+  const SuiteFolder suite;
+  std::size_t count = 0;
+  for (const auto& row : rows) {
+    settings.SetRegistryBytes(L"Settings", L"TrackingServer", row.kind, row.bytes);
+    const RunningMarl marl(suite);
+    const HWND main = marl.WaitForWindow();
+    ASSERT_TRUE(main);
+    EXPECT_EQ(TextOf(main), L"Marl : " + row.title);
+    Click(IconOf(main, kAdministrator));
+    const Starts starts = suite.WaitForTools(++count);
+    ASSERT_EQ(starts.size(), count);
+    EXPECT_EQ(starts.back(), Start(suite, L"Q17Warden.exe", row.arguments));
+    EXPECT_TRUE(Close(marl));
+  }
+}
+
+TEST_F(Server, ListOfHostileEntriesIsShownAndSavedInOrder) {
+  const std::string longName(10000, 'n');
+  settings.SetRegistryNumber(L"ServerMRU", L"MRU1", 7);
+  settings.SetRegistry(L"ServerMRU", L"MRU2", L"<");
+  settings.SetRegistry(L"ServerMRU", L"MRU3", L"<project-tracking server=\"a\" server=\"b\"/>");
+  settings.SetRegistry(L"ServerMRU", L"MRU4", FromUtf8(longName));
+  settings.SetRegistry(L"ServerMRU", L"MRU8", L"x\" /ssl <&> %20");
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  Click(IconOf(main, kChangeServer));
+  {
+    const ServerDialog dialog(marl);
+    ASSERT_TRUE(dialog);
+    EXPECT_EQ(SendMessageW(dialog.Combo(), CB_GETCOUNT, 0, 0), 5);
+    EXPECT_TRUE(dialog.Leave(L"Cancel"));
+  }
+  EXPECT_EQ(TextOf(main), L"Marl : [no server]");
+  EXPECT_TRUE(Close(marl));
+  EXPECT_EQ(StoredServer(), "");
+  EXPECT_EQ(StoredList(),
+            (std::vector<std::string>{
+                "<project-tracking server=\"7\" ssl=\"no\" port=\"80\"/>", "<",
+                "<project-tracking server=\"a\" server=\"b\"/>",
+                "<project-tracking server=\"" + longName + "\" ssl=\"no\" port=\"80\"/>",
+                "<project-tracking server=\"x&quot; /ssl &lt;&amp;&gt; %20\" ssl=\"no\" "
+                "port=\"80\"/>"}));
+}
+
+TEST_F(Server, TypedNameGoesInRawAndTheEldestOfNineLeavesTheList) {
+  std::vector<std::string> list;
+  for (int n = 1; n <= 8; ++n) {
+    const std::string number = std::to_string(n);
+    list.push_back("<project-tracking server=\"s" + number + "\" ssl=\"yes\" port=\"1\"/>");
+    settings.SetRegistry(L"ServerMRU", FromUtf8("MRU" + number), FromUtf8(list.back()));
+  }
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  const auto became = [&](const std::string& tag) {
+    list.insert(list.begin(), tag);
+    list.pop_back();
+  };
+  // A quote cuts the name short; what it is cut from is no element of the program's arguments.
+  ASSERT_TRUE(ChangeTo(marl, L"a\"b"));
+  EXPECT_TRUE(TitleBecomes(main, L"Marl : a"));
+  became("<project-tracking server=\"a\"b\" ssl=\"no\" port=\"80\"/>");
+  Click(IconOf(main, kAdministrator));
+  EXPECT_EQ(suite.WaitForTools(1), (Starts{Start(suite, L"Q17Warden.exe", L"a /port=80")}));
+  EXPECT_EQ(StoredServer(), list.front()) << "saved by the press";
+  EXPECT_EQ(StoredList(), list);
+  // The dialog shows what the tag says: the name as far as the quote.
+  ASSERT_TRUE(ChangeTo(marl, L"/ssl /port=1"));
+  EXPECT_TRUE(TitleBecomes(main, L"Marl : /ssl /port=1"));
+  became("<project-tracking server=\"/ssl /port=1\" ssl=\"no\" port=\"80\"/>");
+  EXPECT_TRUE(Close(marl));
+  EXPECT_EQ(StoredServer(), list.front());
+  EXPECT_EQ(StoredList(), list);
+}
+
 TEST_F(Server, ChangedReAddedAndRemoved) {
   StoreServer(L"<project-tracking server=\"beta\" ssl=\"yes\" port=\"443\"/>");
   const SuiteFolder suite;
@@ -284,8 +375,8 @@ TEST_F(Server, EscapeAndAccessKeysWork) {
   Chord({VK_MENU}, 'R');
   EXPECT_TRUE(WaitUntil([&] { return dialog.Checked(dialog.Ssl()); })) << "SSL";
   // Tab goes from here to the other box, the port, both buttons, and round.
-  for (const HWND next : {dialog.Default(), dialog.Port(), dialog.Button(L"OK"),
-                          dialog.Button(L"Cancel")}) {
+  for (const HWND next :
+       {dialog.Default(), dialog.Port(), dialog.Button(L"OK"), dialog.Button(L"Cancel")}) {
     Chord({}, VK_TAB);
     EXPECT_TRUE(WaitUntil([&] { return focus() == next; })) << ToUtf8(TextOf(next));
   }
@@ -364,57 +455,12 @@ TEST_F(Server, PortFieldRefusesEveryKindOfEditThatIsNoPort) {
 
 namespace {
 
-constexpr wchar_t kClientId[] = L"{7B0C7C5E-53B5-4B6B-9C63-0E1D5A6F9A41}";
+constexpr wchar_t kClient[] = L"Marl.TrackingServerClient";
 
-/// The test's component, registered while this lives.
-class RegisteredClient {
- public:
-  RegisteredClient(const SuiteFolder& suite, const std::wstring& library)
-      : record_(suite.temp() + L"\\client.bin"),
-        program_(L"Marl.TrackingServerClient", L"Tracking server client"),
-        programClass_(L"Marl.TrackingServerClient\\CLSID", kClientId),
-        class_(std::wstring(L"CLSID\\") + kClientId, L"Tracking server client"),
-        server_(std::wstring(L"CLSID\\") + kClientId + L"\\InprocServer32", library) {
-    SetEnvironmentVariableW(L"MARL_TEST_CLIENT", record_.c_str());
-  }
-  ~RegisteredClient() { SetEnvironmentVariableW(L"MARL_TEST_CLIENT", nullptr); }
-  bool made() const { return server_.made() && programClass_.made(); }
-
-  /// The documents that it was given.
-  std::vector<std::wstring> Documents() const {
-    std::ifstream file(record_.c_str(), std::ios::binary);
-    std::vector<std::wstring> documents(1);
-    wchar_t unit = 0;
-    while (file.read(reinterpret_cast<char*>(&unit), sizeof unit)) {
-      if (unit) {
-        documents.back() += unit;
-      } else {
-        documents.emplace_back();
-      }
-    }
-    documents.pop_back();
-    return documents;
-  }
-
-  /// The library that was built beside the tests.
-  static std::wstring Library() {
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring own = path;
-    return own.substr(0, own.rfind(L'\\') + 1) + L"tracking_client.dll";
-  }
-
- private:
-  std::wstring record_;
-  // In the order of making: what lies deeper goes first.
-  ClassKey program_;
-  ClassKey programClass_;
-  ClassKey class_;
-  ClassKey server_;
-};
-
-std::wstring Document(const std::wstring& tag) {
-  return L"\uFEFF<?xml version=\"1.0\" standalone=\"no\"?>" + tag;
+/// What the client is told of a server.
+std::wstring SetServer(const std::wstring& tag) {
+  return std::wstring(kClient) + L".SetServer(\uFEFF<?xml version=\"1.0\" standalone=\"no\"?>" +
+         tag + L")";
 }
 
 }  // namespace
@@ -422,14 +468,15 @@ std::wstring Document(const std::wstring& tag) {
 TEST_F(Server, RealComponentIsCalledWithTheDocumentAndItsFailureIsShown) {
   StoreServer(L"R&D");
   const SuiteFolder suite;
-  const RegisteredClient client(suite, RegisteredClient::Library());
+  const ComponentCalls calls(suite);
+  const RegisteredComponent client(kClient);
   ASSERT_TRUE(client.made());
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
   EXPECT_EQ(TextOf(main), L"Marl : R&D");
   const std::wstring tag = L"<project-tracking server=\"R&amp;D\" ssl=\"no\" port=\"80\"/>";
-  EXPECT_EQ(client.Documents(), std::vector<std::wstring>{Document(tag)});
+  EXPECT_EQ(calls.All(), std::vector<std::wstring>{SetServer(tag)});
 
   Click(IconOf(main, kChangeServer));
   {
@@ -447,10 +494,10 @@ TEST_F(Server, RealComponentIsCalledWithTheDocumentAndItsFailureIsShown) {
   EXPECT_EQ(box.Text(), L"The server refused \u2013 \"no\" means no.");
   EXPECT_TRUE(box.Press(IDOK));
   EXPECT_EQ(TextOf(main), L"Marl : R&D");
-  EXPECT_EQ(client.Documents(),
+  EXPECT_EQ(calls.All(),
             (std::vector<std::wstring>{
-                Document(tag),
-                Document(L"<project-tracking server=\"refused\" ssl=\"no\" port=\"80\"/>")}));
+                SetServer(tag),
+                SetServer(L"<project-tracking server=\"refused\" ssl=\"no\" port=\"80\"/>")}));
   EXPECT_TRUE(Close(marl));
   EXPECT_EQ(StoredServer(), ToUtf8(tag));
   EXPECT_EQ(StoredList(), std::vector<std::string>{ToUtf8(tag)});
@@ -459,21 +506,22 @@ TEST_F(Server, RealComponentIsCalledWithTheDocumentAndItsFailureIsShown) {
 TEST_F(Server, RefusedStoredServerEndsQuietlyInNone) {
   StoreServer(L"refused");
   const SuiteFolder suite;
-  const RegisteredClient client(suite, RegisteredClient::Library());
+  const ComponentCalls calls(suite);
+  const RegisteredComponent client(kClient);
   ASSERT_TRUE(client.made());
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
   EXPECT_EQ(TextOf(main), L"Marl : [no server]");
   EXPECT_FALSE(marl.Box());
-  EXPECT_EQ(client.Documents().size(), 1u);
+  EXPECT_EQ(calls.All().size(), 1u);
   EXPECT_TRUE(Close(marl));
 }
 
 TEST_F(Server, RegisteredComponentThatIsNotThereIsAFailure) {
   StoreServer(L"alpha");
   const SuiteFolder suite;
-  const RegisteredClient client(suite, suite.path() + L"\\nowhere.dll");
+  const RegisteredComponent client(kClient, suite.path() + L"\\nowhere.dll");
   ASSERT_TRUE(client.made());
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();
@@ -487,12 +535,8 @@ TEST_F(Server, BrowserGetsTheSitesAddressAsItsOneArgument) {
   const SuiteFolder suite;
   const std::wstring browser = suite.path() + L"\\Browser.exe";
   ASSERT_TRUE(CopyFileW(g_programs.standIn.c_str(), browser.c_str(), TRUE));
-  const ClassKey extension(L".html", L"MarlTestPage");
-  const ClassKey type(L"MarlTestPage", L"Page");
-  const ClassKey shell(L"MarlTestPage\\shell", L"");
-  const ClassKey open(L"MarlTestPage\\shell\\open", L"");
-  const ClassKey command(L"MarlTestPage\\shell\\open\\command", L"\"" + browser + L"\" \"%1\"");
-  ASSERT_TRUE(command.made());
+  const HtmlBrowser html(browser);
+  ASSERT_TRUE(html.made());
   const struct {
     const wchar_t* tag;
     const wchar_t* address;
@@ -502,6 +546,7 @@ TEST_F(Server, BrowserGetsTheSitesAddressAsItsOneArgument) {
       {L"<project-tracking server=\"alpha\" ssl=\"no\" port=\"443\"/>", L"http://alpha:443"},
       {L"<project-tracking server=\"alpha\" ssl=\"yes\" port=\"80\"/>", L"https://alpha:80"},
       {L"<project-tracking server=\"alpha\" ssl=\"yes\" port=\"\"/>", L"https://alpha:"},
+      {L"R&D \"x\" /y %20", L"http://R&D \"x\" /y %20"},
   };
   std::size_t count = 0;
   for (const auto& row : rows) {

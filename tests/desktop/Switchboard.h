@@ -12,6 +12,9 @@ inline constexpr wchar_t kWizardQuestion[] =
     L"Would you like to start the translation wizard when you start Marl?";
 
 inline constexpr int kEdit = 5;
+inline constexpr int kChangeServer = 6;
+inline constexpr int kTrackProjects = 7;
+inline constexpr int kAdministrator = 8;
 inline constexpr int kUtilities = 9;
 inline constexpr int kQaCheck = 10;
 inline constexpr int kExit = 17;
@@ -35,6 +38,12 @@ class SwitchboardTest : public testing::Test {
     if (!code) return testing::AssertionFailure() << "it still runs";
     if (*code != 0) return testing::AssertionFailure() << "exit code " << *code;
     return testing::AssertionSuccess();
+  }
+
+  /// Another program tells Marl the project.
+  static bool Tell(const std::wstring& project) {
+    DdeClient client(DdeClient::Kind::kWide);
+    return client.Connect(L"Marl", L"Marl") && client.Execute(L"PRJ " + project);
   }
 
   Settings settings;

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tests/desktop/Harness.h"
+
+namespace marl::desktop {
+
+/// The component that is built beside the tests, registered under a name of the suite's while this
+/// lives.
+class RegisteredComponent {
+ public:
+  /// `name` is its programmatic name, "Marl.QaComponent" say; `library` the file that holds it.
+  explicit RegisteredComponent(const std::wstring& name, const std::wstring& library = Library());
+  bool made() const { return server_.made() && programClass_.made(); }
+
+  static std::wstring Library();
+
+ private:
+  RegisteredComponent(const std::wstring& name, const std::wstring& library,
+                      const std::wstring& id);
+
+  // In the order of making: what lies deeper goes first.
+  ClassKey program_;
+  ClassKey programClass_;
+  ClassKey class_;
+  ClassKey server_;
+};
+
+/// What the components of the programs that are started while this lives are told.
+class ComponentCalls {
+ public:
+  explicit ComponentCalls(const SuiteFolder& suite);
+  ~ComponentCalls();
+  ComponentCalls(const ComponentCalls&) = delete;
+  ComponentCalls& operator=(const ComponentCalls&) = delete;
+
+  /// All calls until now: "Marl.QaComponent.Run(1)", say.
+  std::vector<std::wstring> All() const;
+  /// The same, once there are at least `count` of them or the deadline has passed.
+  std::vector<std::wstring> WaitFor(std::size_t count) const;
+
+ private:
+  std::wstring record_;
+};
+
+}  // namespace marl::desktop

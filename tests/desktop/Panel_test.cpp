@@ -1,0 +1,361 @@
+#include <algorithm>
+#include <array>
+
+#include "tests/desktop/Switchboard.h"
+#include "tests/unit/GradientReference.h"
+
+// The panel on the screen: the gradient behind the buttons, and the button under a real mouse.
+
+namespace marl::desktop {
+
+namespace {
+
+using Starts = std::vector<Started>;
+
+constexpr int kButtons = 18;
+constexpr int kAnalyse = 0;
+
+// Colours that nothing else on the panel has.
+constexpr COLORREF kLit = RGB(255, 0, 255);
+constexpr COLORREF kShade = RGB(0, 255, 255);
+constexpr COLORREF kPlainText = RGB(255, 255, 0);
+constexpr COLORREF kBrightText = RGB(255, 0, 0);
+
+/// What a button shows at one moment.
+struct Look {
+  int squares = 0;  ///< of the bevel
+  bool plain = false;
+  bool bright = false;
+
+  bool operator==(const Look&) const = default;
+};
+constexpr Look kOff{0, true, false};
+constexpr Look kOn{1, false, true};
+
+std::ostream& operator<<(std::ostream& out, const Look& look) {
+  return out << look.squares << " squares" << (look.plain ? ", plain" : "")
+             << (look.bright ? ", bright" : "");
+}
+
+class Panel : public SwitchboardTest {
+ protected:
+  Panel() {
+    SetSkin(L"Border1", kLit);
+    SetSkin(L"Border2", kShade);
+    SetSkin(L"Text1", kPlainText);
+    SetSkin(L"Text2", kBrightText);
+    // A balloon would cover what is looked at.
+    settings.Set(L"Tooltips", L"False");
+    Point({0, 0});
+  }
+
+  /// Moves the mouse there, and again should a window that comes or goes take it away.
+  void Point(POINT at) {
+    mouse_ = at;
+    MoveMouse(at);
+  }
+  void KeepMouse() const {
+    POINT now = {};
+    if (GetCursorPos(&now) && (now.x != mouse_.x || now.y != mouse_.y)) MoveMouse(mouse_);
+  }
+
+  /// Waits until the mouse has stayed where it was moved to for a while.
+  bool Rests() const {
+    auto since = std::chrono::steady_clock::now();
+    return WaitUntil([&] {
+      POINT now = {};
+      if (GetCursorPos(&now) && now.x == mouse_.x && now.y == mouse_.y) {
+        return std::chrono::steady_clock::now() - since >= std::chrono::milliseconds(100);
+      }
+      MoveMouse(mouse_);
+      since = std::chrono::steady_clock::now();
+      return false;
+    });
+  }
+
+  void SetSkin(const wchar_t* value, DWORD number) const {
+    settings.SetRegistryNumber(L"GUI", value, number);
+  }
+
+  /// The inside of the window, on the screen.
+  static RECT InnerOf(HWND main) {
+    RECT inner = {};
+    GetClientRect(main, &inner);
+    MapWindowPoints(main, nullptr, reinterpret_cast<POINT*>(&inner), 2);
+    return inner;
+  }
+
+  static std::wstring Status(HWND main) {
+    return TextOf(FindWindowExW(main, nullptr, L"msctls_statusbar32", nullptr));
+  }
+
+  /// The whole squares of the bevel that stand around a button, from the outermost inwards. Where
+  /// the first line is cut, it is none.
+  static int Squares(HWND main, int button) {
+    const RECT cell = CellOf(main, button);
+    const Pixels pixels = Capture(cell);
+    // The frame, in twips of the cell; a line stands on the pixel that its place falls into.
+    const int pixel = Twips(1);
+    int left = 60, top = 60, right = 60 + 1695 - pixel, bottom = 60 + 1215 - pixel;
+    int squares = 0;
+    for (; squares < 3; ++squares) {
+      const int l = PixelsOf(left), t = PixelsOf(top), r = PixelsOf(right), b = PixelsOf(bottom);
+      // The cell ends before the frame's right edge: what is beyond it is read from the screen.
+      const auto at = [&](int x, int y) {
+        if (x < pixels.width && y < pixels.height) return pixels.At(x, y);
+        return Capture({cell.left + x, cell.top + y, cell.left + x + 1, cell.top + y + 1}).At(0, 0);
+      };
+      bool whole = true;
+      for (int x = l + 2; x <= r - 2 && whole; ++x) whole = at(x, t) == kLit;
+      for (int y = t + 2; y <= b - 2 && whole; ++y) whole = at(l, y) == kLit;
+      for (int x = l + 2; x <= r - 2 && whole; ++x) whole = at(x, b) == kShade;
+      if (whole) {
+        const Pixels edge =
+            Capture({cell.left + r, cell.top + t + 2, cell.left + r + 1, cell.top + b - 1});
+        whole = std::all_of(edge.colors.begin(), edge.colors.end(),
+                            [](COLORREF color) { return color == kShade; });
+      }
+      if (!whole) break;
+      left += pixel, top += pixel, right -= pixel, bottom -= pixel;
+    }
+    return squares;
+  }
+
+  static Look LookOf(HWND main, int button) {
+    RECT label = CellOf(main, button);
+    label.left += PixelsOf(90);
+    label.top += PixelsOf(840);
+    const Pixels pixels = Capture(label);
+    const auto has = [&](COLORREF color) {
+      return std::count(pixels.colors.begin(), pixels.colors.end(), color) > 5;
+    };
+    return {Squares(main, button), has(kPlainText), has(kBrightText)};
+  }
+
+  testing::AssertionResult Becomes(HWND main, int button, const Look& look,
+                                   const std::wstring& status) const {
+    if (WaitUntil([&] {
+          KeepMouse();
+          return LookOf(main, button) == look && Status(main) == status;
+        })) {
+      return testing::AssertionSuccess();
+    }
+    Screenshot("panel-look");
+    POINT mouse = {};
+    GetCursorPos(&mouse);
+    return testing::AssertionFailure()
+           << "button " << button << " has " << LookOf(main, button) << "; the status is "
+           << ToUtf8(Status(main)) << "; the mouse is at " << mouse.x << "," << mouse.y
+           << ", in front is " << ToUtf8(TextOf(GetForegroundWindow()));
+  }
+
+  /// The icon of a button as it stands on the screen.
+  static Pixels Icon(HWND main, int button) {
+    const RECT cell = CellOf(main, button);
+    const POINT from = {cell.left + PixelsOf(540), cell.top + PixelsOf(120)};
+    return Capture({from.x, from.y, from.x + PixelsOf(720), from.y + PixelsOf(720)});
+  }
+  /// The same, once all has been painted: with the panel's look as told.
+  Pixels IconWhen(HWND main, int button, const Look& look, const std::wstring& status) const {
+    EXPECT_TRUE(Becomes(main, button, look, status));
+    return Icon(main, button);
+  }
+
+  /// A window of this process in a corner that the switchboard leaves free, in front of it.
+  static HWND InFront() {
+    const HWND window =
+        CreateWindowExW(0, L"STATIC", L"In front", WS_POPUP | WS_CAPTION | WS_VISIBLE, 0, 0, 120,
+                        60, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_TRUE(BringForward(window));
+    return window;
+  }
+
+ private:
+  POINT mouse_ = {};
+};
+
+const std::wstring kEditStatus = L"Interactively translate a file";
+const std::wstring kServerStatus = L"Change the current project tracking server";
+const std::wstring kAdministratorStatus = L"Administer Marl servers";
+
+}  // namespace
+
+TEST_F(Panel, GradientIsTheOneOfTheRulesAtAnyAngle) {
+  constexpr COLORREF kFrom = RGB(10, 200, 90);
+  constexpr COLORREF kTo = RGB(250, 20, 160);
+  SetSkin(L"Color1", kFrom);
+  SetSkin(L"Color2", kTo);
+  const SuiteFolder suite;
+  for (const int angle : {0, 30, 90, 217, 345}) {
+    SetSkin(L"Angle", static_cast<DWORD>(angle));
+    const RunningMarl marl(suite);
+    const HWND main = marl.WaitForWindow();
+    ASSERT_TRUE(main);
+    const RECT inner = InnerOf(main);
+    const int width = inner.right - inner.left;
+    const int height = inner.bottom - inner.top;
+    const Picture expected =
+        reference::Draw(reference::Compute(static_cast<float>(angle), static_cast<Color>(kFrom),
+                                           static_cast<Color>(kTo), width, height),
+                        width, height, 0);
+    // In each of the 20 cells a place that neither picture nor label covers.
+    const auto wrong = [&] {
+      const Pixels shown = Capture(inner);
+      std::vector<std::string> places;
+      for (int cell = 0; cell < 20; ++cell) {
+        const int x = PixelsOf(cell % 5 * 1740 + 300);
+        const int y = PixelsOf(cell / 5 * 1260 + 200 + cell % 5 * 100);
+        const COLORREF color = shown.At(x, y);
+        const std::uint32_t pixel = reference::Pixel(static_cast<Color>(color));
+        if (pixel == expected.At(x, y)) continue;
+        places.push_back(std::to_string(x) + "," + std::to_string(y) + ": " +
+                         std::to_string(pixel) + " for " + std::to_string(expected.At(x, y)));
+      }
+      return places;
+    };
+    WaitUntil([&] { return wrong().empty(); });
+    EXPECT_EQ(wrong(), std::vector<std::string>{}) << "at " << angle;
+    Screenshot("gradient-" + std::to_string(angle), main);
+    EXPECT_TRUE(Close(marl));
+  }
+}
+
+TEST_F(Panel, HighlightFollowsTheMouse) {
+  const SuiteFolder suite(L"Suite", {L"Q17Kit.exe"});
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(BringForward(main));
+  ASSERT_TRUE(Becomes(main, kEdit, kOff, L""));
+
+  // On, and straight to the neighbour, by picture and by label.
+  Point(IconOf(main, kEdit));
+  EXPECT_TRUE(Becomes(main, kEdit, kOn, kEditStatus));
+  Screenshot("panel-hover", main);
+  for (int button = 0; button < kButtons; ++button) {
+    EXPECT_EQ(Squares(main, button), button == kEdit ? 1 : 0) << button;
+  }
+  Point(LabelOf(main, kChangeServer));
+  EXPECT_TRUE(Becomes(main, kChangeServer, kOn, kServerStatus));
+  EXPECT_EQ(LookOf(main, kEdit), kOff);
+
+  // The gap between two frames belongs to nobody.
+  const RECT cell = CellOf(main, kChangeServer);
+  Point({cell.left + PixelsOf(35), cell.top + PixelsOf(600)});
+  EXPECT_TRUE(Becomes(main, kChangeServer, kOff, L""));
+  EXPECT_EQ(LookOf(main, kEdit), kOff);
+  // The frame beside the picture belongs to the button.
+  Point({cell.left + PixelsOf(200), cell.top + PixelsOf(300)});
+  EXPECT_TRUE(Becomes(main, kChangeServer, kOn, kServerStatus));
+
+  // A button that is dead, for want of a server or of a tool, shows nothing; the next one does.
+  for (const int dead : {kTrackProjects, kUtilities}) {
+    Point(IconOf(main, dead));
+    EXPECT_TRUE(WaitUntil([&] {
+      KeepMouse();
+      return Status(main).empty();
+    }));
+    EXPECT_EQ(Squares(main, dead), 0);
+    EXPECT_FALSE(LookOf(main, dead).bright);
+    Point(IconOf(main, kAdministrator));
+    EXPECT_TRUE(Becomes(main, kAdministrator, kOn, kAdministratorStatus));
+    EXPECT_EQ(Squares(main, dead), 0);
+  }
+
+  // Another window in front: no highlight, though the mouse is on the button; none either for
+  // what moves there. In front again, the mouse need not move.
+  const HWND other = InFront();
+  EXPECT_TRUE(Becomes(main, kAdministrator, kOff, L""));
+  Point(IconOf(main, kEdit));
+  Point(LabelOf(main, kEdit));
+  EXPECT_FALSE(
+      WaitUntil([&] { return LookOf(main, kEdit) != kOff; }, std::chrono::milliseconds(200)));
+  ASSERT_TRUE(BringForward(main));
+  DestroyWindow(other);
+  EXPECT_TRUE(Becomes(main, kEdit, kOn, kEditStatus));
+
+  // Out of the window, no event tells.
+  Point({0, 0});
+  EXPECT_TRUE(Becomes(main, kEdit, kOff, L""));
+  EXPECT_TRUE(Close(marl));
+  EXPECT_TRUE(suite.WaitForTools(0).empty());
+}
+
+TEST_F(Panel, PressThatIsDraggedOffStartsNothing) {
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(BringForward(main));
+  const RECT empty = CellOf(main, 19);
+  const POINT nowhere = {(empty.left + empty.right) / 2, (empty.top + empty.bottom) / 2};
+  const auto StatusAt = [&](POINT at) -> std::wstring {
+    if (at.y == LabelOf(main, kEdit).y) return kEditStatus;
+    return at.y == IconOf(main, kUtilities).y ? L"Various utilities to manipulate Marl documents"
+                                              : L"";
+  };
+  for (const POINT to : {nowhere, POINT{1, 1}, IconOf(main, kUtilities), LabelOf(main, kEdit)}) {
+    Point(IconOf(main, kEdit));
+    ASSERT_TRUE(Becomes(main, kEdit, kOn, kEditStatus));
+    MouseButtons({MOUSEEVENTF_LEFTDOWN});
+    Point(to);
+    ASSERT_TRUE(Rests());
+    const bool over = to.y == LabelOf(main, kEdit).y;
+    EXPECT_TRUE(Becomes(main, kEdit, over ? kOn : kOff, StatusAt(to))) << to.x << "," << to.y;
+    MouseButtons({MOUSEEVENTF_LEFTUP});
+  }
+  // Pressed elsewhere and let go on the button.
+  Point(nowhere);
+  ASSERT_TRUE(Rests());
+  MouseButtons({MOUSEEVENTF_LEFTDOWN});
+  Point(IconOf(main, kEdit));
+  ASSERT_TRUE(Rests());
+  MouseButtons({MOUSEEVENTF_LEFTUP});
+  // There and back again is a press, and so is the frame beside the picture.
+  Point(IconOf(main, kAdministrator));
+  ASSERT_TRUE(Rests());
+  MouseButtons({MOUSEEVENTF_LEFTDOWN});
+  Point(nowhere);
+  ASSERT_TRUE(Rests());
+  Point(IconOf(main, kAdministrator));
+  ASSERT_TRUE(Rests());
+  MouseButtons({MOUSEEVENTF_LEFTUP});
+  EXPECT_EQ(suite.WaitForTools(1), (Starts{Start(suite, L"Q17Warden.exe")}));
+  ASSERT_TRUE(BringForward(main));
+  const RECT cell = CellOf(main, kAnalyse);
+  Click(cell.left + PixelsOf(200), cell.top + PixelsOf(300));
+  EXPECT_EQ(suite.WaitForTools(2),
+            (Starts{Start(suite, L"Q17Warden.exe"), Start(suite, L"Q17Gauge.exe")}));
+  EXPECT_TRUE(Close(marl));
+  EXPECT_EQ(suite.WaitForTools(2).size(), 2u);
+}
+
+TEST_F(Panel, TwoStateIconsChangeUnderTheMouseAndOthersDoNot) {
+  const SuiteFolder suite;
+  Pixels bright;
+  for (const DWORD offset : {0u, 18u}) {
+    SetSkin(L"TwoState", offset);
+    SetSkin(L"BorderWidth", offset ? 2u : 1u);
+    const Look on{offset ? 2 : 1, false, true};
+    const RunningMarl marl(suite);
+    const HWND main = marl.WaitForWindow();
+    ASSERT_TRUE(main);
+    ASSERT_TRUE(BringForward(main));
+    const Pixels before = IconWhen(main, kEdit, kOff, L"");
+    Point(LabelOf(main, kEdit));
+    const Pixels over = IconWhen(main, kEdit, on, kEditStatus);
+    Screenshot(offset ? "panel-one-state-wide" : "panel-two-state", main);
+    Point({0, 0});
+    EXPECT_EQ(IconWhen(main, kEdit, kOff, L""), before);
+    if (offset == 0) {
+      EXPECT_NE(over, before);
+      bright = over;
+    } else {
+      EXPECT_EQ(over, before);
+      EXPECT_EQ(over, bright) << "the bright one all the time";
+    }
+    EXPECT_TRUE(Close(marl));
+  }
+}
+
+}  // namespace marl::desktop

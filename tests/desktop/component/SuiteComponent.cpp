@@ -1,0 +1,158 @@
+// An in-process component for the tests: it stands for any of the suite's. The name of its class
+// in the registry says which one it is.
+//
+// Each call is appended to the file that the environment names in MARL_TEST_CALLS, as a text with a
+// NUL behind it: class, operation and arguments, "Marl.QaComponent.Run(1)" say. A call with an
+// argument that holds "refused" fails with a description.
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <atomic>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr wchar_t kDescription[] = L"The server refused \u2013 \"no\" means no.";
+
+std::atomic<long> g_objects;
+
+void Record(const std::wstring& call) {
+  wchar_t path[MAX_PATH];
+  const DWORD length = GetEnvironmentVariableW(L"MARL_TEST_CALLS", path, MAX_PATH);
+  if (length == 0 || length >= MAX_PATH) return;
+  const HANDLE file = CreateFileW(path, FILE_APPEND_DATA, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return;
+  DWORD written = 0;
+  WriteFile(file, call.c_str(), static_cast<DWORD>((call.size() + 1) * sizeof(wchar_t)), &written,
+            nullptr);
+  CloseHandle(file);
+}
+
+/// The text that the registry holds for a class.
+std::wstring NameOf(REFCLSID id) {
+  wchar_t key[64] = L"CLSID\\";
+  wchar_t name[256] = {};
+  DWORD size = sizeof name;
+  StringFromGUID2(id, key + 6, 58);
+  RegGetValueW(HKEY_CLASSES_ROOT, key, nullptr, RRF_RT_REG_SZ, nullptr, name, &size);
+  return name;
+}
+
+class Component : public IDispatch {
+ public:
+  explicit Component(std::wstring name) : name_(std::move(name)) { ++g_objects; }
+  virtual ~Component() { --g_objects; }
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) override {
+    if (!IsEqualIID(id, IID_IUnknown) && !IsEqualIID(id, IID_IDispatch)) {
+      *out = nullptr;
+      return E_NOINTERFACE;
+    }
+    *out = static_cast<IDispatch*>(this);
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+    *count = 0;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
+                                          DISPID* ids) override {
+    if (count != 1) return DISP_E_UNKNOWNNAME;
+    // Every operation is there; its number is its place in the list.
+    operations_.emplace_back(names[0]);
+    ids[0] = static_cast<DISPID>(operations_.size());
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*,
+                                   EXCEPINFO* exception, UINT*) override {
+    if (id < 1 || static_cast<std::size_t>(id) > operations_.size()) return DISP_E_MEMBERNOTFOUND;
+    std::wstring call = name_ + L"." + operations_[static_cast<std::size_t>(id - 1)] + L"(";
+    // The last argument comes first.
+    for (UINT i = parameters->cArgs; i-- > 0;) {
+      VARIANT text;
+      VariantInit(&text);
+      const HRESULT status =
+          VariantChangeType(&text, &parameters->rgvarg[i], VARIANT_NOVALUEPROP, VT_BSTR);
+      if (FAILED(status)) return status;
+      call.append(text.bstrVal, SysStringLen(text.bstrVal));
+      if (i > 0) call += L',';
+      VariantClear(&text);
+    }
+    call += L')';
+    Record(call);
+    if (call.find(L"refused") == std::wstring::npos) return S_OK;
+    if (exception) exception->bstrDescription = SysAllocString(kDescription);
+    return DISP_E_EXCEPTION;
+  }
+
+ private:
+  std::atomic<ULONG> references_{0};
+  std::wstring name_;
+  std::vector<std::wstring> operations_;
+};
+
+class Factory : public IClassFactory {
+ public:
+  explicit Factory(std::wstring name) : name_(std::move(name)) { ++g_objects; }
+  virtual ~Factory() { --g_objects; }
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) override {
+    if (!IsEqualIID(id, IID_IUnknown) && !IsEqualIID(id, IID_IClassFactory)) {
+      *out = nullptr;
+      return E_NOINTERFACE;
+    }
+    *out = static_cast<IClassFactory*>(this);
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+
+  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** out) override {
+    *out = nullptr;
+    if (outer) return CLASS_E_NOAGGREGATION;
+    auto* const component = new Component(name_);
+    component->AddRef();
+    const HRESULT status = component->QueryInterface(id, out);
+    component->Release();
+    return status;
+  }
+  HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
+
+ private:
+  std::atomic<ULONG> references_{0};
+  std::wstring name_;
+};
+
+}  // namespace
+
+extern "C" __declspec(dllexport) HRESULT STDAPICALLTYPE
+    DllGetClassObject(REFCLSID classId, REFIID id, void** out) {
+  auto* const factory = new Factory(NameOf(classId));
+  factory->AddRef();
+  const HRESULT status = factory->QueryInterface(id, out);
+  factory->Release();
+  return status;
+}
+
+extern "C" __declspec(dllexport) HRESULT STDAPICALLTYPE DllCanUnloadNow() {
+  return g_objects == 0 ? S_OK : S_FALSE;
+}
