@@ -12,7 +12,6 @@ namespace marl::desktop {
 
 namespace {
 
-constexpr int kChangeServer = 6;
 constexpr UINT kFileName = 0x480;  // the field of the platform's file dialogs
 
 /// The program's texts that the day comes by, and its name in pictures.
