@@ -2,12 +2,10 @@
 
 #include <cstdint>
 
-#include "platform/Locale.h"
-#include "platform/RegistryStore.h"
 #include "platform/forms/Controls.h"
 #include "platform/forms/Form.h"
+#include "settings/SettingsDialogPorts.h"
 #include "settings/cRegistry.h"
-#include "support/StringTable.h"
 
 namespace marl {
 
@@ -15,12 +13,7 @@ namespace marl {
 /// registry; that the key exists is the override itself. Nothing is written before `cmdOK`.
 class frmLanSettings : public Form {
  public:
-  struct Ports {
-    Desktop& desktop;
-    RegistryStore& registry;
-    const Locale& locale;
-    const StringTable& strings;
-  };
+  using Ports = SettingsDialogPorts;
   explicit frmLanSettings(const Ports& ports);
 
   Frame fraProxyServer{*this, "fraProxyServer"};

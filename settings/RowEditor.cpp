@@ -5,8 +5,8 @@
 namespace marl {
 
 RowEditor::RowEditor(ListBox& list, TextBox& field, CommandButton& add, CommandButton& remove,
-                     Text placeholder)
-    : list_(list), field_(field), placeholder_(std::move(placeholder)) {
+                     Text newRow)
+    : list_(list), field_(field), newRow_(std::move(newRow)) {
   list.Click = [this] { RowClicked(); };
   field.Change = [this] { FieldChanged(); };
   add.Click = [this] { AddRow(); };
@@ -27,7 +27,7 @@ void RowEditor::FieldChanged() {
 }
 
 void RowEditor::AddRow() {
-  const int row = list_.AddItem(placeholder_);
+  const int row = list_.AddItem(newRow_);
   // What was selected before is not: a press on `remove` is to take back the new row alone.
   list_.UserSelectRows({}, -1);
   // Selecting a row is a click on it: the field takes the focus, ready for the text.

@@ -5,17 +5,17 @@
 namespace marl {
 
 /// Makes a list of texts editable: the field shows the current row, and what is typed there goes
-/// into the row at each keystroke. `add` appends a row that still holds the placeholder and selects it
-/// alone, `remove` takes all selected rows out. Wires the handlers of all four; they live as long as this.
+/// into the row at each keystroke. `add` appends a row that holds `newRow` and selects it alone,
+/// `remove` takes all selected rows out. Wires the handlers of all four; they live as long as this.
 class RowEditor {
  public:
   RowEditor(ListBox& list, TextBox& field, CommandButton& add, CommandButton& remove,
-            Text placeholder = {});
+            Text newRow = {});
   RowEditor(const RowEditor&) = delete;
   RowEditor& operator=(const RowEditor&) = delete;
 
-  const Text& Placeholder() const { return placeholder_; }
-  void SetPlaceholder(TextView text) { placeholder_ = text; }
+  const Text& NewRow() const { return newRow_; }
+  void SetNewRow(TextView text) { newRow_ = text; }
 
  private:
   void RowClicked();
@@ -25,7 +25,7 @@ class RowEditor {
 
   ListBox& list_;
   TextBox& field_;
-  Text placeholder_;
+  Text newRow_;
 };
 
 }  // namespace marl

@@ -3,13 +3,11 @@
 #include <array>
 #include <functional>
 
-#include "platform/Locale.h"
-#include "platform/RegistryStore.h"
 #include "platform/forms/CommonControls.h"
 #include "platform/forms/Controls.h"
 #include "platform/forms/Form.h"
 #include "settings/RowEditor.h"
-#include "support/StringTable.h"
+#include "settings/SettingsDialogPorts.h"
 
 namespace marl {
 
@@ -18,12 +16,7 @@ namespace marl {
 /// form's own: it is read at loading and stored by `cmdOK`.
 class frmOptions : public Form {
  public:
-  struct Ports {
-    Desktop& desktop;
-    RegistryStore& registry;
-    const Locale& locale;
-    const StringTable& strings;
-  };
+  using Ports = SettingsDialogPorts;
   /// The dialogs behind the buttons. Each is shown modally above `owner` and acts at once,
   /// whichever way the options are left.
   struct Dialogs {

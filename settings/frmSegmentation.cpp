@@ -8,7 +8,7 @@ namespace marl {
 
 namespace {
 
-constexpr int kPlaceholder = 30024;  // string of a row that nobody has written yet
+constexpr int kNewRow = 30024;  // string of a row that nobody has written yet
 
 void Fill(ListBox& list, const std::vector<Text>& rules) {
   const ItemList::Batch batch(list);
@@ -16,13 +16,27 @@ void Fill(ListBox& list, const std::vector<Text>& rules) {
   for (const Text& rule : rules) list.AddItem(rule);
 }
 
-/// The rows, without those that still hold the placeholder.
-std::vector<Text> Rows(const ListBox& list, TextView placeholder) {
+/// The rows, without those that still hold the text of a new one.
+std::vector<Text> Rows(const ListBox& list, TextView newRow) {
   std::vector<Text> rows;
   for (int row = 0; row < list.ListCount(); ++row) {
-    if (list.List(row) != placeholder) rows.push_back(list.List(row));
+    if (list.List(row) != newRow) rows.push_back(list.List(row));
   }
   return rows;
+}
+
+/// One list with its caption, its field and its buttons; `left` in twips, the texts as tags.
+void DesignColumn(int left, TextView caption, TextView addText, TextView removeText, Label& label,
+                  ListBox& list, TextBox& field, CommandButton& add, CommandButton& remove) {
+  label.SetBounds({left, 120, 3780, 225});
+  label.Tag = caption;
+  list.SetBounds({left, 360, 3780, 2355});
+  list.MultiSelect = true;
+  field.SetBounds({left, 2820, 3780, 315});
+  add.SetBounds({left, 3240, 1125, 345});
+  add.Tag = addText;
+  remove.SetBounds({left + 1215, 3240, 1125, 345});
+  remove.Tag = removeText;
 }
 
 }  // namespace
@@ -31,24 +45,10 @@ frmSegmentation::frmSegmentation(const Ports& ports)
     : Form(ports.desktop, "frmSegmentation"), ports_(ports) {
   Tag = u"4100";
   Design = {7920, 4215};
-  lblDontSplit.SetBounds({120, 120, 3780, 225});
-  lblDontSplit.Tag = u"4101";
-  lstDontSplit.SetBounds({120, 360, 3780, 2355});
-  lstDontSplit.MultiSelect = true;
-  txtDontSplit.SetBounds({120, 2820, 3780, 315});
-  cmdAddDontSplit.SetBounds({120, 3240, 1125, 345});
-  cmdAddDontSplit.Tag = u"30020";
-  cmdRemoveDontSplit.SetBounds({1335, 3240, 1125, 345});
-  cmdRemoveDontSplit.Tag = u"30021";
-  lblForceSplit.SetBounds({4020, 120, 3780, 225});
-  lblForceSplit.Tag = u"4102";
-  lstForceSplit.SetBounds({4020, 360, 3780, 2355});
-  lstForceSplit.MultiSelect = true;
-  txtForceSplit.SetBounds({4020, 2820, 3780, 315});
-  cmdAddForceSplit.SetBounds({4020, 3240, 1125, 345});
-  cmdAddForceSplit.Tag = u"30022";
-  cmdRemoveForceSplit.SetBounds({5235, 3240, 1125, 345});
-  cmdRemoveForceSplit.Tag = u"30023";
+  DesignColumn(120, u"4101", u"30020", u"30021", lblDontSplit, lstDontSplit, txtDontSplit,
+               cmdAddDontSplit, cmdRemoveDontSplit);
+  DesignColumn(4020, u"4102", u"30022", u"30023", lblForceSplit, lstForceSplit, txtForceSplit,
+               cmdAddForceSplit, cmdRemoveForceSplit);
   cmdOK.SetBounds({5460, 3750, 1125, 345});
   cmdOK.Tag = u"20000";
   cmdOK.Default = true;
@@ -66,8 +66,8 @@ frmSegmentation::frmSegmentation(const Ports& ports)
 void frmSegmentation::OnLoad() {
   ApplyLocaleFont(*this, ports_.locale);
   LoadFormStrings(*this, ports_.strings);
-  dontSplit_.SetPlaceholder(ports_.strings.Get(kPlaceholder));
-  forceSplit_.SetPlaceholder(ports_.strings.Get(kPlaceholder));
+  dontSplit_.SetNewRow(ports_.strings.Get(kNewRow));
+  forceSplit_.SetNewRow(ports_.strings.Get(kNewRow));
   const SegmentationRules rules = SegmentationRules::Load(ports_.registry);
   Fill(lstDontSplit, rules.dontSplit);
   Fill(lstForceSplit, rules.forceSplit);
@@ -77,8 +77,8 @@ void frmSegmentation::OnLoad() {
 
 void frmSegmentation::Store() {
   SegmentationRules rules;
-  rules.dontSplit = Rows(lstDontSplit, dontSplit_.Placeholder());
-  rules.forceSplit = Rows(lstForceSplit, forceSplit_.Placeholder());
+  rules.dontSplit = Rows(lstDontSplit, dontSplit_.NewRow());
+  rules.forceSplit = Rows(lstForceSplit, forceSplit_.NewRow());
   rules.Store(ports_.registry);
 }
 

@@ -1,11 +1,9 @@
 #pragma once
 
-#include "platform/Locale.h"
-#include "platform/RegistryStore.h"
 #include "platform/forms/Controls.h"
 #include "platform/forms/Form.h"
 #include "settings/RowEditor.h"
-#include "support/StringTable.h"
+#include "settings/SettingsDialogPorts.h"
 
 namespace marl {
 
@@ -15,12 +13,7 @@ namespace marl {
 /// `DontSplit1`, ... and `ForceSplit1`, ...; nothing is written before `cmdOK`.
 class frmSegmentation : public Form {
  public:
-  struct Ports {
-    Desktop& desktop;
-    RegistryStore& registry;
-    const Locale& locale;
-    const StringTable& strings;
-  };
+  using Ports = SettingsDialogPorts;
   explicit frmSegmentation(const Ports& ports);
 
   Label lblDontSplit{*this, "lblDontSplit"};

@@ -145,8 +145,7 @@ TEST_P(Day, FromTheFirstStartToTheSecond) {
       const HWND bar = dialog.Find(L"ScrollBar");
       ASSERT_TRUE(bar);
       // Three large steps, by clicks beside the thumb.
-      RECT area;
-      GetWindowRect(bar, &area);
+      const RECT area = AreaOf(bar);
       for (const int angle : {120, 150, 180}) {
         Click(area.left + (area.right - area.left) * 8 / 10, (area.top + area.bottom) / 2);
         ASSERT_TRUE(WaitUntil([&] { return GetScrollPos(bar, SB_CTL) == angle; })) << angle;
@@ -218,7 +217,7 @@ TEST_P(Day, FromTheFirstStartToTheSecond) {
     PostMessageW(main, RegisterWindowMessageW(L"msgMarlMenu"), 0, WM_LBUTTONDBLCLK);
     ASSERT_TRUE(WaitUntil([&] { return IsWindowVisible(main) && !IsIconic(main); }));
     ASSERT_TRUE(BringForward(main));
-    GetWindowRect(main, &place);
+    place = AreaOf(main);
     Click(IconOf(main, kExit));
     EXPECT_EQ(marl.WaitForExit(), 0u);
   }
@@ -227,8 +226,7 @@ TEST_P(Day, FromTheFirstStartToTheSecond) {
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main) << "no question, no wizard";
   EXPECT_NE(TextOf(main).find(L"tracking.example.com"), std::wstring::npos);
-  RECT again;
-  GetWindowRect(main, &again);
+  const RECT again = AreaOf(main);
   EXPECT_EQ(again.left, place.left);
   EXPECT_EQ(again.top, place.top);
   EXPECT_EQ(again.right - again.left, place.right - place.left);

@@ -7,18 +7,21 @@ namespace marl::desktop {
 
 namespace {
 
+constexpr int kColorFields[] = {706, 707, 708};  // red, green, blue of the platform's dialog
+
 struct Search {
   DWORD process = 0;
+  const wchar_t* windowClass = nullptr;
   const std::wstring* title = nullptr;
   HWND found = nullptr;
 };
 
-BOOL CALLBACK TakeForm(HWND window, LPARAM argument) {
+BOOL CALLBACK TakeDialog(HWND window, LPARAM argument) {
   auto& search = *reinterpret_cast<Search*>(argument);
   DWORD process = 0;
   GetWindowThreadProcessId(window, &process);
-  if (process != search.process || !IsWindowVisible(window) || ClassOf(window) != L"MarlForm" ||
-      TextOf(window) != *search.title) {
+  if (process != search.process || !IsWindowVisible(window) ||
+      ClassOf(window) != search.windowClass || TextOf(window) != *search.title) {
     return TRUE;
   }
   search.found = window;
@@ -35,10 +38,10 @@ void Collect(HWND parent, const wchar_t* windowClass, std::vector<HWND>& found) 
 
 }  // namespace
 
-Dialog::Dialog(const RunningMarl& marl, const std::wstring& title) {
+Dialog::Dialog(const RunningMarl& marl, const std::wstring& title, const wchar_t* windowClass) {
   WaitUntil([&] {
-    Search search{marl.id(), &title, nullptr};
-    EnumWindows(TakeForm, reinterpret_cast<LPARAM>(&search));
+    Search search{marl.id(), windowClass, &title, nullptr};
+    EnumWindows(TakeDialog, reinterpret_cast<LPARAM>(&search));
     window_ = search.found;
     return window_ != nullptr || !marl.Running();
   });
@@ -65,12 +68,20 @@ std::vector<HWND> Dialog::FindAll(const wchar_t* windowClass) const {
   return found;
 }
 
-bool Dialog::Press(const wchar_t* text) const {
-  const HWND button = Button(text);
-  if (!button) return false;
-  Click(MiddleOf(button));
-  return true;
+bool Dialog::ClickOn(HWND control, POINT at) const {
+  if (!control) return false;
+  const bool open = WaitUntil([&] {
+    if (WindowFromPoint(at) == control) return true;
+    BringForward(window_);
+    return false;
+  });
+  if (open) Click(at);
+  return open;
 }
+
+bool Dialog::ClickOn(HWND control) const { return control && ClickOn(control, MiddleOf(control)); }
+
+bool Dialog::Press(const wchar_t* text) const { return ClickOn(Button(text)); }
 
 bool Dialog::Checked(const wchar_t* text) const {
   return SendMessageW(Button(text), BM_GETCHECK, 0, 0) != BST_UNCHECKED;
@@ -96,8 +107,7 @@ bool Dialog::FocusGoesTo(HWND control) const {
 }
 
 bool Dialog::Type(HWND field, const std::wstring& text) const {
-  Click(MiddleOf(field));
-  if (!FocusGoesTo(field)) return false;
+  if (!ClickOn(field) || !FocusGoesTo(field)) return false;
   SendMessageW(field, EM_SETSEL, 0, -1);
   if (text.empty()) {
     Chord({}, VK_DELETE);
@@ -112,10 +122,27 @@ void Dialog::Picture(const std::string& name) const {
   Screenshot(name, window_);
 }
 
-POINT MiddleOf(HWND window) {
+RECT AreaOf(HWND window) {
   RECT area = {};
   GetWindowRect(window, &area);
+  return area;
+}
+
+POINT MiddleOf(HWND window) {
+  const RECT area = AreaOf(window);
   return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+}
+
+bool AnswerColor(const RunningMarl& marl, int red, int green, int blue, int button) {
+  const Dialog dialog(marl, L"Color", kPlatformDialog);
+  if (!dialog) return false;
+  const int numbers[] = {red, green, blue};
+  for (int i = 0; i < 3; ++i) {
+    SendMessageW(GetDlgItem(dialog.window(), kColorFields[i]), WM_SETTEXT, 0,
+                 reinterpret_cast<LPARAM>(std::to_wstring(numbers[i]).c_str()));
+  }
+  PostMessageW(dialog.window(), WM_COMMAND, static_cast<WPARAM>(button), 0);
+  return dialog.Gone();
 }
 
 std::vector<std::wstring> RowsOf(HWND list) {

@@ -9,10 +9,14 @@
 
 namespace marl::desktop {
 
-/// A form of the program, told by its title, once it can be seen.
+constexpr wchar_t kPlatformDialog[] = L"#32770";
+
+/// A form of the program, or a dialog of the platform that it shows, told by its title, once it can
+/// be seen.
 class Dialog {
  public:
-  Dialog(const RunningMarl& marl, const std::wstring& title);
+  Dialog(const RunningMarl& marl, const std::wstring& title,
+         const wchar_t* windowClass = L"MarlForm");
 
   explicit operator bool() const { return window_ != nullptr; }
   HWND window() const { return window_; }
@@ -26,6 +30,9 @@ class Dialog {
   /// All that can be seen, in the tab order.
   std::vector<HWND> FindAll(const wchar_t* windowClass) const;
   HWND Button(const wchar_t* text) const { return Find(L"Button", text); }
+  /// Clicks a place of the control, its middle if none is told, once nothing lies above it.
+  bool ClickOn(HWND control, POINT at) const;
+  bool ClickOn(HWND control) const;
   /// Clicks the button with the mouse.
   bool Press(const wchar_t* text) const;
   /// Clicks the button and waits until the dialog has gone.
@@ -46,7 +53,11 @@ class Dialog {
   HWND window_ = nullptr;
 };
 
+RECT AreaOf(HWND window);
 POINT MiddleOf(HWND window);
+
+/// Fills in the platform's colour dialog, presses IDOK or IDCANCEL, and waits until it has gone.
+bool AnswerColor(const RunningMarl& marl, int red, int green, int blue, int button = IDOK);
 
 /// The rows of a list box.
 std::vector<std::wstring> RowsOf(HWND list);

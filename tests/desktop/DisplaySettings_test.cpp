@@ -4,6 +4,7 @@
 #include <iterator>
 #include <set>
 
+#include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
 // The display settings on the real program: opened by the hidden word, worked by mouse and keys,
@@ -16,191 +17,47 @@ namespace {
 constexpr wchar_t kSkinKey[] = L"Software\\Oru\\Marl\\GUI";
 constexpr int kFileName = 0x480;       // the field of the platform's file dialogs
 constexpr int kFileNameCombo = 0x47C;  // and in some of them
-constexpr int kRed = 706;              // fields of the platform's colour dialog
-constexpr int kGreen = 707;
-constexpr int kBlue = 708;
-
-using Values = std::map<std::wstring, KeyImage::Value>;
-
-KeyImage::Value Number(DWORD number) {
-  KeyImage::Value value{REG_DWORD, std::vector<BYTE>(4)};
-  std::memcpy(value.data.data(), &number, 4);
-  return value;
-}
-
-/// A text as it lies in the registry when it is asked for by 8-bit programs.
-KeyImage::Value Sz(const std::string& text) {
-  return {REG_SZ, std::vector<BYTE>(text.c_str(), text.c_str() + text.size() + 1)};
-}
 
 /// All values of the skin's key, as 8-bit programs see them.
-Values StoredSkin() {
-  Values values;
-  HKEY key = nullptr;
-  if (RegOpenKeyExW(HKEY_CURRENT_USER, kSkinKey, 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS) {
-    return values;
-  }
-  for (DWORD i = 0;; ++i) {
-    char name[256];
-    BYTE data[1024];
-    DWORD nameLength = sizeof name;
-    DWORD size = sizeof data;
-    DWORD kind = 0;
-    if (RegEnumValueA(key, i, name, &nameLength, nullptr, &kind, data, &size) != ERROR_SUCCESS) {
-      break;
-    }
-    values[FromUtf8(name)] = {kind, std::vector<BYTE>(data, data + size)};
-  }
-  RegCloseKey(key);
-  return values;
-}
-
-std::string Describe(const Values& values) {
-  std::string text;
-  for (const auto& [name, value] : values) {
-    text += ToUtf8(name) + " (" + std::to_string(value.kind) + ")";
-    for (const BYTE byte : value.data) text += " " + std::to_string(byte);
-    text += "\n";
-  }
-  return text;
-}
-
-/// The process's window of this title that can be seen.
-HWND WindowTitled(const RunningMarl& marl, const std::wstring& title) {
-  for (HWND window = nullptr;
-       (window = FindWindowExW(nullptr, window, nullptr, title.c_str())) != nullptr;) {
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    if (process == marl.id() && IsWindowVisible(window)) return window;
-  }
-  return nullptr;
-}
-
-HWND WaitForWindowTitled(const RunningMarl& marl, const std::wstring& title) {
-  HWND window = nullptr;
-  WaitUntil([&] { return (window = WindowTitled(marl, title)) != nullptr; });
-  return window;
-}
-
-bool WaitUntilGone(HWND window) {
-  return WaitUntil([&] { return !IsWindow(window) || !IsWindowVisible(window); });
-}
-
-struct ClassSearch {
-  const wchar_t* windowClass;
-  std::vector<HWND> found;
-};
-
-BOOL CALLBACK KeepClass(HWND child, LPARAM data) {
-  auto& search = *reinterpret_cast<ClassSearch*>(data);
-  if (_wcsicmp(ClassOf(child).c_str(), search.windowClass) == 0) search.found.push_back(child);
-  return TRUE;
-}
-
-/// All windows within one, of this class, in the order of the keys.
-std::vector<HWND> Within(HWND window, const wchar_t* windowClass) {
-  ClassSearch search{windowClass, {}};
-  EnumChildWindows(window, KeepClass, reinterpret_cast<LPARAM>(&search));
-  return search.found;
-}
-
-HWND Button(HWND window, const std::wstring& text) {
-  for (const HWND button : Within(window, L"Button")) {
-    if (TextOf(button) == text) return button;
-  }
-  return nullptr;
-}
-
-RECT AreaOf(HWND window) {
-  RECT area = {};
-  GetWindowRect(window, &area);
-  return area;
-}
-
-POINT MiddleOf(HWND window) {
-  const RECT area = AreaOf(window);
-  return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
-}
-
-/// Clicks it once nothing lies above it any more.
-bool ClickOn(HWND window, POINT at) {
-  if (!window) return false;
-  const bool open = WaitUntil([&] {
-    BringForward(GetAncestor(window, GA_ROOT));
-    return WindowFromPoint(at) == window;
-  });
-  if (open) Click(at);
-  return open;
-}
-bool ClickOn(HWND window) { return window && ClickOn(window, MiddleOf(window)); }
-
-bool IsChecked(HWND button) { return SendMessageW(button, BM_GETCHECK, 0, 0) != 0; }
+StoredKey StoredSkin() { return ReadStored(kSkinKey).value_or(StoredKey()); }
 
 /// The display settings, opened by the hidden word.
-class SettingsDialog {
+class SettingsDialog : public Dialog {
  public:
   explicit SettingsDialog(const RunningMarl& marl, const wchar_t* title = L"Display settings")
-      : marl_(marl) {
-    const HWND main = marl.WaitForWindow();
-    if (!main || !BringForward(main)) return;
-    Keys(L"setgui");
-    window_ = WaitForWindowTitled(marl, title);
-  }
-  explicit operator bool() const { return window_ != nullptr; }
-  HWND window() const { return window_; }
+      : Dialog(SayTheWord(marl), title), marl_(marl) {}
 
-  bool Press(const wchar_t* button) const { return ClickOn(Button(window_, button)); }
-  bool Leave(const wchar_t* button) const { return Press(button) && WaitUntilGone(window_); }
-
-  HWND List() const { return First(L"ListBox"); }
-  HWND Bar() const { return First(L"ScrollBar"); }
+  HWND List() const { return Find(L"ListBox"); }
+  HWND Bar() const { return Find(L"ScrollBar"); }
   HWND IconSets() const { return At(L"ComboBox", 0); }
   HWND Columns() const { return At(L"ComboBox", 1); }
 
-  /// Chooses a colour in the dialog that comes up.
-  bool ChooseColor(int red, int green, int blue) const {
-    const HWND dialog = WaitForWindowTitled(marl_, L"Color");
-    if (!dialog) return false;
-    const int fields[] = {kRed, kGreen, kBlue};
-    const int numbers[] = {red, green, blue};
-    for (int i = 0; i < 3; ++i) {
-      const std::wstring text = std::to_wstring(numbers[i]);
-      const HWND field = GetDlgItem(dialog, fields[i]);
-      SendMessageW(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
-    }
-    PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-    return WaitUntilGone(dialog);
-  }
   bool SetColor(const wchar_t* button, int red, int green, int blue) const {
-    return Press(button) && ChooseColor(red, green, blue);
+    return Press(button) && AnswerColor(marl_, red, green, blue);
   }
 
   /// Writes the path into the platform's file dialog and leaves it with OK.
-  bool ChooseFile(const std::wstring& path) const {
-    HWND dialog = nullptr;
+  bool ChooseFile(const wchar_t* title, const std::wstring& path) const {
+    const Dialog dialog(marl_, title, kPlatformDialog);
     HWND field = nullptr;
     const bool up = WaitUntil([&] {
-      for (const wchar_t* const title : {L"Open", L"Save As", L"Save as"}) {
-        if ((dialog = WindowTitled(marl_, title)) == nullptr) continue;
-        for (const int id : {kFileNameCombo, kFileName}) {
-          for (const wchar_t* const windowClass : {L"ComboBoxEx32", L"ComboBox", L"Edit"}) {
-            for (const HWND child : Within(dialog, windowClass)) {
-              if (GetDlgCtrlID(child) == id && IsWindowVisible(child)) field = child;
-            }
+      for (const int id : {kFileNameCombo, kFileName}) {
+        for (const wchar_t* const windowClass : {L"ComboBoxEx32", L"ComboBox", L"Edit"}) {
+          for (const HWND child : dialog.FindAll(windowClass)) {
+            if (GetDlgCtrlID(child) == id) field = child;
           }
         }
-        return field != nullptr;
       }
-      return false;
+      return field != nullptr;
     });
-    if (!up || !BringForward(dialog)) return false;
+    if (!up || !BringForward(dialog.window())) return false;
     SendMessageW(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
-    PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-    return WaitUntilGone(dialog);
+    PostMessageW(dialog.window(), WM_COMMAND, IDOK, 0);
+    return dialog.Gone();
   }
 
   /// Chooses a row of a drop-down list with the keys.
-  static bool Choose(HWND combo, int row) {
+  bool Choose(HWND combo, int row) const {
     if (!ClickOn(combo)) return false;
     if (!WaitUntil([&] { return SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0) != 0; }))
       return false;
@@ -226,20 +83,23 @@ class SettingsDialog {
 
   /// The middle of a sample; 0 is the normal one.
   POINT Sample(int index) const {
-    const RECT area = AreaOf(First(L"Static"));
+    const RECT area = AreaOf(Find(L"Static"));
     const int width = area.right - area.left;
     return {area.left + width / 4 + index * width / 2, area.top + (area.bottom - area.top) * 3 / 5};
   }
 
  private:
-  HWND First(const wchar_t* windowClass) const { return At(windowClass, 0); }
+  static const RunningMarl& SayTheWord(const RunningMarl& marl) {
+    const HWND main = marl.WaitForWindow();
+    if (main && BringForward(main)) Keys(L"setgui");
+    return marl;
+  }
   HWND At(const wchar_t* windowClass, std::size_t place) const {
-    const std::vector<HWND> all = Within(window_, windowClass);
+    const std::vector<HWND> all = FindAll(windowClass);
     return place < all.size() ? all[place] : nullptr;
   }
 
   const RunningMarl& marl_;
-  HWND window_ = nullptr;
 };
 
 /// The panel alone: what lies between title and status bar.
@@ -316,9 +176,9 @@ TEST_F(DisplaySettings, TheHiddenWordOpensThemAndCancelLeavesTheRegistryUntouche
 
   EXPECT_TRUE(dialog.SetColor(kFirstButton, 1, 2, 3));
   EXPECT_TRUE(dialog.Press(L"Display &wide border"));
-  EXPECT_TRUE(IsChecked(Button(dialog.window(), L"Display &wide border")));
+  EXPECT_TRUE(dialog.Checked(L"Display &wide border"));
   EXPECT_TRUE(dialog.Choose(dialog.Columns(), 3));
-  EXPECT_TRUE(ClickOn(dialog.List(), dialog.Row(2, 60)));
+  EXPECT_TRUE(dialog.ClickOn(dialog.List(), dialog.Row(2, 60)));
   EXPECT_TRUE(dialog.Press(L"&Up"));
   EXPECT_TRUE(WaitUntil([&] { return dialog.RowText(1) == L"TermVault"; }));
   EXPECT_TRUE(dialog.Leave(L"Cancel"));
@@ -341,53 +201,51 @@ TEST_F(DisplaySettings, EachOfTheFourteenParametersReachesTheRegistry) {
   // Beside the thumb for a large step, on the arrow for a small one: from 90 to 121.
   const RECT bar = AreaOf(dialog.Bar());
   const int middle = (bar.top + bar.bottom) / 2;
-  EXPECT_TRUE(ClickOn(dialog.Bar(), {bar.right - 40, middle}));
-  EXPECT_TRUE(ClickOn(dialog.Bar(), {bar.right - 5, middle}));
+  EXPECT_TRUE(dialog.ClickOn(dialog.Bar(), {bar.right - 40, middle}));
+  EXPECT_TRUE(dialog.ClickOn(dialog.Bar(), {bar.right - 5, middle}));
   for (const int sample : {0, 1}) {
     const POINT at = dialog.Sample(sample);
     EXPECT_TRUE(BringForward(dialog.window()));
     Click(at);
-    const HWND font = WaitForWindowTitled(marl, L"Set Font");
+    const Dialog font(marl, L"Set Font");
     ASSERT_TRUE(font);
-    Screenshot("font", font);
-    EXPECT_TRUE(ClickOn(Button(font, L"&Color")));
-    EXPECT_TRUE(dialog.ChooseColor(130 + sample, 140, 150));
-    EXPECT_TRUE(ClickOn(Button(font, L"&Italic")));
-    EXPECT_TRUE(ClickOn(Button(font, L"OK")));
-    EXPECT_TRUE(WaitUntilGone(font));
+    Screenshot("font", font.window());
+    EXPECT_TRUE(font.Press(L"&Color"));
+    EXPECT_TRUE(AnswerColor(marl, 130 + sample, 140, 150));
+    EXPECT_TRUE(font.Press(L"&Italic"));
+    EXPECT_TRUE(font.Leave(L"OK"));
   }
   EXPECT_TRUE(dialog.Press(L"Display &wide border"));
   EXPECT_TRUE(dialog.Choose(dialog.IconSets(), 2));
   EXPECT_TRUE(dialog.Press(L"&Use two-state icons"));
   EXPECT_TRUE(dialog.Choose(dialog.Columns(), 1));
   // The first row's box, and the last row to the place before.
-  EXPECT_TRUE(ClickOn(dialog.List(), dialog.Row(0, 9)));
-  EXPECT_TRUE(ClickOn(dialog.List(), dialog.Row(17, 60)));
+  EXPECT_TRUE(dialog.ClickOn(dialog.List(), dialog.Row(0, 9)));
+  EXPECT_TRUE(dialog.ClickOn(dialog.List(), dialog.Row(17, 60)));
   EXPECT_TRUE(dialog.Press(L"&Up"));
   EXPECT_TRUE(WaitUntil([&] { return dialog.RowText(16) == L"Exit"; }));
   RedrawWindow(dialog.window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
   Screenshot("display-settings-changed", dialog.window());
   EXPECT_TRUE(dialog.Leave(L"OK"));
 
-  const Values expected = {
-      {L"Angle", Number(121)},
-      {L"Color1", Number(RGB(10, 20, 30))},
-      {L"Color2", Number(RGB(40, 50, 60))},
-      {L"Border1", Number(RGB(70, 80, 90))},
-      {L"Border2", Number(RGB(100, 110, 120))},
-      {L"BorderWidth", Number(2)},
-      {L"Text1", Number(RGB(130, 140, 150))},
-      {L"Text2", Number(RGB(131, 140, 150))},
-      {L"Icons", Number(2)},
-      {L"TwoState", Number(18)},
-      {L"IconsPerRow", Number(4)},
-      {L"Font1", Sz("Arial|10|bi")},
-      {L"Font2", Sz("Arial|10|biu")},
-      {L"DisplayIcons",
-       Sz("000|011|021|031|041|051|061|071|081|091|101|111|121|131|141|151|171|161")},
+  const StoredKey expected = {
+      {"Angle", Number(121)},
+      {"Color1", Number(RGB(10, 20, 30))},
+      {"Color2", Number(RGB(40, 50, 60))},
+      {"Border1", Number(RGB(70, 80, 90))},
+      {"Border2", Number(RGB(100, 110, 120))},
+      {"BorderWidth", Number(2)},
+      {"Text1", Number(RGB(130, 140, 150))},
+      {"Text2", Number(RGB(131, 140, 150))},
+      {"Icons", Number(2)},
+      {"TwoState", Number(18)},
+      {"IconsPerRow", Number(4)},
+      {"Font1", Text("Arial|10|bi")},
+      {"Font2", Text("Arial|10|biu")},
+      {"DisplayIcons",
+       Text("000|011|021|031|041|051|061|071|081|091|101|111|121|131|141|151|171|161")},
   };
-  const Values stored = StoredSkin();
-  EXPECT_TRUE(stored == expected) << Describe(stored) << "instead of\n" << Describe(expected);
+  EXPECT_EQ(StoredSkin(), expected);
   // The panel has taken it up: four columns.
   const HWND main = marl.Window();
   EXPECT_TRUE(WaitUntil([&] {
@@ -405,13 +263,8 @@ TEST_F(DisplaySettings, TheKeyboardAloneChangesAndConfirms) {
   const RunningMarl marl(suite);
   const SettingsDialog dialog(marl);
   ASSERT_TRUE(dialog);
-  ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == dialog.window(); }));
-  const auto focus = [&] {
-    GUITHREADINFO info = {};
-    info.cbSize = sizeof info;
-    GetGUIThreadInfo(GetWindowThreadProcessId(dialog.window(), nullptr), &info);
-    return info.hwndFocus;
-  };
+  ASSERT_TRUE(dialog.InFront());
+  const auto focus = [&] { return dialog.Focus(); };
   const auto tab = [&](HWND to) {
     for (int i = 0; i < 25 && focus() != to; ++i) {
       const HWND before = focus();
@@ -421,7 +274,7 @@ TEST_F(DisplaySettings, TheKeyboardAloneChangesAndConfirms) {
     return focus() == to;
   };
   // Around once: nineteen stops.
-  ASSERT_TRUE(WaitUntil([&] { return focus() == Button(dialog.window(), kFirstButton); }));
+  ASSERT_TRUE(WaitUntil([&] { return focus() == dialog.Button(kFirstButton); }));
   std::vector<HWND> stops;
   std::string visited;
   for (int i = 0; i < 19; ++i) {
@@ -436,13 +289,13 @@ TEST_F(DisplaySettings, TheKeyboardAloneChangesAndConfirms) {
   EXPECT_TRUE(tab(dialog.Bar()));
   Chord({}, VK_NEXT);
   Chord({}, VK_RIGHT);
-  EXPECT_TRUE(tab(Button(dialog.window(), L"Normal...")));
+  EXPECT_TRUE(tab(dialog.Button(L"Normal...")));
   Chord({}, VK_SPACE);
-  const HWND font = WaitForWindowTitled(marl, L"Set Font");
-  EXPECT_TRUE(font);
+  const Dialog font(marl, L"Set Font");
+  EXPECT_TRUE(font && font.InFront());
   Chord({}, VK_ESCAPE);
-  EXPECT_TRUE(WaitUntilGone(font));
-  EXPECT_TRUE(WaitUntil([&] { return GetForegroundWindow() == dialog.window(); }));
+  EXPECT_TRUE(font.Gone());
+  EXPECT_TRUE(dialog.InFront());
   EXPECT_TRUE(tab(dialog.List()));
   const auto row = [&] { return SendMessageW(dialog.List(), LB_GETCURSEL, 0, 0); };
   Chord({}, VK_HOME);
@@ -460,12 +313,12 @@ TEST_F(DisplaySettings, TheKeyboardAloneChangesAndConfirms) {
   EXPECT_TRUE(tab(dialog.Columns()));
   Chord({}, VK_HOME);
   Chord({}, VK_RETURN);
-  EXPECT_TRUE(WaitUntilGone(dialog.window()));
-  const Values stored = StoredSkin();
-  EXPECT_EQ(stored.at(L"Angle"), Number(121));
-  EXPECT_EQ(stored.at(L"IconsPerRow"), Number(3));
-  EXPECT_EQ(stored.at(L"DisplayIcons"),
-            Sz("000|021|011|031|041|051|061|071|081|091|101|111|121|131|141|151|161|171"));
+  EXPECT_TRUE(dialog.Gone());
+  const StoredKey stored = StoredSkin();
+  EXPECT_EQ(stored.at("Angle"), Number(121));
+  EXPECT_EQ(stored.at("IconsPerRow"), Number(3));
+  EXPECT_EQ(stored.at("DisplayIcons"),
+            Text("000|021|011|031|041|051|061|071|081|091|101|111|121|131|141|151|161|171"));
   EXPECT_TRUE(Close(marl));
 }
 
@@ -504,8 +357,8 @@ TEST_F(DisplaySettings, ADragWithTheMouseMovesARowDownAndUp) {
   drag(7, 0);
   EXPECT_TRUE(WaitUntil([&] { return dialog.RowText(0) == L"Project Wizard"; }));
   EXPECT_TRUE(dialog.Leave(L"OK"));
-  EXPECT_EQ(StoredSkin().at(L"DisplayIcons"),
-            Sz("031|001|011|021|041|051|061|071|081|091|101|111|121|131|141|151|161|171"));
+  EXPECT_EQ(StoredSkin().at("DisplayIcons"),
+            Text("031|001|011|021|041|051|061|071|081|091|101|111|121|131|141|151|161|171"));
   EXPECT_TRUE(Close(marl));
 }
 
@@ -522,7 +375,7 @@ TEST_F(DisplaySettings, ASavedSkinHoldsTheToldLinesAndGivesTheSamePanelInANewSta
     EXPECT_TRUE(dialog.Choose(dialog.Columns(), 3));
     EXPECT_FALSE(Exists(suite.path() + L"\\Skins"));
     EXPECT_TRUE(dialog.Press(L"&Save..."));
-    EXPECT_TRUE(dialog.ChooseFile(path));
+    EXPECT_TRUE(dialog.ChooseFile(L"Save As", path));
     EXPECT_TRUE(WaitUntil([&] { return Exists(path); }));
     EXPECT_TRUE(StoredSkin().empty()) << "a skin is no setting";
     EXPECT_TRUE(dialog.Leave(L"OK"));
@@ -551,7 +404,7 @@ TEST_F(DisplaySettings, ASavedSkinHoldsTheToldLinesAndGivesTheSamePanelInANewSta
     const SettingsDialog dialog(marl);
     ASSERT_TRUE(dialog);
     EXPECT_TRUE(dialog.Press(L"&Load..."));
-    EXPECT_TRUE(dialog.ChooseFile(path));
+    EXPECT_TRUE(dialog.ChooseFile(L"Open", path));
     EXPECT_TRUE(dialog.Leave(L"OK"));
     EXPECT_TRUE(PanelOf(main) == panel);
     EXPECT_TRUE(Close(marl));
@@ -571,17 +424,18 @@ TEST_F(DisplaySettings, AShippedSkinIsAppliedFromTheSkinsFolder) {
     ASSERT_TRUE(dialog);
     EXPECT_TRUE(dialog.Press(L"&Load..."));
     // By its bare name: the dialog stands in the folder of the skins.
-    EXPECT_TRUE(dialog.ChooseFile(std::wstring(name) + L".qsk"));
+    EXPECT_TRUE(dialog.ChooseFile(L"Open", std::wstring(name) + L".qsk"));
     RedrawWindow(dialog.window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     Screenshot("display-settings-" + ToUtf8(name), dialog.window());
     EXPECT_TRUE(dialog.Leave(L"OK"));
     const std::string skin = ContentOf(path);
-    const Values stored = StoredSkin();
+    const StoredKey stored = StoredSkin();
     ASSERT_EQ(stored.size(), 14u);
     for (const auto& [value, parameter] :
-         std::map<std::wstring, std::string>{{L"Color1", "colour1"}, {L"Angle", "angle"}}) {
-      DWORD number = 0;
-      std::memcpy(&number, stored.at(value).data.data(), 4);
+         std::map<std::string, std::string>{{"Color1", "colour1"}, {"Angle", "angle"}}) {
+      std::uint32_t number = 0;
+      ASSERT_EQ(stored.at(value).bytes.size(), sizeof number);
+      std::memcpy(&number, stored.at(value).bytes.data(), sizeof number);
       EXPECT_NE(skin.find("\"" + parameter + "\" value=\"" + std::to_string(number) + "\""),
                 std::string::npos)
           << ToUtf8(name) << ": " << parameter;
@@ -596,9 +450,11 @@ TEST_F(DisplaySettings, NoButtonAndNoListCutsItsTextOffInEitherLanguage) {
   const struct {
     std::wstring program;
     const wchar_t* title;
+    const wchar_t* cancel;
     const char* picture;
-  } languages[] = {{g_programs.marl, L"Display settings", "display-settings"},
-                   {g_programs.german, L"Anzeigeeinstellungen", "display-settings-german"}};
+  } languages[] = {
+      {g_programs.marl, L"Display settings", L"Cancel", "display-settings"},
+      {g_programs.german, L"Anzeigeeinstellungen", L"Abbrechen", "display-settings-german"}};
   for (const auto& language : languages) {
     const SuiteFolder suite;
     ASSERT_TRUE(CopyFileW(language.program.c_str(), suite.marl().c_str(), FALSE));
@@ -616,7 +472,7 @@ TEST_F(DisplaySettings, NoButtonAndNoListCutsItsTextOffInEitherLanguage) {
       EXPECT_LE(size.cy, room.bottom) << ToUtf8(text);
     };
     int buttons = 0;
-    for (const HWND button : Within(dialog.window(), L"Button")) {
+    for (const HWND button : dialog.FindAll(L"Button")) {
       if (TextOf(button).empty()) continue;  // the group of the icons
       const auto kind = GetWindowLongW(button, GWL_STYLE) & BS_TYPEMASK;
       // A box and its gap; or the frame and a little air at both ends.
@@ -640,9 +496,7 @@ TEST_F(DisplaySettings, NoButtonAndNoListCutsItsTextOffInEitherLanguage) {
     GetClientRect(dialog.List(), &list);
     EXPECT_LE(last.bottom, list.bottom);
     for (int row = 0; row < 18; ++row) fits(dialog.RowText(row), dialog.List(), 22);
-    EXPECT_TRUE(
-        ClickOn(Button(dialog.window(), language.title[0] == L'D' ? L"Cancel" : L"Abbrechen")));
-    EXPECT_TRUE(WaitUntilGone(dialog.window()));
+    EXPECT_TRUE(dialog.Leave(language.cancel));
     EXPECT_TRUE(Close(marl));
   }
 }

@@ -11,7 +11,6 @@ namespace marl::desktop {
 namespace {
 
 constexpr wchar_t kSkinKey[] = L"Software\\Oru\\Marl\\GUI";
-constexpr int kColorFields[] = {706, 707, 708};  // red, green, blue of the platform's dialog
 
 class FontDialog : public SwitchboardTest {
  protected:
@@ -54,23 +53,6 @@ class FontDialog : public SwitchboardTest {
   static bool SizeIs(const Dialog& dialog, const wchar_t* size) {
     return WaitUntil([&] { return TextOf(SizeField(dialog)) == size; });
   }
-  /// Fills in the colour dialog that stands, and presses OK or Cancel.
-  bool AnswerColor(int red, int green, int blue, int button) const {
-    HWND dialog = nullptr;
-    const bool up = WaitUntil([&] {
-      dialog = FindWindowW(L"#32770", L"Color");
-      return dialog && IsWindowVisible(dialog);
-    });
-    if (!up) return false;
-    const int numbers[] = {red, green, blue};
-    for (int i = 0; i < 3; ++i) {
-      SendMessageW(GetDlgItem(dialog, kColorFields[i]), WM_SETTEXT, 0,
-                   reinterpret_cast<LPARAM>(std::to_wstring(numbers[i]).c_str()));
-    }
-    PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(button), 0);
-    return WaitUntil([&] { return !IsWindow(dialog) || !IsWindowVisible(dialog); });
-  }
-
   SuiteFolder suite;
   std::optional<RunningMarl> marl;
   std::optional<Dialog> display;
@@ -101,7 +83,7 @@ TEST_F(FontDialog, FontSizeStylesAndColourAreStored) {
   EXPECT_TRUE(dialog.Check(L"&Italic", true));
   EXPECT_TRUE(dialog.Check(L"&Underline", true));
   EXPECT_TRUE(dialog.Press(L"&Color"));
-  EXPECT_TRUE(AnswerColor(10, 200, 30, IDOK));
+  EXPECT_TRUE(AnswerColor(*marl, 10, 200, 30, IDOK));
   EXPECT_TRUE(dialog.InFront());
   dialog.Picture("font-changed");
   EXPECT_TRUE(dialog.Leave(L"OK"));
@@ -119,7 +101,7 @@ TEST_F(FontDialog, CancelAndEscAndACancelledColourChangeNothing) {
     EXPECT_TRUE(dialog.Type(SizeField(dialog), L"14"));
     EXPECT_TRUE(dialog.Check(L"&Italic", true));
     EXPECT_TRUE(dialog.Press(L"&Color"));
-    EXPECT_TRUE(AnswerColor(1, 2, 3, byKey ? IDCANCEL : IDOK));
+    EXPECT_TRUE(AnswerColor(*marl, 1, 2, 3, byKey ? IDCANCEL : IDOK));
     EXPECT_TRUE(dialog.InFront());
     if (byKey) {
       Chord({}, VK_ESCAPE);
@@ -188,7 +170,7 @@ TEST_F(FontDialog, TheKeyboardAloneDoesIt) {
   Chord({VK_MENU}, 'U');
   EXPECT_TRUE(WaitUntil([&] { return dialog.Checked(L"&Underline"); }));
   Chord({VK_MENU}, 'C');
-  EXPECT_TRUE(AnswerColor(0, 0, 128, IDOK));
+  EXPECT_TRUE(AnswerColor(*marl, 0, 0, 128, IDOK));
   EXPECT_TRUE(dialog.InFront());
   Chord({}, VK_RETURN);
   EXPECT_TRUE(dialog.Gone());

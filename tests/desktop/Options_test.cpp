@@ -140,10 +140,8 @@ TEST_F(OptionsWindow, EveryTabAsItComesUp) {
   const Dialog dialog = Open();
   ASSERT_TRUE(dialog);
   EXPECT_FALSE(IsWindowEnabled(main));
-  RECT over;
-  RECT under;
-  GetWindowRect(dialog.window(), &over);
-  GetWindowRect(main, &under);
+  const RECT over = AreaOf(dialog.window());
+  const RECT under = AreaOf(main);
   EXPECT_NEAR(over.left + over.right, under.left + under.right, 2) << "over its centre";
   EXPECT_NEAR(over.top + over.bottom, under.top + under.bottom, 2);
   for (int tab = 0; tab < 4; ++tab) {
@@ -379,7 +377,7 @@ TEST_F(OptionsWindow, ExpressionsAreAddedEditedRemovedAndReadAgain) {
     ASSERT_TRUE(WaitUntil([&] { return RowsOf(list) == rows; }));
     ASSERT_TRUE(dialog.FocusGoesTo(field));
     EXPECT_EQ(TextOf(field), L"[New Expression]");
-    // The placeholder is selected: typing replaces it, in the row too.
+    // The new row's text is selected: typing replaces it, in the row too.
     Keys(text);
     rows.back() = text;
     ASSERT_TRUE(WaitUntil([&] { return RowsOf(list) == rows; }));

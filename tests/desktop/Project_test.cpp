@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
 // The commands on projects, with real files, the platform's file dialog and the selection dialog.
@@ -76,10 +77,8 @@ std::vector<std::wstring> Rows(HWND combo) {
 
 bool PressButton(HWND form, const wchar_t* caption) {
   const HWND button = FindWindowExW(form, nullptr, L"Button", caption);
-  RECT area;
-  if (!button || !GetWindowRect(button, &area)) return false;
-  const POINT middle = {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
-  if (!BringForward(form)) return false;
+  if (!button || !BringForward(form)) return false;
+  const POINT middle = MiddleOf(button);
   if (!WaitUntil([&] { return WindowFromPoint(middle) == button; })) return false;
   Click(middle);
   return WaitUntilGone(form);

@@ -52,45 +52,17 @@ std::vector<std::string> StoredList() {
 }
 
 /// The dialog that changes the server, once it can be seen.
-class ServerDialog {
+constexpr wchar_t kSsl[] = L"The server &requires a secure connection (SSL)";
+constexpr wchar_t kDefault[] = L"Use &default port number";
+
+class ServerDialog : public Dialog {
  public:
-  explicit ServerDialog(const RunningMarl& marl) : process_(marl.id()) {
-    WaitUntil([&] {
-      EnumWindows(Find, reinterpret_cast<LPARAM>(this));
-      return window_ != nullptr;
-    });
-  }
-  explicit operator bool() const { return window_ != nullptr; }
-  HWND window() const { return window_; }
-  HWND Combo() const { return FindWindowExW(window_, nullptr, L"ComboBox", nullptr); }
-  HWND Port() const { return FindWindowExW(window_, nullptr, L"Edit", nullptr); }
-  HWND Button(const wchar_t* text) const {
-    return FindWindowExW(window_, nullptr, L"Button", text);
-  }
-  HWND Ssl() const { return Button(L"The server &requires a secure connection (SSL)"); }
-  HWND Default() const { return Button(L"Use &default port number"); }
+  explicit ServerDialog(const RunningMarl& marl) : Dialog(marl, L"Change server") {}
 
-  static bool Checked(HWND button) { return SendMessageW(button, BM_GETCHECK, 0, 0) != 0; }
-
-  /// Clicks a button of this text and waits until the dialog has gone.
-  bool Leave(const wchar_t* button) const {
-    Click(MiddleOf(Button(button)));
-    return WaitUntil([&] { return !IsWindow(window_) || !IsWindowVisible(window_); });
-  }
-
- private:
-  static BOOL CALLBACK Find(HWND window, LPARAM data) {
-    auto* const self = reinterpret_cast<ServerDialog*>(data);
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    if (process != self->process_ || !IsWindowVisible(window)) return TRUE;
-    if (TextOf(window) != L"Change server") return TRUE;
-    self->window_ = window;
-    return FALSE;
-  }
-
-  DWORD process_;
-  HWND window_ = nullptr;
+  HWND Combo() const { return Find(L"ComboBox"); }
+  HWND Port() const { return FindWindowExW(window(), nullptr, L"Edit", nullptr); }
+  HWND Ssl() const { return Button(kSsl); }
+  HWND Default() const { return Button(kDefault); }
 };
 
 class Server : public SwitchboardTest {
@@ -327,7 +299,7 @@ TEST_F(Server, DropDownShowsTheListAndAChosenEntrySetsAllFields) {
   const HWND combo = dialog.Combo();
   ASSERT_EQ(SendMessageW(combo, CB_GETCOUNT, 0, 0), 3);
   EXPECT_EQ(TextOf(combo), L"alpha");
-  EXPECT_TRUE(dialog.Checked(dialog.Default()));
+  EXPECT_TRUE(dialog.Checked(kDefault));
   EXPECT_FALSE(IsWindowEnabled(dialog.Port()));
 
   // Down the list by keys: the first is alpha itself, the second is delta.
@@ -336,8 +308,8 @@ TEST_F(Server, DropDownShowsTheListAndAChosenEntrySetsAllFields) {
   Chord({}, VK_DOWN);
   EXPECT_TRUE(WaitUntil([&] { return TextOf(combo) == L"delta"; })) << ToUtf8(TextOf(combo));
   EXPECT_TRUE(WaitUntil([&] { return TextOf(dialog.Port()) == L"8443"; }));
-  EXPECT_TRUE(dialog.Checked(dialog.Ssl()));
-  EXPECT_FALSE(dialog.Checked(dialog.Default()));
+  EXPECT_TRUE(dialog.Checked(kSsl));
+  EXPECT_FALSE(dialog.Checked(kDefault));
   EXPECT_TRUE(IsWindowEnabled(dialog.Port()));
   Screenshot("change-server-chosen", dialog.window());
   EXPECT_TRUE(dialog.Leave(L"OK"));
@@ -361,19 +333,14 @@ TEST_F(Server, EscapeAndAccessKeysWork) {
   const ServerDialog dialog(marl);
   ASSERT_TRUE(dialog);
   ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == dialog.window(); }));
-  const auto focus = [&] {
-    GUITHREADINFO info = {};
-    info.cbSize = sizeof info;
-    GetGUIThreadInfo(GetWindowThreadProcessId(dialog.window(), nullptr), &info);
-    return info.hwndFocus;
-  };
+  const auto focus = [&] { return dialog.Focus(); };
   EXPECT_TRUE(WaitUntil([&] { return IsChild(dialog.Combo(), focus()); }));
   Chord({VK_MENU}, 'O');
   EXPECT_TRUE(WaitUntil([&] { return focus() == dialog.Port(); })) << "the port, by its label";
   Chord({VK_MENU}, 'S');
   EXPECT_TRUE(WaitUntil([&] { return IsChild(dialog.Combo(), focus()); })) << "the server";
   Chord({VK_MENU}, 'R');
-  EXPECT_TRUE(WaitUntil([&] { return dialog.Checked(dialog.Ssl()); })) << "SSL";
+  EXPECT_TRUE(WaitUntil([&] { return dialog.Checked(kSsl); })) << "SSL";
   // Tab goes from here to the other box, the port, both buttons, and round.
   for (const HWND next :
        {dialog.Default(), dialog.Port(), dialog.Button(L"OK"), dialog.Button(L"Cancel")}) {

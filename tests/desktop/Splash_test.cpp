@@ -1,3 +1,4 @@
+#include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
 #include <algorithm>
@@ -14,12 +15,6 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kSplashWidth = 7200;  // twips
 constexpr int kSplashHeight = 4500;
-
-RECT PlaceOf(HWND window) {
-  RECT place = {};
-  GetWindowRect(window, &place);
-  return place;
-}
 
 HWND WaitForSplash(const RunningMarl& marl) {
   HWND splash = nullptr;
@@ -39,7 +34,7 @@ std::size_t CountColors(const Pixels& pixels, COLORREF color) {
 
 /// Pixels of the application icon's gold at the left of the window's title bar.
 std::size_t GoldInTitle(HWND window) {
-  const RECT place = PlaceOf(window);
+  const RECT place = AreaOf(window);
   const int height = GetSystemMetrics(SM_CYFIXEDFRAME) + GetSystemMetrics(SM_CYCAPTION);
   const Pixels title = Capture({place.left, place.top, place.left + 2 * height, place.top + height});
   return static_cast<std::size_t>(
@@ -130,7 +125,7 @@ TEST_F(Splash, StandsInTheMiddleOfTheScreenWhileTheMainFormIsUnseen) {
   const RunningMarl marl(suite);
   const HWND splash = WaitForSplash(marl);
   ASSERT_TRUE(splash);
-  const RECT place = PlaceOf(splash);
+  const RECT place = AreaOf(splash);
   EXPECT_NEAR(place.right - place.left, PixelsOf(kSplashWidth), 1);
   EXPECT_NEAR(place.bottom - place.top, PixelsOf(kSplashHeight), 1);
   EXPECT_NEAR(place.left, GetSystemMetrics(SM_CXSCREEN) - place.right, 2);
@@ -164,7 +159,7 @@ TEST_F(Splash, ClickOnItEndsIt) {
   const HWND splash = WaitForSplash(marl);
   ASSERT_TRUE(splash);
   ASSERT_TRUE(WaitUntilItMayGo(marl));
-  const RECT place = PlaceOf(splash);
+  const RECT place = AreaOf(splash);
   const auto clicked = Clock::now();
   Click(place.left + 40, place.top + 40);
   EXPECT_TRUE(WaitUntil([&] { return !IsWindow(splash); }));
@@ -272,7 +267,7 @@ TEST_F(About, IsModalAndGoesByItsButton) {
   EXPECT_TRUE(WaitUntil([&] { return GoldInTitle(about) > 5; }));
   const HWND ok = FindWindowExW(about, nullptr, L"BUTTON", L"OK");
   ASSERT_TRUE(ok);
-  const RECT place = PlaceOf(ok);
+  const RECT place = AreaOf(ok);
   Click((place.left + place.right) / 2, (place.top + place.bottom) / 2);
   EXPECT_TRUE(WaitUntil([&] { return !IsWindow(about); }));
   EXPECT_TRUE(WaitUntil([&] { return IsWindowEnabled(main) && GetForegroundWindow() == main; }));

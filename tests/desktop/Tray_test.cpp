@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
 // The switchboard in the notification area, with real clicks on its icon.
@@ -45,7 +46,7 @@ class Tray : public SwitchboardTest {
     const auto getRect = reinterpret_cast<GetRect>(reinterpret_cast<void*>(
         GetProcAddress(GetModuleHandleW(L"shell32.dll"), "Shell_NotifyIconGetRect")));
     if (getRect && SUCCEEDED(getRect(&icon, &area)) && area.right > area.left) return area;
-    GetWindowRect(FindWindowW(L"Shell_TrayWnd", nullptr), &area);
+    area = AreaOf(FindWindowW(L"Shell_TrayWnd", nullptr));
     area.left = area.right - (area.bottom - area.top);
     return area;
   }
@@ -150,8 +151,7 @@ class Tray : public SwitchboardTest {
 
   /// The middle of the title bar's minimise button.
   static std::optional<POINT> MinimiseBoxOf(HWND window) {
-    RECT frame;
-    GetWindowRect(window, &frame);
+    const RECT frame = AreaOf(window);
     const int y =
         frame.top + GetSystemMetrics(SM_CYFIXEDFRAME) + GetSystemMetrics(SM_CYCAPTION) / 2;
     std::optional<int> first;
@@ -187,15 +187,13 @@ TEST_F(Tray, DoubleClickBringsBackWhatTheTitleBarButtonHid) {
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
   ASSERT_TRUE(WaitUntil([&] { return IconSeen(main); }));
-  RECT before;
-  GetWindowRect(main, &before);
+  const RECT before = AreaOf(main);
   ASSERT_TRUE(Minimise(main));
   EXPECT_TRUE(IconSeen(main));
   Screenshot("tray-hidden");
   EXPECT_TRUE(BringBack(main));
   EXPECT_TRUE(WaitUntil([&] { return GetForegroundWindow() == main; }));
-  RECT after;
-  GetWindowRect(main, &after);
+  const RECT after = AreaOf(main);
   EXPECT_TRUE(EqualRect(&before, &after));
   EXPECT_TRUE(Close(marl));
 }
@@ -356,8 +354,7 @@ TEST_F(Tray, MinimisedByCodeHidesAndWhatWasMaximisedComesBackInItsUsualSize) {
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
-  RECT before;
-  GetWindowRect(main, &before);
+  const RECT before = AreaOf(main);
   ShowWindow(main, SW_MINIMIZE);
   ASSERT_TRUE(WaitUntil([&] { return !IsWindowVisible(main); }));
   ASSERT_TRUE(BringBack(main));
@@ -366,8 +363,7 @@ TEST_F(Tray, MinimisedByCodeHidesAndWhatWasMaximisedComesBackInItsUsualSize) {
   ASSERT_TRUE(Minimise(main));
   ASSERT_TRUE(BringBack(main));
   EXPECT_FALSE(IsZoomed(main));
-  RECT after;
-  GetWindowRect(main, &after);
+  const RECT after = AreaOf(main);
   EXPECT_TRUE(EqualRect(&before, &after));
   EXPECT_TRUE(Close(marl));
 }

@@ -1,3 +1,4 @@
+#include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
 // Where the main form comes up, in which state, and what it saves when it goes.
@@ -8,12 +9,6 @@ namespace {
 
 class Window : public SwitchboardTest {
  protected:
-  static RECT Place(HWND window) {
-    RECT place = {};
-    GetWindowRect(window, &place);
-    return place;
-  }
-
   /// Starts with these settings and tells where the window came up.
   POINT PlaceFor(const std::wstring& left, const std::wstring& top) {
     settings.Set(L"Left", left);
@@ -22,7 +17,7 @@ class Window : public SwitchboardTest {
     const RunningMarl marl(suite);
     const HWND window = marl.WaitForWindow();
     if (!window) return {-1, -1};
-    const RECT place = Place(window);
+    const RECT place = AreaOf(window);
     EXPECT_TRUE(Close(marl));
     return {place.left, place.top};
   }
@@ -55,7 +50,7 @@ TEST_F(Window, ComesUpWhereItWasUnlessItWouldStandOut) {
     const HWND window = marl.WaitForWindow();
     ASSERT_TRUE(window);
     Screenshot("main", window);
-    const RECT place = Place(window);
+    const RECT place = AreaOf(window);
     form = {place.right - place.left, place.bottom - place.top};
     middle = {place.left, place.top};
     ASSERT_TRUE(Close(marl));
@@ -169,13 +164,13 @@ TEST_F(Window, KeyCCentresTheForm) {
   const RunningMarl marl(suite);
   const HWND window = marl.WaitForWindow();
   ASSERT_TRUE(window);
-  const RECT middle = Place(window);
+  const RECT middle = AreaOf(window);
   for (const wchar_t* key : {L"c", L"C"}) {
     SetWindowPos(window, nullptr, 10, 10, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
     ASSERT_TRUE(BringForward(window));
     Keys(key);
     EXPECT_TRUE(WaitUntil([&] {
-      const RECT place = Place(window);
+      const RECT place = AreaOf(window);
       return EqualRect(&place, &middle) != FALSE;
     })) << ToUtf8(key);
   }

@@ -47,9 +47,9 @@ class Rows : public testing::Test {
   RowEditor editor{list, field, add, remove, u"new"};
 };
 
-TEST_F(Rows, AddedRowHoldsThePlaceholderAndIsCurrent) {
+TEST_F(Rows, AddedRowHoldsTheNewTextAndIsCurrent) {
   add.UserClick();
-  editor.SetPlaceholder(u"other");
+  editor.SetNewRow(u"other");
   add.UserClick();
   EXPECT_EQ(Texts(), (std::vector<Text>{u"new", u"other"}));
   EXPECT_EQ(list.ListIndex(), 1);

@@ -267,7 +267,7 @@ TEST_F(Options, EachLoadingReadsTheListAnew) {
   EXPECT_EQ(Rows(form.lstRegEx), (std::vector<Text>{u"changed", u"b"}));
 }
 
-TEST_F(Options, AddAppendsAPlaceholderThatIsReadyToBeTypedOver) {
+TEST_F(Options, AddAppendsARowThatIsReadyToBeTypedOver) {
   PlantList({"a"});
   Open([&](frmOptions& form) {
     form.cmdAddRegEx.UserClick();
@@ -419,7 +419,7 @@ TEST_F(Options, CancelAndTheCloseBoxStoreNothing) {
   EXPECT_TRUE(registry.written.empty());
 }
 
-TEST_F(Options, PlaceholderIsStoredAsItStands) {
+TEST_F(Options, NewRowIsStoredAsItStands) {
   Open([](frmOptions& form) {
     form.cmdAddRegEx.UserClick();
     form.cmdOK.UserClick();

@@ -6,7 +6,6 @@
 // argument that holds "refused" fails with a description.
 
 #include <windows.h>
-
 #include <oleauto.h>
 
 #include <atomic>
@@ -43,17 +42,19 @@ std::wstring NameOf(REFCLSID id) {
   return name;
 }
 
-class Component : public IDispatch {
+/// The part that all objects share: life by references, and the one interface that they have.
+template <typename Interface>
+class Counted : public Interface {
  public:
-  explicit Component(std::wstring name) : name_(std::move(name)) { ++g_objects; }
-  virtual ~Component() { --g_objects; }
+  Counted() { ++g_objects; }
+  virtual ~Counted() { --g_objects; }
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) override {
-    if (!IsEqualIID(id, IID_IUnknown) && !IsEqualIID(id, IID_IDispatch)) {
+    if (!IsEqualIID(id, IID_IUnknown) && !IsEqualIID(id, __uuidof(Interface))) {
       *out = nullptr;
       return E_NOINTERFACE;
     }
-    *out = static_cast<IDispatch*>(this);
+    *out = static_cast<Interface*>(this);
     AddRef();
     return S_OK;
   }
@@ -63,6 +64,23 @@ class Component : public IDispatch {
     if (left == 0) delete this;
     return left;
   }
+
+ private:
+  std::atomic<ULONG> references_{0};
+};
+
+/// Hands a new object out as `id`, or ends it when it is no such thing.
+template <typename Interface>
+HRESULT HandOut(Counted<Interface>* object, REFIID id, void** out) {
+  object->AddRef();
+  const HRESULT status = object->QueryInterface(id, out);
+  object->Release();
+  return status;
+}
+
+class Component : public Counted<IDispatch> {
+ public:
+  explicit Component(std::wstring name) : name_(std::move(name)) {}
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
     *count = 0;
@@ -100,45 +118,22 @@ class Component : public IDispatch {
   }
 
  private:
-  std::atomic<ULONG> references_{0};
   std::wstring name_;
   std::vector<std::wstring> operations_;
 };
 
-class Factory : public IClassFactory {
+class Factory : public Counted<IClassFactory> {
  public:
-  explicit Factory(std::wstring name) : name_(std::move(name)) { ++g_objects; }
-  virtual ~Factory() { --g_objects; }
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) override {
-    if (!IsEqualIID(id, IID_IUnknown) && !IsEqualIID(id, IID_IClassFactory)) {
-      *out = nullptr;
-      return E_NOINTERFACE;
-    }
-    *out = static_cast<IClassFactory*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
+  explicit Factory(std::wstring name) : name_(std::move(name)) {}
 
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** out) override {
     *out = nullptr;
     if (outer) return CLASS_E_NOAGGREGATION;
-    auto* const component = new Component(name_);
-    component->AddRef();
-    const HRESULT status = component->QueryInterface(id, out);
-    component->Release();
-    return status;
+    return HandOut(new Component(name_), id, out);
   }
   HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 
  private:
-  std::atomic<ULONG> references_{0};
   std::wstring name_;
 };
 
@@ -146,11 +141,7 @@ class Factory : public IClassFactory {
 
 extern "C" __declspec(dllexport) HRESULT STDAPICALLTYPE
     DllGetClassObject(REFCLSID classId, REFIID id, void** out) {
-  auto* const factory = new Factory(NameOf(classId));
-  factory->AddRef();
-  const HRESULT status = factory->QueryInterface(id, out);
-  factory->Release();
-  return status;
+  return HandOut(new Factory(NameOf(classId)), id, out);
 }
 
 extern "C" __declspec(dllexport) HRESULT STDAPICALLTYPE DllCanUnloadNow() {
