@@ -152,8 +152,11 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
       desktop_.Event([&] { Report(); });
       return DefWindowProcW(window, message, w, l);
     case WM_ACTIVATE:
-      if (LOWORD(w) != WA_INACTIVE && form_.loaded()) {
+      if (LOWORD(w) == WA_INACTIVE) {
+        if (IsChild(window, GetFocus())) lastFocus_ = GetFocus();
+      } else if (form_.loaded()) {
         const LRESULT result = DefWindowProcW(window, message, w, l);
+        RestoreFocus();
         desktop_.Event([&] { form_.UserActivate(); });
         return result;
       }
@@ -481,6 +484,16 @@ void FormWin32::LeaveHidden(const Control& hidden) {
 
 void FormWin32::FocusFirst() {
   if (const HWND first = GetNextDlgTabItem(window_, nullptr, FALSE)) SetFocus(first);
+}
+
+// The window that had the focus when the form was left; the platform gives it to the form itself.
+void FormWin32::RestoreFocus() {
+  if (!hasFields_ || IsIconic(window_) || IsChild(window_, GetFocus())) return;
+  if (IsChild(window_, lastFocus_) && IsWindowVisible(lastFocus_) && IsWindowEnabled(lastFocus_)) {
+    SetFocus(lastFocus_);
+  } else {
+    FocusFirst();
+  }
 }
 
 void FormWin32::CreateWithContainer(Control& control) {

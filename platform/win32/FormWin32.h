@@ -72,6 +72,7 @@ class FormWin32 : public FormPeer {
   void OnCommand(int id, int notification, HWND from);
   void Report();
   void FocusFirst();
+  void RestoreFocus();
   void LeaveHidden(const Control& hidden);
   void CreateWithContainer(Control& control);
   void CreateControl(Control& control, int id);
@@ -96,6 +97,7 @@ class FormWin32 : public FormPeer {
   DesktopWin32& desktop_;
   Form& form_;
   HWND window_ = nullptr;
+  HWND lastFocus_ = nullptr;  ///< what had the focus when another window became active
   std::map<const Control*, HWND> windows_;
   std::map<const Control*, std::unique_ptr<ListWin32>> lists_;
   std::map<const Control*, UniqueBrush> pages_;  ///< backgrounds of the pages of tab strips

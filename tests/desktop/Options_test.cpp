@@ -593,6 +593,33 @@ TEST_F(OptionsWindow, TabKeyReachesEverythingOnEachTab) {
   EXPECT_TRUE(Close(*marl));
 }
 
+TEST_F(OptionsWindow, FocusComesBackWhereItWas) {
+  const Dialog dialog = Open();
+  ASSERT_TRUE(dialog);
+  const wchar_t* const caption = kBoxes[4].caption;
+  const HWND box = dialog.Button(caption);
+  const bool checked = dialog.Checked(caption);
+  ASSERT_TRUE(dialog.Check(caption, !checked));
+  ASSERT_TRUE(dialog.FocusGoesTo(box));
+  // From a window of somebody else.
+  const HWND other = CreateWindowExW(0, L"STATIC", L"Other", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
+                                     200, 100, nullptr, nullptr, nullptr, nullptr);
+  ASSERT_TRUE(BringForward(other));
+  DestroyWindow(other);
+  ASSERT_TRUE(BringForward(dialog.window()));
+  EXPECT_TRUE(dialog.FocusGoesTo(box));
+  Chord({}, VK_SPACE);
+  EXPECT_TRUE(WaitUntil([&] { return dialog.Checked(caption) == checked; }));
+  // And from a dialog of its own.
+  ASSERT_TRUE(dialog.Press(kTabButtons[0]));
+  const Dialog display(*marl, L"Display settings");
+  ASSERT_TRUE(display && display.InFront());
+  Chord({}, VK_ESCAPE);
+  ASSERT_TRUE(display.Gone());
+  EXPECT_TRUE(dialog.FocusGoesTo(dialog.Button(kTabButtons[0])));
+  EXPECT_TRUE(dialog.Leave(L"Cancel"));
+}
+
 TEST_F(OptionsWindow, AccessKeysToggleBoxesAndEnterIsOk) {
   const Dialog dialog = Open();
   ASSERT_TRUE(dialog);
