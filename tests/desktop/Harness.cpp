@@ -761,7 +761,8 @@ void Chord(const std::vector<WORD>& held, WORD key) {
 
 bool BringForward(HWND window) {
   SetForegroundWindow(window);
-  return WaitUntil([&] { return GetForegroundWindow() == window; });
+  WaitUntil([&] { return GetForegroundWindow() == window || !IsWindow(window); });
+  return GetForegroundWindow() == window;
 }
 
 std::wstring TextOf(HWND window) {

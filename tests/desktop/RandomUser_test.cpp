@@ -1,0 +1,178 @@
+#include <cstdlib>
+#include <random>
+
+#include "tests/desktop/Switchboard.h"
+
+// A user without a plan on the real program: clicks, keys, shortcuts, whatever window is in front.
+// The program neither crashes nor hangs nor stays behind in a dialog, and ends as it is told.
+
+namespace marl::desktop {
+
+namespace {
+
+constexpr int kUsualActs = 400;
+
+/// A number of the environment, for a longer look.
+int NumberFrom(const wchar_t* name, int otherwise) {
+  const std::wstring text = Environment(name);
+  return text.empty() ? otherwise : _wtoi(text.c_str());
+}
+
+class RandomUser : public SwitchboardTest {
+ protected:
+  int Below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random_); }
+
+  /// The program's window that takes input now: its topmost dialog, or the main form.
+  static HWND InUse(const RunningMarl& marl) {
+    Search search = {marl.id(), nullptr};
+    EnumWindows(Take, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+  }
+
+  /// Does one thing to the window. The title bar is left alone: a window that is dragged about
+  /// teaches nothing.
+  std::string Act(HWND window) {
+    RECT area;
+    GetClientRect(window, &area);
+    POINT at = {Below(std::max<LONG>(area.right, 1)), Below(std::max<LONG>(area.bottom, 1))};
+    ClientToScreen(window, &at);
+    switch (Below(8)) {
+      case 0:
+      case 1:
+      case 2:
+        if (WindowFromPoint(at) && GetAncestor(WindowFromPoint(at), GA_ROOT) == window) Click(at);
+        return "click " + std::to_string(at.x) + "," + std::to_string(at.y);
+      case 3:
+        MoveMouse(at.x, at.y);
+        return "move";
+      case 4: {
+        static constexpr WORD kKeys[] = {VK_TAB,  VK_ESCAPE, VK_RETURN, VK_SPACE, VK_UP,
+                                         VK_DOWN, VK_LEFT,   VK_RIGHT,  VK_HOME,  VK_END};
+        const WORD key = kKeys[Below(std::size(kKeys))];
+        Chord({}, key);
+        return "key " + std::to_string(key);
+      }
+      case 5: {
+        const auto letter = static_cast<wchar_t>(L'a' + Below(26));
+        Keys(std::wstring(1, letter));
+        return std::string("type ") + static_cast<char>(letter);
+      }
+      case 6: {
+        // Shortcuts of the main form; in dialogs they are keys like others.
+        const WORD key = Below(2) == 0 ? static_cast<WORD>('A' + Below(26))
+                                       : static_cast<WORD>(VK_F1 + Below(9));
+        const std::vector<WORD> held =
+            key >= VK_F1 ? std::vector<WORD>{VK_SHIFT} : std::vector<WORD>{VK_CONTROL};
+        Chord(held, key);
+        return "shortcut " + std::to_string(key);
+      }
+      default:
+        Keys(L"setgui");
+        return "word";
+    }
+  }
+
+  /// Does that many things, and starts the program again whenever it was ended.
+  void Use(int acts);
+  /// Leaves all dialogs: Esc leads out of each, and of a menu.
+  bool LeaveDialogs() const;
+
+  std::string History() const {
+    std::string text = "after:";
+    for (const std::string& act : last_) text += "\n  " + act;
+    return text;
+  }
+
+  const SuiteFolder suite;
+  std::unique_ptr<RunningMarl> marl;
+  int ends = 0;  ///< how often he has ended the program
+
+ private:
+  struct Search {
+    DWORD process;
+    HWND found;
+  };
+  static BOOL CALLBACK Take(HWND window, LPARAM data) {
+    auto& search = *reinterpret_cast<Search*>(data);
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    RECT area = {};
+    GetWindowRect(window, &area);
+    const bool takesInput = IsWindowVisible(window) && IsWindowEnabled(window) &&
+                            (GetWindowLongW(window, GWL_STYLE) & WS_CAPTION) == WS_CAPTION;
+    if (process != search.process || !takesInput || area.right - area.left < 100) return TRUE;
+    search.found = window;
+    return FALSE;
+  }
+
+  std::mt19937 random_{static_cast<std::uint32_t>(NumberFrom(L"MARL_SEED", 20070304))};
+  std::vector<std::string> last_;
+};
+
+void RandomUser::Use(int acts) {
+  for (; acts > 0; --acts) {
+    if (!marl->Running()) {
+      ASSERT_EQ(marl->WaitForExit(), 0u) << History();
+      ++ends;
+      // He may have chosen that the wizard comes up instead.
+      marl = std::make_unique<RunningMarl>(suite, L"nw");
+      ASSERT_TRUE(marl->WaitForWindow()) << History();
+    }
+    const HWND main = marl->Window();
+    if (main && !IsWindowVisible(main) && !InUse(*marl)) {
+      PostMessageW(main, RegisterWindowMessageW(L"msgMarlMenu"), 0, WM_LBUTTONDBLCLK);
+    }
+    HWND window = nullptr;
+    WaitUntil([&] { return !marl->Running() || (window = InUse(*marl)) != nullptr; });
+    if (!window) {
+      ASSERT_FALSE(marl->Running()) << "no window takes input " << History();
+      continue;
+    }
+    BringForward(window);
+    last_.push_back(ToUtf8(TextOf(window)) + ": " + Act(window));
+    if (last_.size() > 15) last_.erase(last_.begin());
+    DWORD_PTR answer = 0;
+    const bool answers =
+        SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, 10000, &answer) != 0;
+    ASSERT_TRUE(answers || !IsWindow(window) || !marl->Running()) << History();
+  }
+}
+
+bool RandomUser::LeaveDialogs() const {
+  const bool out = WaitUntil([&] {
+    const HWND window = InUse(*marl);
+    if (!marl->Running() || (window && window == marl->Window())) return true;
+    if (window && BringForward(window)) Chord({}, VK_ESCAPE);
+    if (!window) {
+      PostMessageW(marl->Window(), RegisterWindowMessageW(L"msgMarlMenu"), 0, WM_LBUTTONDBLCLK);
+    }
+    return false;
+  });
+  if (!out) Screenshot("stuck");
+  return out;
+}
+
+}  // namespace
+
+TEST_F(RandomUser, LeavesAProgramThatWorksAndEnds) {
+  marl = std::make_unique<RunningMarl>(suite);
+  ASSERT_TRUE(marl->WaitForWindow());
+  const int acts = kUsualActs * NumberFrom(L"MARL_ROUNDS", 1);
+  Use(acts / 2);
+  ASSERT_TRUE(LeaveDialogs()) << History();
+  const int endsBefore = ends;
+  const std::size_t handles = marl->Handles();
+  const std::size_t bytes = marl->PrivateBytes();
+  Use(acts / 2);
+  ASSERT_TRUE(LeaveDialogs()) << History();
+  RecordProperty("ends", ends);
+  if (!marl->Running()) return;
+  if (ends == endsBefore) {
+    // A dialog of the platform that comes up for the first time keeps what it loads.
+    EXPECT_LE(marl->Handles(), handles + 16);
+    EXPECT_LT(marl->PrivateBytes(), bytes + 8 * 1024 * 1024);
+  }
+  EXPECT_TRUE(Close(*marl));
+}
+
+}  // namespace marl::desktop
