@@ -38,10 +38,14 @@ inline Block LoadBlock(const char16_t* at) {
   return _mm_packus_epi16(_mm_loadu_si128(halves), _mm_loadu_si128(halves + 1));
 }
 
-/// Places of one character.
-inline unsigned PlacesOf(char wanted, Block block) {
-  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_set1_epi8(wanted))));
+/// Marks one character: a byte above 127 where it is, 0 elsewhere.
+inline Block Matches(char wanted, Block block) {
+  return _mm_cmpeq_epi8(block, _mm_set1_epi8(wanted));
 }
+/// Bytes with the bits of both.
+inline Block Joined(Block a, Block b) { return _mm_or_si128(a, b); }
+/// Places of bytes above 127.
+inline unsigned PlacesIn(Block block) { return static_cast<unsigned>(_mm_movemask_epi8(block)); }
 
 /// Places of what may end the head of a tag's name: all up to the blank, "/", "<" and ">".
 inline unsigned PlacesOfNameBreaks(Block block) {
@@ -53,8 +57,7 @@ inline unsigned PlacesOfNameBreaks(Block block) {
   return static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(_mm_or_si128(low, slash), angle)));
 }
 
-/// Places of one byte or unit, whatever it is.
-inline unsigned PlacesOf(char wanted, const char* at) { return PlacesOf(wanted, LoadBlock(at)); }
+/// Places of one unit, whatever it is.
 inline unsigned PlacesOf(char16_t wanted, const char16_t* at) {
   const __m128i all = _mm_set1_epi16(static_cast<short>(wanted));
   const auto* const halves = reinterpret_cast<const __m128i*>(at);
@@ -63,14 +66,8 @@ inline unsigned PlacesOf(char16_t wanted, const char16_t* at) {
                                         _mm_cmpeq_epi16(_mm_loadu_si128(halves + 1), all))));
 }
 
-/// Places of bytes above 127.
-inline unsigned PlacesOfOthers(const char* at) {
-  return static_cast<unsigned>(_mm_movemask_epi8(LoadBlock(at)));
-}
-
 /// Makes units of a block of bytes below 128.
-inline void WidenBlock(const char* from, char16_t* to) {
-  const Block block = LoadBlock(from);
+inline void WidenBlock(Block block, char16_t* to) {
   auto* const halves = reinterpret_cast<__m128i*>(to);
   _mm_storeu_si128(halves, _mm_unpacklo_epi8(block, _mm_setzero_si128()));
   _mm_storeu_si128(halves + 1, _mm_unpackhi_epi8(block, _mm_setzero_si128()));
@@ -86,7 +83,7 @@ template <typename Unit>
 Block LoadBlock(const Unit* at) {
   Block block;
   for (std::size_t i = 0; i < kBlock; ++i) {
-    const unsigned unit = static_cast<std::make_unsigned_t<Unit>>(at[i]);
+    const unsigned unit = static_cast<std::make_unsigned_t<Unit> >(at[i]);
     block.bytes[i] = static_cast<unsigned char>(std::min(unit, 255u));
   }
   return block;
@@ -99,9 +96,22 @@ unsigned PlacesWhere(Test&& test) {
   return places;
 }
 
-inline unsigned PlacesOf(char wanted, const Block& block) {
-  return PlacesWhere(
-      [&](unsigned i) { return block.bytes[i] == static_cast<unsigned char>(wanted); });
+inline Block Matches(char wanted, const Block& block) {
+  Block marks;
+  for (std::size_t i = 0; i < kBlock; ++i) {
+    marks.bytes[i] = block.bytes[i] == static_cast<unsigned char>(wanted) ? 0xFF : 0;
+  }
+  return marks;
+}
+inline Block Joined(const Block& a, const Block& b) {
+  Block joined;
+  for (std::size_t i = 0; i < kBlock; ++i) {
+    joined.bytes[i] = static_cast<unsigned char>(a.bytes[i] | b.bytes[i]);
+  }
+  return joined;
+}
+inline unsigned PlacesIn(const Block& block) {
+  return PlacesWhere([&](unsigned i) { return block.bytes[i] > 127; });
 }
 inline unsigned PlacesOfNameBreaks(const Block& block) {
   return PlacesWhere([&](unsigned i) {
@@ -109,18 +119,33 @@ inline unsigned PlacesOfNameBreaks(const Block& block) {
     return unit <= ' ' || unit == '/' || unit == '<' || unit == '>';
   });
 }
-template <typename Unit>
-unsigned PlacesOf(Unit wanted, const Unit* at) {
+inline unsigned PlacesOf(char16_t wanted, const char16_t* at) {
   return PlacesWhere([&](unsigned i) { return at[i] == wanted; });
 }
-inline unsigned PlacesOfOthers(const char* at) {
-  return PlacesWhere([&](unsigned i) { return static_cast<unsigned char>(at[i]) > 127; });
-}
-inline void WidenBlock(const char* from, char16_t* to) {
-  for (std::size_t i = 0; i < kBlock; ++i) to[i] = static_cast<unsigned char>(from[i]);
+inline void WidenBlock(const Block& block, char16_t* to) {
+  std::copy(block.bytes, block.bytes + kBlock, to);
 }
 
 #endif
+
+/// Places of one byte, whatever it is.
+inline unsigned PlacesOf(char wanted, const char* at) {
+  return PlacesIn(Matches(wanted, LoadBlock(at)));
+}
+
+/// Places in several blocks: as many as a number has bits.
+using Stretch = std::size_t;
+constexpr std::size_t kStretch = 8 * sizeof(Stretch);
+
+/// Places in the stretch at an address, of what `marksOf` marks in each of its blocks.
+template <typename Unit, typename MarksOf>
+[[gnu::always_inline]] inline Stretch StretchOf(const Unit* at, MarksOf marksOf) {
+  Stretch places = 0;
+  for (std::size_t i = 0; i != kStretch; i += kBlock) {
+    places |= static_cast<Stretch>(PlacesIn(marksOf(LoadBlock(at + i)))) << i;
+  }
+  return places;
+}
 
 /// First place from `from` on that `placesAt` tells of the block at an address; the size of the
 /// text if there is none.
@@ -153,17 +178,31 @@ template <typename Unit>
   return FindPlace(text, from, [wanted](const Unit* at) { return PlacesOf(wanted, at); });
 }
 
+/// First place of one byte, soon found when it is near; the size of the bytes if there is none.
+[[gnu::always_inline]] inline std::size_t FindByte(std::string_view bytes, char wanted) {
+  const char* const data = bytes.data();
+  const std::size_t size = bytes.size();
+  std::size_t from = 0;
+  if (size >= kBlock) {
+    if (const unsigned places = PlacesOf(wanted, data)) return LowestBit(places);
+    for (from = kBlock; size - from >= kStretch; from += kStretch) {
+      const Stretch places =
+          StretchOf(data + from, [wanted](Block block) { return Matches(wanted, block); });
+      if (places != 0) return from + LowestBit(places);
+    }
+  }
+  return FindUnit(bytes, from, wanted);
+}
+
 /// How many bytes at the front are below 128.
 inline std::size_t CountASCII(std::string_view bytes) {
   std::size_t count = 0;
-  const auto others = [](const char* at) { return PlacesOfOthers(at); };
+  const auto block = [&](std::size_t i) { return LoadBlock(bytes.data() + count + i * kBlock); };
   // Four blocks a step, as far as they are all ASCII.
   for (; bytes.size() - count >= 4 * kBlock; count += 4 * kBlock) {
-    const char* const at = bytes.data() + count;
-    if ((others(at) | others(at + kBlock) | others(at + 2 * kBlock) | others(at + 3 * kBlock)) != 0)
-      break;
+    if (PlacesIn(Joined(Joined(block(0), block(1)), Joined(block(2), block(3)))) != 0) break;
   }
-  return FindPlace(bytes, count, others);
+  return FindPlace(bytes, count, [](const char* at) { return PlacesIn(LoadBlock(at)); });
 }
 
 /// Widens the bytes below 128 at the front to units at `out`; returns how many.
@@ -175,8 +214,9 @@ inline std::size_t WidenASCII(std::string_view bytes, char16_t* out) {
     while (done != size) {
       // The last block reaches back over bytes that are done.
       const std::size_t place = std::min(done, size - kBlock);
-      WidenBlock(data + place, out + place);
-      if (const unsigned others = PlacesOfOthers(data + place)) return place + LowestBit(others);
+      const Block block = LoadBlock(data + place);
+      WidenBlock(block, out + place);
+      if (const unsigned others = PlacesIn(block)) return place + LowestBit(others);
       done = place + kBlock;
     }
   }
@@ -195,18 +235,17 @@ struct WidenedTag {
 /// Widens all bytes to units at `out`, which are right if they are plain.
 inline WidenedTag WidenTag(std::string_view bytes, char16_t* out) {
   if (bytes.size() < kBlock) return {WidenASCII(bytes, out) == bytes.size(), true};
-  unsigned others = 0;
-  unsigned ampersands = 0;
-  const auto widen = [&](std::size_t place) {
-    const char* const at = bytes.data() + place;
-    WidenBlock(at, out + place);
-    others |= PlacesOfOthers(at);
-    ampersands |= PlacesOf('&', at);
-  };
   const std::size_t last = bytes.size() - kBlock;
-  for (std::size_t place = 0; place < last; place += kBlock) widen(place);
-  widen(last);
-  return {others == 0, ampersands != 0};
+  Block all = LoadBlock(bytes.data() + last);
+  Block ampersands = Matches('&', all);
+  WidenBlock(all, out + last);
+  for (std::size_t place = 0; place < last; place += kBlock) {
+    const Block block = LoadBlock(bytes.data() + place);
+    all = Joined(all, block);
+    ampersands = Joined(ampersands, Matches('&', block));
+    WidenBlock(block, out + place);
+  }
+  return {PlacesIn(all) == 0, PlacesIn(ampersands) != 0};
 }
 
 }  // namespace marl

@@ -61,6 +61,19 @@ XMLTokenKind KindOfTag(XMLTokenKind kind, View token) {
   return kind == xtOpenTag && EndsWith(token, "/>") ? xtEmptyTag : kind;
 }
 
+/// Length and kind of the token at the front of `rest`, which begins with "<!" or "<?".
+[[gnu::noinline]] std::size_t LengthOfOther(std::string_view rest, XMLTokenKind& kind) {
+  const Cut cut = CutOf(rest);
+  kind = cut.kind;
+  // The search starts at the first byte: "<?>" and "<!-->" are whole.
+  for (std::size_t length = 0;;) {
+    const std::size_t angle = FindUnit(rest, length, '>');
+    if (angle == rest.size()) return angle;
+    length = angle + 1;
+    if (EndsWith(rest.substr(0, angle), cut.before)) return length;
+  }
+}
+
 }  // namespace
 
 Text XMLToken::text() const {
@@ -100,32 +113,29 @@ bool clsXMLEngine::OpenXMLW(TextView text) {
 }
 
 /// Cuts the next token as bytes. False when the document is to be cut as units, from here on.
-inline bool clsXMLEngine::TakeBytes(XMLToken& token) {
+[[gnu::always_inline]] inline bool clsXMLEngine::TakeBytes(XMLToken& token) {
   if (byUnits_) return false;
   const std::string_view rest(reinterpret_cast<const char*>(bytes_.data()) + next_,
                               bytes_.size() - next_);
-  if (rest.empty()) {
-    token.kind = xtEndOfDocument;
-    return true;
-  }
+  const auto at = [rest](std::size_t place) { return place < rest.size() ? rest[place] : '\0'; };
   std::size_t length = 0;
-  if (rest.front() != '<') {
-    length = FindUnit(rest, 0, '<');
-    token.kind = xtText;
+  if (at(0) != '<') {
+    length = FindByte(rest, '<');
+    token.kind = rest.empty() ? xtEndOfDocument : xtText;
+  } else if (at(1) == '!' || at(1) == '?') {
+    length = LengthOfOther(rest, token.kind);
   } else {
-    const Cut cut = CutOf(rest);
-    do {
-      length = std::min(FindUnit(rest, length, '>'), rest.size() - 1) + 1;
-    } while (!cut.before.empty() && length != rest.size() &&
-             !EndsWith(rest.substr(0, length - 1), cut.before));
-    token.kind = KindOfTag(cut.kind, rest.substr(0, length));
+    length = std::min(FindByte(rest, '>') + 1, rest.size());
+    token.kind = at(1) == '/'                             ? xtCloseTag
+                 : EndsWith(rest.substr(0, length), "/>") ? xtEmptyTag
+                                                          : xtOpenTag;
   }
   if (next_ + length > plain_ && !IsPlain(next_ + length)) {
     Restart(std::min(kWindow, rest.size()));
     byUnits_ = true;
     return false;
   }
-  token.bytes = rest.substr(0, length);
+  token.bytes = {rest.data(), length};
   next_ += length;
   return true;
 }
@@ -148,8 +158,11 @@ XMLTokenKind clsXMLEngine::GetToken(TextView& token) {
 }
 
 XMLTokenKind clsXMLEngine::GetToken(XMLToken& token) {
-  token = {};
-  if (!TakeBytes(token)) token.kind = TakeUnits(token.units);
+  token.units = {};
+  if (!TakeBytes(token)) {
+    token.bytes = {};
+    token.kind = TakeUnits(token.units);
+  }
   return token.kind;
 }
 

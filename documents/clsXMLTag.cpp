@@ -30,72 +30,54 @@ constexpr bool IsOneOf(std::uint64_t units, char16_t unit) {
   return unit < 64 && (units >> unit & 1) != 0;
 }
 
-/// Finds the "=" and the double quotes of a tag: marks as many of its units at once as a number has
-/// bits, so that most attributes are found without another look at the tag.
-template <typename Unit>
-class Marks {
- public:
-  explicit Marks(std::basic_string_view<Unit> tag) : tag_(tag) {}
+// Tags of up to this many units, which most are, are marked as a whole.
+constexpr std::size_t kMarked = 256;
 
-  /// The first "=" from a place on, which is not before any that was asked for; the tag's size if
-  /// there is none.
-  std::size_t Equals(std::size_t from) { return Next(&Marks::equals_, from); }
-  /// The same for a double quote.
-  std::size_t Quote(std::size_t from) { return Next(&Marks::quotes_, from); }
+/// The places of "=" and of double quotes in a tag, all found at once, so that most attributes are
+/// read without another search.
+struct Marks {
+  Stretch stretches[kMarked / kStretch];
 
- private:
-  using Bits = std::size_t;
-  static constexpr std::size_t kBits = 8 * sizeof(Bits);
-
-  [[gnu::always_inline]] std::size_t Next(Bits Marks::*marks, std::size_t from) {
-    for (;;) {
-      if (from < end_) {
-        const Bits left = this->*marks >> (from - begin_);
-        if (left != 0) return from + LowestBit(left);
-        from = end_;
-      }
-      if (from == tag_.size()) return from;
-      Mark(from);
+  /// Marks a tag of at most kMarked units and at least one.
+  template <typename Unit>
+  [[gnu::always_inline]] explicit Marks(std::basic_string_view<Unit> tag) {
+    const auto marksOf = [](Block block) {
+      return Joined(Matches('=', block), Matches('"', block));
+    };
+    const Unit* const data = tag.data();
+    const std::size_t size = tag.size();
+    std::size_t done = 0;
+    Stretch* stretch = stretches;
+    for (; size - done >= kStretch; done += kStretch) *stretch++ = StretchOf(data + done, marksOf);
+    if (done == size) return;
+    if (done != 0) {
+      // The last stretch reaches back over places that are done with.
+      const std::size_t back = done + kStretch - size;
+      *stretch = StretchOf(data + done - back, marksOf) >> back;
+      return;
     }
-  }
-
-  /// Marks the units from a place on, or at the end of the tag the last ones.
-  void Mark(std::size_t from) {
-    equals_ = quotes_ = 0;
-    const std::size_t size = tag_.size();
-    if (size >= kBits) {
-      begin_ = std::min(from, size - kBits);
-      end_ = begin_ + kBits;
-      for (std::size_t i = 0; i != kBits; i += kBlock) Enter(tag_.data() + begin_ + i, i);
-    } else if (size >= kBlock) {
-      end_ = size;
-      for (std::size_t i = 0; i < size - kBlock; i += kBlock) Enter(tag_.data() + i, i);
-      Enter(tag_.data() + size - kBlock, size - kBlock);
-    } else {
-      end_ = size;
+    const auto enter = [&](const Unit* at, std::size_t place) {
+      *stretch |= static_cast<Stretch>(PlacesIn(marksOf(LoadBlock(at)))) << place;
+    };
+    *stretch = 0;
+    if (size < kBlock) {
       Unit block[kBlock] = {};
-      std::copy(tag_.begin(), tag_.end(), block);
-      Enter(block, 0);
+      std::copy(data, data + size, block);
+      enter(block, 0);
+      return;
     }
+    for (; done < size - kBlock; done += kBlock) enter(data + done, done);
+    enter(data + size - kBlock, size - kBlock);
   }
-  void Enter(const Unit* at, std::size_t place) {
-    const Block block = LoadBlock(at);
-    equals_ |= static_cast<Bits>(PlacesOf('=', block)) << place;
-    quotes_ |= static_cast<Bits>(PlacesOf('"', block)) << place;
-  }
-
-  const std::basic_string_view<Unit> tag_;
-  // Marked are the units [begin_, end_).
-  std::size_t begin_ = 0;
-  std::size_t end_ = 0;
-  Bits equals_ = 0;
-  Bits quotes_ = 0;
 };
 
 /// A kind of names as a bit: by first unit and length, the same whatever their case.
-inline std::uint32_t KindOf(TextView name) {
-  const char16_t first = name.empty() || name.front() >= 0x80 ? u'\0' : name.front();
-  return std::uint32_t{1} << (first + 4 * name.size()) % 32;
+template <typename Unit>
+std::uint32_t KindOf(const Unit* name, std::size_t length) {
+  // Of an empty name it is what stands behind it, always the same.
+  std::size_t first = static_cast<std::make_unsigned_t<Unit>>(*name);
+  if (sizeof(Unit) > 1 && first >= 0x80) first = 0;
+  return std::uint32_t{1} << (first + 4 * length) % 32;
 }
 
 std::uint64_t Hash(TextView name, std::uint64_t seed) {
@@ -120,57 +102,112 @@ inline std::size_t clsXMLTag::ReadName(std::basic_string_view<Unit> tag) {
   while (at != size && is(kDropped, at)) ++at;
   name_ = at;
   // In one piece, as nearly always?
-  const auto breaks = [](const Unit* block) { return PlacesOfNameBreaks(LoadBlock(block)); };
-  for (at = FindPlace(tag, at, breaks); at != size && !is(kNameEnds | kDropped, at);) {
-    at = FindPlace(tag, at + 1, breaks);
+  for (;; ++at) {
+    at = FindPlace(tag, at, [](const Unit* block) { return PlacesOfNameBreaks(LoadBlock(block)); });
+    nameLength_ = at - name_;
+    if (at == size) return size;
+    if (is(kNameEnds, at)) return at + 1;
+    if (is(kDropped, at)) break;
   }
-  nameLength_ = at - name_;
   for (; at != size && !is(kNameEnds, at); ++at) {
     if (!is(kDropped, at)) raw_[name_ + nameLength_++] = static_cast<char16_t>(tag[at]);
   }
   return std::min(at + 1, size);
 }
 
-/// Fails when there is an attribute of this name; else its kind joins theirs.
-inline void clsXMLTag::MindDuplicate(TextView name, std::uint32_t& kinds) {
-  if (attributes_.size() >= kFew) return Enter(name);
-  const std::uint32_t kind = KindOf(name);
-  if ((kinds & kind) != 0 && Find(name) != nullptr) throw RuntimeError::DuplicateKey();
-  kinds |= kind;
+/// Reads attributes from a place on as long as they are few and in double quotes; returns where it
+/// stopped. A name that may be there already stops it too.
+template <typename Unit>
+[[gnu::always_inline]] inline std::size_t clsXMLTag::ReadPlain(std::basic_string_view<Unit> tag,
+                                                               std::size_t next) {
+  const auto keep = [this](const Attribute* end, std::size_t stop) {
+    count_ = static_cast<std::size_t>(end - attributes_.data());
+    return stop;
+  };
+  const Marks marks(tag);
+  const std::size_t size = tag.size();
+  const Stretch* stretch = marks.stretches + (next - 1) / kStretch;
+  std::size_t begin = (next - 1) & ~(kStretch - 1);
+  // What is not passed yet in the current stretch.
+  Stretch left = *stretch & ~Stretch{1} << (next - 1 - begin);
+  std::uint32_t kinds = 0;
+  Attribute* attribute = attributes_.data();
+  Attribute* const full = attribute + kFew;
+  for (; attribute != full; ++attribute) {
+    while (left == 0) {
+      begin += kStretch;
+      if (begin >= size) return keep(attribute, size);
+      left = *++stretch;
+    }
+    // A "=" and a double quote behind it?
+    const Stretch lowest = left & -left;
+    const std::size_t nameEnd = begin + LowestBit(left);
+    if ((left & lowest << 1) == 0 || tag[nameEnd] != '=' || tag[nameEnd + 1] != '"') break;
+    left -= lowest + (lowest << 1);
+
+    std::size_t valueEnd = 0;
+    do {
+      while (left == 0) {
+        begin += kStretch;
+        if (begin >= size) return keep(attribute, size);
+        left = *++stretch;
+      }
+      valueEnd = begin + LowestBit(left);
+      left &= left - 1;
+    } while (tag[valueEnd] != '"');
+    while (tag[next] == ' ') ++next;
+    const std::uint32_t kind = KindOf(&tag[next], nameEnd - next);
+    if ((kinds & kind) != 0) break;
+    kinds |= kind;
+    *attribute = {next, nameEnd, valueEnd};
+    next = valueEnd + 1;
+  }
+  return keep(attribute, next);
+}
+
+/// Reads the attributes from a place on, whatever they are like; false when it came to a name that
+/// is there already.
+template <typename Unit>
+[[gnu::noinline]] bool clsXMLTag::ReadOdd(std::basic_string_view<Unit> tag, std::size_t next) {
+  // Only the blank counts as space between attributes, and none is trimmed beside the "=".
+  std::size_t end = tag.size();
+  while (end != next && tag[end - 1] == ' ') --end;
+  for (;; ++count_) {
+    while (next != end && tag[next] == ' ') ++next;
+    const std::size_t nameEnd = FindUnit(tag, next, static_cast<Unit>('='));
+    if (nameEnd + 1 >= end) return true;
+    // The quote is whatever stands behind the "=".
+    const std::size_t valueEnd = FindUnit(tag, nameEnd + 2, tag[nameEnd + 1]);
+    if (valueEnd >= end) return true;
+    const TextView name(raw_.data() + next, nameEnd - next);
+    if (count_ < kFew ? Find(name) != nullptr : !Enter(name)) return false;
+    if (count_ == attributes_.size()) attributes_.resize(2 * count_);
+    attributes_[count_] = {next, nameEnd, valueEnd};
+    next = valueEnd + 1;
+  }
 }
 
 /// Reads the tag, which stands in raw_ too.
 template <typename Unit>
-inline void clsXMLTag::Read(std::basic_string_view<Unit> tag, bool entities) {
-  attributes_.clear();
+[[gnu::always_inline]] inline void clsXMLTag::Read(std::basic_string_view<Unit> tag,
+                                                   bool entities) {
+  count_ = 0;
   slots_.clear();
   textContent_.clear();
   std::size_t next = ReadName(tag);
-
-  // Only the blank counts as space between attributes, and none is trimmed beside the "=".
-  std::size_t end = tag.size();
-  while (end != next && tag[end - 1] == ' ') --end;
-  char16_t* const raw = raw_.data();
-  Marks<Unit> marks(tag);
-  std::uint32_t kinds = 0;
-  for (;;) {
-    while (next != end && tag[next] == ' ') ++next;
-    const std::size_t equals = marks.Equals(next);
-    if (equals + 1 >= end) return;
-    // The quote is whatever stands behind the "=".
-    const std::size_t value = equals + 2;
-    const Unit quote = tag[equals + 1];
-    const std::size_t closing = quote == '"' ? marks.Quote(value) : FindUnit(tag, value, quote);
-    if (closing >= end) return;
-    MindDuplicate(TextView(raw + next, equals - next), kinds);
-    std::size_t length = closing - value;
-    if (entities) length = XMLUnescape(raw + value, length);
-    attributes_.emplace_back(next, equals - next, value, length);
-    next = closing + 1;
+  if (next != tag.size() && tag.size() <= kMarked) next = ReadPlain(tag, next);
+  const bool whole = next == tag.size() || ReadOdd(tag, next);
+  if (entities) {
+    for (std::size_t i = 0; i != count_; ++i) {
+      Attribute& attribute = attributes_[i];
+      const std::size_t value = attribute.value();
+      attribute.valueEnd = value + XMLUnescape(raw_.data() + value, attribute.valueEnd - value);
+    }
   }
+  if (!whole) throw RuntimeError::DuplicateKey();
 }
 
-clsXMLTag::clsXMLTag() { attributes_.reserve(kFew); }
+clsXMLTag::clsXMLTag() : attributes_(kFew) {}
 
 void clsXMLTag::ParseTag(TextView tag) {
   // `tag` may be a view into this very object.
@@ -209,13 +246,13 @@ TextView clsXMLTag::AttributeValue(TextView key) const {
   return found ? ValueOf(*found) : TextView();
 }
 
-/// Enters the name of the next attribute, one of many, into the table.
-void clsXMLTag::Enter(TextView name) {
-  const std::size_t count = attributes_.size();
-  if ((count + 1) * 2 > slots_.size()) Index(std::max(4 * kFew, slots_.size() * 2));
+/// Enters the name of the next attribute, one of many, into the table; false if it is there.
+bool clsXMLTag::Enter(TextView name) {
+  if ((count_ + 1) * 2 > slots_.size()) Index(std::max(4 * kFew, slots_.size() * 2));
   std::size_t& slot = slots_[SlotOf(name)];
-  if (slot != 0) throw RuntimeError::DuplicateKey();
-  slot = count + 1;
+  if (slot != 0) return false;
+  slot = count_ + 1;
+  return true;
 }
 
 const clsXMLTag::Attribute* clsXMLTag::Find(TextView name) const {
@@ -223,8 +260,8 @@ const clsXMLTag::Attribute* clsXMLTag::Find(TextView name) const {
     const std::size_t place = slots_[SlotOf(name)];
     return place == 0 ? nullptr : &attributes_[place - 1];
   }
-  for (const Attribute& attribute : attributes_) {
-    if (SameText(NameOf(attribute), name)) return &attribute;
+  for (std::size_t i = 0; i != count_; ++i) {
+    if (SameText(NameOf(attributes_[i]), name)) return &attributes_[i];
   }
   return nullptr;
 }
@@ -244,7 +281,7 @@ void clsXMLTag::Index(std::size_t slots) {
   slots_.assign(slots, 0);
   // Where the table lies is not known outside, so names cannot be chosen to collide.
   seed_ = reinterpret_cast<std::uintptr_t>(slots_.data());
-  for (std::size_t i = 0; i < attributes_.size(); ++i) {
+  for (std::size_t i = 0; i != count_; ++i) {
     slots_[SlotOf(NameOf(attributes_[i]))] = i + 1;
   }
 }

@@ -15,6 +15,9 @@ namespace marl {
 class clsXMLTag {
  public:
   clsXMLTag();
+  // Copies only: an object that was moved from would have no room for attributes.
+  clsXMLTag(const clsXMLTag&) = default;
+  clsXMLTag& operator=(const clsXMLTag&) = default;
 
   /// A free slot for the caller; ParseTag clears it.
   void TextContent(TextView text) { textContent_ = text; }
@@ -29,7 +32,7 @@ class clsXMLTag {
 
   /// The element's name; "/" and "<" within it are dropped.
   TextView name() const { return TextView(raw_.data() + name_, nameLength_); }
-  std::int32_t AttributeCount() const { return static_cast<std::int32_t>(attributes_.size()); }
+  std::int32_t AttributeCount() const { return static_cast<std::int32_t>(count_); }
 
   /// Value of the attribute of this name, but for case; empty if there is none.
   TextView AttributeValue(TextView key) const;
@@ -37,36 +40,37 @@ class clsXMLTag {
   /// Value of the attribute at this place, from 1; empty if there is none.
   TextView AttributeValue(std::int32_t position) const {
     const std::size_t place = static_cast<std::size_t>(position) - 1;
-    return place < attributes_.size() ? ValueOf(attributes_[place]) : TextView();
+    return place < count_ ? ValueOf(attributes_[place]) : TextView();
   }
 
  private:
   /// An attribute by the places of its texts in raw_.
   struct Attribute {
     std::size_t name;
-    std::size_t nameLength;
-    std::size_t value;
-    std::size_t valueLength;
+    std::size_t nameEnd;
+    std::size_t valueEnd;
 
-    Attribute(std::size_t itsName, std::size_t itsNameLength, std::size_t itsValue,
-              std::size_t itsValueLength)
-        : name(itsName), nameLength(itsNameLength), value(itsValue), valueLength(itsValueLength) {}
+    /// Behind the "=" and the quote.
+    std::size_t value() const { return nameEnd + 2; }
   };
   void ReadKept(std::size_t size);
   template <typename Unit>
   void Read(std::basic_string_view<Unit> tag, bool entities);
   template <typename Unit>
   std::size_t ReadName(std::basic_string_view<Unit> tag);
-  void MindDuplicate(TextView name, std::uint32_t& kinds);
-  void Enter(TextView name);
+  template <typename Unit>
+  std::size_t ReadPlain(std::basic_string_view<Unit> tag, std::size_t next);
+  template <typename Unit>
+  bool ReadOdd(std::basic_string_view<Unit> tag, std::size_t next);
+  bool Enter(TextView name);
   const Attribute* Find(TextView name) const;
   std::size_t SlotOf(TextView name) const;
   void Index(std::size_t slots);
   TextView NameOf(const Attribute& attribute) const {
-    return TextView(raw_.data() + attribute.name, attribute.nameLength);
+    return TextView(raw_.data() + attribute.name, attribute.nameEnd - attribute.name);
   }
   TextView ValueOf(const Attribute& attribute) const {
-    return TextView(raw_.data() + attribute.value, attribute.valueLength);
+    return TextView(raw_.data() + attribute.value(), attribute.valueEnd - attribute.value());
   }
 
   // The tag, and behind it whatever is left of longer ones. The name without its dropped units and
@@ -74,7 +78,9 @@ class clsXMLTag {
   std::vector<char16_t> raw_;
   std::size_t name_ = 0;
   std::size_t nameLength_ = 0;
+  // The attributes, and behind them room for more.
   std::vector<Attribute> attributes_;
+  std::size_t count_ = 0;
   Text textContent_;
   // Places by name, once there are many attributes: a power of two, each 0 or place + 1.
   std::vector<std::size_t> slots_;

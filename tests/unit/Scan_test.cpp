@@ -46,6 +46,37 @@ TEST(Scan, FindsAUnitPlacedAnywhere) {
   ExpectFound<char16_t>(0x8000, 0);
 }
 
+TEST(Scan, FindsANearOrFarByte) {
+  for (std::size_t size = 0; size <= 3 * kStretch + kBlock + 3; ++size) {
+    std::string bytes(size, ';');
+    ASSERT_EQ(FindByte(bytes, '<'), size);
+    for (std::size_t place = size; place-- > 0;) {
+      bytes[place] = '<';  // and all behind it
+      ASSERT_EQ(FindByte(bytes, '<'), place) << size;
+    }
+  }
+}
+
+TEST(Scan, MarksAStretchPlaceByPlace) {
+  std::string bytes(kStretch, 'x');
+  Text units(kStretch, u'x');
+  const auto marksOf = [](Block block) { return Joined(Matches('=', block), Matches('"', block)); };
+  EXPECT_EQ(StretchOf(bytes.data(), marksOf), 0u);
+  for (std::size_t place = 0; place < kStretch; ++place) {
+    for (const char wanted : {'=', '"'}) {
+      bytes[place] = wanted;
+      units[place] = static_cast<char16_t>(wanted);
+      EXPECT_EQ(StretchOf(bytes.data(), marksOf), Stretch{1} << place);
+      EXPECT_EQ(StretchOf(units.data(), marksOf), Stretch{1} << place);
+      // Units that only end like it.
+      units[place] = static_cast<char16_t>(0x100 + wanted);
+      EXPECT_EQ(StretchOf(units.data(), marksOf), 0u);
+    }
+    bytes[place] = 'x';
+    units[place] = u'x';
+  }
+}
+
 TEST(Scan, FindsTheFirstOfMany) {
   EXPECT_EQ(FindUnit(std::string_view("a<b<c"), 0, '<'), 1u);
   EXPECT_EQ(FindUnit(std::string_view("a<b<c"), 2, '<'), 3u);

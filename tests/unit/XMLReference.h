@@ -271,6 +271,27 @@ class Documents {
     return text;
   }
 
+  /// A tag as programs write it, with up to 20 attributes, some of them odd or damaged.
+  Text MakeTag() {
+    static const Text kEnds[] = {u">", u"/>", u" />", u"", u"  ", u"\" ", u"="};
+    Text tag = u"<" + MakeWord(8);
+    for (std::size_t count = Below(21); count > 0; --count) {
+      const Text quote = Below(12) == 0 ? u"'" : u"\"";
+      tag += Below(40) == 0 ? u"\t" : Text(Below(20) == 0 ? Below(4) : 1, u' ');
+      tag += MakeWord(Below(30) == 0 ? 70 : 6) + u"=" + quote;
+      for (std::size_t words = Below(4); words > 0; --words) {
+        static const Text kBetween[] = {u" ", u"=", u"&lt;", u"&amp;", u"/", u"'", u"é", u"."};
+        tag += MakeWord(Below(30) == 0 ? 90 : 12) + kBetween[Below(std::size(kBetween))];
+      }
+      tag += quote;
+    }
+    tag += kEnds[Below(std::size(kEnds))];
+    if (Below(3) == 0) {
+      tag[Below(tag.size())] = u"=\"' <>/&x\u00E9"[Below(10)];
+    }
+    return tag;
+  }
+
   /// The bytes of such a text, possibly cut short, with bytes changed at random.
   Bytes MakeBytes(std::size_t pieces) {
     Bytes bytes = Encode(Make(pieces));
@@ -289,6 +310,13 @@ class Documents {
       unit = static_cast<char16_t>((random_() & 0xFFFF) >> shift);
     }
     return text;
+  }
+
+  /// Letters of both cases.
+  Text MakeWord(std::size_t most) {
+    Text word(Below(most + 1), u'\0');
+    for (char16_t& unit : word) unit = u"abcdeABCDEstxyz"[Below(15)];
+    return word;
   }
 
   std::size_t Below(std::size_t bound) { return random_() % bound; }
