@@ -18,7 +18,7 @@
 namespace marl {
 namespace {
 
-constexpr int kRounds = 3;
+constexpr int kRounds = 7;
 
 void Check(bool good, const char* call) {
   if (good) return;

@@ -95,7 +95,11 @@ void modFindFiles::FindFiles(Text& folder, TextView pattern, TextView filters, s
     if (!*level.matches) continue;
     const bool found = std::any_of(wanted.begin(), wanted.end(),
                                    [&](const NameFilter& filter) { return filter.Matches(name); });
-    if (found) result.push_back(path + Text(name));
+    if (!found) continue;
+    Text& full = result.emplace_back();
+    full.reserve(path.size() + name.size());
+    full += path;
+    full += name;
   }
 }
 
