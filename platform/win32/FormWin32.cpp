@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <limits>
 
 #include "platform/forms/CommonControls.h"
 #include "platform/win32/DesktopWin32.h"
@@ -14,6 +15,7 @@ namespace {
 
 constexpr wchar_t kClassName[] = L"MarlForm";
 constexpr int kFirstControlId = 1000;
+constexpr std::size_t kDirtyAreas = 32;
 
 DWORD StyleOf(const Form& form) {
   DWORD style = WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
@@ -720,7 +722,10 @@ void FormWin32::Invalidate(const Box& area) {
   const RECT pixels = {desktop_.PixelsX(area.left), desktop_.PixelsY(area.top),
                        desktop_.PixelsX(area.left + area.width) + 1,
                        desktop_.PixelsY(area.top + area.height) + 1};
-  InvalidateRect(window_, &pixels, FALSE);
+  if (!IsDirty(pixels)) {
+    InvalidateRect(window_, &pixels, FALSE);
+    if (dirty_.size() < kDirtyAreas) dirty_.push_back(pixels);
+  }
   for (const auto& [control, child] : windows_) {
     if (control->kind() != ControlKind::kFrame && control->kind() != ControlKind::kPictureBox) {
       continue;
@@ -731,7 +736,18 @@ void FormWin32::Invalidate(const Box& area) {
   }
 }
 
-void FormWin32::InvalidateAll() { InvalidateRect(window_, nullptr, FALSE); }
+void FormWin32::InvalidateAll() {
+  InvalidateRect(window_, nullptr, FALSE);
+  constexpr LONG kFar = std::numeric_limits<LONG>::max();
+  dirty_.assign(1, {-kFar, -kFar, kFar, kFar});
+}
+
+bool FormWin32::IsDirty(const RECT& area) const {
+  return std::any_of(dirty_.begin(), dirty_.end(), [&](const RECT& dirty) {
+    return dirty.left <= area.left && dirty.top <= area.top && dirty.right >= area.right &&
+           dirty.bottom >= area.bottom;
+  });
+}
 
 void FormWin32::Refresh() { UpdateWindow(window_); }
 

@@ -87,6 +87,7 @@ class FormWin32 : public FormPeer {
   void SyncScrollBar(const HScrollBar& bar, HWND window);
   void SyncSelection(Control& control, HWND window);
   bool IsOverLink() const;
+  bool IsDirty(const RECT& area) const;
   float TwipsAtX(LPARAM position) const;
   float TwipsAtY(LPARAM position) const;
   HWND WindowOf(const Control& control) const;
@@ -104,6 +105,8 @@ class FormWin32 : public FormPeer {
   /// The native menu of each entry that has one, and under null the menu bar.
   std::map<const Menu*, UniqueMenu> menus_;
   bool hasFields_ = false;
+  /// What waits to be painted, in pixels: each question to the platform costs more than a look here.
+  std::vector<RECT> dirty_;
   int updating_ = 0;  ///< above 0 while the program writes into a control
 };
 

@@ -33,6 +33,7 @@ void FormWin32::PaintBuffered(HWND window, Paint paint) {
 }
 
 void FormWin32::OnPaint() {
+  dirty_.clear();
   PaintBuffered(window_, [&](HDC context) {
     CanvasWin32 canvas(context, desktop_.fonts(), desktop_.Dpi().height);
     PaintForm(form_, canvas);
