@@ -178,6 +178,7 @@ class frmMain : public Form, public HookedForm {
   NumberFormat numbers_;  ///< of the user, as the last `SetUI` found it
   IconSets iconSets_{platform_.pictures};
   std::unique_ptr<clsGradient> gradient_;
+  GradientPicture panel_;
   modSetIcon icons_{platform_.icons, platform_.process};
   TrackingServer servers_{{platform_.desktop, platform_.registry, platform_.components,
                            platform_.files, platform_.strings},

@@ -51,10 +51,11 @@ void frmMain::PaintGradient() {
   gradient_->SetAngle(static_cast<float>(Skin.Angle));
   gradient_->SetColor1(Skin.Color1);
   gradient_->SetColor2(Skin.Color2);
-  GradientPicture target({desktop().PixelsX(inner().width), desktop().PixelsY(inner().height)},
-                         BackColor());
-  gradient_->Draw(target);
-  SetBackground(target.Take());
+  // Let go first, the picture that was shown so far is drawn on again.
+  SetBackground(nullptr);
+  panel_.Begin({desktop().PixelsX(inner().width), desktop().PixelsY(inner().height)}, BackColor());
+  gradient_->Draw(panel_);
+  SetBackground(panel_.Take());
   Refresh();
 }
 
