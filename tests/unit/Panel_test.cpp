@@ -1,10 +1,18 @@
 #include <gtest/gtest.h>
+#include <malloc.h>
+
+#include <array>
 
 #include "appearance/FontSpec.h"
 #include "appearance/PanelLayout.h"
 #include "tests/unit/SuiteWorld.h"
+#include "tests/unit/VariedSkin.h"
 
 // The panel on the form: what a skin makes of it, and the button under the mouse.
+
+#ifdef __SANITIZE_ADDRESS__
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
+#endif
 
 namespace marl {
 namespace {
@@ -304,6 +312,41 @@ TEST_F(Panel, StoredOddities) {
   EXPECT_EQ(form().Skin.Icons, 1);
   EXPECT_EQ(form().Skin.BorderWidth, 2);
   EXPECT_EQ(form().Skin.TwoStateOffset, 18);
+}
+
+std::size_t LiveBytes() {
+#ifdef __SANITIZE_ADDRESS__
+  return __sanitizer_get_current_allocated_bytes();
+#else
+  return mallinfo2().uordblks;
+#endif
+}
+
+TEST_F(Panel, ThousandsOfLayoutsAndHighlightsLoseNoByte) {
+  Start();
+  constexpr int kBatches = 10;
+  const auto batch = [this] {
+    for (int i = 0; i < 2000 / kBatches; ++i) {
+      skin = VariedSkin(i);
+      Apply();
+    }
+    skin = {};
+    Apply();
+    int right = 0;
+    for (int i = 0; i < 10000 / kBatches; ++i) {
+      MouseTo(i % 17);
+      right += form().HoverButton == i % 17;
+    }
+    EXPECT_EQ(right, 10000 / kBatches);
+    MouseTo(-1, -1);
+    // What the world of the test remembers.
+    static_cast<MemoryPeer*>(form().peer())->invalidated = {};
+    world.pictures.loaded = {};
+    return LiveBytes();
+  };
+  std::array<std::size_t, kBatches + 1> bytes{};
+  for (std::size_t& live : bytes) live = batch();
+  for (const std::size_t live : bytes) EXPECT_EQ(live, bytes[0]);
 }
 
 TEST_F(Panel, PicturesAreSharpAtTheirScreensSize) {
