@@ -82,7 +82,7 @@ cmd_wine() {
   [[ $# -gt 0 ]] || fail "wine needs a program"
   if [[ -n ${MARL_WINE_PREFIX:-} ]]; then exec wine "$@"; fi
   local name=${MARL_WINE_NAME:-tests}
-  wine_begin "$name"
+  wine_begin "$name" "${MARL_WINE_DPI:-96}"
   if [[ $name == desktop* ]]; then
     mkdir -p "out/shots/$name"
     export MARL_SHOTS="Z:$ROOT/out/shots/$name"

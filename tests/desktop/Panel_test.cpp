@@ -180,6 +180,24 @@ const std::wstring kAdministratorStatus = L"Administer Marl servers";
 
 }  // namespace
 
+TEST_F(Panel, IsAsLargeAsTheDotsOfTheScreenAsk) {
+  const HDC screen = GetDC(nullptr);
+  const int dots = GetDeviceCaps(screen, LOGPIXELSX);
+  ReleaseDC(nullptr, screen);
+  // Who asked for a certain screen is to have it.
+  if (const std::wstring wanted = Environment(L"MARL_WINE_DPI"); !wanted.empty()) {
+    EXPECT_EQ(std::to_wstring(dots), wanted);
+  }
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  const RECT inner = InnerOf(main);
+  EXPECT_EQ(inner.right - inner.left, 8790 * dots / 1440);
+  EXPECT_EQ(inner.bottom - inner.top, 5430 * dots / 1440);
+  EXPECT_TRUE(Close(marl));
+}
+
 TEST_F(Panel, GradientIsTheOneOfTheRulesAtAnyAngle) {
   constexpr COLORREF kFrom = RGB(10, 200, 90);
   constexpr COLORREF kTo = RGB(250, 20, 160);

@@ -105,6 +105,24 @@ void AddFiles(const std::wstring& folder, Tree& files) {
   FindClose(search);
 }
 
+/// All files below the folder in the order in which the platform yields them, what lies in a folder
+/// in the place of that folder.
+void ListFiles(const std::wstring& folder, std::vector<std::wstring>& files) {
+  WIN32_FIND_DATAW found;
+  const HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return;
+  do {
+    const std::wstring name = found.cFileName;
+    if (name == L"." || name == L"..") continue;
+    if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
+      ListFiles(folder + L"\\" + name, files);
+    } else {
+      files.push_back(folder + L"\\" + name);
+    }
+  } while (FindNextFileW(search, &found));
+  FindClose(search);
+}
+
 /// Brings the form forward and waits until its field has the keys.
 bool WaitForFocus(HWND form, HWND field) {
   if (!BringForward(form)) return false;
@@ -488,6 +506,48 @@ TEST_F(Project, CleanDeletesTheWorkingFilesOfATreeAndNothingElse) {
     return was != before.end() && was->second == file.second;
   }));
   EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Project, FortyThousandWorkingFilesAreMoreThanItCounts) {
+  constexpr int kFolders = 400;
+  constexpr int kEach = 100;
+  constexpr std::size_t kCounted = 32767;
+  constexpr std::chrono::minutes kPatience{3};
+  const wchar_t* const extensions[] = {L".qtd", L".OBJ", L".fmp", L".Qtd"};
+  for (int i = 0; i < kFolders; ++i) {
+    const std::wstring below = At(L"chapter " + std::to_wstring(i));
+    ASSERT_TRUE(CreateDirectoryW(below.c_str(), nullptr));
+    for (int j = 0; j < kEach; ++j) {
+      const std::wstring path = below + L"\\" + std::to_wstring(j) + extensions[j % 4];
+      const HANDLE file =
+          CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+      ASSERT_NE(file, INVALID_HANDLE_VALUE) << ToUtf8(path);
+      CloseHandle(file);
+    }
+  }
+  std::vector<std::wstring> files;
+  ListFiles(folder, files);
+  ASSERT_EQ(files.size(), static_cast<std::size_t>(kFolders * kEach));
+  Put(L"job.qprx");
+  Put(L"..\\outside.qtd");
+
+  ASSERT_TRUE(Tell(At(L"job.qprx")));
+  ASSERT_TRUE(Clean());
+  ASSERT_TRUE(WaitUntil([&] { return static_cast<bool>(marl.Box()); }, kPatience));
+  EXPECT_EQ(marl.Box().Text(), kCleanQuestion);
+  ASSERT_TRUE(marl.Box().Press(IDYES));
+  // The count of the files that are gone takes no more, and the program ends.
+  ASSERT_TRUE(WaitUntil([&] { return static_cast<bool>(marl.Box()); }, kPatience));
+  EXPECT_TRUE(Says(L"Overflow"));
+  EXPECT_EQ(marl.WaitForExit(), 1u);
+
+  files.erase(files.begin(), files.begin() + kCounted);
+  std::vector<std::wstring> left;
+  ListFiles(folder, left);
+  EXPECT_EQ(std::erase(left, At(L"job.qprx")), 1u);
+  EXPECT_EQ(left.size(), files.size());
+  EXPECT_TRUE(left == files) << "the first ones went, in the order of the folders";
+  EXPECT_TRUE(There(L"..\\outside.qtd"));
 }
 
 TEST_F(Project, FolderWithoutWorkingFilesSaysSo) {
