@@ -128,12 +128,13 @@ constexpr std::uint64_t Four(std::uint64_t unit) { return unit * 0x0001000100010
 void EncodeUTF8(TextView text, unsigned char* out) {
   const char16_t* in = text.data();
   const char16_t* const end = in + text.size();
-  for (; end - in >= 4; in += 4) {
+  // More units follow than are looked at, so that there is room for a byte too many.
+  for (; end - in > 4; in += 4) {
     std::uint64_t units = 0;
     std::memcpy(&units, in, sizeof(units));
     const bool narrow = (units & Four(0xFF80)) == 0;
-    const bool middle =
-        (units & Four(0xF800)) == 0 && ((units + Four(0x7F80)) & Four(0x8000)) == Four(0x8000);
+    const bool twoAtMost = (units & Four(0xF800)) == 0;
+    const bool middle = twoAtMost && ((units + Four(0x7F80)) & Four(0x8000)) == Four(0x8000);
     if (std::endian::native == std::endian::little && narrow) {
       units |= units >> 8;
       units = (units & 0xFFFF) | (units >> 16 & 0xFFFF0000);
@@ -144,6 +145,14 @@ void EncodeUTF8(TextView text, unsigned char* out) {
       units = (units >> 6 & Four(0x1F)) | (units & Four(0x3F)) << 8 | Four(0x80C0);
       std::memcpy(out, &units, 8);
       out += 8;
+    } else if (twoAtMost) {
+      for (int i = 0; i < 4; ++i) {
+        const unsigned unit = in[i];
+        const bool two = unit > 0x7F;
+        out[0] = static_cast<unsigned char>(two ? 0xC0 + (unit >> 6) : unit);
+        out[1] = static_cast<unsigned char>(0x80 + (unit & 0x3F));
+        out += two ? 2 : 1;
+      }
     } else {
       for (int i = 0; i < 4; ++i) out = PutUnit(in[i], out);
     }

@@ -223,6 +223,23 @@ TEST_F(Utf8Writer, EncodesEveryUnit) {
   EXPECT_EQ(DecodeUTF8(utf8.OutputBytes()), all);
 }
 
+TEST_F(Utf8Writer, FormsOfOneAndTwoBytesInEveryOrder) {
+  // Units are encoded four at a time; no byte may be lost or land behind the end.
+  for (std::size_t size = 0; size <= 9; ++size) {
+    for (unsigned order = 0; order < 1u << size; ++order) {
+      Text text(size, u'x');
+      for (std::size_t i = 0; i < size; ++i) {
+        if (order >> i & 1) text[i] = static_cast<char16_t>(0x430 + i);
+      }
+      for (const Text& source : {text, Text(u"\u20AC" + text)}) {
+        modUTF8 fresh(files);
+        fresh.ToUTF8Bytes(source);
+        ASSERT_EQ(fresh.OutputBytes(), reference::Encode(source)) << size << " " << order;
+      }
+    }
+  }
+}
+
 TEST_F(Utf8Writer, DecodingUndoesEncodingForAnyUnits) {
   Documents documents(4);
   for (int round = reference::Rounds(20000); round > 0; --round) {
