@@ -136,6 +136,8 @@ class Desktop {
 
  private:
   friend class Form;
+  void EndOutOfMemory();
+
   std::vector<Form*> forms_;
   std::vector<std::unique_ptr<FormPeer>> closed_;
   int depth_ = 0;

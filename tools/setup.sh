@@ -6,6 +6,7 @@ RUN_PACKAGES=(wine wine64 wine32:i386 fonts-wine fonts-liberation xvfb xauth x11
               imagemagick)
 BENCH_PACKAGES=(libbenchmark-dev librapidxml-dev libpugixml-dev libexpat1-dev libicu-dev
                 libcairo2-dev fd-find)
+COVERAGE_PACKAGES=(gcovr)
 FUZZ_PACKAGES=(clang libclang-rt-14-dev)
 
 # Prints those of the given packages that are not installed.
@@ -34,6 +35,7 @@ ensure_packages() {
   case $1 in
     build) wanted=("${BUILD_PACKAGES[@]}") ;;
     bench) wanted=("${BUILD_PACKAGES[@]}" "${RUN_PACKAGES[@]}" "${BENCH_PACKAGES[@]}") ;;
+    coverage) wanted=("${BUILD_PACKAGES[@]}" "${COVERAGE_PACKAGES[@]}") ;;
     fuzz) wanted=("${BUILD_PACKAGES[@]}" "${FUZZ_PACKAGES[@]}") ;;
     *) wanted=("${BUILD_PACKAGES[@]}" "${RUN_PACKAGES[@]}") ;;
   esac
@@ -57,7 +59,10 @@ ensure_packages() {
       fail "could not be installed: ${missing[*]}"
     fi
   fi
-  if [[ $1 != build && $1 != fuzz ]]; then check_wine; fi
+  case $1 in
+    build | coverage | fuzz) ;;
+    *) check_wine ;;
+  esac
 }
 
 # On a machine without Debian's package tools: tells which programs are missing.

@@ -4,32 +4,6 @@
 
 namespace marl {
 
-const char16_t* TypeName(ControlKind kind) {
-  switch (kind) {
-    case ControlKind::kLabel: return u"Label";
-    case ControlKind::kImage: return u"Image";
-    case ControlKind::kShape: return u"Shape";
-    case ControlKind::kLine: return u"Line";
-    case ControlKind::kCommandButton: return u"CommandButton";
-    case ControlKind::kCheckBox: return u"CheckBox";
-    case ControlKind::kOptionButton: return u"OptionButton";
-    case ControlKind::kTextBox: return u"TextBox";
-    case ControlKind::kListBox: return u"ListBox";
-    case ControlKind::kComboBox: return u"ComboBox";
-    case ControlKind::kFrame: return u"Frame";
-    case ControlKind::kPictureBox: return u"PictureBox";
-    case ControlKind::kHScrollBar: return u"HScrollBar";
-    case ControlKind::kStatusBar: return u"StatusBar";
-    case ControlKind::kTabStrip: return u"TabStrip";
-    case ControlKind::kSSTab: return u"SSTab";
-    case ControlKind::kToolbar: return u"Toolbar";
-    case ControlKind::kListView: return u"ListView";
-    case ControlKind::kTimer: return u"Timer";
-    case ControlKind::kMenu: return u"Menu";
-  }
-  return u"";
-}
-
 bool HasCaption(ControlKind kind) {
   switch (kind) {
     case ControlKind::kLabel:

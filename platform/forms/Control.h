@@ -38,9 +38,6 @@ enum class ControlKind {
   kMenu,
 };
 
-/// The name of the kind, as forms tell controls apart: "Label", "CommandButton" ...
-const char16_t* TypeName(ControlKind kind);
-
 /// Whether the kind has the property. Every control carries its state all the same; those without
 /// it show nothing of it.
 bool HasCaption(ControlKind kind);

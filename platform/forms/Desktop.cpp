@@ -1,5 +1,8 @@
 #include "platform/Desktop.h"
 
+#include <new>
+#include <stdexcept>
+
 #include "platform/forms/Form.h"
 
 namespace marl {
@@ -33,10 +36,16 @@ void Desktop::Event(const std::function<void()>& event) {
     MsgBox(error.text(), kCritical, u"Marl");
     End(1);
   } catch (const std::bad_alloc&) {
-    MsgBox(u"Out of memory", kCritical, u"Marl");
-    End(1);
+    EndOutOfMemory();
+  } catch (const std::length_error&) {
+    EndOutOfMemory();  // a text or list that no memory could hold
   }
   if (--depth_ == 0) closed_.clear();
+}
+
+void Desktop::EndOutOfMemory() {
+  MsgBox(u"Out of memory", kCritical, u"Marl");
+  End(1);
 }
 
 void Desktop::End(int exitCode) {

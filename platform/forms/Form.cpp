@@ -347,9 +347,8 @@ void PaintControls(const Form& form, const Control* container, Canvas& canvas) {
       }
       case ControlKind::kLine: {
         const auto& line = static_cast<const Line&>(*control);
-        const Point origin{at.x - control->Left(), at.y - control->Top()};
-        canvas.Line({x(origin.x + line.From().x), y(origin.y + line.From().y)},
-                    {x(origin.x + line.To().x), y(origin.y + line.To().y)}, line.BorderColor());
+        canvas.Line({x(line.From().x), y(line.From().y)}, {x(line.To().x), y(line.To().y)},
+                    line.BorderColor());
         break;
       }
       default:

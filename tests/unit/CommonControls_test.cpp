@@ -101,12 +101,5 @@ TEST_F(CommonControls, ATabbedDialogClicksWhenThePageChanges) {
   EXPECT_EQ(pages.Tab(), 0);
 }
 
-TEST_F(CommonControls, KindsAreToldApartByName) {
-  EXPECT_EQ(TextView(TypeName(TabStrip(form, "a").kind())), u"TabStrip");
-  EXPECT_EQ(TextView(TypeName(SSTab(form, "b").kind())), u"SSTab");
-  EXPECT_EQ(TextView(TypeName(Toolbar(form, "c").kind())), u"Toolbar");
-  EXPECT_EQ(TextView(TypeName(ListView(form, "d").kind())), u"ListView");
-}
-
 }  // namespace
 }  // namespace marl

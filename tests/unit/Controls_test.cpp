@@ -99,6 +99,17 @@ TEST_F(Controls, ADragMayRebuildTheListUnderTheMouse) {
   EXPECT_EQ(list.ListIndex(), 2);
 }
 
+TEST_F(Controls, SelectingARowOfASingleSelectionMovesIt) {
+  ListBox list(form, "lst");
+  Fill(list);
+  list.SetSelected(2, true);
+  EXPECT_EQ(list.ListIndex(), 2);
+  list.SetSelected(1, false);
+  EXPECT_EQ(list.ListIndex(), 2) << "another row was not selected anyway";
+  list.SetSelected(2, false);
+  EXPECT_EQ(list.ListIndex(), -1);
+}
+
 TEST_F(Controls, TheUserSelectsSeveralRowsAtOnce) {
   ListBox list(form, "lst");
   list.MultiSelect = true;

@@ -169,6 +169,12 @@ TEST_F(NumericText, TextSetByTheProgramIsFilteredToo) {
   EXPECT_EQ(Now(), (State{u"8080", 0, 0}));
 }
 
+TEST_F(NumericText, MoreThanThreePiecesInTheTagAreLeftOut) {
+  field.Tag = u"42|1|1|7|9";
+  Type(u"a");
+  EXPECT_EQ(Now(), (State{u"42", 1, 1}));
+}
+
 TEST_F(NumericText, UndoToAGoodTextIsTaken) {
   Type(u"80");
   form.field.UserEdit(u"", 0, 0);

@@ -433,6 +433,23 @@ TEST_F(Move, TheSourceGoesAfterAFailedCopyToo) {
                       u"The file could not be copied: C:\\Nowhere\\to.txt\r\nPath not found"});
 }
 
+TEST_F(Move, FailureSaysWhyInTheRuntimesWords) {
+  constexpr auto kDiskFull = static_cast<Status>(112);
+  const std::pair<Status, TextView> rows[] = {{kFileNotFound, u"File not found"},
+                                              {kPathNotFound, u"Path not found"},
+                                              {kSharingViolation, u"Permission denied"},
+                                              {kDiskFull, u"Disk full"},
+                                              {kAccessDenied, u"Path/File access error"}};
+  for (const auto& [status, reason] : rows) {
+    files.Put(u"C:\\from.txt", "new");
+    files.FailNext(FileAction::kCopy, status);
+    told.clear();
+    EXPECT_EQ(common.MoveFile(u"C:\\from.txt", u"C:\\Target\\to.txt", add), 1);
+    EXPECT_EQ(told, std::vector<Text>{
+                        u"The file could not be copied: C:\\Target\\to.txt\r\n" + Text(reason)});
+  }
+}
+
 TEST_F(Move, AMissingSourceIsOneFailure) {
   EXPECT_EQ(common.MoveFile(u"C:\\missing.txt", u"C:\\Target\\to.txt", add), 1);
   EXPECT_EQ(told, std::vector<Text>{

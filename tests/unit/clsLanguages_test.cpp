@@ -30,6 +30,7 @@ struct Lists {
   std::int32_t badPage = -1;
   ComponentValue status = std::int32_t{5};
   bool raise = false;  ///< the bad one fails as a call
+  bool wrongKinds = false;  ///< numbers come as texts, texts as numbers
 
   MemoryComponents::Body Body() {
     return
@@ -53,7 +54,11 @@ struct Lists {
             return !raise;
           }
           result = std::int32_t{0};
-          if (language) {
+          if (wrongKinds) {
+            arguments = {arguments[0], arguments[1], std::int32_t{7}, ComponentValue(),
+                         Text(u"1253"), Text(u"many")};
+            if (!language) arguments.pop_back();
+          } else if (language) {
             const Language& row = languages.at(index);
             arguments = {arguments[0], arguments[1], row.description,
                          row.code,     row.encoding, row.localeId};
@@ -184,6 +189,19 @@ TEST_F(Languages, AStatusOtherThanZeroEndsTheWalkAndKeepsWhatWasRead) {
       EXPECT_EQ(components.calls.size(), 2u + bad + 1 + (2 - bad) + 1) << "none after it";
     }
   }
+}
+
+TEST_F(Languages, FieldsOfAnotherKindAreConvertedOrLeftEmpty) {
+  lists.wrongKinds = true;
+  const clsLanguages languages(components);
+  EXPECT_EQ(languages.LanguageCount(), 3);
+  EXPECT_EQ(languages.LanguageDescription(0), u"7");
+  EXPECT_EQ(languages.LanguageCode(0), u"");
+  EXPECT_EQ(languages.LanguageEncoding(0), 1253);
+  EXPECT_EQ(languages.LanguageLCID(0), 0);
+  EXPECT_EQ(languages.CodePageDescription(0), u"7");
+  EXPECT_EQ(languages.CodePageCode(0), u"");
+  EXPECT_EQ(languages.CodePageNumber(0), 1253);
 }
 
 TEST_F(Languages, NegativeAndSenselessCountsLeaveTheListEmpty) {

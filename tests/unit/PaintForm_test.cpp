@@ -1,0 +1,133 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/Canvas.h"
+#include "platform/forms/Controls.h"
+#include "platform/forms/Form.h"
+#include "platform/memory/MemoryDesktop.h"
+
+namespace marl {
+namespace {
+
+std::string Narrow(TextView text) { return {text.begin(), text.end()}; }
+std::string Told(const Box& box) {
+  return std::to_string(box.left) + ',' + std::to_string(box.top) + ' ' +
+         std::to_string(box.width) + 'x' + std::to_string(box.height);
+}
+std::string Told(Point point) { return std::to_string(point.x) + ',' + std::to_string(point.y); }
+
+/// Keeps what is asked of it, in order.
+class RecordingCanvas : public Canvas {
+ public:
+  void Fill(const Box& box, Color color) override {
+    calls.push_back("fill " + Told(box) + " in " + std::to_string(color));
+  }
+  void Draw(const Picture& picture, int x, int y) override {
+    calls.push_back("draw " + std::to_string(picture.width) + " at " + Told(Point{x, y}));
+  }
+  void Line(Point from, Point to, Color color) override {
+    calls.push_back("line " + Told(from) + " to " + Told(to) + " in " + std::to_string(color));
+  }
+  void Write(TextView text, const Box& box, const TextStyle& style) override {
+    calls.push_back("write " + Narrow(text) + " at " + Told(box) + " in " +
+                    std::to_string(style.color) + (style.enabled ? "" : " grey"));
+  }
+
+  std::vector<std::string> calls;
+};
+
+using Calls = std::vector<std::string>;
+
+PicturePtr Square(int side) { return std::make_shared<const Picture>(side, side); }
+
+class PaintedForm : public testing::Test {
+ protected:
+  PaintedForm() {
+    form.Design = {3000, 1500};
+    form.Load();
+  }
+  Calls Painted() {
+    RecordingCanvas canvas;
+    PaintForm(form, canvas);
+    return canvas.calls;
+  }
+
+  class Loadable : public Form {
+   public:
+    using Form::Form;
+    Shape shape{*this, "shp"};
+    Label label{*this, "lbl"};
+    Image image{*this, "img"};
+    marl::Line line{*this, "lin"};
+    PictureBox box{*this, "pic"};
+    Label within{*this, "lblWithin", -1, &box};
+    CommandButton button{*this, "cmd"};
+  };
+
+  MemoryDesktop desktop;
+  Loadable form{desktop, "frmPainted"};
+};
+
+// Twips are a fifteenth of a pixel on this desktop.
+TEST_F(PaintedForm, ControlsWithoutAWindowArePaintedInTheirOrderAboveThePicture) {
+  form.SetBackColor(7);
+  form.SetBackground(Square(9));
+  form.shape.SetBounds({150, 150, 300, 150});
+  form.shape.Transparent = false;
+  form.shape.SetFillColor(5);
+  form.label.SetBounds({150, 300, 450, 225});
+  form.label.SetCaption(u"Edit");
+  form.label.SetForeColor(3);
+  form.label.SetEnabled(false);
+  form.image.SetBounds({600, 30, 480, 480});
+  form.image.SetPicture(Square(32));
+  form.line.Place({0, 15}, {150, 30});
+  form.line.SetBorderColor(4);
+  form.line.SetVisible(true);
+  form.button.SetBounds({0, 0, 300, 300});
+  EXPECT_EQ(Painted(), (Calls{"fill 0,0 200x100 in 7", "draw 9 at 0,0", "fill 10,10 20x10 in 5",
+                              "write Edit at 10,20 30x15 in 3 grey", "draw 32 at 40,2",
+                              "line 0,1 to 10,2 in 4"}));
+}
+
+TEST_F(PaintedForm, FrameOfAShapeStandsOnItsOutermostPixels) {
+  form.label.SetVisible(false);
+  form.shape.SetBounds({150, 150, 300, 150});
+  form.shape.SetBorderColor(6);
+  form.shape.BorderShown = true;
+  Calls painted = Painted();
+  ASSERT_EQ(painted.size(), 5u);
+  painted.erase(painted.begin());
+  EXPECT_EQ(painted, (Calls{"line 10,10 to 29,10 in 6", "line 29,10 to 29,19 in 6",
+                            "line 29,19 to 10,19 in 6", "line 10,19 to 10,10 in 6"}));
+  form.shape.SetBounds({150, 150, 0, 150});
+  EXPECT_EQ(Painted().size(), 1u) << "a shape without width has no frame";
+}
+
+TEST_F(PaintedForm, HiddenControlsAndThoseOfAContainerAreLeftOut) {
+  form.label.SetVisible(false);
+  form.image.SetVisible(false);
+  form.image.SetPicture(Square(32));
+  form.shape.SetVisible(false);
+  form.within.SetCaption(u"inside");
+  EXPECT_EQ(Painted().size(), 1u);
+}
+
+TEST_F(PaintedForm, PictureBoxPaintsItsOwn) {
+  form.box.SetBounds({150, 150, 900, 600});
+  form.box.SetBackColor(8);
+  form.box.SetPicture(Square(16));
+  form.within.SetBounds({15, 30, 300, 225});
+  form.within.SetCaption(u"inside");
+  form.within.SetForeColor(2);
+  RecordingCanvas canvas;
+  PaintPicture(form.box, canvas);
+  const Size size = form.box.PixelSize();
+  EXPECT_EQ(canvas.calls, (Calls{"fill " + Told(Box{0, 0, size.width, size.height}) + " in 8",
+                                 "draw 16 at 0,0", "write inside at 1,2 20x15 in 2"}));
+}
+
+}  // namespace
+}  // namespace marl
