@@ -40,14 +40,10 @@ constexpr TextParameter kTexts[] = {
 
 std::int32_t Normal(SkinParameter parameter, std::int32_t number) {
   switch (parameter) {
-    case SkinParameter::borderwidth:
-      return NormalBorderWidth(number);
-    case SkinParameter::icons:
-      return NormalIcons(number);
-    case SkinParameter::twostate:
-      return NormalTwoState(number);
-    default:
-      return number;
+    case SkinParameter::borderwidth: return NormalBorderWidth(number);
+    case SkinParameter::icons: return NormalIcons(number);
+    case SkinParameter::twostate: return NormalTwoState(number);
+    default: return number;
   }
 }
 

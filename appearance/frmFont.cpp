@@ -43,7 +43,8 @@ frmFont::frmFont(const Ports& ports, SampleForm& samples)
   lblSize.Alignment = Alignment::kRight;
   lblSize.Tag = u"3102";
   txtSize.SetBounds({4275, 1545, 600, 315});
-  // Only its arrow is seen: with the field it makes one drop-down field. The keyboard has the field.
+  // Only its arrow is seen: with the field it makes one drop-down field. The keyboard has the
+  // field.
   cmbSize.SetBounds({4875, 1545, 300, 315});
   cmbSize.Editable = true;
   cmbSize.TabStop = false;
@@ -156,8 +157,8 @@ void frmFont::SetSampleFont(const marl::Font& font) {
 
 // A label writes from its top. A line is a fifth higher than its font's size, in most faces.
 void frmFont::CentreSample() {
-  const int line = static_cast<int>(std::min<std::int64_t>(
-      lblSample.Font().Size * 20 * 6 / 5 / 10000, picGrad.Height()));
+  const int line = static_cast<int>(
+      std::min<std::int64_t>(lblSample.Font().Size * 20 * 6 / 5 / 10000, picGrad.Height()));
   const int top = (picGrad.Height() - line) / 2;
   lblSample.SetBounds({0, top, picGrad.Width(), picGrad.Height() - top});
 }

@@ -31,8 +31,8 @@ class SampleForm {
 };
 
 /// Edits font and colour of one sample label, on a sample of its own in front of the real gradient.
-/// The caller sets `SampleIndex`, calls `SetInitialFont` and shows the form modally; `cmdDismiss(0)`
-/// carries the result over to the label.
+/// The caller sets `SampleIndex`, calls `SetInitialFont` and shows the form modally;
+/// `cmdDismiss(0)` carries the result over to the label.
 class frmFont : public Form {
  public:
   struct Ports {

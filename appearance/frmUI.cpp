@@ -228,61 +228,35 @@ SkinSettings frmUI::Skin() const {
 
 void frmUI::SetNumber(SkinParameter parameter, std::int32_t number) {
   switch (parameter) {
-    case SkinParameter::colour1:
-      shpColor(0).SetFillColor(number);
-      break;
-    case SkinParameter::colour2:
-      shpColor(1).SetFillColor(number);
-      break;
+    case SkinParameter::colour1: shpColor(0).SetFillColor(number); break;
+    case SkinParameter::colour2: shpColor(1).SetFillColor(number); break;
     case SkinParameter::angle:
       // A direction that the bar refuses is told all the same.
       Skip([&] { hsbAngle.SetValue(number); });
       lblAngleValue.SetCaption(NumberText(number));
       break;
-    case SkinParameter::text1:
-      lblSample[0].SetForeColor(number);
-      break;
-    case SkinParameter::text2:
-      lblSample[1].SetForeColor(number);
-      break;
-    case SkinParameter::border1:
-      shpColor(4).SetFillColor(number);
-      break;
-    case SkinParameter::border2:
-      shpColor(5).SetFillColor(number);
-      break;
-    case SkinParameter::borderwidth:
-      chkThickBorder.SetValue(number == 1 ? 0 : 1);
-      break;
-    case SkinParameter::icons:
-      cmbIcons.SetListIndex(number);
-      break;
-    case SkinParameter::twostate:
-      chkUseTwoState.SetValue(number == 0 ? 1 : 0);
-      break;
+    case SkinParameter::text1: lblSample[0].SetForeColor(number); break;
+    case SkinParameter::text2: lblSample[1].SetForeColor(number); break;
+    case SkinParameter::border1: shpColor(4).SetFillColor(number); break;
+    case SkinParameter::border2: shpColor(5).SetFillColor(number); break;
+    case SkinParameter::borderwidth: chkThickBorder.SetValue(number == 1 ? 0 : 1); break;
+    case SkinParameter::icons: cmbIcons.SetListIndex(number); break;
+    case SkinParameter::twostate: chkUseTwoState.SetValue(number == 0 ? 1 : 0); break;
     case SkinParameter::iconsperrow:
       // The list itself would take the index -1 for "none".
       if (!IsColumns(number)) throw RuntimeError::InvalidPropertyValue();
       cmbIconsPerRow.SetListIndex(number - kFewestColumns);
       break;
-    default:
-      break;
+    default: break;
   }
 }
 
 void frmUI::SetText(SkinParameter parameter, TextView text) {
   switch (parameter) {
-    case SkinParameter::font1:
-      ApplyFontSpec(lblSample[0], text, numbers_);
-      break;
-    case SkinParameter::font2:
-      ApplyFontSpec(lblSample[1], text, numbers_);
-      break;
-    case SkinParameter::displayicons:
-      SetDisplayIcons(text);
-      break;
-    default:
-      break;
+    case SkinParameter::font1: ApplyFontSpec(lblSample[0], text, numbers_); break;
+    case SkinParameter::font2: ApplyFontSpec(lblSample[1], text, numbers_); break;
+    case SkinParameter::displayicons: SetDisplayIcons(text); break;
+    default: break;
   }
 }
 

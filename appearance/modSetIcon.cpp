@@ -24,7 +24,8 @@ void modSetIcon::SetFormIcon(WindowHandle window, int id, bool SetOwner) const {
     int which;
     int width;
     int height;
-  } sizes[] = {{kBigIcon, kIconWidth, kIconHeight}, {kSmallIcon, kSmallIconWidth, kSmallIconHeight}};
+  } sizes[] = {{kBigIcon, kIconWidth, kIconHeight},
+               {kSmallIcon, kSmallIconWidth, kSmallIconHeight}};
   for (const auto& size : sizes) {
     const IconHandle icon =
         icons_.Load(library, id, icons_.Metric(size.width), icons_.Metric(size.height));

@@ -69,8 +69,8 @@ double Start(const std::wstring& path, WhileIdle whileIdle) {
       PostMessageW(search.splash, WM_LBUTTONUP, 0, MAKELPARAM(20, 20));
     }
     DWORD_PTR answer = 0;
-    if (search.main && SendMessageTimeoutW(search.main, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000,
-                                           &answer)) {
+    if (search.main &&
+        SendMessageTimeoutW(search.main, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &answer)) {
       seconds = marl::bench::Now() - start;
       break;
     }
@@ -103,8 +103,8 @@ double Median(std::vector<double> values) {
 /// A user who has answered the first questions.
 void AnswerQuestions() {
   HKEY key = nullptr;
-  if (RegCreateKeyW(HKEY_CURRENT_USER,
-                    L"Software\\VB and VBA Program Settings\\Marl\\Settings", &key)) {
+  if (RegCreateKeyW(HKEY_CURRENT_USER, L"Software\\VB and VBA Program Settings\\Marl\\Settings",
+                    &key)) {
     return;
   }
   RegSetValueExW(key, L"FirstRun", 0, REG_SZ, reinterpret_cast<const BYTE*>(L"N"), 4);

@@ -19,8 +19,8 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int show) {
   windowClass.hCursor = LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_ARROW));
   windowClass.lpszClassName = L"MarlEmptyWindow";
   RegisterClassW(&windowClass);
-  const HWND window = CreateWindowW(L"MarlEmptyWindow", L"Empty", WS_OVERLAPPEDWINDOW, 100, 100, 592,
-                                    387, nullptr, nullptr, instance, nullptr);
+  const HWND window = CreateWindowW(L"MarlEmptyWindow", L"Empty", WS_OVERLAPPEDWINDOW, 100, 100,
+                                    592, 387, nullptr, nullptr, instance, nullptr);
   ShowWindow(window, show);
   UpdateWindow(window);
   MSG message;

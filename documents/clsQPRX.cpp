@@ -26,18 +26,14 @@ bool clsQPRX::ParseProjectFile(TextView path) {
   XMLToken token;
   for (;;) {
     switch (engine.GetToken(token)) {
-      case xtEndOfDocument:
-        StripSourceFolder();
-        return true;
-      case xtDeclaration:
-        return false;  // the whole notion of an invalid file
+      case xtEndOfDocument: StripSourceFolder(); return true;
+      case xtDeclaration: return false;  // the whole notion of an invalid file
       case xtOpenTag:
       case xtEmptyTag:
         tag.ParseTag(token);
         ReadTag(tag);
         break;
-      default:
-        break;
+      default: break;
     }
   }
 }

@@ -30,15 +30,11 @@ TextView EntityOf(char16_t unit) {
 /// The runtime's error for a status of the file system.
 RuntimeError FileError(Status status) {
   switch (status) {
-    case kFileNotFound:
-      return {53, u"File not found"};
-    case kPathNotFound:
-      return {76, u"Path not found"};
+    case kFileNotFound: return {53, u"File not found"};
+    case kPathNotFound: return {76, u"Path not found"};
     case kAccessDenied:
-    case kSharingViolation:
-      return {70, u"Permission denied"};
-    default:
-      return {57, u"Device I/O error"};
+    case kSharingViolation: return {70, u"Permission denied"};
+    default: return {57, u"Device I/O error"};
   }
 }
 

@@ -13,7 +13,8 @@ MARL_FUZZ_TARGET(servertag) {
     clsXMLTag tag;
     ReadServerTag(text, tag);
     const Text site = TrackingSite(tag);
-    fuzz::Expect(site.starts_with(UsesSsl(tag) ? u"https://" : u"http://"), "the scheme follows ssl");
+    fuzz::Expect(site.starts_with(UsesSsl(tag) ? u"https://" : u"http://"),
+                 "the scheme follows ssl");
     fuzz::Expect(site.ends_with(u"/OruCadenceProjectTracking/logon.aspx"), "the page is the last");
     fuzz::Expect(WardenArguments(tag).starts_with(tag.AttributeValue(u"server")),
                  "the server is the first argument");

@@ -49,8 +49,8 @@ void ValidateNumericText(TextBox& field, std::int32_t minimum, std::int32_t maxi
     field.SetText(text);
     field.Select(CLng(start), CLng(length));
   }
-  field.Tag = field.Text() + u"|" + NumberText(field.SelStart()) + u"|" +
-              NumberText(field.SelLength());
+  field.Tag =
+      field.Text() + u"|" + NumberText(field.SelStart()) + u"|" + NumberText(field.SelLength());
 }
 
 }  // namespace marl

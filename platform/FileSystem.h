@@ -55,7 +55,8 @@ class FileSystem {
   /// Reads a file whole, in one operation; a length that changes meanwhile is a plain failure.
   /// `out` is untouched unless kOk.
   virtual Status ReadAll(TextView path, Bytes& out) const = 0;
-  /// Creates `path` afresh, or cuts an existing file to nothing. Null on failure, `status` says why.
+  /// Creates `path` afresh, or cuts an existing file to nothing. Null on failure, `status` says
+  /// why.
   virtual std::unique_ptr<OutputFile> Create(TextView path, Status& status) = 0;
 
   /// Deletes one file. With `force` a read-only one too.

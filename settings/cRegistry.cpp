@@ -124,8 +124,7 @@ Status cRegistry::Write(const RegistryValue& value) {
         status = WriteAs(key.get(), kRegDword, DwordBytes(number));
       }
       break;
-    default:
-      break;
+    default: break;
   }
   lastAssigned_ = value;
   return status;

@@ -1,4 +1,5 @@
 #include "settings/cRegistry.h"
+
 #include "support/Numbers.h"
 
 namespace marl {

@@ -92,8 +92,7 @@ std::vector<clsRegistry::NamedData> clsRegistry::EnumRegistryValues(std::uint32_
 
 Text clsRegistry::DataText(std::uint32_t kind, std::string_view data) {
   switch (kind) {
-    case kRegSz:
-      return store_.FromNarrow(Without(data, 1));
+    case kRegSz: return store_.FromNarrow(Without(data, 1));
     case kRegExpandSz: {
       const NarrowText source(Without(data, 1));
       return ExpandWithin(source, store_.ExpandEnvironment(source, {}));
@@ -113,10 +112,8 @@ Text clsRegistry::DataText(std::uint32_t kind, std::string_view data) {
       }
       return text;
     }
-    case kRegDword:
-      return NumberText(DwordValue(data));
-    default:
-      return {};
+    case kRegDword: return NumberText(DwordValue(data));
+    default: return {};
   }
 }
 
@@ -147,17 +144,14 @@ RegistryValue clsRegistry::Get(KeyHandle root, TextView name, const RegistryValu
       if (data.empty()) return fallback;
       // The room is that of the stored text with its terminator, and no second try is made.
       return ExpandWithin(NarrowText(Without(data, 1)), data.size());
-    case kRegBinary:
-      return Bytes(data.begin(), data.end());
-    case kRegDword:
-      return DwordValue(data);
+    case kRegBinary: return Bytes(data.begin(), data.end());
+    case kRegDword: return DwordValue(data);
     case kRegMultiSz: {
       Text text = store_.FromNarrow(Without(data, 2));
       if (TrimNull(text).empty()) return fallback;
       return text;
     }
-    default:
-      return fallback;
+    default: return fallback;
   }
 }
 
@@ -173,9 +167,7 @@ bool clsRegistry::Set(KeyHandle root, TextView name, const RegistryValue& value,
   switch (kind) {
     case kRegSz:
     case kRegExpandSz:
-    case kRegMultiSz:
-      data = store_.ToNarrow(RegistryText(value));
-      break;
+    case kRegMultiSz: data = store_.ToNarrow(RegistryText(value)); break;
     case kRegBinary: {
       const auto* bytes = std::get_if<Bytes>(&value);
       if (!bytes) return false;
@@ -188,8 +180,7 @@ bool clsRegistry::Set(KeyHandle root, TextView name, const RegistryValue& value,
       data = DwordBytes(number);
       break;
     }
-    default:
-      return true;
+    default: return true;
   }
   return store_.SetValue(key.get(), store_.ToNarrow(name), static_cast<std::uint32_t>(kind),
                          data) == kOk;

@@ -14,7 +14,8 @@ bool Launcher::RunProgram(TextView folder, TextView file, TextView arguments, in
   const Text path = JoinPath(folder, file);
   if (!platform_.files.NormalFileExists(path)) {
     if (complain) {
-      platform_.desktop.MsgBox(platform_.strings.Get(10006) + path, kExclamation, kApplicationTitle);
+      platform_.desktop.MsgBox(platform_.strings.Get(10006) + path, kExclamation,
+                               kApplicationTitle);
     }
     return false;
   }

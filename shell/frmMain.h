@@ -35,17 +35,17 @@ class frmMain : public Form, public HookedForm {
   explicit frmMain(Platform& platform);
 
   // State of the main form for its whole life.
-  int ClientHeight = 0;            ///< wanted inner height, in twips
-  bool TrayReady = false;          ///< the message hook is in place
-  bool TooltipsEnabled = true;     ///< setting `Tooltips`
-  bool ToolsMenuVisible = false;   ///< setting `Tools`
-  Text HelpFile;                   ///< the application's help file
-  Text ApplicationFolder;          ///< folder of the program and of all tools
-  Text BrowserPath;                ///< program that opens .html files, or empty
-  int IconsPerRow = 0;             ///< columns of the panel
-  HiddenKeySequence HiddenKeys;    ///< how far "SETGUI" has been typed
-  int HoverButton = -1;            ///< button under the mouse, or -1
-  SkinSettings Skin;               ///< the look, as the last `SetUI` read it
+  int ClientHeight = 0;           ///< wanted inner height, in twips
+  bool TrayReady = false;         ///< the message hook is in place
+  bool TooltipsEnabled = true;    ///< setting `Tooltips`
+  bool ToolsMenuVisible = false;  ///< setting `Tools`
+  Text HelpFile;                  ///< the application's help file
+  Text ApplicationFolder;         ///< folder of the program and of all tools
+  Text BrowserPath;               ///< program that opens .html files, or empty
+  int IconsPerRow = 0;            ///< columns of the panel
+  HiddenKeySequence HiddenKeys;   ///< how far "SETGUI" has been typed
+  int HoverButton = -1;           ///< button under the mouse, or -1
+  SkinSettings Skin;              ///< the look, as the last `SetUI` read it
   std::array<Text, kButtonCount> TooltipTexts;
   std::array<std::unique_ptr<clsTooltip>, kButtonCount> TooltipObjects;
 
@@ -58,7 +58,7 @@ class frmMain : public Form, public HookedForm {
   Timer tmrOver{*this, "tmrOver"};
   Menu mnuPopup{*this, "mnuPopup"};
   std::array<std::unique_ptr<Menu>, kButtonCount> mnuMarl;
-  FileDialog dlgOpen;  ///< its file name is the current project file
+  FileDialog dlgOpen;                 ///< its file name is the current project file
   std::unique_ptr<frmSplash> splash;  ///< stands while the program starts
 
   /// Reads the skin and lays out the panel: the buttons in their order, the form around them, the

@@ -1,5 +1,6 @@
-#include "network/ServerTag.h"
 #include "shell/frmMain.h"
+
+#include "network/ServerTag.h"
 
 // What a press and the entries of the menu bar do. The program table is here: names in exactly
 // this spelling, started from the program's own folder and from nowhere else.
@@ -21,21 +22,11 @@ void frmMain::Press(int index) {
   // The tool that is about to start finds the current server in the registry.
   servers_.SaveServerSettings();
   switch (index) {
-    case kChangeServer:
-      mnuProjectChangeServer();
-      break;
-    case kTrackProjects:
-      mnuProjectTrackProjects();
-      break;
-    case kAdministrator:
-      RunTool(kSwitchboard[slot].program, WardenArguments(server));
-      break;
-    case kQaCheck:
-      mnuToolsQACheck();
-      break;
-    case kExit:
-      Unload();
-      break;
+    case kChangeServer: mnuProjectChangeServer(); break;
+    case kTrackProjects: mnuProjectTrackProjects(); break;
+    case kAdministrator: RunTool(kSwitchboard[slot].program, WardenArguments(server)); break;
+    case kQaCheck: mnuToolsQACheck(); break;
+    case kExit: Unload(); break;
     default:
       if (!kSwitchboard[slot].program.empty()) RunTool(kSwitchboard[slot].program);
       break;

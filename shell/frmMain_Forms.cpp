@@ -1,5 +1,6 @@
-#include "appearance/frmUI.h"
 #include "shell/frmMain.h"
+
+#include "appearance/frmUI.h"
 #include "support/frmAbout2006.h"
 
 // The main form's smaller companions.
@@ -26,12 +27,12 @@ bool frmMain::WaitForSplash() {
 }
 
 void frmMain::mnuHelpAbout() {
-  frmAbout2006 about({desktop(), platform_.pictures, platform_.locales, platform_.strings,
-                      [this](WindowHandle window) { icons_.SetFormIcon(window, kMarlIcon, false); },
-                      [this](TextView verb, TextView file, TextView parameters,
-                             TextView directory, int show) {
-                        launcher_.ShellOpen(verb, file, parameters, directory, show);
-                      }});
+  frmAbout2006 about(
+      {desktop(), platform_.pictures, platform_.locales, platform_.strings,
+       [this](WindowHandle window) { icons_.SetFormIcon(window, kMarlIcon, false); },
+       [this](TextView verb, TextView file, TextView parameters, TextView directory, int show) {
+         launcher_.ShellOpen(verb, file, parameters, directory, show);
+       }});
   about.ShowModal(this);
 }
 
@@ -41,9 +42,8 @@ void frmMain::ShowDisplaySettings(Form& owner) {
     switchboard.captions[i] = lblRun[i]->Caption();
   }
   frmUI settings(
-      {desktop(), platform_.registry, platform_.files, platform_.fileDialogs,
-       platform_.colorDialog, platform_.fontList, platform_.pictures, platform_.locales,
-       platform_.strings,
+      {desktop(), platform_.registry, platform_.files, platform_.fileDialogs, platform_.colorDialog,
+       platform_.fontList, platform_.pictures, platform_.locales, platform_.strings,
        [this](WindowHandle window) { icons_.SetFormIcon(window, kMarlIcon, false); }},
       std::move(switchboard));
   settings.ShowModal(&owner);

@@ -1,5 +1,6 @@
-#include "platform/FoldCase.h"
 #include "shell/frmMain.h"
+
+#include "platform/FoldCase.h"
 #include "shell/modFindWindow.h"
 #include "support/Numbers.h"
 #include "support/clsCommon.h"
@@ -72,8 +73,7 @@ void frmMain::EndIfSecondInstance() {
 void frmMain::AskFirstRunQuestions() {
   if (Setting(u"FirstRun", u"Y") != u"Y") return;
   // Whoever takes the demonstration is asked again at the next start: `FirstRun` keeps its "Y".
-  if (Ask(9027) &&
-      launcher_.RunProgram(ProgramFolder(), u"MarlTour.exe", u"", kShowNormal, true)) {
+  if (Ask(9027) && launcher_.RunProgram(ProgramFolder(), u"MarlTour.exe", u"", kShowNormal, true)) {
     throw ProcessEnd{};
   }
   Save(u"FirstRun", u"N");
@@ -150,8 +150,7 @@ void frmMain::RestoreFlags() {
 }
 
 void frmMain::ProbeBrowser() {
-  const Text probe =
-      JoinPath(platform_.files.TempPath(), platform_.files.TempName() + u".html");
+  const Text probe = JoinPath(platform_.files.TempPath(), platform_.files.TempName() + u".html");
   {
     constexpr std::string_view kPage = "<html><head></head><body><p></p></body></html>\r\n";
     Status status = kOk;
@@ -189,8 +188,8 @@ void frmMain::OnUnload() {
 }
 
 bool frmMain::Ask(int question) const {
-  return desktop().MsgBox(platform_.strings.Get(question), kQuestion | kYesNo,
-                          kApplicationTitle) == kAnswerYes;
+  return desktop().MsgBox(platform_.strings.Get(question), kQuestion | kYesNo, kApplicationTitle) ==
+         kAnswerYes;
 }
 
 Text frmMain::Setting(TextView key, TextView default_) const {

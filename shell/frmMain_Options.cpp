@@ -1,9 +1,10 @@
+#include "shell/frmMain.h"
+
 #include "network/frmLanSettings.h"
 #include "settings/ContextMenuState.h"
 #include "settings/cRegistry.h"
 #include "settings/frmOptions.h"
 #include "settings/frmSegmentation.h"
-#include "shell/frmMain.h"
 #include "support/Numbers.h"
 #include "support/modI18N.h"
 

@@ -1,6 +1,7 @@
+#include "shell/frmMain.h"
+
 #include "appearance/FontSpec.h"
 #include "appearance/PanelLayout.h"
-#include "shell/frmMain.h"
 #include "support/Numbers.h"
 #include "support/modI18N.h"
 
@@ -64,8 +65,7 @@ void frmMain::Dress(int index, bool highlighted) {
   lblRun[slot]->SetForeColor(highlighted ? Skin.Text2 : Skin.Text1);
   ApplyFontSpec(*lblRun[slot], highlighted ? Skin.Font2 : Skin.Font1, numbers_);
   const int number = highlighted ? BrightImage(index) : DullImage(index, Skin.TwoStateOffset);
-  imgRun[slot]->SetPicture(
-      iconSets_.Image(Skin.Icons, number, desktop().PixelsX(kPictureTwips)));
+  imgRun[slot]->SetPicture(iconSets_.Image(Skin.Icons, number, desktop().PixelsX(kPictureTwips)));
 }
 
 void frmMain::OnMouseMove(int, int, float x, float y) {
@@ -95,8 +95,8 @@ void frmMain::OnMouseMove(int, int, float x, float y) {
 }
 
 void frmMain::HighlightButton(int index, bool show) {
-  const auto lines = BevelLines(shpRun[static_cast<std::size_t>(index)]->bounds(),
-                                desktop().TwipsPerPixel());
+  const auto lines =
+      BevelLines(shpRun[static_cast<std::size_t>(index)]->bounds(), desktop().TwipsPerPixel());
   for (std::size_t i = 0; i < lines.size(); ++i) linRun[i]->SetVisible(false);
   for (std::size_t i = 0; i < lines.size(); ++i) {
     linRun[i]->Place(lines[i].from, lines[i].to);

@@ -1,6 +1,7 @@
+#include "shell/frmMain.h"
+
 #include "documents/CleanFolder.h"
 #include "documents/TranslateProject.h"
-#include "shell/frmMain.h"
 #include "support/BuiltInComponents.h"
 
 // The current project: how it is chosen, its documents, its working files.
@@ -25,15 +26,9 @@ void frmMain::mnuProjectOpen() {
       {dlgOpen.DialogTitle, dlgOpen.Filter, dlgOpen.InitDir, dlgOpen.FileName, u"", dlgOpen.Flags},
       chosen);
   switch (result) {
-    case FileDialogResult::kChosen:
-      dlgOpen.FileName = chosen;
-      break;
-    case FileDialogResult::kCancelled:
-      dlgOpen.FileName = before;
-      break;
-    case FileDialogResult::kFailed:
-      dlgOpen.FileName.clear();
-      break;
+    case FileDialogResult::kChosen: dlgOpen.FileName = chosen; break;
+    case FileDialogResult::kCancelled: dlgOpen.FileName = before; break;
+    case FileDialogResult::kFailed: dlgOpen.FileName.clear(); break;
   }
 }
 

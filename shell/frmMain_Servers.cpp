@@ -1,6 +1,7 @@
+#include "shell/frmMain.h"
+
 #include "network/ServerTag.h"
 #include "network/frmChangeServer.h"
-#include "shell/frmMain.h"
 
 // What the main form does with the tracking server: shows it, has it changed, opens its site.
 
@@ -14,8 +15,8 @@ void frmMain::EnableTracking(bool enabled) {
 }
 
 void frmMain::mnuProjectChangeServer() {
-  frmChangeServer dialog(
-      {desktop(), platform_.locales, platform_.pictures, platform_.strings}, servers_.ServerList);
+  frmChangeServer dialog({desktop(), platform_.locales, platform_.pictures, platform_.strings},
+                         servers_.ServerList);
   dialog.Load();
   dialog.Server(servers_.CurrentServerTag);
   dialog.ShowModal(this);

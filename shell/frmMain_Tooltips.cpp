@@ -1,4 +1,5 @@
 #include "shell/frmMain.h"
+
 #include "support/Numbers.h"
 
 // Balloon tips on the buttons, which are places on the form and have no windows of their own.
@@ -38,8 +39,8 @@ void frmMain::BindTooltips() {
     const int bottom = CLng(place.Height() / ty + top - 1);
     TooltipObjects[i]->Create(hWnd(), left, top, right, bottom, TooltipTexts[i], kBalloonAlways,
                               false, kInformationIcon,
-                              platform_.strings.Get(kCaptionString + static_cast<int>(i)),
-                              kTipText, kTipBackground, kSystemDelay, kSystemDelay);
+                              platform_.strings.Get(kCaptionString + static_cast<int>(i)), kTipText,
+                              kTipBackground, kSystemDelay, kSystemDelay);
   }
 }
 

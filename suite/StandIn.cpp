@@ -149,8 +149,8 @@ void Record(const Start& start, const wchar_t* log) {
   g_line.Number(start.show);
   g_line.Raw("}\n");
   // Appending alone, in one write: stand-ins that start together don't mix their lines.
-  const HANDLE file = CreateFileW(log, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                  OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  const HANDLE file = CreateFileW(log, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                  nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return;
   DWORD written = 0;
   WriteFile(file, g_line.data(), g_line.size(), &written, nullptr);
@@ -177,14 +177,9 @@ LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM w, LPARAM l) {
     case WM_CHAR:
       if (w == VK_ESCAPE) DestroyWindow(window);
       return 0;
-    case WM_TIMER:
-      DestroyWindow(window);
-      return 0;
-    case WM_DESTROY:
-      PostQuitMessage(0);
-      return 0;
-    default:
-      return DefWindowProcW(window, message, w, l);
+    case WM_TIMER: DestroyWindow(window); return 0;
+    case WM_DESTROY: PostQuitMessage(0); return 0;
+    default: return DefWindowProcW(window, message, w, l);
   }
 }
 

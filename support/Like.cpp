@@ -36,14 +36,10 @@ std::size_t ElementLength(TextView pattern) {
 
 bool Fits(char16_t unit, TextView element) {
   switch (element[0]) {
-    case u'?':
-      return true;
-    case u'#':
-      return unit >= u'0' && unit <= u'9';
-    case u'[':
-      return InSet(unit, element.substr(1, element.size() - 2));
-    default:
-      return unit == element[0];
+    case u'?': return true;
+    case u'#': return unit >= u'0' && unit <= u'9';
+    case u'[': return InSet(unit, element.substr(1, element.size() - 2));
+    default: return unit == element[0];
   }
 }
 

@@ -153,12 +153,9 @@ Scan ScanNumber(TextView text, const NumberFormat& format, double& out) {
 double NumberOrThrow(TextView text, const NumberFormat& format) {
   double value = 0;
   switch (ScanNumber(text, format, value)) {
-    case Scan::kNumber:
-      return value;
-    case Scan::kTooLarge:
-      throw RuntimeError::Overflow();
-    case Scan::kNoNumber:
-      break;
+    case Scan::kNumber: return value;
+    case Scan::kTooLarge: throw RuntimeError::Overflow();
+    case Scan::kNoNumber: break;
   }
   throw RuntimeError::TypeMismatch();
 }
@@ -235,12 +232,9 @@ Text NumberText(std::int64_t value) {
 std::int64_t CCur(TextView text, const NumberFormat& format) {
   Parts parts;
   switch (ScanParts(text, format, parts)) {
-    case Scan::kNumber:
-      break;
-    case Scan::kTooLarge:
-      throw RuntimeError::Overflow();
-    case Scan::kNoNumber:
-      throw RuntimeError::TypeMismatch();
+    case Scan::kNumber: break;
+    case Scan::kTooLarge: throw RuntimeError::Overflow();
+    case Scan::kNoNumber: throw RuntimeError::TypeMismatch();
   }
   if (parts.digits.empty()) return 0;
 

@@ -115,8 +115,7 @@ void clsCommon::StartSysInfo() const {
   if (!started) ports_.desktop.MsgBox(ports_.strings.Get(kNoSystemInfoString), kOkOnly, kTitle);
 }
 
-bool clsCommon::GetKeyValue(KeyHandle root, TextView keyPath, TextView valueName,
-                            Text& out) const {
+bool clsCommon::GetKeyValue(KeyHandle root, TextView keyPath, TextView valueName, Text& out) const {
   RegistryStore& registry = ports_.registry;
   OpenKeyHandle key;
   std::array<char, 1024> buffer = {};

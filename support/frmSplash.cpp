@@ -9,7 +9,7 @@ namespace marl {
 namespace {
 
 constexpr int kSplashTime = 5000;      // milliseconds
-constexpr int kVersionMargin = 60;      // twips
+constexpr int kVersionMargin = 60;     // twips
 constexpr double kVersionPlace = 0.6;  // of the picture's height
 constexpr int kLargeDpi = 120;         // from here on the larger drawing comes closer
 
@@ -53,8 +53,7 @@ void frmSplash::OnLoad() {
 void frmSplash::FitToPicture() {
   img2006.SetPicture(pictures_.Load(PictureId(desktop())));
   if (const PicturePtr& picture = img2006.Picture()) {
-    img2006.SetBounds(
-        {0, 0, desktop().TwipsX(picture->width), desktop().TwipsY(picture->height)});
+    img2006.SetBounds({0, 0, desktop().TwipsX(picture->width), desktop().TwipsY(picture->height)});
   }
   Move({Left(), Top(), img2006.Width() + Width() - inner().width,
         img2006.Height() + Height() - inner().height});

@@ -1,10 +1,10 @@
 // Writes support/LanguageTable.inc to the standard output: the locales and code pages of the
 // Windows that it runs on.
 
+#include <windows.h>
 #include <fcntl.h>
 #include <io.h>
 #include <mlang.h>
-#include <windows.h>
 
 #include <algorithm>
 #include <cstdio>

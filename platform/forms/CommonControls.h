@@ -40,8 +40,7 @@ class PartedControl : public Control {
 /// form's affair: `Click` is raised when another tab is selected.
 class TabStrip : public PartedControl {
  public:
-  explicit TabStrip(Form& form, std::string_view name, int index = -1,
-                    Control* container = nullptr)
+  explicit TabStrip(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
       : PartedControl(form, ControlKind::kTabStrip, name, index, container) {}
   int AddPart(const ControlPart& part) override;
   /// Number of the selected tab; 0 without tabs.
@@ -67,8 +66,7 @@ class Toolbar : public PartedControl {
 /// A list of rows with columns; the parts are the column headers.
 class ListView : public PartedControl {
  public:
-  explicit ListView(Form& form, std::string_view name, int index = -1,
-                    Control* container = nullptr)
+  explicit ListView(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
       : PartedControl(form, ControlKind::kListView, name, index, container) {}
 };
 

@@ -68,10 +68,8 @@ bool Control::TakesFocus() const {
     case ControlKind::kPictureBox:
     case ControlKind::kStatusBar:
     case ControlKind::kTimer:
-    case ControlKind::kMenu:
-      return false;
-    default:
-      return !windowless();
+    case ControlKind::kMenu: return false;
+    default: return !windowless();
   }
 }
 

@@ -351,8 +351,7 @@ void PaintControls(const Form& form, const Control* container, Canvas& canvas) {
                     line.BorderColor());
         break;
       }
-      default:
-        break;
+      default: break;
     }
   }
 }

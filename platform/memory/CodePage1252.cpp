@@ -18,6 +18,7 @@ struct LookAlikes {
   std::string_view bytes;
 };
 
+// clang-format off
 constexpr LookAlikes kLookAlikes[] = {
     {0x0100, "AaAaAaCcCcCcCcDd\xD0" "dEeEeEeEeEeGgGgGgGgHhHhIiIiIiIiIi"}, {0x0134, "JjKk"},
     {0x0139, "LlLlLl"}, {0x0141, "LlNnNnNn"}, {0x014C, "OoOoOo"}, {0x0154, "RrRrRrSsSsSs"},
@@ -45,6 +46,7 @@ constexpr LookAlikes kLookAlikes[] = {
     {0x25A0, "\xA6"}, {0x263C, "\xA4"}, {0x2758, "|"}, {0x3000, " "}, {0x3008, "<>\xAB\xBB"},
     {0x301A, "[]"}, {0x30FB, "\xB7"},
 };
+// clang-format on
 
 std::map<char16_t, char> Table() {
   std::map<char16_t, char> table;

@@ -18,7 +18,9 @@ Size MemoryPeer::InnerOf(const Box& bounds) const {
   return {bounds.width - desktop_.frame.width, bounds.height - desktop_.frame.height};
 }
 
-void MemoryPeer::Place(const Box& bounds) { form_.PeerPlaced(bounds, InnerOf(bounds), form_.State()); }
+void MemoryPeer::Place(const Box& bounds) {
+  form_.PeerPlaced(bounds, InnerOf(bounds), form_.State());
+}
 
 Point MemoryPeer::ClientOrigin() const {
   const int border = desktop_.frame.width / 2;

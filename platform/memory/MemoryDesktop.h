@@ -71,8 +71,8 @@ class MemoryDesktop : public Desktop {
   // What the test arranges.
   Size screen{15360, 11520};  ///< twips: 1024 by 768 pixels at 96 dots an inch
   Size dpi{96, 96};
-  Size frame{120, 570};  ///< twips that a window's frame and title add
-  std::map<Text, int> answers;  ///< message text -> answer; kAnswerOk when not listed
+  Size frame{120, 570};             ///< twips that a window's frame and title add
+  std::map<Text, int> answers;      ///< message text -> answer; kAnswerOk when not listed
   std::vector<OtherWindow> others;  ///< topmost first; the handle is the place, from 1
   Form* foreground = nullptr;
   Point cursor;  ///< pixels
@@ -92,7 +92,7 @@ class MemoryDesktop : public Desktop {
   std::vector<Offer> offers;
   std::vector<std::pair<int, int>> commonControls;  ///< size and flags of each call
   int beeps = 0;
-  std::int64_t now = 0;  ///< milliseconds that the clock has run
+  std::int64_t now = 0;            ///< milliseconds that the clock has run
   std::vector<std::string> modal;  ///< names of the forms shown modally, in order
 
   std::unique_ptr<FormPeer> CreatePeer(Form& form) override;
@@ -109,7 +109,9 @@ class MemoryDesktop : public Desktop {
   bool ActivateByTitle(TextView title) override;
   Size ScreenSize() const override { return screen; }
   Size Dpi() const override { return dpi; }
-  void InitCommonControlsEx(int size, int flags) override { commonControls.push_back({size, flags}); }
+  void InitCommonControlsEx(int size, int flags) override {
+    commonControls.push_back({size, flags});
+  }
   Color SystemColorValue(int index) const override;
   void OfferCommands(Form& form, TextView service, TextView topic) override;
 

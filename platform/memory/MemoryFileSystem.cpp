@@ -253,8 +253,7 @@ Status MemoryFileSystem::SetAttributes(TextView path, std::uint32_t attributes) 
   if (const auto failure = Begin(FileAction::kSetAttributes, path)) return *failure;
   const NodePointer node = Meet(path);
   if (!node) return Absence(path);
-  node->attributes =
-      (attributes & ~std::uint32_t{kDirectory}) | (node->attributes & kDirectory);
+  node->attributes = (attributes & ~std::uint32_t{kDirectory}) | (node->attributes & kDirectory);
   return kOk;
 }
 

@@ -28,10 +28,8 @@ class MemoryIcons : public Icons {
   // What the test arranges.
   std::map<Image, IconHandle> images;           ///< what each library holds
   std::map<WindowHandle, WindowHandle> owners;  ///< window -> its owner
-  std::map<int, int> metrics = {{kIconWidth, 32},
-                                {kIconHeight, 32},
-                                {kSmallIconWidth, 16},
-                                {kSmallIconHeight, 16}};
+  std::map<int, int> metrics = {
+      {kIconWidth, 32}, {kIconHeight, 32}, {kSmallIconWidth, 16}, {kSmallIconHeight, 16}};
 
   // What has happened.
   std::vector<Text> opened;  ///< each path that was asked for

@@ -15,8 +15,10 @@ class MemoryLocale : public Locale {
   std::uint32_t threadLocale = 0x409;
   /// Facts by locale and type.
   std::map<std::pair<std::uint32_t, std::uint32_t>, std::string> facts = {
-      {{0x409, kLocaleDefaultAnsiCodePage}, "1252"}, {{0x407, kLocaleDefaultAnsiCodePage}, "1252"},
-      {{0x411, kLocaleDefaultAnsiCodePage}, "932"},  {{0x419, kLocaleDefaultAnsiCodePage}, "1251"},
+      {{0x409, kLocaleDefaultAnsiCodePage}, "1252"},
+      {{0x407, kLocaleDefaultAnsiCodePage}, "1252"},
+      {{0x411, kLocaleDefaultAnsiCodePage}, "932"},
+      {{0x419, kLocaleDefaultAnsiCodePage}, "1251"},
       {{0x439, kLocaleDefaultAnsiCodePage}, "0"},
       {{0x407, kLocaleDecimal}, ","},
       {{0x407, kLocaleThousand}, "."},
@@ -31,8 +33,7 @@ class MemoryLocale : public Locale {
   }
 
   std::uint32_t ThreadLocale() const override { return threadLocale; }
-  int LocaleInfo(std::uint32_t locale, std::uint32_t type,
-                 std::span<char> buffer) const override {
+  int LocaleInfo(std::uint32_t locale, std::uint32_t type, std::span<char> buffer) const override {
     const auto found = facts.find({locale, type});
     if (found == facts.end() || found->second.size() + 1 > buffer.size()) return 0;
     *std::copy(found->second.begin(), found->second.end(), buffer.begin()) = '\0';

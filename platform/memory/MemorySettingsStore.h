@@ -30,7 +30,7 @@ class MemorySettingsStore : public SettingsStore {
 
   std::vector<Write> writes;
   mutable std::set<Setting> asked;  ///< all that was read, found or not
-  Status failure = kOk;  ///< what every write ends with while it is not kOk
+  Status failure = kOk;             ///< what every write ends with while it is not kOk
 
   Text GetSetting(TextView application, TextView section, TextView key,
                   TextView default_) const override {

@@ -23,9 +23,9 @@ class MemoryShell : public Shell {
 
   std::vector<Started> started;
   int executeCode = 42;
-  Text browser;               ///< what is associated with every type
+  Text browser;  ///< what is associated with every type
   int findCode = 33;
-  std::vector<Text> asked;    ///< the files whose program was asked for
+  std::vector<Text> asked;                ///< the files whose program was asked for
   std::vector<std::pair<Text, int>> ran;  ///< command lines and show commands
   bool runs = true;
   struct HelpCall {

@@ -25,7 +25,8 @@ class FontCache {
 /// Paints on a device context.
 class CanvasWin32 : public Canvas {
  public:
-  CanvasWin32(HDC context, FontCache& fonts, int dpi) : context_(context), fonts_(fonts), dpi_(dpi) {}
+  CanvasWin32(HDC context, FontCache& fonts, int dpi)
+      : context_(context), fonts_(fonts), dpi_(dpi) {}
   void Fill(const Box& box, Color color) override;
   void Draw(const Picture& picture, int x, int y) override;
   void Line(Point from, Point to, Color color) override;

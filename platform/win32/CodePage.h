@@ -13,9 +13,9 @@ inline NarrowText ToSystemCodePage(TextView text) {
   if (text.empty()) return {};
   // No unit needs more bytes than this in any system code page.
   NarrowText narrow(text.size() * 4, '\0');
-  const int length = WideCharToMultiByte(
-      CP_ACP, 0, reinterpret_cast<const wchar_t*>(text.data()), static_cast<int>(text.size()),
-      narrow.data(), static_cast<int>(narrow.size()), nullptr, nullptr);
+  const int length = WideCharToMultiByte(CP_ACP, 0, reinterpret_cast<const wchar_t*>(text.data()),
+                                         static_cast<int>(text.size()), narrow.data(),
+                                         static_cast<int>(narrow.size()), nullptr, nullptr);
   narrow.resize(static_cast<std::size_t>(length));
   return narrow;
 }

@@ -1,7 +1,6 @@
 #include "platform/win32/ComponentsWin32.h"
 
 #include <windows.h>
-
 #include <oleauto.h>
 
 #include <algorithm>
@@ -40,8 +39,16 @@ class Variant {
     switch (v.vt) {
       case VT_BSTR: return FromWide(v.bstrVal, SysStringLen(v.bstrVal));
       case VT_BOOL: return std::int32_t{v.boolVal};
-      case VT_I1: case VT_UI1: case VT_I2: case VT_UI2: case VT_I4: case VT_UI4:
-      case VT_INT: case VT_UINT: case VT_R4: case VT_R8:
+      case VT_I1:
+      case VT_UI1:
+      case VT_I2:
+      case VT_UI2:
+      case VT_I4:
+      case VT_UI4:
+      case VT_INT:
+      case VT_UINT:
+      case VT_R4:
+      case VT_R8:
         if (SUCCEEDED(VariantChangeType(&v, &v, 0, VT_I4))) return std::int32_t{v.lVal};
         return {};
       default: return {};
@@ -73,8 +80,7 @@ class ComponentWin32 : public Component {
     Text name(operation);
     auto* names = reinterpret_cast<wchar_t*>(name.data());
     DISPID id = 0;
-    HRESULT status =
-        object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id);
+    HRESULT status = object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id);
     if (FAILED(status)) {
       failure = SystemMessage(status);
       return false;
@@ -93,8 +99,9 @@ class ComponentWin32 : public Component {
     DISPPARAMS parameters = {references.data(), nullptr, static_cast<UINT>(count), 0};
     Variant answer;
     EXCEPINFO exception = {};
-    status = object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET, &parameters,
-                             answer.get(), &exception, nullptr);
+    status =
+        object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                        &parameters, answer.get(), &exception, nullptr);
     if (FAILED(status)) {
       if (exception.pfnDeferredFillIn) exception.pfnDeferredFillIn(&exception);
       failure = exception.bstrDescription
@@ -132,9 +139,8 @@ std::unique_ptr<Component> ComponentsWin32::TryCreate(TextView name, Text& failu
   CLSID id;
   if (FAILED(CLSIDFromProgID(Wide(Text(name)), &id))) return nullptr;
   IDispatch* object = nullptr;
-  const HRESULT status =
-      CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, IID_IDispatch,
-                       reinterpret_cast<void**>(&object));
+  const HRESULT status = CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER,
+                                          IID_IDispatch, reinterpret_cast<void**>(&object));
   if (FAILED(status)) {
     failure = SystemMessage(status);
     return nullptr;

@@ -24,7 +24,9 @@ Text FromCodePage(const NarrowText& text) {
 
 DdeServer::DdeServer(Desktop& desktop, Form& form, TextView service, TextView topic)
     : desktop_(desktop), form_(form) {
-  if (DdeInitializeW(&instance_, Entry, APPCLASS_STANDARD | CBF_FAIL_POKES | CBF_FAIL_REQUESTS | CBF_FAIL_ADVISES | CBF_SKIP_ALLNOTIFICATIONS,
+  if (DdeInitializeW(&instance_, Entry,
+                     APPCLASS_STANDARD | CBF_FAIL_POKES | CBF_FAIL_REQUESTS | CBF_FAIL_ADVISES |
+                         CBF_SKIP_ALLNOTIFICATIONS,
                      0) != DMLERR_NO_ERROR) {
     instance_ = 0;
     return;
@@ -55,10 +57,8 @@ HDDEDATA CALLBACK DdeServer::Entry(UINT type, UINT, HCONV, HSZ string1, HSZ stri
                          DdeCmpStringHandles(string2, server->service_) == 0;
       return reinterpret_cast<HDDEDATA>(static_cast<ULONG_PTR>(known));
     }
-    case XTYP_EXECUTE:
-      return server->Execute(data);
-    default:
-      return nullptr;
+    case XTYP_EXECUTE: return server->Execute(data);
+    default: return nullptr;
   }
 }
 

@@ -102,8 +102,8 @@ bool DesktopWin32::TakeShortcut(const MSG& message) {
     if (held(VK_MENU)) return false;
     bool taken = false;
     Event([&] {
-      taken = form->UserShortcut(
-          {static_cast<int>(message.wParam), held(VK_CONTROL), held(VK_SHIFT)});
+      taken =
+          form->UserShortcut({static_cast<int>(message.wParam), held(VK_CONTROL), held(VK_SHIFT)});
     });
     return taken;
   }

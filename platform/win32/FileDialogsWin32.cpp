@@ -1,7 +1,6 @@
 #include "platform/win32/FileDialogsWin32.h"
 
 #include <windows.h>
-
 #include <commdlg.h>
 
 #include <algorithm>

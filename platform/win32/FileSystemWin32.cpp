@@ -110,9 +110,8 @@ bool FileSystemWin32::FolderExists(TextView path) const {
 
 Status FileSystemWin32::ReadAll(TextView path, Bytes& out) const {
   if (!IsName(path)) return kPathNotFound;
-  const UniqueFile file =
-      Open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-           OPEN_EXISTING);
+  const UniqueFile file = Open(
+      path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING);
   if (!file) return LastStatus();
   LARGE_INTEGER size;
   if (!GetFileSizeEx(file.get(), &size)) return LastStatus();

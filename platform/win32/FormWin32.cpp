@@ -20,14 +20,10 @@ constexpr std::size_t kDirtyAreas = 32;
 DWORD StyleOf(const Form& form) {
   DWORD style = WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
   switch (form.Border) {
-    case BorderStyle::kNone:
-      return style | WS_POPUP;
-    case BorderStyle::kSizable:
-      style |= WS_THICKFRAME;
-      break;
+    case BorderStyle::kNone: return style | WS_POPUP;
+    case BorderStyle::kSizable: style |= WS_THICKFRAME; break;
     case BorderStyle::kFixedSingle:
-    case BorderStyle::kFixedDialog:
-      break;
+    case BorderStyle::kFixedDialog: break;
   }
   style |= WS_CAPTION | WS_SYSMENU;
   if (form.MinButton) style |= WS_MINIMIZEBOX;
@@ -48,13 +44,10 @@ DWORD ExStyleOf(const Form& form) {
 int ButtonOf(UINT message) {
   switch (message) {
     case WM_RBUTTONDOWN:
-    case WM_RBUTTONUP:
-      return 2;
+    case WM_RBUTTONUP: return 2;
     case WM_MBUTTONDOWN:
-    case WM_MBUTTONUP:
-      return 4;
-    default:
-      return 1;
+    case WM_MBUTTONUP: return 4;
+    default: return 1;
   }
 }
 
@@ -137,11 +130,8 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
   const HWND window = window_;
   // Messages may close the form: after an event nothing of it is touched any more.
   switch (message) {
-    case WM_PAINT:
-      desktop_.Event([&] { OnPaint(); });
-      return 0;
-    case WM_ERASEBKGND:
-      return 1;
+    case WM_PAINT: desktop_.Event([&] { OnPaint(); }); return 0;
+    case WM_ERASEBKGND: return 1;
     case WM_PRINTCLIENT: {
       desktop_.Event([&] {
         CanvasWin32 canvas(reinterpret_cast<HDC>(w), desktop_.fonts(), desktop_.Dpi().height);
@@ -150,9 +140,7 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
       return 0;
     }
     case WM_MOVE:
-    case WM_SIZE:
-      desktop_.Event([&] { Report(); });
-      return DefWindowProcW(window, message, w, l);
+    case WM_SIZE: desktop_.Event([&] { Report(); }); return DefWindowProcW(window, message, w, l);
     case WM_ACTIVATE:
       if (LOWORD(w) == WA_INACTIVE) {
         if (IsChild(window, GetFocus())) lastFocus_ = GetFocus();
@@ -189,9 +177,7 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
       ReleaseCapture();
       desktop_.Event([&] { form_.UserMouseUp(ButtonOf(message), TwipsAtX(l), TwipsAtY(l)); });
       return 0;
-    case WM_CHAR:
-      desktop_.Event([&] { form_.UserKey(static_cast<char16_t>(w)); });
-      return 0;
+    case WM_CHAR: desktop_.Event([&] { form_.UserKey(static_cast<char16_t>(w)); }); return 0;
     case WM_TIMER:
       desktop_.Event([&] {
         const auto& controls = form_.controls();
@@ -217,9 +203,7 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
         return 0;
       }
       break;
-    case WM_NOTIFY:
-      desktop_.Event([&] { OnNotify(*reinterpret_cast<const NMHDR*>(l)); });
-      return 0;
+    case WM_NOTIFY: desktop_.Event([&] { OnNotify(*reinterpret_cast<const NMHDR*>(l)); }); return 0;
     case WM_DRAWITEM: {
       const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(l);
       const Control* const control =
@@ -229,15 +213,10 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
       desktop_.Event([&] { list->DrawRow(item); });
       return TRUE;
     }
-    case WM_THEMECHANGED:
-      desktop_.Event([&] { CreatePages(); });
-      break;
+    case WM_THEMECHANGED: desktop_.Event([&] { CreatePages(); }); break;
     case WM_CTLCOLORSTATIC:
-    case WM_CTLCOLORBTN:
-      return ColorControl(reinterpret_cast<HDC>(w), reinterpret_cast<HWND>(l));
-    case WM_CLOSE:
-      desktop_.Event([&] { form_.UserClose(); });
-      return 0;
+    case WM_CTLCOLORBTN: return ColorControl(reinterpret_cast<HDC>(w), reinterpret_cast<HWND>(l));
+    case WM_CLOSE: desktop_.Event([&] { form_.UserClose(); }); return 0;
     case WM_ENDSESSION:
       if (w) desktop_.Event([&] { form_.UserClose(); });
       return 0;
@@ -245,8 +224,7 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
       SetWindowLongPtrW(window, GWLP_USERDATA, 0);
       window_ = nullptr;
       return DefWindowProcW(window, message, w, l);
-    default:
-      break;
+    default: break;
   }
   return DefWindowProcW(window, message, w, l);
 }
@@ -307,30 +285,15 @@ void FormWin32::OnScroll(HScrollBar& bar, int code) {
   GetScrollInfo(child, SB_CTL, &info);
   int steps = info.nPos;  // from the left end
   switch (code) {
-    case SB_LINELEFT:
-      steps -= bar.SmallChange;
-      break;
-    case SB_LINERIGHT:
-      steps += bar.SmallChange;
-      break;
-    case SB_PAGELEFT:
-      steps -= bar.LargeChange;
-      break;
-    case SB_PAGERIGHT:
-      steps += bar.LargeChange;
-      break;
+    case SB_LINELEFT: steps -= bar.SmallChange; break;
+    case SB_LINERIGHT: steps += bar.SmallChange; break;
+    case SB_PAGELEFT: steps -= bar.LargeChange; break;
+    case SB_PAGERIGHT: steps += bar.LargeChange; break;
     case SB_THUMBTRACK:
-    case SB_THUMBPOSITION:
-      steps = info.nTrackPos;
-      break;
-    case SB_LEFT:
-      steps = 0;
-      break;
-    case SB_RIGHT:
-      steps = std::abs(bar.Max - bar.Min);
-      break;
-    default:
-      return;
+    case SB_THUMBPOSITION: steps = info.nTrackPos; break;
+    case SB_LEFT: steps = 0; break;
+    case SB_RIGHT: steps = std::abs(bar.Max - bar.Min); break;
+    default: return;
   }
   bar.UserScroll(bar.Min + (bar.Max < bar.Min ? -steps : steps));
 }
@@ -412,8 +375,7 @@ void FormWin32::OnCommand(int id, int notification, HWND from) {
         control->UserFocus();
       }
       break;
-    default:
-      break;
+    default: break;
   }
 }
 
@@ -464,12 +426,8 @@ void FormWin32::Show(bool visible) {
       if (IsIconic(window_)) ShowWindow(window_, SW_SHOWNOACTIVATE);
       ShowWindow(window_, SW_SHOWNORMAL);
       break;
-    case WindowState::kMinimised:
-      ShowWindow(window_, SW_SHOWMINIMIZED);
-      break;
-    case WindowState::kMaximised:
-      ShowWindow(window_, SW_SHOWMAXIMIZED);
-      break;
+    case WindowState::kMinimised: ShowWindow(window_, SW_SHOWMINIMIZED); break;
+    case WindowState::kMaximised: ShowWindow(window_, SW_SHOWMAXIMIZED); break;
   }
   if (hasFields_ && GetFocus() == window_) FocusFirst();
 }
@@ -518,12 +476,8 @@ void FormWin32::CreateControl(Control& control, int id) {
       style |= static_cast<CommandButton&>(control).Default ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
       style |= BS_NOTIFY;
       break;
-    case ControlKind::kCheckBox:
-      style |= BS_CHECKBOX | BS_MULTILINE | BS_NOTIFY;
-      break;
-    case ControlKind::kOptionButton:
-      style |= BS_AUTORADIOBUTTON | BS_MULTILINE | BS_NOTIFY;
-      break;
+    case ControlKind::kCheckBox: style |= BS_CHECKBOX | BS_MULTILINE | BS_NOTIFY; break;
+    case ControlKind::kOptionButton: style |= BS_AUTORADIOBUTTON | BS_MULTILINE | BS_NOTIFY; break;
     case ControlKind::kFrame:
       style |= BS_GROUPBOX | WS_CLIPCHILDREN;
       exStyle = WS_EX_CONTROLPARENT;
@@ -554,15 +508,12 @@ void FormWin32::CreateControl(Control& control, int id) {
       className = L"SCROLLBAR";
       style |= SBS_HORZ;
       break;
-    case ControlKind::kTabStrip:
-      className = WC_TABCONTROLW;
-      break;
+    case ControlKind::kTabStrip: className = WC_TABCONTROLW; break;
     case ControlKind::kStatusBar:
       className = STATUSCLASSNAMEW;
       field = false;
       break;
-    default:
-      return;
+    default: return;
   }
   if (control.Visible()) style |= WS_VISIBLE;
   if (!control.Enabled()) style |= WS_DISABLED;
@@ -637,19 +588,13 @@ void FormWin32::ControlChanged(Control& control, Property property) {
   if (!child) return;
   ++updating_;
   switch (property) {
-    case Property::kBounds:
-      PlaceControl(control, child);
-      break;
+    case Property::kBounds: PlaceControl(control, child); break;
     case Property::kVisible:
       if (!control.Visible() && IsChild(child, GetFocus())) LeaveHidden(control);
       ShowWindow(child, control.Visible() ? SW_SHOWNA : SW_HIDE);
       break;
-    case Property::kEnabled:
-      EnableWindow(child, control.Enabled());
-      break;
-    case Property::kCaption:
-      SetWindowTextW(child, Wide(control.Caption()));
-      break;
+    case Property::kEnabled: EnableWindow(child, control.Enabled()); break;
+    case Property::kCaption: SetWindowTextW(child, Wide(control.Caption())); break;
     case Property::kFont:
       SendMessageW(
           child, WM_SETFONT,
@@ -681,17 +626,14 @@ void FormWin32::ControlChanged(Control& control, Property property) {
         SyncTabs(static_cast<TabStrip&>(control), child);
       }
       break;
-    case Property::kSelection:
-      SyncSelection(control, child);
-      break;
+    case Property::kSelection: SyncSelection(control, child); break;
     case Property::kEditSelection: {
       const auto& combo = static_cast<const ComboBox&>(control);
       SendMessageW(child, CB_SETEDITSEL, 0,
                    MAKELPARAM(combo.SelStart(), combo.SelStart() + combo.SelLength()));
       break;
     }
-    default:
-      break;
+    default: break;
   }
   --updating_;
 }
@@ -705,15 +647,12 @@ void FormWin32::SyncSelection(Control& control, HWND child) {
       break;
     }
     case ControlKind::kComboBox:
-    case ControlKind::kListBox:
-      ListOf(control)->SyncSelection();
-      break;
+    case ControlKind::kListBox: ListOf(control)->SyncSelection(); break;
     case ControlKind::kTabStrip:
       SendMessageW(child, TCM_SETCURSEL,
                    static_cast<WPARAM>(static_cast<TabStrip&>(control).SelectedItem() - 1), 0);
       break;
-    default:
-      break;
+    default: break;
   }
 }
 

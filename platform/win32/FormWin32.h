@@ -105,7 +105,8 @@ class FormWin32 : public FormPeer {
   /// The native menu of each entry that has one, and under null the menu bar.
   std::map<const Menu*, UniqueMenu> menus_;
   bool hasFields_ = false;
-  /// What waits to be painted, in pixels: each question to the platform costs more than a look here.
+  /// What waits to be painted, in pixels: each question to the platform costs more than a look
+  /// here.
   std::vector<RECT> dirty_;
   int updating_ = 0;  ///< above 0 while the program writes into a control
 };

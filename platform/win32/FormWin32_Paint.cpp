@@ -131,11 +131,8 @@ LRESULT CALLBACK FormWin32::ContainerEntry(HWND window, UINT message, WPARAM w, 
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORBTN:
     case WM_CTLCOLOREDIT:
-    case WM_CTLCOLORLISTBOX:
-      return SendMessageW(form->window_, message, w, l);
-    case WM_ERASEBKGND:
-      form->EraseContainer(window, reinterpret_cast<HDC>(w));
-      return 1;
+    case WM_CTLCOLORLISTBOX: return SendMessageW(form->window_, message, w, l);
+    case WM_ERASEBKGND: form->EraseContainer(window, reinterpret_cast<HDC>(w)); return 1;
     case WM_PRINTCLIENT:
     case WM_PAINT: {
       const Control* const control = form->ControlOf(window);
@@ -150,8 +147,7 @@ LRESULT CALLBACK FormWin32::ContainerEntry(HWND window, UINT message, WPARAM w, 
       });
       return 0;
     }
-    default:
-      return DefSubclassProc(window, message, w, l);
+    default: return DefSubclassProc(window, message, w, l);
   }
   if (message != WM_PAINT) return DefSubclassProc(window, message, w, l);
   form->PaintFrame(window);

@@ -8,7 +8,21 @@
 namespace marl::win32 {
 
 /// The kinds of handles that are counted.
-enum class HandleKind { kIcon, kBitmap, kFont, kBrush, kPen, kDeviceContext, kWindow, kMenu, kKey, kFile, kMutex, kThread, kCount };
+enum class HandleKind {
+  kIcon,
+  kBitmap,
+  kFont,
+  kBrush,
+  kPen,
+  kDeviceContext,
+  kWindow,
+  kMenu,
+  kKey,
+  kFile,
+  kMutex,
+  kThread,
+  kCount
+};
 
 /// How many handles of a kind have an owner now. The count is what a leak test reads.
 inline std::atomic<int> g_liveHandles[static_cast<int>(HandleKind::kCount)];

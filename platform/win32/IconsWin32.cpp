@@ -14,16 +14,15 @@ HMODULE Library(LibraryHandle library) { return reinterpret_cast<HMODULE>(librar
 }  // namespace
 
 LibraryHandle IconsWin32::OpenLibrary(TextView path) {
-  return reinterpret_cast<LibraryHandle>(
-      LoadLibraryExW(Wide(Text(path)), nullptr,
-                     LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
+  return reinterpret_cast<LibraryHandle>(LoadLibraryExW(
+      Wide(Text(path)), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
 }
 
 void IconsWin32::CloseLibrary(LibraryHandle library) { FreeLibrary(Library(library)); }
 
 IconHandle IconsWin32::Load(LibraryHandle library, int id, int width, int height) {
-  return HandleToLong(LoadImageW(Library(library), MAKEINTRESOURCEW(id), IMAGE_ICON, width, height,
-                                 LR_SHARED));
+  return HandleToLong(
+      LoadImageW(Library(library), MAKEINTRESOURCEW(id), IMAGE_ICON, width, height, LR_SHARED));
 }
 
 void IconsWin32::Destroy(IconHandle icon) { DestroyIcon(Icon(icon)); }

@@ -1,9 +1,9 @@
 #include "platform/win32/ListWin32.h"
 
+#include <windows.h>
 #include <commctrl.h>
 #include <uxtheme.h>
 #include <vssym32.h>
-#include <windows.h>
 
 #include <algorithm>
 
@@ -85,8 +85,7 @@ LRESULT CALLBACK ListWin32::Entry(HWND window, UINT message, WPARAM w, LPARAM l,
       // A blank ticks; it does not look for a row that begins with it.
       if (w == L' ' && list.CheckBoxes) return 0;
       break;
-    default:
-      break;
+    default: break;
   }
   return DefSubclassProc(window, message, w, l);
 }

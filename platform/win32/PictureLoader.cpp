@@ -2,9 +2,9 @@
 
 // The identifiers of the imaging component are in no library that is linked.
 #define INITGUID
+#include <windows.h>
 #include <objbase.h>
 #include <wincodec.h>
-#include <windows.h>
 
 #include <limits>
 

@@ -24,8 +24,7 @@ Text ProcessWin32::CommandLine() const {
 Text ProcessWin32::ProgramPath() const {
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
-    const DWORD length =
-        GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
     if (length < path.size()) {
       return FromWide(path.data(), length);
     }

@@ -8,17 +8,16 @@ Text ProfileWin32::GetString(TextView section, TextView key, TextView defaultTex
                              std::size_t bufferSize, TextView file) const {
   if (bufferSize == 0) return {};
   NarrowText buffer(bufferSize, '\0');
-  const DWORD length = GetPrivateProfileStringA(
-      ToSystemCodePage(section).c_str(), ToSystemCodePage(key).c_str(),
-      ToSystemCodePage(defaultText).c_str(), buffer.data(), static_cast<DWORD>(buffer.size()),
-      ToSystemCodePage(file).c_str());
+  const DWORD length =
+      GetPrivateProfileStringA(ToSystemCodePage(section).c_str(), ToSystemCodePage(key).c_str(),
+                               ToSystemCodePage(defaultText).c_str(), buffer.data(),
+                               static_cast<DWORD>(buffer.size()), ToSystemCodePage(file).c_str());
   return FromSystemCodePage(std::string_view(buffer).substr(0, length));
 }
 
 bool ProfileWin32::SetString(TextView section, TextView key, TextView value, TextView file) {
   return WritePrivateProfileStringA(ToSystemCodePage(section).c_str(),
-                                    ToSystemCodePage(key).c_str(),
-                                    ToSystemCodePage(value).c_str(),
+                                    ToSystemCodePage(key).c_str(), ToSystemCodePage(value).c_str(),
                                     ToSystemCodePage(file).c_str()) != FALSE;
 }
 

@@ -10,8 +10,7 @@ class SettingsStoreWin32 : public SettingsStore {
  public:
   Text GetSetting(TextView application, TextView section, TextView key,
                   TextView default_) const override;
-  Status SaveSetting(TextView application, TextView section, TextView key,
-                     TextView value) override;
+  Status SaveSetting(TextView application, TextView section, TextView key, TextView value) override;
 };
 
 }  // namespace marl::win32

@@ -1,9 +1,9 @@
 #include "platform/win32/TabsWin32.h"
 
+#include <windows.h>
 #include <commctrl.h>
 #include <uxtheme.h>
 #include <vssym32.h>
-#include <windows.h>
 
 #include "platform/forms/Form.h"
 

@@ -137,11 +137,8 @@ LRESULT CALLBACK TipWindowsWin32::Watch(HWND parent, UINT message, WPARAM w, LPA
     case WM_RBUTTONUP:
       reinterpret_cast<TipWindowsWin32*>(self)->OnMouse(parent, message, w, l);
       break;
-    case WM_NCDESTROY:
-      RemoveWindowSubclass(parent, Watch, id);
-      break;
-    default:
-      break;
+    case WM_NCDESTROY: RemoveWindowSubclass(parent, Watch, id); break;
+    default: break;
   }
   return DefSubclassProc(parent, message, w, l);
 }

@@ -80,8 +80,8 @@ class Popup : public PopupMenu {
   void Show(Point at) override {
     const HWND owner = Window(owner_);
     if (!MenusBlend()) SetWindowSubclass(owner, OwnerProc, 0, 0);
-    const int chosen = TrackPopupMenuEx(menu_.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y,
-                                        owner, nullptr);
+    const int chosen =
+        TrackPopupMenuEx(menu_.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y, owner, nullptr);
     if (!MenusBlend()) RemoveWindowSubclass(owner, OwnerProc, 0);
     // Without a message behind it, a menu of the notification area may close at once when it is
     // shown the next time.
@@ -123,11 +123,10 @@ class Popup : public PopupMenu {
     if (!GetObjectW(picture, sizeof bitmap, &bitmap)) return false;
     const UniqueContext memory(CreateCompatibleDC(item.hDC));
     const HGDIOBJ before = SelectObject(memory.get(), picture);
-    const int top =
-        item.rcItem.top + (item.rcItem.bottom - item.rcItem.top - bitmap.bmHeight) / 2;
+    const int top = item.rcItem.top + (item.rcItem.bottom - item.rcItem.top - bitmap.bmHeight) / 2;
     const BLENDFUNCTION over = {AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
-    AlphaBlend(item.hDC, item.rcItem.left, top, bitmap.bmWidth, bitmap.bmHeight, memory.get(), 0,
-               0, bitmap.bmWidth, bitmap.bmHeight, over);
+    AlphaBlend(item.hDC, item.rcItem.left, top, bitmap.bmWidth, bitmap.bmHeight, memory.get(), 0, 0,
+               bitmap.bmWidth, bitmap.bmHeight, over);
     SelectObject(memory.get(), before);
     return true;
   }

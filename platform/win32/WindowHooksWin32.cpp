@@ -30,8 +30,7 @@ LRESULT CALLBACK WindowHooksWin32::Entry(HWND window, UINT message, WPARAM w, LP
                     : DefWindowProcW(window, message, w, l);
   }
   LRESULT result = 0;
-  desktop->Event(
-      [&] { result = listener->OnMessage(HandleToLong(window), message, w, l); });
+  desktop->Event([&] { result = listener->OnMessage(HandleToLong(window), message, w, l); });
   return result;
 }
 

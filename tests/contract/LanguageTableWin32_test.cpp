@@ -1,7 +1,7 @@
 // The built-in table against the platform's own answers.
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <set>
 #include <string>

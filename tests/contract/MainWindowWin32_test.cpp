@@ -26,29 +26,28 @@ TEST_F(MainWindow, MenuReadsBackAsInTheTable) {
   const HMENU bar = GetMenu(Window());
   ASSERT_EQ(Captions(bar), (Names{L"&Project", L"T&M", L"&Translate", L"&Align", L"Term&Vault",
                                   L"T&ools", L"&Help"}));
-  EXPECT_EQ(Captions(GetSubMenu(bar, 0)),
-            (Names{L"&Import files in to a new project...\tCtrl+N",
-                   L"&Open an existing project...\tCtrl+O",
-                   L"&Export files from a project...\tCtrl+S",
-                   L"&Remove temporary files...\tCtrl+W", L"",
-                   L"&Analyse leverage statistics...\tCtrl+A", L"", L"&Project TM...\tCtrl+M", L"",
-                   L"Change &server...\tCtrl+G", L"&Track projects\tCtrl+H", L"", L"E&xit"}));
+  EXPECT_EQ(
+      Captions(GetSubMenu(bar, 0)),
+      (Names{L"&Import files in to a new project...\tCtrl+N",
+             L"&Open an existing project...\tCtrl+O", L"&Export files from a project...\tCtrl+S",
+             L"&Remove temporary files...\tCtrl+W", L"", L"&Analyse leverage statistics...\tCtrl+A",
+             L"", L"&Project TM...\tCtrl+M", L"", L"Change &server...\tCtrl+G",
+             L"&Track projects\tCtrl+H", L"", L"E&xit"}));
   EXPECT_EQ(Captions(GetSubMenu(bar, 1)), (Names{L"&Import a Translation Memory...\tCtrl+I",
                                                  L"&Export a Translation Memory...\tCtrl+E"}));
-  EXPECT_EQ(Captions(GetSubMenu(bar, 2)),
-            (Names{L"Apply TMs in &batch mode...\tCtrl+B",
-                   L"Translate a specific &project file...\tCtrl+P",
-                   L"Translate a single &file...\tCtrl+F",
-                   L"Translate &clipboard contents...\tCtrl+C",
-                   L"&Global search and replace...\tCtrl+R"}));
+  EXPECT_EQ(Captions(GetSubMenu(bar, 2)), (Names{L"Apply TMs in &batch mode...\tCtrl+B",
+                                                 L"Translate a specific &project file...\tCtrl+P",
+                                                 L"Translate a single &file...\tCtrl+F",
+                                                 L"Translate &clipboard contents...\tCtrl+C",
+                                                 L"&Global search and replace...\tCtrl+R"}));
   EXPECT_EQ(Captions(GetSubMenu(bar, 3)),
             (Names{L"&Create a new alignment from existing files...\tF6",
                    L"&Open an existing alignment...\tF7"}));
   EXPECT_EQ(Captions(GetSubMenu(bar, 4)), (Names{L"&Maintain a terminology database...\tCtrl+T",
                                                  L"Terminology &QA Check...\tCtrl+Q"}));
-  EXPECT_EQ(Captions(GetSubMenu(bar, 5)), (Names{L"&QA Check...\tCtrl+K",
-                                                 L"&Comment Report...\tCtrl+J", L"",
-                                                 L"&Options...\tShift+F6"}));
+  EXPECT_EQ(Captions(GetSubMenu(bar, 5)),
+            (Names{L"&QA Check...\tCtrl+K", L"&Comment Report...\tCtrl+J", L"",
+                   L"&Options...\tShift+F6"}));
   EXPECT_EQ(Captions(GetSubMenu(bar, 6)),
             (Names{L"&Contents\tF1", L"&Translating in Marl...", L"&About...\tCtrl+F1"}));
   for (const int separator : {4, 6, 8, 11}) {
@@ -61,11 +60,10 @@ TEST_F(MainWindow, ShownToolsStandFirstInTheirMenu) {
   settings.Put(u"Marl", u"Settings", u"Tools", u"True");
   Start();
   const HMENU tools = GetSubMenu(GetMenu(Window()), 5);
-  EXPECT_EQ(Captions(tools),
-            (Names{L"&1 Font Mapper\tShift+F1", L"&2 Convert Files\tShift+F2",
-                   L"&3 DOC to RTF\tShift+F3", L"&4 HTML Utilities\tShift+F4",
-                   L"&5 MIF Utilities\tShift+F5", L"&QA Check...\tCtrl+K",
-                   L"&Comment Report...\tCtrl+J", L"", L"&Options...\tShift+F6"}));
+  EXPECT_EQ(Captions(tools), (Names{L"&1 Font Mapper\tShift+F1", L"&2 Convert Files\tShift+F2",
+                                    L"&3 DOC to RTF\tShift+F3", L"&4 HTML Utilities\tShift+F4",
+                                    L"&5 MIF Utilities\tShift+F5", L"&QA Check...\tCtrl+K",
+                                    L"&Comment Report...\tCtrl+J", L"", L"&Options...\tShift+F6"}));
   main->ToolsMenuVisible = false;
   main->ApplyToolsMenu();
   EXPECT_EQ(GetMenuItemCount(tools), 4);
@@ -81,21 +79,38 @@ TEST_F(GermanMainWindow, MenuReadsBackInGermanWithTheSameShortcuts) {
   };
   const std::pair<int, std::vector<Item>> tops[] = {
       {1000,
-       {{1001, L"", L"\tCtrl+N"}, {1002, L"", L"\tCtrl+O"}, {1003, L"", L"\tCtrl+S"},
-        {1004, L"", L"\tCtrl+W"}, {0, L"", L""}, {1005, L"", L"\tCtrl+A"}, {0, L"", L""},
-        {1007, L"", L"\tCtrl+M"}, {0, L"", L""}, {1008, L"", L"\tCtrl+G"},
-        {1009, L"", L"\tCtrl+H"}, {0, L"", L""}, {1006, L"", L""}}},
+       {{1001, L"", L"\tCtrl+N"},
+        {1002, L"", L"\tCtrl+O"},
+        {1003, L"", L"\tCtrl+S"},
+        {1004, L"", L"\tCtrl+W"},
+        {0, L"", L""},
+        {1005, L"", L"\tCtrl+A"},
+        {0, L"", L""},
+        {1007, L"", L"\tCtrl+M"},
+        {0, L"", L""},
+        {1008, L"", L"\tCtrl+G"},
+        {1009, L"", L"\tCtrl+H"},
+        {0, L"", L""},
+        {1006, L"", L""}}},
       {1100, {{1101, L"", L"\tCtrl+I"}, {1102, L"", L"\tCtrl+E"}}},
       {1200,
-       {{1201, L"", L"\tCtrl+B"}, {1202, L"", L"\tCtrl+P"}, {1203, L"", L"\tCtrl+F"},
-        {1204, L"", L"\tCtrl+C"}, {1205, L"", L"\tCtrl+R"}}},
+       {{1201, L"", L"\tCtrl+B"},
+        {1202, L"", L"\tCtrl+P"},
+        {1203, L"", L"\tCtrl+F"},
+        {1204, L"", L"\tCtrl+C"},
+        {1205, L"", L"\tCtrl+R"}}},
       {1300, {{1301, L"", L"\tF6"}, {1302, L"", L"\tF7"}}},
       {1400, {{1401, L"", L"\tCtrl+T"}, {1402, L"", L"\tCtrl+Q"}}},
       {1500,
-       {{1501, L"&1 ", L"\tShift+F1"}, {1502, L"&2 ", L"\tShift+F2"},
-        {1503, L"&3 ", L"\tShift+F3"}, {1504, L"&4 ", L"\tShift+F4"},
-        {1505, L"&5 ", L"\tShift+F5"}, {1508, L"", L"\tCtrl+K"}, {1509, L"", L"\tCtrl+J"},
-        {0, L"", L""}, {1506, L"", L"\tShift+F6"}}},
+       {{1501, L"&1 ", L"\tShift+F1"},
+        {1502, L"&2 ", L"\tShift+F2"},
+        {1503, L"&3 ", L"\tShift+F3"},
+        {1504, L"&4 ", L"\tShift+F4"},
+        {1505, L"&5 ", L"\tShift+F5"},
+        {1508, L"", L"\tCtrl+K"},
+        {1509, L"", L"\tCtrl+J"},
+        {0, L"", L""},
+        {1506, L"", L"\tShift+F6"}}},
       {1600, {{1601, L"", L"\tF1"}, {1603, L"", L""}, {1602, L"", L"\tCtrl+F1"}}},
   };
   const HMENU bar = GetMenu(Window());
@@ -158,9 +173,8 @@ TEST_F(MainWindow, TipsReadBackFromTheirWindows) {
     ASSERT_TRUE(SendMessageW(tip, TTM_ENUMTOOLSW, 0, reinterpret_cast<LPARAM>(&tool)));
     SendMessageW(tip, TTM_GETTEXTW, 200, reinterpret_cast<LPARAM>(&tool));
     EXPECT_EQ(tool.hwnd, Window());
-    const auto button = std::find_if(
-        main->TooltipTexts.begin(), main->TooltipTexts.end(),
-        [&](const Text& wanted) { return Wide(wanted) == text; });
+    const auto button = std::find_if(main->TooltipTexts.begin(), main->TooltipTexts.end(),
+                                     [&](const Text& wanted) { return Wide(wanted) == text; });
     ASSERT_NE(button, main->TooltipTexts.end());
     const auto index = static_cast<std::size_t>(button - main->TooltipTexts.begin());
     seen[index] = true;

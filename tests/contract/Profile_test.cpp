@@ -69,11 +69,16 @@ TEST_P(ProfileContract, BlanksAndQuotationMarksAroundAValueGo) {
     const char* line;
     TextView value;
   } rows[] = {
-      {"K=plain", u"plain"},       {"  K  =  in blanks  ", u"in blanks"},
-      {"K=\"  kept  \"", u"  kept  "}, {"K='single'", u"single"},
-      {"K=\"open", u"\"open"},     {"K=a=b", u"a=b"},
-      {"K=a;b", u"a;b"},           {"K=", u""},
-      {"\tK\t=\tx\t", u"x"},       {"K=\"\"", u""},
+      {"K=plain", u"plain"},
+      {"  K  =  in blanks  ", u"in blanks"},
+      {"K=\"  kept  \"", u"  kept  "},
+      {"K='single'", u"single"},
+      {"K=\"open", u"\"open"},
+      {"K=a=b", u"a=b"},
+      {"K=a;b", u"a;b"},
+      {"K=", u""},
+      {"\tK\t=\tx\t", u"x"},
+      {"K=\"\"", u""},
       {"K=in \"the\" middle", u"in \"the\" middle"},
   };
   for (const auto& row : rows) {
@@ -142,8 +147,8 @@ TEST_P(ProfileContract, KeysAndSectionsAreAdded) {
 }
 
 TEST_P(ProfileContract, TextsEndAtTheirFirstNul) {
-  ASSERT_TRUE(profile->SetString(TextView(u"S\0x", 3), TextView(u"K\0x", 3),
-                                 TextView(u"v\0x", 3), file));
+  ASSERT_TRUE(
+      profile->SetString(TextView(u"S\0x", 3), TextView(u"K\0x", 3), TextView(u"v\0x", 3), file));
   EXPECT_EQ(Content(), "[S]\r\nK=v\r\n");
   EXPECT_EQ(Get(u"S", u"None", TextView(u"d\0x", 3)), u"d");
 }

@@ -33,44 +33,20 @@ class Use {
     accessor_.Subkey = key;
     told_ << operation << ": ";
     switch (operation) {
-      case 0:
-        Tell(cursor_.KeyExists());
-        break;
-      case 1:
-        Tell(cursor_.CreateKey());
-        break;
-      case 2:
-        Tell(cursor_.DeleteKey());
-        break;
-      case 3:
-        Tell(cursor_.DeleteValue());
-        break;
+      case 0: Tell(cursor_.KeyExists()); break;
+      case 1: Tell(cursor_.CreateKey()); break;
+      case 2: Tell(cursor_.DeleteKey()); break;
+      case 3: Tell(cursor_.DeleteValue()); break;
       case 4:
-      case 5:
-        Tell(cursor_.Value());
-        break;
+      case 5: Tell(cursor_.Value()); break;
       case 6:
-      case 7:
-        cursor_.valueType = Draw(8);
-        [[fallthrough]];
-      case 8:
-        Tell(cursor_.SetValue(Value()));
-        break;
-      case 9:
-        Enumerate(&cRegistry::EnumerateValues);
-        break;
-      case 10:
-        Enumerate(&cRegistry::EnumerateSections);
-        break;
-      case 11:
-        Tell(accessor_.DeleteKey(key));
-        break;
-      case 12:
-        Tell(accessor_.DeleteValue(name));
-        break;
-      case 13:
-        Tell(accessor_.GetRegistryValue(name, std::int16_t{77}));
-        break;
+      case 7: cursor_.valueType = Draw(8); [[fallthrough]];
+      case 8: Tell(cursor_.SetValue(Value())); break;
+      case 9: Enumerate(&cRegistry::EnumerateValues); break;
+      case 10: Enumerate(&cRegistry::EnumerateSections); break;
+      case 11: Tell(accessor_.DeleteKey(key)); break;
+      case 12: Tell(accessor_.DeleteValue(name)); break;
+      case 13: Tell(accessor_.GetRegistryValue(name, std::int16_t{77})); break;
       case 14:
       case 15: {
         const std::int32_t kind = Draw(9);
@@ -106,12 +82,9 @@ class Use {
 
   RegistryValue Value() {
     switch (Draw(6)) {
-      case 0:
-        return {};
-      case 1:
-        return static_cast<std::int16_t>(Draw(65536) - 32768);
-      case 2:
-        return static_cast<std::int32_t>(random_());
+      case 0: return {};
+      case 1: return static_cast<std::int16_t>(Draw(65536) - 32768);
+      case 2: return static_cast<std::int32_t>(random_());
       case 3: {
         Bytes bytes(static_cast<std::size_t>(Draw(20)));
         for (auto& byte : bytes) byte = static_cast<unsigned char>(Draw(256));

@@ -414,22 +414,12 @@ class Walk {
         told << store_.SetValue(key.get(), name, kind, data);
         break;
       }
-      case 6:
-        told << store_.DeleteValue(key.get(), name);
-        break;
+      case 6: told << store_.DeleteValue(key.get(), name); break;
       case 7:
-      case 8:
-        Query(told, key.get(), name);
-        break;
-      case 9:
-        EnumKeys(told, key.get());
-        break;
-      case 10:
-        EnumValues(told, key.get());
-        break;
-      case 11:
-        Info(told, key.get());
-        break;
+      case 8: Query(told, key.get(), name); break;
+      case 9: EnumKeys(told, key.get()); break;
+      case 10: EnumValues(told, key.get()); break;
+      case 11: Info(told, key.get()); break;
     }
     return told.str();
   }

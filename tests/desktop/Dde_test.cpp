@@ -45,7 +45,8 @@ TEST_P(Dde, CommandsAreAnsweredByTheirFirstFourCharacters) {
   DdeClient client(GetParam());
   ASSERT_TRUE(client.Connect(L"Marl", L"Marl"));
   for (const auto& [command, taken] : commands) {
-    const std::string name = ToUtf8(command.substr(0, 20)) + " of " + std::to_string(command.size());
+    const std::string name =
+        ToUtf8(command.substr(0, 20)) + " of " + std::to_string(command.size());
     EXPECT_EQ(client.Execute(command), taken) << name;
     if (!taken) {
       EXPECT_EQ(client.lastError(), static_cast<UINT>(DMLERR_NOTPROCESSED)) << name;

@@ -1,7 +1,6 @@
 #include "tests/desktop/Harness.h"
 
 #include <objidl.h>
-
 #include <gdiplus.h>
 #include <psapi.h>
 #include <shellapi.h>

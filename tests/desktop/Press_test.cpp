@@ -17,9 +17,9 @@ struct Button {
 };
 
 constexpr Button kButtons[] = {
-    {0, L"Q17Gauge.exe"},   {1, L"Q17Pair.exe"},    {2, L"Q17Lexis.exe"},  {3, L"Q17Cadence.exe"},
-    {4, L"Q17Batch.exe"},   {5, L"Q17Bench.exe"},   {8, L"Q17Warden.exe"}, {9, L"Q17Kit.exe"},
-    {11, L"Q17Vault.exe"},  {12, L"Q17Renew.exe"},  {13, L"Q17Diff.exe"},  {14, L"Q17Bridge.exe"},
+    {0, L"Q17Gauge.exe"},   {1, L"Q17Pair.exe"},   {2, L"Q17Lexis.exe"},  {3, L"Q17Cadence.exe"},
+    {4, L"Q17Batch.exe"},   {5, L"Q17Bench.exe"},  {8, L"Q17Warden.exe"}, {9, L"Q17Kit.exe"},
+    {11, L"Q17Vault.exe"},  {12, L"Q17Renew.exe"}, {13, L"Q17Diff.exe"},  {14, L"Q17Bridge.exe"},
     {15, L"Q17Cleave.exe"}, {16, L"Q17Xlf.exe"},
 };
 
@@ -39,8 +39,8 @@ void PressAll(const SuiteFolder& suite, const RunningMarl& marl, const std::wstr
       const Starts starts = suite.WaitForTools(++count);
       if (starts.size() != count) Screenshot("no-start");
       ASSERT_EQ(starts.size(), count) << "button " << button.index;
-      EXPECT_EQ(starts.back(), (Started{button.program, folder + button.program, L"", directory,
-                                        SW_SHOWNORMAL}));
+      EXPECT_EQ(starts.back(),
+                (Started{button.program, folder + button.program, L"", directory, SW_SHOWNORMAL}));
     }
   }
   EXPECT_FALSE(marl.Box());

@@ -42,9 +42,7 @@ class RandomUser : public SwitchboardTest {
       case 2:
         if (WindowFromPoint(at) && GetAncestor(WindowFromPoint(at), GA_ROOT) == window) Click(at);
         return "click " + std::to_string(at.x) + "," + std::to_string(at.y);
-      case 3:
-        MoveMouse(at.x, at.y);
-        return "move";
+      case 3: MoveMouse(at.x, at.y); return "move";
       case 4: {
         static constexpr WORD kKeys[] = {VK_TAB,  VK_ESCAPE, VK_RETURN, VK_SPACE, VK_UP,
                                          VK_DOWN, VK_LEFT,   VK_RIGHT,  VK_HOME,  VK_END};
@@ -66,9 +64,7 @@ class RandomUser : public SwitchboardTest {
         Chord(held, key);
         return "shortcut " + std::to_string(key);
       }
-      default:
-        Keys(L"setgui");
-        return "word";
+      default: Keys(L"setgui"); return "word";
     }
   }
 

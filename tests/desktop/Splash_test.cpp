@@ -1,9 +1,9 @@
-#include "tests/desktop/Dialog.h"
-#include "tests/desktop/Switchboard.h"
-
 #include <algorithm>
 #include <array>
 #include <vector>
+
+#include "tests/desktop/Dialog.h"
+#include "tests/desktop/Switchboard.h"
 
 // The splash, the about box and the icons of the windows.
 
@@ -36,7 +36,8 @@ std::size_t CountColors(const Pixels& pixels, COLORREF color) {
 std::size_t GoldInTitle(HWND window) {
   const RECT place = AreaOf(window);
   const int height = GetSystemMetrics(SM_CYFIXEDFRAME) + GetSystemMetrics(SM_CYCAPTION);
-  const Pixels title = Capture({place.left, place.top, place.left + 2 * height, place.top + height});
+  const Pixels title =
+      Capture({place.left, place.top, place.left + 2 * height, place.top + height});
   return static_cast<std::size_t>(
       std::count_if(title.colors.begin(), title.colors.end(), [](COLORREF color) {
         return GetRValue(color) > GetBValue(color) + 90 && GetGValue(color) > GetBValue(color) + 60;
@@ -254,8 +255,8 @@ TEST(ProgramFile, CarriesItsIconAsGroupOneWithFourImages) {
     EXPECT_EQ(id, 30001 + static_cast<int>(i));
     const std::vector<BYTE> image = read(id, RT_ICON);
     EXPECT_FALSE(image.empty()) << id;
-    EXPECT_EQ(image.size(), std::size_t{entry[8]} | std::size_t{entry[9]} << 8 |
-                                std::size_t{entry[10]} << 16);
+    EXPECT_EQ(image.size(),
+              std::size_t{entry[8]} | std::size_t{entry[9]} << 8 | std::size_t{entry[10]} << 16);
   }
   FreeLibrary(program);
 }

@@ -213,8 +213,8 @@ TEST_F(StartUp, SecondStartBringsTheFirstOnesWindowBack) {
   // Maximised and behind another window: it comes back in its usual size, and to the front.
   ShowWindow(window, SW_SHOWMAXIMIZED);
   ASSERT_TRUE(IsZoomed(window));
-  const HWND other = CreateWindowExW(0, L"STATIC", L"In front", WS_POPUP | WS_CAPTION | WS_VISIBLE, 50,
-                                     50, 300, 200, nullptr, nullptr, nullptr, nullptr);
+  const HWND other = CreateWindowExW(0, L"STATIC", L"In front", WS_POPUP | WS_CAPTION | WS_VISIBLE,
+                                     50, 50, 300, 200, nullptr, nullptr, nullptr, nullptr);
   ASSERT_TRUE(BringForward(other));
   const auto image = settings.Image();
   const RunningMarl second(suite);
@@ -239,7 +239,8 @@ TEST_F(StartUp, TemporaryFilesOfTheSuiteAreRemovedAndTheProbeLeavesNothing) {
   ASSERT_TRUE(marl.WaitForWindow());
   Texts left;
   for (const auto& [path, size] : suite.Files()) {
-    if (path.starts_with(suite.temp() + L"\\")) left.push_back(path.substr(suite.temp().size() + 1));
+    if (path.starts_with(suite.temp() + L"\\"))
+      left.push_back(path.substr(suite.temp().size() + 1));
   }
   EXPECT_EQ(left, (Texts{L"KEEP.HTML", L"ORU3.TXT", L"ORU5.TMP", L"XORU4.TMP"}));
   RemoveDirectoryW((suite.temp() + L"\\ORU5.TMP").c_str());

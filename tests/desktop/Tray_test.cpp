@@ -1,5 +1,4 @@
 #include <windows.h>
-
 #include <shellapi.h>
 
 #include <algorithm>

@@ -83,12 +83,9 @@ TEST_F(Window, WrongSettingEndsTheProcessWithTheRuntimesText) {
     const wchar_t* value;
     const wchar_t* text;
   } cases[] = {
-      {L"Left", L"abc", L"Type mismatch"},
-      {L"Top", L"", L"Type mismatch"},
-      {L"Left", L"99999999999", L"Overflow"},
-      {L"Tooltips", L"maybe", L"Type mismatch"},
-      {L"Tools", L"", L"Type mismatch"},
-      {L"WindowState", L"x", L"Type mismatch"},
+      {L"Left", L"abc", L"Type mismatch"},    {L"Top", L"", L"Type mismatch"},
+      {L"Left", L"99999999999", L"Overflow"}, {L"Tooltips", L"maybe", L"Type mismatch"},
+      {L"Tools", L"", L"Type mismatch"},      {L"WindowState", L"x", L"Type mismatch"},
   };
   for (const auto& wrong : cases) {
     Settings own;

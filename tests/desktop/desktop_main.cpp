@@ -16,7 +16,8 @@ namespace {
 
 std::wstring FullPath(const std::wstring& path) {
   std::wstring full(32768, L'\0');
-  full.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+  full.resize(
+      GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
   return full;
 }
 
@@ -75,8 +76,7 @@ int wmain(int argc, wchar_t** argv) {
   g_programs.marl = FullPath(g_programs.marl);
   g_programs.german = FullPath(g_programs.german);
   g_programs.standIn = FullPath(g_programs.standIn);
-  if (!Present(g_programs.marl) || !Present(g_programs.german) ||
-      !Present(g_programs.standIn)) {
+  if (!Present(g_programs.marl) || !Present(g_programs.german) || !Present(g_programs.standIn)) {
     std::cerr << "desktop_tests --marl=PATH --german=PATH --stand-in=PATH [--suite=NAME] "
                  "[GoogleTest options]\n";
     return 2;

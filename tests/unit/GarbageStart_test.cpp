@@ -48,14 +48,15 @@ const std::vector<RegistryGarbage>& RegistryGarbages() {
 
 const std::vector<Text>& SettingGarbages() {
   static const std::vector<Text> garbages = {
-      u"",      u"garbage", u"-1",        u"99999999999999999999", u"1e400", u"&H7FFFFFFF",
+      u"",      u"garbage", u"-1",         u"99999999999999999999", u"1e400",       u"&H7FFFFFFF",
       u"1,5.2", u" ",       u"\xD800\x01", Text(100000, u'9'),      u"\"%1\" & <x>"};
   return garbages;
 }
 
 std::string Printable(const Text& text) {
   std::string printable;
-  for (const char16_t unit : text) printable += unit < 0x7F && unit >= 0x20 ? static_cast<char>(unit) : '?';
+  for (const char16_t unit : text)
+    printable += unit < 0x7F && unit >= 0x20 ? static_cast<char>(unit) : '?';
   return printable;
 }
 
@@ -122,8 +123,8 @@ std::set<Setting> SettingsRead() {
 /// may.
 bool MayEnd(const Place& value) {
   static const std::set<NarrowText> names = {
-      "Angle", "Color1", "Color2", "Border1",  "Border2",     "BorderWidth", "Text1",
-      "Text2", "Icons",  "TwoState", "IconsPerRow", "DisplayIcons", "Font1", "Font2"};
+      "Angle", "Color1", "Color2",   "Border1",     "Border2",      "BorderWidth", "Text1",
+      "Text2", "Icons",  "TwoState", "IconsPerRow", "DisplayIcons", "Font1",       "Font2"};
   return value.path == "Software\\Oru\\Marl\\GUI" && names.contains(value.name);
 }
 bool MayEnd(const Setting& setting) {

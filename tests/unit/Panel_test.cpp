@@ -160,12 +160,11 @@ TEST_P(BadSkins, EndTheProcessAtStart) {
 const Text kAll = SkinSettings().DisplayIcons;
 INSTANTIATE_TEST_SUITE_P(
     Values, BadSkins,
-    testing::Values(
-        BadSkin{"TooShort", u"001|011", 5, u"Subscript out of range"},
-        BadSkin{"Empty", u"", 5, u"Subscript out of range"},
-        BadSkin{"IndexOutside", u"181" + kAll.substr(3), 5, u"Subscript out of range"},
-        BadSkin{"NoNumber", u"ab1" + kAll.substr(3), 5, u"Type mismatch"},
-        BadSkin{"NoColumns", kAll, 0, u"Division by zero"}),
+    testing::Values(BadSkin{"TooShort", u"001|011", 5, u"Subscript out of range"},
+                    BadSkin{"Empty", u"", 5, u"Subscript out of range"},
+                    BadSkin{"IndexOutside", u"181" + kAll.substr(3), 5, u"Subscript out of range"},
+                    BadSkin{"NoNumber", u"ab1" + kAll.substr(3), 5, u"Type mismatch"},
+                    BadSkin{"NoColumns", kAll, 0, u"Division by zero"}),
     [](const auto& test) { return test.param.name; });
 
 TEST_F(Panel, HoverDressesTheButtonAndUndressesIt) {

@@ -13,9 +13,9 @@ struct ButtonCase {
 };
 
 constexpr ButtonCase kPrograms[] = {
-    {0, u"Q17Gauge.exe"},   {1, u"Q17Pair.exe"},    {2, u"Q17Lexis.exe"},  {3, u"Q17Cadence.exe"},
-    {4, u"Q17Batch.exe"},   {5, u"Q17Bench.exe"},   {8, u"Q17Warden.exe"}, {9, u"Q17Kit.exe"},
-    {11, u"Q17Vault.exe"},  {12, u"Q17Renew.exe"},  {13, u"Q17Diff.exe"},  {14, u"Q17Bridge.exe"},
+    {0, u"Q17Gauge.exe"},   {1, u"Q17Pair.exe"},   {2, u"Q17Lexis.exe"},  {3, u"Q17Cadence.exe"},
+    {4, u"Q17Batch.exe"},   {5, u"Q17Bench.exe"},  {8, u"Q17Warden.exe"}, {9, u"Q17Kit.exe"},
+    {11, u"Q17Vault.exe"},  {12, u"Q17Renew.exe"}, {13, u"Q17Diff.exe"},  {14, u"Q17Bridge.exe"},
     {15, u"Q17Cleave.exe"}, {16, u"Q17Xlf.exe"},
 };
 
@@ -59,10 +59,9 @@ TEST_P(ProgramEntry, StartsItsProgramWithItsSwitch) {
   SuiteWorld world;
   world.Start();
   world.desktop.Event([&] { (world.main().*c.entry)(); });
-  EXPECT_EQ(world.Tools(),
-            (std::vector{MemoryShell::Started{ShellOwner::kMainForm, u"",
-                                              u"C:\\Suite\\" + Text(c.program), Text(c.arguments),
-                                              u"C:\\Suite", 1}}));
+  EXPECT_EQ(world.Tools(), (std::vector{MemoryShell::Started{ShellOwner::kMainForm, u"",
+                                                             u"C:\\Suite\\" + Text(c.program),
+                                                             Text(c.arguments), u"C:\\Suite", 1}}));
 }
 
 TEST_P(ProgramEntry, ComplainsWhenTheProgramIsMissing) {
@@ -73,8 +72,9 @@ TEST_P(ProgramEntry, ComplainsWhenTheProgramIsMissing) {
   world.desktop.Event([&] { (world.main().*c.entry)(); });
   EXPECT_TRUE(world.Tools().empty());
   ASSERT_EQ(world.desktop.messages.size(), 1u);
-  EXPECT_EQ(world.desktop.messages[0],
-            (MemoryDesktop::Message{u"File not found : C:\\Suite\\" + Text(c.program), 48, u"Marl"}));
+  EXPECT_EQ(
+      world.desktop.messages[0],
+      (MemoryDesktop::Message{u"File not found : C:\\Suite\\" + Text(c.program), 48, u"Marl"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -138,8 +138,8 @@ TEST(Launch, ShellOpenBelongsToTheDesktop) {
   world.shell.executeCode = 5;
   launcher.ShellOpen(u"open", u"http://example.com/", u"", u"", 1);
   EXPECT_EQ(world.shell.started,
-            (std::vector{MemoryShell::Started{ShellOwner::kDesktop, u"open",
-                                              u"http://example.com/", u"", u"", 1}}));
+            (std::vector{MemoryShell::Started{ShellOwner::kDesktop, u"open", u"http://example.com/",
+                                              u"", u"", 1}}));
 }
 
 // ---- The components
@@ -164,9 +164,8 @@ TEST_P(ComponentEntry, CallsItsOperationOnceAndReleases) {
   };
   world.Start();
   world.desktop.Event([&] { (world.main().*c.entry)(); });
-  EXPECT_EQ(world.components.calls,
-            (std::vector{MemoryComponents::CallRecord{Text(c.component), Text(c.operation),
-                                                      c.arguments}}));
+  EXPECT_EQ(world.components.calls, (std::vector{MemoryComponents::CallRecord{
+                                        Text(c.component), Text(c.operation), c.arguments}}));
   EXPECT_EQ(live, 1);
   EXPECT_EQ(world.components.live, 0);
 }
@@ -181,11 +180,11 @@ TEST_P(ComponentEntry, SaysSoWhenItIsNotInstalled) {
 
 TEST_P(ComponentEntry, AFailureInsideIsNotCaught) {
   SuiteWorld world;
-  world.components.registered[Text(GetParam().component)] =
-      [](const Text&, auto&, ComponentValue&, Text& failure) {
-        failure = u"No licence";
-        return false;
-      };
+  world.components.registered[Text(GetParam().component)] = [](const Text&, auto&, ComponentValue&,
+                                                               Text& failure) {
+    failure = u"No licence";
+    return false;
+  };
   world.Start();
   world.desktop.Event([&] { (world.main().*GetParam().entry)(); });
   EXPECT_EQ(world.Messages(), (std::vector<Text>{u"No licence"}));
@@ -196,18 +195,19 @@ INSTANTIATE_TEST_SUITE_P(
     All, ComponentEntry,
     testing::Values(
         ComponentCase{"ProjectTm", &frmMain::mnuProjectPTM, u"Marl.ProjectTmComponent", u"Run", {}},
-        ComponentCase{"Replace", &frmMain::mnuTranslateReplace, u"Marl.ReplaceComponent", u"Run", {}},
+        ComponentCase{
+            "Replace", &frmMain::mnuTranslateReplace, u"Marl.ReplaceComponent", u"Run", {}},
         ComponentCase{"SingleFile",
                       &frmMain::mnuTranslateSingle,
                       u"Marl.SingleFileComponent",
                       u"Run",
                       {Text(), std::int32_t{0}}},
-        ComponentCase{"QaCheck", &frmMain::mnuToolsQACheck, u"Marl.QaComponent", u"Run",
-                      {std::int32_t{0}}},
-        ComponentCase{"TerminologyQa", &frmMain::mnuQACheck, u"Marl.QaComponent", u"Run",
-                      {std::int32_t{1}}},
-        ComponentCase{"CommentReport", &frmMain::mnuToolsCommentReport, u"Marl.QaComponent",
-                      u"Report", {}}),
+        ComponentCase{
+            "QaCheck", &frmMain::mnuToolsQACheck, u"Marl.QaComponent", u"Run", {std::int32_t{0}}},
+        ComponentCase{
+            "TerminologyQa", &frmMain::mnuQACheck, u"Marl.QaComponent", u"Run", {std::int32_t{1}}},
+        ComponentCase{
+            "CommentReport", &frmMain::mnuToolsCommentReport, u"Marl.QaComponent", u"Report", {}}),
     [](const auto& test) { return test.param.name; });
 
 TEST(QaButton, RunsTheQaCheck) {

@@ -61,11 +61,22 @@ class RandomUser {
   }
 
   Text AnyText() {
-    static const std::vector<Text> texts = {
-        u"",          u"Server",     u"127.0.0.1", u"8080",        u"65536",
-        u"-1",        u"abc",        u"8.25",      u"1e9",         u"\"<&>%20",
-        u"C:\\Project\\p.qpr",       u"C:\\Project\\missing.qpr",  u"C:\\Project",
-        u"Ä\u0416\u4E2D",            Text(3000, u'x'),             Text(1, u'\xD800')};
+    static const std::vector<Text> texts = {u"",
+                                            u"Server",
+                                            u"127.0.0.1",
+                                            u"8080",
+                                            u"65536",
+                                            u"-1",
+                                            u"abc",
+                                            u"8.25",
+                                            u"1e9",
+                                            u"\"<&>%20",
+                                            u"C:\\Project\\p.qpr",
+                                            u"C:\\Project\\missing.qpr",
+                                            u"C:\\Project",
+                                            u"Ä\u0416\u4E2D",
+                                            Text(3000, u'x'),
+                                            Text(1, u'\xD800')};
     return Any(texts);
   }
 
@@ -148,9 +159,7 @@ class RandomUser {
           control.UserFocus();
         }
         break;
-      case ControlKind::kListBox:
-        UseList(static_cast<ListBox&>(control));
-        break;
+      case ControlKind::kListBox: UseList(static_cast<ListBox&>(control)); break;
       case ControlKind::kComboBox: {
         auto& combo = static_cast<ComboBox&>(control);
         if (combo.Editable && Sometimes(2)) {
@@ -168,9 +177,7 @@ class RandomUser {
         if (tabs.PartCount() > 0) tabs.UserSelectTab(1 + Below(tabs.PartCount()));
         break;
       }
-      default:
-        control.UserClick();
-        break;
+      default: control.UserClick(); break;
     }
   }
 
@@ -178,9 +185,7 @@ class RandomUser {
     const int rows = list.ListCount();
     if (rows == 0) return;
     switch (Below(4)) {
-      case 0:
-        list.UserSelectRow(Below(rows));
-        break;
+      case 0: list.UserSelectRow(Below(rows)); break;
       case 1:
         if (list.CheckBoxes) list.UserCheck(Below(rows));
         break;
@@ -207,7 +212,8 @@ class RandomUser {
     frmMain& main = world.main();
     MemoryDesktop& desktop = world.desktop;
     switch (Below(12)) {
-      case 0: case 1: {
+      case 0:
+      case 1: {
         const auto x = static_cast<float>(Below(12000) - 500);
         const auto y = static_cast<float>(Below(8000) - 500);
         desktop.Event([&] { main.UserMouseMove(0, 0, x, y); });
@@ -222,7 +228,8 @@ class RandomUser {
         desktop.Event([&] { main.UserMouseUp(button, x + static_cast<float>(Below(50)), y); });
         return "click";
       }
-      case 3: case 4: {
+      case 3:
+      case 4: {
         std::vector<Menu*> entries;
         for (Control* control : main.controls()) {
           if (control->kind() != ControlKind::kMenu) continue;
@@ -239,9 +246,9 @@ class RandomUser {
         const bool word = Sometimes(10);
         const int count = word ? 6 : 1;
         for (int i = 0; i < count; ++i) {
-          const char16_t key = word ? kKeys[static_cast<std::size_t>(i)]
-                                    : kKeys[static_cast<std::size_t>(
-                                          Below(static_cast<int>(kKeys.size())))];
+          const char16_t key =
+              word ? kKeys[static_cast<std::size_t>(i)]
+                   : kKeys[static_cast<std::size_t>(Below(static_cast<int>(kKeys.size())))];
           desktop.Event([&] { main.UserKey(key); });
         }
         return word ? "hidden-word" : "key";
@@ -267,9 +274,7 @@ class RandomUser {
         desktop.Event([&] { main.UserExecute(command); });
         return "command";
       }
-      case 9:
-        desktop.Advance(Below(400));
-        return "wait";
+      case 9: desktop.Advance(Below(400)); return "wait";
       case 10: {
         desktop.cursor = {Below(1024), Below(768)};
         desktop.foreground = Sometimes(3) ? nullptr : &main;
@@ -277,7 +282,8 @@ class RandomUser {
       }
       default: {
         const bool shown = Sometimes(2);
-        desktop.Event([&] { main.SetState(shown ? WindowState::kNormal : WindowState::kMinimised); });
+        desktop.Event(
+            [&] { main.SetState(shown ? WindowState::kNormal : WindowState::kMinimised); });
         if (shown) desktop.Event([&] { main.RestoreWindow(); });
         return shown ? "restore" : "minimise";
       }

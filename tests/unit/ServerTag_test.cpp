@@ -30,10 +30,10 @@ TEST(ServerTag, IsComposedRaw) {
 }
 
 TEST(ServerTag, BareNameIsEscaped) {
-  EXPECT_EQ(BareNameTag(u"alpha"),
-            u"<project-tracking server=\"alpha\" ssl=\"no\" port=\"80\"/>");
-  EXPECT_EQ(BareNameTag(u" R&D \"<x>\" "),
-            u"<project-tracking server=\" R&amp;D &quot;&lt;x&gt;&quot; \" ssl=\"no\" port=\"80\"/>");
+  EXPECT_EQ(BareNameTag(u"alpha"), u"<project-tracking server=\"alpha\" ssl=\"no\" port=\"80\"/>");
+  EXPECT_EQ(
+      BareNameTag(u" R&D \"<x>\" "),
+      u"<project-tracking server=\" R&amp;D &quot;&lt;x&gt;&quot; \" ssl=\"no\" port=\"80\"/>");
 }
 
 TEST(ServerTag, DocumentIsMarkPrologAndTag) {
@@ -64,34 +64,32 @@ TEST_P(ServerTagRows, GiveAddressAndArguments) {
 
 INSTANTIATE_TEST_SUITE_P(
     SchemesAndPorts, ServerTagRows,
-    testing::Values(
-        Row{Tag(u"no", u"80"), u"http://alpha", u"alpha /port=80"},
-        Row{Tag(u"no", u"443"), u"http://alpha:443", u"alpha /port=443"},
-        Row{Tag(u"no", u"8080"), u"http://alpha:8080", u"alpha /port=8080"},
-        Row{Tag(u"no", u"080"), u"http://alpha:080", u"alpha /port=080"},
-        Row{Tag(u"no", u""), u"http://alpha:", u"alpha"},
-        Row{Tag(u"yes", u"443"), u"https://alpha", u"alpha /ssl /port=443"},
-        Row{Tag(u"YES", u"443"), u"https://alpha", u"alpha /ssl /port=443"},
-        Row{Tag(u"Yes", u"80"), u"https://alpha:80", u"alpha /ssl /port=80"},
-        Row{Tag(u"yes", u"8080"), u"https://alpha:8080", u"alpha /ssl /port=8080"},
-        Row{Tag(u"yes", u""), u"https://alpha:", u"alpha /ssl"},
-        Row{Tag(u"true", u"80"), u"http://alpha", u"alpha /port=80"},
-        Row{Tag(u"", u"80"), u"http://alpha", u"alpha /port=80"},
-        Row{u"<project-tracking server=\"alpha\"/>", u"http://alpha:", u"alpha"}));
+    testing::Values(Row{Tag(u"no", u"80"), u"http://alpha", u"alpha /port=80"},
+                    Row{Tag(u"no", u"443"), u"http://alpha:443", u"alpha /port=443"},
+                    Row{Tag(u"no", u"8080"), u"http://alpha:8080", u"alpha /port=8080"},
+                    Row{Tag(u"no", u"080"), u"http://alpha:080", u"alpha /port=080"},
+                    Row{Tag(u"no", u""), u"http://alpha:", u"alpha"},
+                    Row{Tag(u"yes", u"443"), u"https://alpha", u"alpha /ssl /port=443"},
+                    Row{Tag(u"YES", u"443"), u"https://alpha", u"alpha /ssl /port=443"},
+                    Row{Tag(u"Yes", u"80"), u"https://alpha:80", u"alpha /ssl /port=80"},
+                    Row{Tag(u"yes", u"8080"), u"https://alpha:8080", u"alpha /ssl /port=8080"},
+                    Row{Tag(u"yes", u""), u"https://alpha:", u"alpha /ssl"},
+                    Row{Tag(u"true", u"80"), u"http://alpha", u"alpha /port=80"},
+                    Row{Tag(u"", u"80"), u"http://alpha", u"alpha /port=80"},
+                    Row{u"<project-tracking server=\"alpha\"/>", u"http://alpha:", u"alpha"}));
 
 INSTANTIATE_TEST_SUITE_P(
     HostileNames, ServerTagRows,
-    testing::Values(
-        Row{Tag(u"no", u"80", u"R&amp;D"), u"http://R&D", u"R&D /port=80"},
-        Row{Tag(u"no", u"80", u"R&D"), u"http://R&D", u"R&D /port=80"},
-        // The attribute behind a quote that is cut short has lost its name.
-        Row{Tag(u"no", u"80", u"a\"b"), u"http://a", u"a /port=80"},
-        Row{Tag(u"yes", u"443", u"a\"b"), u"http://a:443", u"a /port=443"},
-        Row{Tag(u"no", u"80", u"a%20b"), u"http://a%20b", u"a%20b /port=80"},
-        Row{Tag(u"no", u"80", u"a b"), u"http://a b", u"a b /port=80"},
-        Row{Tag(u"no", u"80", u"/x -y"), u"http:///x -y", u"/x -y /port=80"},
-        Row{Tag(u"no", u"80", u"a&quot;b"), u"http://a\"b", u"a\"b /port=80"},
-        Row{Tag(u"no", u"8 /x", u"a"), u"http://a:8 /x", u"a /port=8 /x"}));
+    testing::Values(Row{Tag(u"no", u"80", u"R&amp;D"), u"http://R&D", u"R&D /port=80"},
+                    Row{Tag(u"no", u"80", u"R&D"), u"http://R&D", u"R&D /port=80"},
+                    // The attribute behind a quote that is cut short has lost its name.
+                    Row{Tag(u"no", u"80", u"a\"b"), u"http://a", u"a /port=80"},
+                    Row{Tag(u"yes", u"443", u"a\"b"), u"http://a:443", u"a /port=443"},
+                    Row{Tag(u"no", u"80", u"a%20b"), u"http://a%20b", u"a%20b /port=80"},
+                    Row{Tag(u"no", u"80", u"a b"), u"http://a b", u"a b /port=80"},
+                    Row{Tag(u"no", u"80", u"/x -y"), u"http:///x -y", u"/x -y /port=80"},
+                    Row{Tag(u"no", u"80", u"a&quot;b"), u"http://a\"b", u"a\"b /port=80"},
+                    Row{Tag(u"no", u"8 /x", u"a"), u"http://a:8 /x", u"a /port=8 /x"}));
 
 TEST(ServerTag, NoTagGivesNoArguments) {
   EXPECT_EQ(WardenArguments(Read(u"")), u"");

@@ -39,9 +39,8 @@ class Controls : public SkinTarget {
     seen.push_back(parameter);
     Text* const field = TextField(skin, parameter);
     ASSERT_TRUE(field) << "a number came as a text";
-    *field = parameter == SkinParameter::displayicons
-                 ? FormatDisplayIcons(ParseDisplayIcons(text))
-                 : Text(text);
+    *field = parameter == SkinParameter::displayicons ? FormatDisplayIcons(ParseDisplayIcons(text))
+                                                      : Text(text);
   }
 
  private:

@@ -12,8 +12,8 @@ constexpr TextView kDemonstration =
 constexpr TextView kWizard = u"Would you like to start the translation wizard when you start Marl?";
 
 MemoryShell::Started Start(TextView file, TextView arguments, int show) {
-  return {ShellOwner::kMainForm, u"", u"C:\\Suite\\" + Text(file), Text(arguments), u"C:\\Suite",
-          show};
+  return {ShellOwner::kMainForm, u"",          u"C:\\Suite\\" + Text(file),
+          Text(arguments),       u"C:\\Suite", show};
 }
 
 TEST(Startup, RegistersCommonControlsOnce) {
@@ -119,8 +119,8 @@ TEST_F(FirstRun, NoAndYes) {
   EXPECT_EQ(world.Setting(u"FirstRun"), u"N");
   EXPECT_EQ(world.Setting(u"Wizard"), u"Y");
   // The wizard was asked for just now: it comes instead of the switchboard.
-  EXPECT_EQ(world.Tools(), (std::vector{Start(u"Q17Shell.exe", u"/R", 0),
-                                        Start(u"Q17Shell.exe", u"1", 1)}));
+  EXPECT_EQ(world.Tools(),
+            (std::vector{Start(u"Q17Shell.exe", u"/R", 0), Start(u"Q17Shell.exe", u"1", 1)}));
   EXPECT_TRUE(world.desktop.ended());
 }
 
@@ -194,17 +194,14 @@ TEST_P(Wizard, StartsInPlaceOfTheSwitchboard) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(CommandLines, Wizard,
-                         testing::Values(WizardCase{u"", u"Y", true}, WizardCase{u"nw", u"Y", false},
-                                         WizardCase{u"NW", u"Y", false},
-                                         WizardCase{u"nW", u"Y", false},
-                                         WizardCase{u" NW ", u"Y", true},
-                                         WizardCase{u"NW ", u"Y", true},
-                                         WizardCase{u"\"NW\"", u"Y", true},
-                                         WizardCase{u"NW C:\\x.qprx", u"Y", true},
-                                         WizardCase{u"C:\\x.qprx", u"N", false},
-                                         WizardCase{u"", u"y", false},
-                                         WizardCase{u"", u"N", false}));
+INSTANTIATE_TEST_SUITE_P(
+    CommandLines, Wizard,
+    testing::Values(WizardCase{u"", u"Y", true}, WizardCase{u"nw", u"Y", false},
+                    WizardCase{u"NW", u"Y", false}, WizardCase{u"nW", u"Y", false},
+                    WizardCase{u" NW ", u"Y", true}, WizardCase{u"NW ", u"Y", true},
+                    WizardCase{u"\"NW\"", u"Y", true}, WizardCase{u"NW C:\\x.qprx", u"Y", true},
+                    WizardCase{u"C:\\x.qprx", u"N", false}, WizardCase{u"", u"y", false},
+                    WizardCase{u"", u"N", false}));
 
 TEST(WizardMissing, ComplainsAndComesUp) {
   SuiteWorld world;
@@ -247,7 +244,8 @@ TEST(TemporaryFiles, AllMatchesGoAndNothingElse) {
     EXPECT_TRUE(world.files.Content(temp + Text(name))) << testing::PrintToString(name);
   }
   EXPECT_TRUE(world.files.FolderExists(temp + u"ORUFOLDER.TMP"));
-  EXPECT_TRUE(world.files.Content(temp + u"ORULOCK.TMP")) << "what cannot be deleted stays, silently";
+  EXPECT_TRUE(world.files.Content(temp + u"ORULOCK.TMP"))
+      << "what cannot be deleted stays, silently";
   EXPECT_TRUE(world.Messages().empty());
 }
 
@@ -280,18 +278,17 @@ TEST_P(Position, IsTakenOrCentred) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Settings, Position,
-    testing::Values(PlaceCase{"Defaults", u"-1", u"-1", -1, -1},
-                    PlaceCase{"Corner", u"0", u"0", 0, 0},
-                    PlaceCase{"OneBadCentresBoth", u"-1", u"100", -1, -1},
-                    PlaceCase{"OtherBadCentresBoth", u"100", u"-15", -1, -1},
-                    PlaceCase{"TooFarRight", u"19000", u"100", -1, -1},
-                    PlaceCase{"TooLow", u"100", u"11900", -1, -1},
-                    PlaceCase{"Blanks", u" 150 ", u"300", 150, 300},
-                    PlaceCase{"TiesToEven", u"100.5", u"101.5", 100, 102},
-                    PlaceCase{"Huge", u"2147483647", u"0", -1, -1}),
-    [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(Settings, Position,
+                         testing::Values(PlaceCase{"Defaults", u"-1", u"-1", -1, -1},
+                                         PlaceCase{"Corner", u"0", u"0", 0, 0},
+                                         PlaceCase{"OneBadCentresBoth", u"-1", u"100", -1, -1},
+                                         PlaceCase{"OtherBadCentresBoth", u"100", u"-15", -1, -1},
+                                         PlaceCase{"TooFarRight", u"19000", u"100", -1, -1},
+                                         PlaceCase{"TooLow", u"100", u"11900", -1, -1},
+                                         PlaceCase{"Blanks", u" 150 ", u"300", 150, 300},
+                                         PlaceCase{"TiesToEven", u"100.5", u"101.5", 100, 102},
+                                         PlaceCase{"Huge", u"2147483647", u"0", -1, -1}),
+                         [](const auto& test) { return test.param.name; });
 
 TEST(PositionEdge, ExactlyAsWideAsTheSpaceLeftStays) {
   SuiteWorld probe;
@@ -355,8 +352,13 @@ INSTANTIATE_TEST_SUITE_P(
                     WrongSetting{u"WindowState", u"40000", u"Overflow"}));
 
 TEST(Flags, AreReadAsBooleanTexts) {
-  for (const auto& [text, value] : std::initializer_list<std::pair<TextView, bool>>{
-           {u"True", true}, {u"FALSE", false}, {u"true", true}, {u"0", false}, {u"-1", true}, {u"7", true}}) {
+  for (const auto& [text, value] :
+       std::initializer_list<std::pair<TextView, bool>>{{u"True", true},
+                                                        {u"FALSE", false},
+                                                        {u"true", true},
+                                                        {u"0", false},
+                                                        {u"-1", true},
+                                                        {u"7", true}}) {
     SuiteWorld world;
     world.PutSetting(u"Tooltips", text);
     world.PutSetting(u"Tools", text);

@@ -8,11 +8,11 @@ namespace marl {
 
 /// The tools of the suite, as they are started.
 constexpr TextView kTools[] = {
-    u"Q17Gauge.exe",  u"Q17Pair.exe",   u"Q17Lexis.exe",  u"Q17Cadence.exe", u"Q17Batch.exe",
-    u"Q17Bench.exe",  u"Q17Warden.exe", u"Q17Kit.exe",    u"Q17Vault.exe",   u"Q17Renew.exe",
-    u"Q17Diff.exe",   u"Q17Bridge.exe", u"Q17Cleave.exe", u"Q17Xlf.exe",     u"MarlTour.exe",
-    u"RegLib.EXE",    u"Q17Shell.exe",  u"FaceMap.exe",   u"Q17Morph.exe",   u"WordRich.exe",
-    u"PageTool.exe",  u"FrameTool.exe"};
+    u"Q17Gauge.exe", u"Q17Pair.exe",   u"Q17Lexis.exe",  u"Q17Cadence.exe", u"Q17Batch.exe",
+    u"Q17Bench.exe", u"Q17Warden.exe", u"Q17Kit.exe",    u"Q17Vault.exe",   u"Q17Renew.exe",
+    u"Q17Diff.exe",  u"Q17Bridge.exe", u"Q17Cleave.exe", u"Q17Xlf.exe",     u"MarlTour.exe",
+    u"RegLib.EXE",   u"Q17Shell.exe",  u"FaceMap.exe",   u"Q17Morph.exe",   u"WordRich.exe",
+    u"PageTool.exe", u"FrameTool.exe"};
 
 /// A machine with the whole suite installed, and short words for what a user does there.
 struct SuiteWorld : World {
@@ -30,9 +30,7 @@ struct SuiteWorld : World {
   }
   void Uninstall(TextView tool) { files.Erase(folder + Text(tool)); }
 
-  void PutSetting(TextView key, TextView value) {
-    settings.Put(u"Marl", u"Settings", key, value);
-  }
+  void PutSetting(TextView key, TextView value) { settings.Put(u"Marl", u"Settings", key, value); }
   Text Setting(TextView key) const {
     return settings.GetSetting(u"Marl", u"Settings", key, u"(missing)");
   }

@@ -53,7 +53,7 @@ TEST(HiddenMenu, TwoOfItsEntriesAreHiddenByDesign) {
 
 struct KeyCase {
   TextView keys;
-  int position;   ///< where the sequence stands afterwards
+  int position;  ///< where the sequence stands afterwards
   bool completed;
 };
 
@@ -76,8 +76,8 @@ INSTANTIATE_TEST_SUITE_P(Words, HiddenKeys,
                          testing::Values(KeyCase{u"", 1, false}, KeyCase{u"S", 2, false},
                                          KeyCase{u"SETGU", 6, false}, KeyCase{u"SETGUI", 1, true},
                                          // A wrong key is no new beginning.
-                                         KeyCase{u"SSETGUI", 1, false}, KeyCase{u"SETGUS", 1, false},
-                                         KeyCase{u"SETGUC", 1, false},
+                                         KeyCase{u"SSETGUI", 1, false},
+                                         KeyCase{u"SETGUS", 1, false}, KeyCase{u"SETGUC", 1, false},
                                          KeyCase{u"XSETGUI", 1, true},
                                          KeyCase{u"SETGUISETGUI", 1, true}));
 
@@ -168,19 +168,17 @@ TEST_P(Command, IsAcceptedOrRefused) {
 
 INSTANTIATE_TEST_SUITE_P(
     Texts, Command,
-    testing::Values(CommandCase{"File", u"PRJ C:\\x.qprx", true, u"C:\\x.qprx"},
-                    CommandCase{"PrefixAlone", u"PRJ ", true, u""},
-                    CommandCase{"LowerCase", u"prj x", false, u""},
-                    CommandCase{"Mixed", u"Prj C:\\x.qprx", false, u""},
-                    CommandCase{"WithoutBlank", u"PRJ", false, u""},
-                    CommandCase{"Tab", u"PRJ\tx", false, u""},
-                    CommandCase{"Empty", u"", false, u""},
-                    CommandCase{"LeadingBlank", u" PRJ x", false, u""},
-                    CommandCase{"TwoBlanks", u"PRJ  x", true, u" x"},
-                    CommandCase{"Long", u"PRJ " + Text(60000, u'x'), true, Text(60000, u'x')},
-                    CommandCase{"OtherLanguages", u"PRJ C:\\Проект\\計画.qprx", true,
-                                u"C:\\Проект\\計画.qprx"},
-                    CommandCase{"Surrogates", u"PRJ \xD800x\xDC00", true, u"\xD800x\xDC00"}),
+    testing::Values(
+        CommandCase{"File", u"PRJ C:\\x.qprx", true, u"C:\\x.qprx"},
+        CommandCase{"PrefixAlone", u"PRJ ", true, u""},
+        CommandCase{"LowerCase", u"prj x", false, u""},
+        CommandCase{"Mixed", u"Prj C:\\x.qprx", false, u""},
+        CommandCase{"WithoutBlank", u"PRJ", false, u""}, CommandCase{"Tab", u"PRJ\tx", false, u""},
+        CommandCase{"Empty", u"", false, u""}, CommandCase{"LeadingBlank", u" PRJ x", false, u""},
+        CommandCase{"TwoBlanks", u"PRJ  x", true, u" x"},
+        CommandCase{"Long", u"PRJ " + Text(60000, u'x'), true, Text(60000, u'x')},
+        CommandCase{"OtherLanguages", u"PRJ C:\\Проект\\計画.qprx", true, u"C:\\Проект\\計画.qprx"},
+        CommandCase{"Surrogates", u"PRJ \xD800x\xDC00", true, u"\xD800x\xDC00"}),
     [](const auto& test) { return test.param.name; });
 
 }  // namespace

@@ -38,8 +38,9 @@ TEST_F(ServerClient, DescriptionSpeaksTheProgramsLanguage) {
   const StringTable table(german);
   TrackingServerClient speaker({components, files, table});
   EXPECT_FALSE(speaker.SetServer(u"", failure));
-  EXPECT_EQ(failure, u"Dies ist kein gültiger Server für die Projektverfolgung. Bitte prüfen Sie "
-                     u"den Servernamen.");
+  EXPECT_EQ(failure,
+            u"Dies ist kein gültiger Server für die Projektverfolgung. Bitte prüfen Sie "
+            u"den Servernamen.");
 }
 
 TEST_F(ServerClient, RegisteredOneIsMadeAtTheFirstCallAndKept) {
@@ -112,8 +113,7 @@ INSTANTIATE_TEST_SUITE_P(
     Bad, ServerDocuments,
     testing::Values(
         Document{u"", false}, Document{u"\uFEFF", false}, Document{u"alpha", false},
-        Document{BareNameTag(u"alpha"), false},
-        Document{u"\uFEFF" + BareNameTag(u"alpha"), false},
+        Document{BareNameTag(u"alpha"), false}, Document{u"\uFEFF" + BareNameTag(u"alpha"), false},
         Document{Text(kServerProlog) + BareNameTag(u"alpha"), false},
         Document{u"\uFEFF<?xml version=\"1.0\"?>" + BareNameTag(u"alpha"), false},
         Document{u"\uFEFF" + Text(kServerProlog) + u"\r\n" + BareNameTag(u"alpha"), false},

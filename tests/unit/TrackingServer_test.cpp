@@ -60,7 +60,7 @@ class Tracking : public testing::Test {
   MemoryFileSystem files;
   MemoryStrings resource;
   StringTable strings{resource};
-  std::vector<Text> names;     ///< each name that was shown
+  std::vector<Text> names;    ///< each name that was shown
   std::vector<bool> enabled;  ///< each state that was set
   TrackingServer server{{desktop, registry, components, files, strings},
                         {[this](TextView name) { names.emplace_back(name); },
@@ -144,8 +144,9 @@ TEST_F(Tracking, TagKeepsTheBlanksBehindIt) {
 
 TEST_F(Tracking, EmptyNamesRemoveTheServerWithoutAMessage) {
   server.Start();
-  for (const TextView nothing : {u"", u"   ", u"<project-tracking server=\"\" ssl=\"no\" port=\"80\"/>",
-                                 u"<", u"<x/>", u"<project-tracking ssl=\"yes\"/>"}) {
+  for (const TextView nothing :
+       {u"", u"   ", u"<project-tracking server=\"\" ssl=\"no\" port=\"80\"/>", u"<", u"<x/>",
+        u"<project-tracking ssl=\"yes\"/>"}) {
     server.SetTrackingServer(kAlpha, true);
     components.calls.clear();
     names.clear();
@@ -164,7 +165,8 @@ TEST_F(Tracking, DocumentReachesTheComponentToTheCharacter) {
   EXPECT_TRUE(components.calls.empty()) << "no server is not sent";
   server.SetTrackingServer(kBeta, true);
   const std::vector<MemoryComponents::CallRecord> expected = {
-      {Text(kClient), u"SetServer",
+      {Text(kClient),
+       u"SetServer",
        {Text(u"\uFEFF<?xml version=\"1.0\" standalone=\"no\"?>"
              u"<project-tracking server=\"beta\" ssl=\"yes\" port=\"443\"/>")}}};
   EXPECT_EQ(components.calls, expected);
@@ -177,8 +179,9 @@ TEST_F(Tracking, RefusedServerIsToldInTheComponentsWordsAndTheOldOneStays) {
   names.clear();
   EXPECT_FALSE(server.SetTrackingServer(kBeta, true));
   EXPECT_EQ(server.CurrentServerTag, kAlpha);
-  EXPECT_EQ(desktop.messages, (std::vector<MemoryDesktop::Message>{
-                                  {u"No such server: beta", kExclamation, u"Marl"}}));
+  EXPECT_EQ(
+      desktop.messages,
+      (std::vector<MemoryDesktop::Message>{{u"No such server: beta", kExclamation, u"Marl"}}));
   EXPECT_EQ(names, List_{});
   EXPECT_TRUE(enabled.back());
   EXPECT_EQ(List(), List_{Text(kAlpha)});
@@ -203,8 +206,9 @@ TEST_F(Tracking, ComponentThatCannotBeMadeLeavesTheOldServer) {
   EXPECT_TRUE(desktop.messages.empty()) << "silent at the start";
   EXPECT_FALSE(server.SetTrackingServer(kBeta, true));
   EXPECT_EQ(server.CurrentServerTag, u"");
-  EXPECT_EQ(desktop.messages, (std::vector<MemoryDesktop::Message>{
-                                  {u"Class not registered", kExclamation, u"Marl"}}));
+  EXPECT_EQ(
+      desktop.messages,
+      (std::vector<MemoryDesktop::Message>{{u"Class not registered", kExclamation, u"Marl"}}));
 }
 
 TEST_F(Tracking, AttributeThatStandsThereTwiceIsNoFailureOfOurs) {
@@ -320,12 +324,16 @@ INSTANTIATE_TEST_SUITE_P(
         Hostile{kRegSz, NarrowText("<alpha\0", 7), u""},
         Hostile{kRegSz, NarrowText("<project-tracking server=\"a\">\0", 30), u""},
         Hostile{kRegSz, NarrowText("<project-tracking server=\"a\" server=\"b\"/>\0", 42), u""},
-        Hostile{kRegDword, DwordBytes(42), Named(u"42")},
-        Hostile{kRegNone, "alpha", u""}, Hostile{kRegLink, "alpha", u""}));
+        Hostile{kRegDword, DwordBytes(42), Named(u"42")}, Hostile{kRegNone, "alpha", u""},
+        Hostile{kRegLink, "alpha", u""}));
 
 TEST_F(Tracking, ListWithHostileEntriesLoads) {
-  const NarrowText entries[] = {"", "<", "bare", "<project-tracking server=\"a\" server=\"b\"/>",
-                                NarrowText(10000, 'n'), NarrowText("a\0b", 3)};
+  const NarrowText entries[] = {"",
+                                "<",
+                                "bare",
+                                "<project-tracking server=\"a\" server=\"b\"/>",
+                                NarrowText(10000, 'n'),
+                                NarrowText("a\0b", 3)};
   int number = 1;
   for (const NarrowText& entry : entries) {
     registry.Plant(kCurrentUser, kListKey, "MRU" + std::to_string(number++), kRegSz, entry + '\0');

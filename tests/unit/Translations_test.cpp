@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "platform/FoldCase.h"
-#include "platform/memory/MemoryStrings.h"
 #include "platform/RuntimeError.h"
+#include "platform/memory/MemoryStrings.h"
 #include "support/StringTable.h"
 
 namespace marl {
@@ -78,8 +78,7 @@ const std::vector<Neighbours>& AllNeighbours() {
       {"display settings",
        {3052, 3053, 3059, 3060, 3061, 3062, 3063, 3064, 3065, 3069, 3070, 3071, 3073, 3074, 3075}},
       {"font", {3102, 3103, 3104, 3105, 3106, 3107, 3108}},
-      {"options, switchboard",
-       {4013, 4014, 4015, 4017, 4012, 4001, 4002, 4006, 20000, 20001}},
+      {"options, switchboard", {4013, 4014, 4015, 4017, 4012, 4001, 4002, 4006, 20000, 20001}},
       {"options, general",
        {4013, 4014, 4015, 4017, 4003, 4004, 4005, 4008, 4009, 4010, 4011, 20000, 20001}},
       {"options, LAN", {4013, 4014, 4015, 4017, 4016, 20000, 20001}},
@@ -151,8 +150,7 @@ TEST(Translations, EveryTextOfTheListStandsWordForWord) {
       {8001,
        u"The following applications are still running.  Exiting will prevent these applications "
        u"from running correctly."},
-      {9027,
-       u"Would you like to launch a demonstration which shows you how to translate in Marl?"},
+      {9027, u"Would you like to launch a demonstration which shows you how to translate in Marl?"},
       {10002,
        u"This will remove all Marl files from the folder.  Are you sure you want to continue?"},
       {10006, u"File not found : "},
@@ -171,10 +169,10 @@ TEST(Translations, TheListsIdsAreThereAndNoOthers) {
   const struct {
     int first, last;
   } ranges[] = {
-      {501, 502},   {1000, 1009}, {1075, 1075}, {1081, 1085},   {1100, 1102},   {1200, 1205},
-      {1300, 1302}, {1400, 1402}, {1500, 1506}, {1508, 1509},   {1600, 1603},   {2000, 2017},
-      {2020, 2037}, {3003, 3005}, {3020, 3022}, {3025, 3027},   {3050, 3075},   {3100, 3108},
-      {4000, 4017}, {4100, 4102}, {5000, 5002}, {5010, 5019},   {6000, 6002},   {8000, 8003},
+      {501, 502},   {1000, 1009},   {1075, 1075},   {1081, 1085},   {1100, 1102}, {1200, 1205},
+      {1300, 1302}, {1400, 1402},   {1500, 1506},   {1508, 1509},   {1600, 1603}, {2000, 2017},
+      {2020, 2037}, {3003, 3005},   {3020, 3022},   {3025, 3027},   {3050, 3075}, {3100, 3108},
+      {4000, 4017}, {4100, 4102},   {5000, 5002},   {5010, 5019},   {6000, 6002}, {8000, 8003},
       {9026, 9027}, {10000, 10010}, {10043, 10043}, {20000, 20001},
   };
   std::set<int> expected;
@@ -188,9 +186,7 @@ TEST(Translations, TheListsIdsAreThereAndNoOthers) {
   EXPECT_EQ(shared, expected);
 }
 
-TEST(Translations, AnUnknownLanguageHasNoTexts) {
-  EXPECT_TRUE(MemoryStrings("xx").texts.empty());
-}
+TEST(Translations, AnUnknownLanguageHasNoTexts) { EXPECT_TRUE(MemoryStrings("xx").texts.empty()); }
 
 TEST(Translations, NoIdStandsTwiceInAFile) {
   for (const char* language : {"en", "de"}) {

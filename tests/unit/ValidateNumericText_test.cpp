@@ -36,9 +36,7 @@ class NumericText : public testing::Test {
     };
   }
 
-  State Now() const {
-    return {form.field.Text(), form.field.SelStart(), form.field.SelLength()};
-  }
+  State Now() const { return {form.field.Text(), form.field.SelStart(), form.field.SelLength()}; }
 
   /// Puts `insert` in place of the selection, as typing, pasting and dropping do.
   State Edit(int start, int length, TextView insert) {
@@ -130,14 +128,13 @@ TEST_F(NumericText, MinimumAboveTheFirstDigitCannotBeTyped) {
   EXPECT_EQ(Edit(0, 0, u"42"), (State{u"42", 2, 0})) << "pasted whole it can";
 }
 
-TEST_F(NumericText, LeadingZerosAreKept) {
-  EXPECT_EQ(Type(u"0080"), (State{u"0080", 4, 0}));
-}
+TEST_F(NumericText, LeadingZerosAreKept) { EXPECT_EQ(Type(u"0080"), (State{u"0080", 4, 0})); }
 
 TEST_F(NumericText, NumbersBeyond32BitsAreAboveTheMaximum) {
   Filter(0, 2147483647, true);
   Type(u"2147483647");
-  for (const TextView big : {u"2147483648", u"4294967296", u"4294967297", u"99999999999999999999"}) {
+  for (const TextView big :
+       {u"2147483648", u"4294967296", u"4294967297", u"99999999999999999999"}) {
     EXPECT_EQ(Edit(0, 10, big), (State{u"2147483647", 10, 0}));
   }
   EXPECT_EQ(Edit(0, 10, Text(10000, u'9')), (State{u"2147483647", 10, 0}));

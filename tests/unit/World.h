@@ -55,11 +55,13 @@ struct World {
   }
 
   Platform platform() {
+    // clang-format off
     return {desktop, files,    settings,   shell,
             process, components, strings,  locales,
             icons,   pictures, otherRegistry ? *otherRegistry : registry,
             hooks,   tray,     tips,       profile,
             fileDialogs, colorDialog, fontList};
+    // clang-format on
   }
 
   /// Runs the program until nothing happens any more. Returns its exit code.

@@ -257,15 +257,9 @@ class Documents {
     for (std::size_t count = Below(3); count > 0 && !text.empty(); --count) {
       const std::size_t at = Below(text.size());
       switch (Below(3)) {
-        case 0:
-          text.erase(at, 1);
-          break;
-        case 1:
-          text.insert(at, 1, text[at]);
-          break;
-        default:
-          text[at] = static_cast<char16_t>(random_());
-          break;
+        case 0: text.erase(at, 1); break;
+        case 1: text.insert(at, 1, text[at]); break;
+        default: text[at] = static_cast<char16_t>(random_()); break;
       }
     }
     return text;

@@ -243,8 +243,8 @@ TEST_F(AdditionalAssociations, ARootThatRefusesLeavesTheOtherToBeTried) {
 }
 
 TEST_F(AdditionalAssociations, ItemsThatAreNoTextAreConverted) {
-  registry.CreateAdditionalEXEAssociations(
-      u"Oru.Tool", {std::int16_t{1}, RegistryValue(), Bytes{'a', 0, 'b'}});
+  registry.CreateAdditionalEXEAssociations(u"Oru.Tool",
+                                           {std::int16_t{1}, RegistryValue(), Bytes{'a', 0, 'b'}});
   ExpectRows({{"Oru.Tool\\shell\\1", ""}, {"Oru.Tool\\shell\\1\\command", "a"}});
 }
 

@@ -60,7 +60,7 @@ TEST_F(Common, CentreFormHalvesWhatTheFormLeaves) {
   } rows[] = {
       {{15360, 11520}, {4000, 3000}, 5680, 4260},
       {{15360, 11520}, {15360, 11520}, 0, 0},
-      {{15360, 11520}, {15370, 11600}, -5, -40},  // nothing keeps it on the screen
+      {{15360, 11520}, {15370, 11600}, -5, -40},   // nothing keeps it on the screen
       {{15360, 11520}, {4001, 3003}, 5680, 4258},  // 5679.5 and 4258.5 go to the even neighbour
   };
   for (const auto& row : rows) {
@@ -196,8 +196,7 @@ TEST_F(Common, GetKeyValueByKind) {
       {"text", kRegSz, std::string("abc\0", 4), u"abc"},
       {"text of 8 bits", kRegSz, std::string("\x80\xE4\0", 3), u"\u20AC\u00E4"},
       {"empty text", kRegSz, std::string("\0", 1), u""},
-      {"text with two terminators loses one", kRegSz, std::string("a\0\0", 3),
-       TextView(u"a\0", 2)},
+      {"text with two terminators loses one", kRegSz, std::string("a\0\0", 3), TextView(u"a\0", 2)},
       // The last byte is dropped when it is NUL; each of the others gives its digits.
       {"number below 16", kRegDword, std::string("\x05\0\0\0", 4), u"5"},
       {"number of two digits", kRegDword, std::string("\x10\0\0\0", 4), u"16"},
@@ -310,8 +309,7 @@ TEST(SandR, CountsIn16Bits) {
   // The place itself is 32767; what lies behind it is not counted any more.
   EXPECT_EQ(ErrorOf([&] { return clsCommon::SandR(text(32766), u"-", u"+"); }), kOverflow);
   EXPECT_EQ(ErrorOf([&] { return clsCommon::SandR(text(32767), u"-", u"+"); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { return clsCommon::SandR(text(5), u"-", Text(32767, u'+')); }),
-            kOverflow);
+  EXPECT_EQ(ErrorOf([&] { return clsCommon::SandR(text(5), u"-", Text(32767, u'+')); }), kOverflow);
   EXPECT_EQ(clsCommon::SandR(Text(100000, u'x'), u"-", u"+").size(), 100000u);
 }
 
@@ -360,7 +358,8 @@ TEST(StrParseFileName, Parts) {
     EXPECT_EQ(clsCommon::strParseFileName(row.path, 1), row.name) << shown;
     EXPECT_EQ(clsCommon::strParseFileName(row.path, 2), row.extension) << shown;
     for (const int other : {-1, 3, 32767, -32768}) {
-      EXPECT_EQ(clsCommon::strParseFileName(row.path, static_cast<std::int16_t>(other)), u"") << shown;
+      EXPECT_EQ(clsCommon::strParseFileName(row.path, static_cast<std::int16_t>(other)), u"")
+          << shown;
     }
   }
 }
@@ -445,8 +444,8 @@ TEST_F(Move, FailureSaysWhyInTheRuntimesWords) {
     files.FailNext(FileAction::kCopy, status);
     told.clear();
     EXPECT_EQ(common.MoveFile(u"C:\\from.txt", u"C:\\Target\\to.txt", add), 1);
-    EXPECT_EQ(told, std::vector<Text>{
-                        u"The file could not be copied: C:\\Target\\to.txt\r\n" + Text(reason)});
+    EXPECT_EQ(told, std::vector<Text>{u"The file could not be copied: C:\\Target\\to.txt\r\n" +
+                                      Text(reason)});
   }
 }
 
@@ -505,13 +504,11 @@ TEST(SetCaption, CutsOutOfTheMiddle) {
 
 TEST(SetCaption, AnOddLengthIsHalvedToTheEvenNeighbour) {
   // 5 / 2 is 2: "01" and "234"; one step leaves "0" and "34". 7 / 2 is 4: "0123" and "456".
-  EXPECT_EQ(clsCommon::SetCaption(u"01234", [](TextView text) {
-              return text == u"01234" ? 1.0f : 0.0f;
-            }, 0.5f),
+  EXPECT_EQ(clsCommon::SetCaption(
+                u"01234", [](TextView text) { return text == u"01234" ? 1.0f : 0.0f; }, 0.5f),
             u"0....34");
-  EXPECT_EQ(clsCommon::SetCaption(u"0123456", [](TextView text) {
-              return text == u"0123456" ? 1.0f : 0.0f;
-            }, 0.5f),
+  EXPECT_EQ(clsCommon::SetCaption(
+                u"0123456", [](TextView text) { return text == u"0123456" ? 1.0f : 0.0f; }, 0.5f),
             u"012....56");
 }
 

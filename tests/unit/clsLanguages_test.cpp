@@ -29,7 +29,7 @@ struct Lists {
   std::int32_t badLanguage = -1;            ///< filling it gives `status`
   std::int32_t badPage = -1;
   ComponentValue status = std::int32_t{5};
-  bool raise = false;  ///< the bad one fails as a call
+  bool raise = false;       ///< the bad one fails as a call
   bool wrongKinds = false;  ///< numbers come as texts, texts as numbers
 
   MemoryComponents::Body Body() {
@@ -55,8 +55,8 @@ struct Lists {
           }
           result = std::int32_t{0};
           if (wrongKinds) {
-            arguments = {arguments[0], arguments[1], std::int32_t{7}, ComponentValue(),
-                         Text(u"1253"), Text(u"many")};
+            arguments = {arguments[0],     arguments[1],  std::int32_t{7},
+                         ComponentValue(), Text(u"1253"), Text(u"many")};
             if (!language) arguments.pop_back();
           } else if (language) {
             const Language& row = languages.at(index);

@@ -63,8 +63,8 @@ TEST_F(Tooltip, CreateSendsItsMessagesInTheirOrder) {
   EXPECT_EQ(made.style, 65u | 2u);
   EXPECT_EQ(made.parent, kParent);
   EXPECT_TRUE(made.topmost);
-  const ToolInfo tool = {44,  0x12, kParent, 0, {10, 20, 110, 100}, MemoryTipWindows::kInstance,
-                         u"what it does"};
+  const ToolInfo tool = {
+      44, 0x12, kParent, 0, {10, 20, 110, 100}, MemoryTipWindows::kInstance, u"what it does"};
   const std::vector<Sent> sent = {
       {1028, 0, tool},
       {1056, 2, Text(u"Name")},
@@ -85,8 +85,7 @@ TEST_F(Tooltip, CreateSendsItsMessagesInTheirOrder) {
 }
 
 TEST_F(Tooltip, TimesOfMinusOneAreHandedOnAsTheyStand) {
-  const WindowHandle window =
-      tip.Create(kParent, 0, 0, 1, 1, u"", 65, false, 1, u"", 0, 1, -1, -1);
+  const WindowHandle window = tip.Create(kParent, 0, 0, 1, 1, u"", 65, false, 1, u"", 0, 1, -1, -1);
   const std::vector<Sent>& sent = tips.tips[window].sent;
   EXPECT_EQ(sent[4], (Sent{1027, 3, std::intptr_t{-1}}));
   EXPECT_EQ(sent[5], (Sent{1027, 2, std::intptr_t{-1}}));
@@ -144,9 +143,9 @@ TEST_F(Tooltip, EqualColoursFallBackOnTheReferencesAsTheyStand) {
     Color fore;
     Color back;
   } cases[] = {
-      {kBackReference, kBackReference},                         // as references
-      {0x123456, 0x123456},                                     // in values
-      {kBackReference, Rgb(255, 255, 225)},                     // a reference and its value
+      {kBackReference, kBackReference},      // as references
+      {0x123456, 0x123456},                  // in values
+      {kBackReference, Rgb(255, 255, 225)},  // a reference and its value
       {0, kTextReference},
   };
   for (const auto& c : cases) {
@@ -210,11 +209,11 @@ TEST_F(Tooltip, ForControlCoversItsClientArea) {
   const WindowHandle window = form.peer()->HandleOf(form.txtName);
   ASSERT_NE(window, 0);
   tips.clients[window] = {0, 0, 80, 17};
-  const WindowHandle made = tip.CreateForControl(form.txtName, u"a|b", 64, true, 3, u"Name",
-                                                 0x010203, 0x040506, 7, 8);
+  const WindowHandle made =
+      tip.CreateForControl(form.txtName, u"a|b", 64, true, 3, u"Name", 0x010203, 0x040506, 7, 8);
   ASSERT_TRUE(tips.tips.contains(made));
   EXPECT_EQ(tips.tips[made].parent, window);
-  const ToolInfo tool = {44, 0x12, window, 0, {0, 0, 80, 17}, MemoryTipWindows::kInstance,
+  const ToolInfo tool = {44,       0x12, window, 0, {0, 0, 80, 17}, MemoryTipWindows::kInstance,
                          u"a\r\nb"};
   EXPECT_EQ(tips.tips[made].sent[0], (Sent{1028, 0, tool}));
   EXPECT_EQ(tip.Style(), 64);

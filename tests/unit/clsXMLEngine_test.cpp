@@ -349,7 +349,8 @@ TEST_F(XmlTokens, ConcatenatedTokensGiveBackTheDocument) {
 // How long they take is a matter of the benchmarks.
 TEST_F(XmlTokens, LargeDocumentsOfOneKindComeBackWhole) {
   // Without any "<", never terminated, and nothing but the shortest tokens.
-  for (const std::string_view pattern : {"x", "<!--", "<![CDATA[ ]>", "<>", "<!DOCTYPE>", "<a>\n"}) {
+  for (const std::string_view pattern :
+       {"x", "<!--", "<![CDATA[ ]>", "<>", "<!DOCTYPE>", "<a>\n"}) {
     Bytes bytes;
     while (bytes.size() < 2'000'000) bytes.insert(bytes.end(), pattern.begin(), pattern.end());
     const std::size_t size = bytes.size();

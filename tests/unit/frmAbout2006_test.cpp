@@ -43,13 +43,12 @@ class About : public testing::Test {
   StringTable strings{resource};
   std::vector<WindowHandle> iconsFor;
   std::vector<Opened> opened;
-  frmAbout2006 form{{desktop, pictures, locales, strings,
-                     [this](WindowHandle window) { iconsFor.push_back(window); },
-                     [this](TextView verb, TextView file, TextView parameters, TextView directory,
-                            int show) {
-                       opened.push_back(
-                           {Text(verb), Text(file), Text(parameters), Text(directory), show});
-                     }}};
+  frmAbout2006 form{
+      {desktop, pictures, locales, strings,
+       [this](WindowHandle window) { iconsFor.push_back(window); },
+       [this](TextView verb, TextView file, TextView parameters, TextView directory, int show) {
+         opened.push_back({Text(verb), Text(file), Text(parameters), Text(directory), show});
+       }}};
 };
 
 }  // namespace

@@ -381,8 +381,14 @@ TEST_F(LanSettings, ForeignKindsAreReadAsFarAsTheyGo) {
 }
 
 TEST_F(LanSettings, HostileValuesCountAsNothing) {
-  const NarrowText data[] = {"", "x", NarrowText("\xFF\xFE", 2), NarrowText(10000, 'A'),
-                             "99999999999", NarrowText("1\0" "2", 3)};
+  const NarrowText data[] = {"",
+                             "x",
+                             NarrowText("\xFF\xFE", 2),
+                             NarrowText(10000, 'A'),
+                             "99999999999",
+                             NarrowText("1\0"
+                                        "2",
+                                        3)};
   for (const std::uint32_t kind : {0u, 1u, 2u, 3u, 5u, 7u, 11u, 0xFFFFFFFFu}) {
     for (const NarrowText& bytes : data) {
       Plant("UseProxy", kind, bytes);
@@ -414,8 +420,7 @@ TEST_F(LanSettings, KeysReachEveryControl) {
     }
     EXPECT_EQ(order, (std::vector<const Control*>{
                          &form.optDefault, &form.optOverride, &form.chkUseProxy,
-                         &form.txtProxyAddress, &form.txtProxyPort, &form.cmdOK,
-                         &form.cmdCancel}));
+                         &form.txtProxyAddress, &form.txtProxyPort, &form.cmdOK, &form.cmdCancel}));
   });
 }
 

@@ -159,8 +159,8 @@ TEST(AboutFromTheMenu, StandsAboveTheMainFormAndItsLinksReachTheShell) {
   world.main().mnuHelpAbout();
   EXPECT_EQ(world.desktop.modal, std::vector<std::string>{"frmAbout2006"});
   EXPECT_EQ(world.shell.started,
-            (std::vector<MemoryShell::Started>{{ShellOwner::kDesktop, u"Open",
-                                                u"http://www.marl.example", u"0", u"0", 1}}));
+            (std::vector<MemoryShell::Started>{
+                {ShellOwner::kDesktop, u"Open", u"http://www.marl.example", u"0", u"0", 1}}));
   ASSERT_EQ(world.icons.given.size(), 2u) << "no owner gets the icon";
   EXPECT_EQ(world.icons.given[0].icon, 1171);
   EXPECT_EQ(world.desktop.forms().size(), 1u);

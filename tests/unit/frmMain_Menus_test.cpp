@@ -233,9 +233,9 @@ TEST_F(MenuBar, ShortcutNeedsExactlyItsKeys) {
   PutTools();
   world.Start();
   Started();
-  for (const Shortcut keys : {Shortcut{'N', false, false}, Shortcut{'N', true, true},
-                              Shortcut{'N', false, true}, Shortcut{0x75, true, false},
-                              Shortcut{'Z', true, false}, Shortcut{}}) {
+  for (const Shortcut keys :
+       {Shortcut{'N', false, false}, Shortcut{'N', true, true}, Shortcut{'N', false, true},
+        Shortcut{0x75, true, false}, Shortcut{'Z', true, false}, Shortcut{}}) {
     EXPECT_FALSE(world.main().UserShortcut(keys));
   }
   EXPECT_TRUE(Started().empty());
@@ -281,8 +281,7 @@ TEST_F(MenuBar, HelpContentsOpensTheHelpFile) {
   world.files.Put(u"C:\\Suite\\Marl.HLP", "help");
   world.Start();
   EXPECT_TRUE(world.main().UserShortcut({kKeyF1, false, false}));
-  EXPECT_EQ(world.shell.help,
-            (std::vector<MemoryShell::HelpCall>{{u"C:\\Suite\\Marl.HLP", 3, 0}}));
+  EXPECT_EQ(world.shell.help, (std::vector<MemoryShell::HelpCall>{{u"C:\\Suite\\Marl.HLP", 3, 0}}));
   EXPECT_TRUE(world.desktop.messages.empty());
 }
 

@@ -126,9 +126,12 @@ TEST_F(MainServers, TrackProjectsOpensTheSiteInTheBrowserFoundAtStartUp) {
   Start();
   main().Press(kTrackProjects);
   main().mnuProjectTrackProjects();
-  const MemoryShell::Started expected{
-      ShellOwner::kDesktop, u"open", u"C:\\Browser\\browse.exe",
-      u"https://alpha/OruCadenceProjectTracking/logon.aspx", u"", kShowNormal};
+  const MemoryShell::Started expected{ShellOwner::kDesktop,
+                                      u"open",
+                                      u"C:\\Browser\\browse.exe",
+                                      u"https://alpha/OruCadenceProjectTracking/logon.aspx",
+                                      u"",
+                                      kShowNormal};
   EXPECT_EQ(world.shell.started, (std::vector<MemoryShell::Started>{expected, expected}));
 }
 
@@ -137,22 +140,21 @@ TEST_F(MainServers, TrackProjectsLeavesTheChoiceToTheShellWithoutABrowser) {
   Store("<project-tracking server=\"alpha\" ssl=\"no\" port=\"443\"/>");
   Start();
   main().Press(kTrackProjects);
-  EXPECT_EQ(world.shell.started,
-            (std::vector<MemoryShell::Started>{
-                {ShellOwner::kDesktop, u"open",
-                 u"http://alpha:443/OruCadenceProjectTracking/logon.aspx", u"", u"",
-                 kShowNormal}}));
+  EXPECT_EQ(
+      world.shell.started,
+      (std::vector<MemoryShell::Started>{{ShellOwner::kDesktop, u"open",
+                                          u"http://alpha:443/OruCadenceProjectTracking/logon.aspx",
+                                          u"", u"", kShowNormal}}));
 }
 
 TEST_F(MainServers, AdministratorGetsTheServersArguments) {
   Store("<project-tracking server=\"alpha\" ssl=\"yes\" port=\"8080\"/>");
   Start();
   main().Press(kAdministrator);
-  EXPECT_EQ(world.shell.started,
-            (std::vector<MemoryShell::Started>{{ShellOwner::kMainForm, u"",
-                                                u"C:\\Suite\\Q17Warden.exe",
-                                                u"alpha /ssl /port=8080", u"C:\\Suite",
-                                                kShowNormal}}));
+  EXPECT_EQ(
+      world.shell.started,
+      (std::vector<MemoryShell::Started>{{ShellOwner::kMainForm, u"", u"C:\\Suite\\Q17Warden.exe",
+                                          u"alpha /ssl /port=8080", u"C:\\Suite", kShowNormal}}));
 }
 
 TEST_F(MainServers, AdministratorStartsWithoutArgumentsWhereThereIsNoServer) {
@@ -310,14 +312,14 @@ Text Raw(TextView name) { return ComposeServerTag(name, false, u"80"); }
 
 INSTANTIATE_TEST_SUITE_P(
     Names, MainServersTyped,
-    testing::Values(
-        Typed{u"a\"b", Raw(u"a\"b"), u"a", u"a /port=80"},
-        Typed{u"a&b", Raw(u"a&b"), u"a&b", u"a&b /port=80"},
-        Typed{u"a&amp;b", Raw(u"a&amp;b"), u"a&b", u"a&b /port=80"},
-        Typed{u"a<b", Raw(u"a<b"), u"a<b", u"a<b /port=80"},
-        Typed{u"a%20b", Raw(u"a%20b"), u"a%20b", u"a%20b /port=80"},
-        Typed{u" a b ", Raw(u" a b "), u" a b ", u" a b  /port=80"},
-        Typed{u"/ssl /port=1", Raw(u"/ssl /port=1"), u"/ssl /port=1", u"/ssl /port=1 /port=80"}));
+    testing::Values(Typed{u"a\"b", Raw(u"a\"b"), u"a", u"a /port=80"},
+                    Typed{u"a&b", Raw(u"a&b"), u"a&b", u"a&b /port=80"},
+                    Typed{u"a&amp;b", Raw(u"a&amp;b"), u"a&b", u"a&b /port=80"},
+                    Typed{u"a<b", Raw(u"a<b"), u"a<b", u"a<b /port=80"},
+                    Typed{u"a%20b", Raw(u"a%20b"), u"a%20b", u"a%20b /port=80"},
+                    Typed{u" a b ", Raw(u" a b "), u" a b ", u" a b  /port=80"},
+                    Typed{u"/ssl /port=1", Raw(u"/ssl /port=1"), u"/ssl /port=1",
+                          u"/ssl /port=1 /port=80"}));
 
 TEST_F(MainServers, NameThatEndsTheElementIsRefusedByTheBuiltInClient) {
   Start();

@@ -103,8 +103,8 @@ TEST(LocaleCodePage, IsTheNumberThatTheLocaleTells) {
   const struct {
     const char* told;
     std::int32_t codePage;
-  } rows[] = {{"1252", 1252}, {"932", 932}, {"0", 0}, {"", 0}, {"65001", 65001}, {"many", 0},
-              {"-5", 0}, {"99999999999", 0}};
+  } rows[] = {{"1252", 1252},   {"932", 932}, {"0", 0},  {"", 0},
+              {"65001", 65001}, {"many", 0},  {"-5", 0}, {"99999999999", 0}};
   for (const auto& row : rows) {
     locales.UseCodePage(row.told);
     EXPECT_EQ(GetLocaleCodePage(locales.ThreadLocale(), locales), row.codePage) << row.told;

@@ -146,15 +146,15 @@ TEST_F(Hook, EachMessageDoesItsOwnAndGoesOnToTheWindow) {
   const Case cases[] = {
       {menu, 9, 0x203, {"RestoreWindow"}},
       {menu, 9, 0x205, {"SystrayMenu"}},
-      {menu, 9, 0x200, {}},      // the mouse moved
-      {menu, 9, 0x201, {}},      // a single click: pressed ...
-      {menu, 9, 0x202, {}},      // ... and let go
-      {menu, 9, 0x204, {}},      // the right button is pressed only
+      {menu, 9, 0x200, {}},  // the mouse moved
+      {menu, 9, 0x201, {}},  // a single click: pressed ...
+      {menu, 9, 0x202, {}},  // ... and let go
+      {menu, 9, 0x204, {}},  // the right button is pressed only
       {menu, 0x203, 0, {}},
       {6, 0, 0, {"RefreshButtons"}},
       {6, 1, 0, {}},
       {6, 2, 0, {}},
-      {6, 0x10000, 0, {}},       // inactive and minimised: not exactly 0
+      {6, 0x10000, 0, {}},  // inactive and minimised: not exactly 0
       {5, 1, 0, {"Resized"}},
       {5, 0, 0, {}},
       {5, 2, 0, {}},
@@ -178,16 +178,14 @@ TEST_F(Hook, FailureIsIgnoredAndTheMessageGoesOn) {
   }
   EXPECT_EQ(hooks.Send(kMain, 6, 0), hooks.ownResult);
   EXPECT_EQ(hooks.Send(kMain, 5, 1), hooks.ownResult);
-  EXPECT_EQ(form.calls,
-            (Calls{"RestoreWindow", "SystrayMenu", "RefreshButtons", "Resized"}));
+  EXPECT_EQ(form.calls, (Calls{"RestoreWindow", "SystrayMenu", "RefreshButtons", "Resized"}));
   EXPECT_EQ(hooks.reached.size(), 4u);
 }
 
 TEST_F(Hook, TrayRecordIsFilledAndAdded) {
   tray.windowIcons[kMain] = 4711;
   module.AddTrayIcon(1172);
-  const NotifyIconData record = {88,   kMain, 4711,   7, hooks.NumberOf("msgMarlMenu"),
-                                 1172, u"Marl"};
+  const NotifyIconData record = {88, kMain, 4711, 7, hooks.NumberOf("msgMarlMenu"), 1172, u"Marl"};
   EXPECT_EQ(module.TrayIconRecord, record);
   EXPECT_EQ(tray.calls, (std::vector<MemoryTray::Call>{{0, record}}));
 }

@@ -46,12 +46,14 @@ TEST_F(FormStrings, WhatCountsAsANumber) {
   const struct {
     TextView tag, expected;
   } rows[] = {
-      {u"10", u"ten"},        {u" 10 ", u"ten"},      {u"010", u"ten"},
-      {u"10.5", u"ten"},      {u"10.6", u"eleven"},   {u"1e3", u"thousand"},
-      {u"&HA", u"ten"},       {u"65535", u"last"},    {u"", u"design"},
-      {u"ten", u"design"},    {u"10x", u"design"},    {u"12", u"design"},
-      {u"-10", u"design"},    {u"65546", u"design"},  {u"1e300", u"design"},
-      {u"999999999999999999999", u"design"},
+      {u"10", u"ten"},       {u" 10 ", u"ten"},
+      {u"010", u"ten"},      {u"10.5", u"ten"},
+      {u"10.6", u"eleven"},  {u"1e3", u"thousand"},
+      {u"&HA", u"ten"},      {u"65535", u"last"},
+      {u"", u"design"},      {u"ten", u"design"},
+      {u"10x", u"design"},   {u"12", u"design"},
+      {u"-10", u"design"},   {u"65546", u"design"},
+      {u"1e300", u"design"}, {u"999999999999999999999", u"design"},
   };
   for (const auto& row : rows) {
     Label label(form, "lblAny");

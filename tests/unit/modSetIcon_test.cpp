@@ -37,8 +37,9 @@ TEST_F(SetIcon, FormGetsTheBigIconAndThenTheSmallOne) {
 TEST_F(SetIcon, OwnerAtTheTopOfTheChainIsToldFirst) {
   icons.owners = {{kWindow, 8}, {8, 9}};
   module.SetFormIcon(kWindow, kMarlIcon, true);
-  EXPECT_EQ(icons.given, (std::vector<Given>{
-                             {9, 1, kBig}, {kWindow, 1, kBig}, {9, 0, kSmall}, {kWindow, 0, kSmall}}));
+  EXPECT_EQ(
+      icons.given,
+      (std::vector<Given>{{9, 1, kBig}, {kWindow, 1, kBig}, {9, 0, kSmall}, {kWindow, 0, kSmall}}));
 }
 
 TEST_F(SetIcon, WithoutSetOwnerTheOwnersAreLeftAlone) {
@@ -49,10 +50,10 @@ TEST_F(SetIcon, WithoutSetOwnerTheOwnersAreLeftAlone) {
 
 TEST_F(SetIcon, WindowWithoutAnOwnerReceivesEachMessageTwice) {
   module.SetFormIcon(kWindow, kMarlIcon, true);
-  EXPECT_EQ(icons.given, (std::vector<Given>{{kWindow, 1, kBig},
-                                             {kWindow, 1, kBig},
-                                             {kWindow, 0, kSmall},
-                                             {kWindow, 0, kSmall}}));
+  EXPECT_EQ(
+      icons.given,
+      (std::vector<Given>{
+          {kWindow, 1, kBig}, {kWindow, 1, kBig}, {kWindow, 0, kSmall}, {kWindow, 0, kSmall}}));
 }
 
 TEST_F(SetIcon, BigAndSmallIconAreHandledEachByItself) {
