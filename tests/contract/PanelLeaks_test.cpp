@@ -126,11 +126,14 @@ TEST_F(PanelLeaks, ThousandsOfLayoutsAndHighlightsLoseNothing) {
   const PlatformObjects now = CountObjects();
   EXPECT_LE(now.drawing, objects.drawing + 50);
   EXPECT_LE(now.user, objects.user + 50);
-  // What the platform takes for itself comes at first; a leak, if it is but of ten bytes a call,
-  // goes on.
+  // What the platform takes for itself comes at first, and then in large pieces now and then. A
+  // leak that the bytes of the program do not show, if it is but of one small block a call, goes
+  // on.
   EXPECT_GT(states[0].memory, 0);
   constexpr std::size_t kMiddle = kBatches / 2;
-  EXPECT_LE(states[kBatches].memory - states[kMiddle].memory, (kLayouts + kHighlights) / 2 * 10);
+  constexpr int kSmallBlock = 64;  // bytes, what goes with it included
+  EXPECT_LE(states[kBatches].memory - states[kMiddle].memory,
+            (kLayouts + kHighlights) / 2 * kSmallBlock);
   RecordProperty("PrivateBytes", std::to_string(states[kBatches].memory - states[0].memory));
 }
 
