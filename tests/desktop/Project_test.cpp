@@ -86,8 +86,10 @@ bool PressButton(HWND form, const wchar_t* caption) {
 
 using Tree = std::map<std::wstring, std::pair<DWORD, std::uint64_t>>;
 
-/// All files below the folder, with their sizes and times of writing.
-void AddFiles(const std::wstring& folder, Tree& files) {
+/// Calls `visit` with path and data of each file below the folder, in the order in which the
+/// platform yields them, what lies in a folder in the place of that folder.
+template <typename Visit>
+void ForEachFile(const std::wstring& folder, const Visit& visit) {
   WIN32_FIND_DATAW found;
   const HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &found);
   if (search == INVALID_HANDLE_VALUE) return;
@@ -96,31 +98,26 @@ void AddFiles(const std::wstring& folder, Tree& files) {
     if (name == L"." || name == L"..") continue;
     const std::wstring path = folder + L"\\" + name;
     if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
-      AddFiles(path, files);
+      ForEachFile(path, visit);
     } else {
-      files[path] = {found.nFileSizeLow, std::uint64_t{found.ftLastWriteTime.dwHighDateTime} << 32 |
-                                             found.ftLastWriteTime.dwLowDateTime};
+      visit(path, found);
     }
   } while (FindNextFileW(search, &found));
   FindClose(search);
 }
 
-/// All files below the folder in the order in which the platform yields them, what lies in a folder
-/// in the place of that folder.
+/// All files below the folder, with their sizes and times of writing.
+void AddFiles(const std::wstring& folder, Tree& files) {
+  ForEachFile(folder, [&](const std::wstring& path, const WIN32_FIND_DATAW& found) {
+    files[path] = {found.nFileSizeLow, std::uint64_t{found.ftLastWriteTime.dwHighDateTime} << 32 |
+                                           found.ftLastWriteTime.dwLowDateTime};
+  });
+}
+
+/// All files below the folder in the order in which the platform yields them.
 void ListFiles(const std::wstring& folder, std::vector<std::wstring>& files) {
-  WIN32_FIND_DATAW found;
-  const HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &found);
-  if (search == INVALID_HANDLE_VALUE) return;
-  do {
-    const std::wstring name = found.cFileName;
-    if (name == L"." || name == L"..") continue;
-    if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
-      ListFiles(folder + L"\\" + name, files);
-    } else {
-      files.push_back(folder + L"\\" + name);
-    }
-  } while (FindNextFileW(search, &found));
-  FindClose(search);
+  ForEachFile(folder,
+              [&](const std::wstring& path, const WIN32_FIND_DATAW&) { files.push_back(path); });
 }
 
 /// Brings the form forward and waits until its field has the keys.
