@@ -1,13 +1,10 @@
-// docs/COVERAGE.md against the sources: every test that it names is there.
+// The table of docs/COVERAGE.md against the test sources on the disk.
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <set>
 #include <sstream>
 #include <string>
@@ -17,7 +14,7 @@ namespace marl {
 namespace {
 
 namespace fs = std::filesystem;
-using Names = std::vector<std::string>;
+using Names = std::set<std::string>;
 
 std::string Content(const fs::path& path) {
   std::ifstream stream(path, std::ios::binary);
@@ -25,108 +22,111 @@ std::string Content(const fs::path& path) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-/// The tests that a source defines, as "Suite.Name"; of one with parameters the name without them.
-void AddTests(const std::string& source, const std::string& prefix, std::set<std::string>& tests) {
+bool DefinesATest(const std::string& source) {
   const std::string text = "\n" + source;
-  for (const std::string start : {"\nTEST(", "\nTEST_F(", "\nTEST_P("}) {
-    for (auto at = text.find(start); at != std::string::npos; at = text.find(start, at + 1)) {
-      const auto from = at + start.size();
-      std::string name = prefix;
-      for (const char c : text.substr(from, text.find(')', from) - from)) {
-        if (c == ',') {
-          name += '.';
-        } else if (!std::isspace(static_cast<unsigned char>(c))) {
-          name += c;
-        }
-      }
-      tests.insert(name);
-    }
+  for (const char* start : {"\nTEST(", "\nTEST_F(", "\nTEST_P(", "\nTYPED_TEST("}) {
+    if (text.find(start) != std::string::npos) return true;
   }
+  return false;
 }
 
-/// All tests: those of the logic by their names alone, the others behind their folder.
-std::set<std::string> AllTests() {
-  std::set<std::string> tests;
-  for (const auto& [folder, prefix] : std::map<std::string, std::string>{
-           {"unit", ""}, {"contract", "contract/"}, {"desktop", "desktop/"}}) {
+/// The sources that define tests, as "folder/stem" without "_test".
+Names SourcesOnDisk() {
+  Names sources;
+  for (const std::string folder : {"unit", "contract", "desktop"}) {
     for (const auto& entry : fs::directory_iterator(fs::path(MARL_SOURCE_DIR) / "tests" / folder)) {
-      if (entry.path().extension() == ".cpp") AddTests(Content(entry.path()), prefix, tests);
+      std::string stem = entry.path().stem().string();
+      if (entry.path().extension() != ".cpp" || !DefinesATest(Content(entry.path()))) continue;
+      if (stem.ends_with("_test")) stem.resize(stem.size() - 5);
+      sources.insert(folder + "/" + stem);
     }
   }
-  return tests;
+  return sources;
 }
 
-struct Row {
-  std::string behaviour;
-  Names tests;
+struct Area {
+  std::string name;
+  std::string held;
+  Names sources;
 };
 
-/// The rows of all tables: what is held, and behind the bar the tests that hold it.
-std::vector<Row> Rows(const std::string& list) {
-  std::vector<Row> rows;
-  std::istringstream lines(list);
+/// The rows of the table: area, what is held, and between backquotes the sources that hold it.
+std::vector<Area> Areas(const std::string& page) {
+  std::vector<Area> areas;
+  std::istringstream lines(page);
   for (std::string line; std::getline(lines, line);) {
-    if (!line.starts_with("| ") || line.starts_with("| Behaviour |")) continue;
-    const auto bar = line.find(" | ");
-    Row row{line.substr(2, bar - 2), {}};
-    std::istringstream parts(bar == std::string::npos ? "" : line.substr(bar));
-    // Between the bars every second piece stands in quotes of code.
+    if (!line.starts_with("| ") || line.starts_with("| Area |")) continue;
+    std::vector<std::string> cells;
+    std::size_t from = 2;
+    for (auto bar = line.find(" |", from); bar != std::string::npos; bar = line.find(" |", from)) {
+      cells.push_back(line.substr(from, bar - from));
+      from = bar + 3;
+    }
+    cells.resize(3);
+    Area area{cells[0], cells[1], {}};
+    std::istringstream parts(cells[2]);
     std::string part;
     for (bool quoted = false; std::getline(parts, part, '`'); quoted = !quoted) {
-      if (quoted) row.tests.push_back(part);
+      if (quoted) area.sources.insert(part);
     }
-    rows.push_back(row);
+    areas.push_back(area);
   }
-  return rows;
+  return areas;
 }
 
-Names Unknown(const std::vector<Row>& rows, const std::set<std::string>& tests) {
-  Names unknown;
-  for (const Row& row : rows) {
-    for (const std::string& test : row.tests) {
-      if (!tests.contains(test)) unknown.push_back(test);
-    }
+Names Without(const Names& names, const Names& others) {
+  Names left;
+  for (const std::string& name : names) {
+    if (!others.contains(name)) left.insert(name);
   }
-  return unknown;
+  return left;
 }
 
-Names WithoutTest(const std::vector<Row>& rows) {
-  Names bare;
-  for (const Row& row : rows) {
-    if (row.tests.empty()) bare.push_back(row.behaviour);
-  }
-  return bare;
+Names Listed(const std::vector<Area>& areas) {
+  Names listed;
+  for (const Area& area : areas) listed.insert(area.sources.begin(), area.sources.end());
+  return listed;
 }
 
 class Coverage : public testing::Test {
  protected:
-  const std::vector<Row> rows = Rows(Content(fs::path(MARL_SOURCE_DIR) / "docs/COVERAGE.md"));
+  const std::vector<Area> areas = Areas(Content(fs::path(MARL_SOURCE_DIR) / "docs/COVERAGE.md"));
 };
 
-TEST_F(Coverage, EveryTestOfTheListIsThere) {
-  EXPECT_GT(rows.size(), 100u);
-  EXPECT_EQ(Unknown(rows, AllTests()), Names{});
+TEST_F(Coverage, EveryTestSourceIsInTheTable) {
+  EXPECT_EQ(Without(SourcesOnDisk(), Listed(areas)), Names{});
 }
 
-TEST_F(Coverage, EveryBehaviourNamesATest) { EXPECT_EQ(WithoutTest(rows), Names{}); }
-
-TEST_F(Coverage, NoBehaviourStandsTwice) {
-  std::set<std::string> seen;
-  for (const Row& row : rows) EXPECT_TRUE(seen.insert(row.behaviour).second) << row.behaviour;
+TEST_F(Coverage, EverySourceInTheTableIsOnTheDisk) {
+  EXPECT_EQ(Without(Listed(areas), SourcesOnDisk()), Names{});
 }
 
-TEST(CoverageCheck, SeesAMissingTest) {
-  std::set<std::string> tests;
-  AddTests("TEST(One, First) {}\nTEST_F(Two,\n       Second) {\n// TEST(Not, This)\n", "", tests);
-  AddTests("TEST_P(Three, Third) {", "contract/", tests);
-  EXPECT_EQ(tests, (std::set<std::string>{"One.First", "Two.Second", "contract/Three.Third"}));
-  const std::vector<Row> rows = Rows(
-      "# List\n\n| Behaviour | Test |\n|---|---|\n| a | `One.First`, `Two.Second` |\n"
-      "| b | `Three.Third` |\n| c | none |\n");
-  ASSERT_EQ(rows.size(), 3u);
-  EXPECT_EQ(rows[0].behaviour, "a");
-  EXPECT_EQ(Unknown(rows, tests), Names{"Three.Third"});
-  EXPECT_EQ(WithoutTest(rows), Names{"c"});
+TEST_F(Coverage, EveryAreaSaysWhatIsHeldAndWhere) {
+  EXPECT_GT(areas.size(), 30u);
+  for (const Area& area : areas) {
+    EXPECT_FALSE(area.held.empty()) << area.name;
+    EXPECT_FALSE(area.sources.empty()) << area.name;
+  }
+}
+
+TEST_F(Coverage, NoAreaStandsTwice) {
+  Names seen;
+  for (const Area& area : areas) EXPECT_TRUE(seen.insert(area.name).second) << area.name;
+}
+
+TEST(CoverageCheck, ReadsATableAndKnowsTests) {
+  const std::vector<Area> areas = Areas(
+      "# List\n\n| Area | What is held | Tests |\n|---|---|---|\n"
+      "| One | this, and that | `unit/a`, `desktop/b` |\n| Two |  | none |\n");
+  ASSERT_EQ(areas.size(), 2u);
+  EXPECT_EQ(areas[0].name, "One");
+  EXPECT_EQ(areas[0].held, "this, and that");
+  EXPECT_EQ(areas[0].sources, (Names{"desktop/b", "unit/a"}));
+  EXPECT_TRUE(areas[1].held.empty());
+  EXPECT_TRUE(areas[1].sources.empty());
+  EXPECT_TRUE(DefinesATest("TEST_F(A, B) {}\n"));
+  EXPECT_TRUE(DefinesATest("\n\nTEST_P(A, B) {}\n"));
+  EXPECT_FALSE(DefinesATest("// TEST(A, B)\nint main() {}\n"));
 }
 
 }  // namespace
