@@ -38,9 +38,9 @@ function(marl_test part target)
   add_dependencies(${part}_parts ${target})
   add_test(NAME ${name} COMMAND ${target} ${ARGN})
   set_tests_properties(${name} PROPERTIES LABELS ${part})
+  # The code under test is in libraries, optimised as it ships or watched by sanitizers.
+  target_compile_options(${target} PRIVATE -O0 -g0)
   if(WIN32)
-    # The code under test is in libraries, optimised as it ships.
-    target_compile_options(${target} PRIVATE -O0)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "MARL_WINE_NAME=${name}")
     if(part STREQUAL "desktop")
       set_tests_properties(${name} PROPERTIES RUN_SERIAL ON)

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/unit/SourceFolder.h"
+
 namespace marl {
 namespace {
 
@@ -34,7 +36,7 @@ bool DefinesATest(const std::string& source) {
 Names SourcesOnDisk() {
   Names sources;
   for (const std::string folder : {"unit", "contract", "desktop"}) {
-    for (const auto& entry : fs::directory_iterator(fs::path(MARL_SOURCE_DIR) / "tests" / folder)) {
+    for (const auto& entry : fs::directory_iterator(SourceFolder() / "tests" / folder)) {
       std::string stem = entry.path().stem().string();
       if (entry.path().extension() != ".cpp" || !DefinesATest(Content(entry.path()))) continue;
       if (stem.ends_with("_test")) stem.resize(stem.size() - 5);
@@ -90,7 +92,7 @@ Names Listed(const std::vector<Area>& areas) {
 
 class Coverage : public testing::Test {
  protected:
-  const std::vector<Area> areas = Areas(Content(fs::path(MARL_SOURCE_DIR) / "docs/COVERAGE.md"));
+  const std::vector<Area> areas = Areas(Content(SourceFolder() / "docs/COVERAGE.md"));
 };
 
 TEST_F(Coverage, EveryTestSourceIsInTheTable) {

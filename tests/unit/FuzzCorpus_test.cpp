@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "fuzz/Target.h"
+#include "tests/unit/SourceFolder.h"
 
 namespace marl {
 
@@ -30,7 +31,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path kCorpus = fs::path(MARL_SOURCE_DIR) / "fuzz" / "corpus";
+const fs::path kCorpus = SourceFolder() / "fuzz" / "corpus";
 
 TEST(FuzzCorpus, EveryFileKeepsThePromisesOfItsTarget) {
   ASSERT_NE(fuzz::Targets(), nullptr);

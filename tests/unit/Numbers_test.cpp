@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "platform/RuntimeError.h"
+#include "tests/unit/ErrorOf.h"
 
 namespace marl {
 namespace {
@@ -13,16 +14,6 @@ namespace {
 constexpr NumberFormat kGerman{u',', u'.'};
 
 /// Number of the runtime error that `call` raises, 0 when it raises none.
-template <typename Call>
-int ErrorOf(Call&& call) {
-  try {
-    static_cast<void>(call());
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
-  return 0;
-}
-constexpr int kOverflow = 6;
 constexpr int kMismatch = 13;
 
 TEST(Numbers, RoundsTiesToTheEvenNeighbour) {

@@ -10,14 +10,14 @@
 namespace marl {
 namespace {
 
-constexpr TextView kPath = u"C:\\P\\job.qpj";
+constexpr TextView kOlderProject = u"C:\\P\\job.qpj";
 constexpr std::int32_t kMost = 2147483647;
 
 class OlderProjectTest : public testing::Test, protected ProjectWorld {
  protected:
   using Values = std::vector<Text>;
 
-  void Put(std::string_view content) { files.Put(kPath, content); }
+  void Put(std::string_view content) { files.Put(kOlderProject, content); }
   /// The error that reading a number raises; 0 for none.
   template <typename Number>
   int Raises(Number (OlderProject::*number)() const) {
@@ -29,7 +29,7 @@ class OlderProjectTest : public testing::Test, protected ProjectWorld {
     return 0;
   }
 
-  OlderProject project{files, common, kPath};
+  OlderProject project{files, common, kOlderProject};
 };
 
 TEST_F(OlderProjectTest, ReadsAWholeProject) {

@@ -10,6 +10,7 @@
 #include "appearance/SkinFile.h"
 #include "platform/memory/MemoryFileSystem.h"
 #include "tests/unit/SkinFields.h"
+#include "tests/unit/SourceFolder.h"
 
 // The skins that lie in the program's Skins folder.
 
@@ -56,8 +57,7 @@ double Contrast(Color a, Color b) {
 class ShippedSkins : public testing::Test {
  protected:
   void SetUp() override {
-    for (const auto& entry :
-         fs::directory_iterator(fs::path(MARL_SOURCE_DIR) / "resources/skins")) {
+    for (const auto& entry : fs::directory_iterator(SourceFolder() / "resources/skins")) {
       std::ifstream stream(entry.path(), std::ios::binary);
       const std::string bytes((std::istreambuf_iterator<char>(stream)), {});
       files.Put(u"C:\\Skins\\" + entry.path().filename().u16string(), bytes);

@@ -14,7 +14,7 @@
 namespace marl {
 namespace {
 
-constexpr TextView kPath = u"C:\\Marl\\Skins\\Test.qsk";
+constexpr TextView kSkin = u"C:\\Marl\\Skins\\Test.qsk";
 
 /// Takes values as the dialog's controls do: what a control refuses leaves it as it was.
 class Controls : public SkinTarget {
@@ -59,16 +59,16 @@ class SkinFile : public testing::Test {
 
   /// Loads a file with this text.
   void Load(std::string_view text, const NumberFormat& format = {}) {
-    files.Put(kPath, text);
-    EXPECT_TRUE(LoadSkinFile(files, kPath, controls, format));
+    files.Put(kSkin, text);
+    EXPECT_TRUE(LoadSkinFile(files, kSkin, controls, format));
   }
   void LoadParameter(const std::string& name, const std::string& value) {
     Load("<marlskin>\r\n <parameter name=\"" + name + "\" value=\"" + value +
          "\"/>\r\n</marlskin>");
   }
   std::string Saved(const SkinSettings& skin) {
-    SaveSkinFile(writer, kPath, skin);
-    const auto content = files.Content(kPath);
+    SaveSkinFile(writer, kSkin, skin);
+    const auto content = files.Content(kSkin);
     EXPECT_TRUE(content.has_value());
     EXPECT_EQ(files.OpenFiles(), 0);
     return content ? std::string(content->begin(), content->end()) : "";
@@ -118,7 +118,7 @@ TEST_F(SkinFile, LinesStandInTheirOrder) {
 
 TEST_F(SkinFile, SaveAndLoadReturnsAllFourteenValues) {
   Saved(Odd());
-  EXPECT_TRUE(LoadSkinFile(files, kPath, controls));
+  EXPECT_TRUE(LoadSkinFile(files, kSkin, controls));
   EXPECT_EQ(controls.skin, Odd());
   EXPECT_EQ(controls.seen.size(), 14u);
 }
@@ -127,12 +127,12 @@ TEST_F(SkinFile, FontNameWithAnAmpersandComesBackWhole) {
   SkinSettings skin;
   skin.Font1 = u"Black & White|10|b";
   EXPECT_NE(Saved(skin).find("value=\"Black &amp; White|10|b\""), std::string::npos);
-  EXPECT_TRUE(LoadSkinFile(files, kPath, controls));
+  EXPECT_TRUE(LoadSkinFile(files, kSkin, controls));
   EXPECT_EQ(controls.skin.Font1, u"Black & White|10|b");
 }
 
 TEST_F(SkinFile, SavingReplacesALongerFile) {
-  files.Put(kPath, std::string(100000, 'x'), kReadOnly);
+  files.Put(kSkin, std::string(100000, 'x'), kReadOnly);
   const std::string saved = Saved(Odd());
   EXPECT_TRUE(saved.ends_with("</marlskin>\r\n"));
   EXPECT_LT(saved.size(), 2000u);
@@ -140,9 +140,9 @@ TEST_F(SkinFile, SavingReplacesALongerFile) {
 
 TEST_F(SkinFile, FailuresOfSavingAreSilent) {
   for (const FileAction action : {FileAction::kRemove, FileAction::kCreate, FileAction::kWrite}) {
-    files.Put(kPath, "old");
+    files.Put(kSkin, "old");
     files.FailNext(action, kAccessDenied);
-    SaveSkinFile(writer, kPath, Odd());
+    SaveSkinFile(writer, kSkin, Odd());
     EXPECT_EQ(files.OpenFiles(), 0);
   }
   EXPECT_FALSE(Saved(SkinSettings()).empty());
@@ -157,9 +157,9 @@ TEST_F(SkinFile, MissingFileChangesNothing) {
 }
 
 TEST_F(SkinFile, FileThatCannotBeReadChangesNothing) {
-  files.Put(kPath, "<parameter name=\"angle\" value=\"1\"/>");
+  files.Put(kSkin, "<parameter name=\"angle\" value=\"1\"/>");
   files.FailNext(FileAction::kRead, kAccessDenied);
-  EXPECT_FALSE(LoadSkinFile(files, kPath, controls));
+  EXPECT_FALSE(LoadSkinFile(files, kSkin, controls));
   EXPECT_TRUE(controls.seen.empty());
 }
 

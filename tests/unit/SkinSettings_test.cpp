@@ -9,21 +9,21 @@
 namespace marl {
 namespace {
 
-const NarrowText kKey = "Software\\Oru\\Marl\\GUI";
+const NarrowText kSkinKey = "Software\\Oru\\Marl\\GUI";
 
 class Skin : public testing::Test {
  protected:
   MemoryRegistryStore store;
 
   void PutNumber(const NarrowText& name, std::int32_t number) {
-    store.Plant(kCurrentUser, kKey, name, kRegDword, DwordBytes(number));
+    store.Plant(kCurrentUser, kSkinKey, name, kRegDword, DwordBytes(number));
   }
   void PutText(const NarrowText& name, const NarrowText& text) {
-    store.Plant(kCurrentUser, kKey, name, kRegSz, text + '\0');
+    store.Plant(kCurrentUser, kSkinKey, name, kRegSz, text + '\0');
   }
   std::pair<std::uint32_t, NarrowText> Stored(const NarrowText& name) {
     OpenKeyHandle key;
-    EXPECT_EQ(store.OpenKey(kCurrentUser, kKey, kKeyQueryValue, key), kOk);
+    EXPECT_EQ(store.OpenKey(kCurrentUser, kSkinKey, kKeyQueryValue, key), kOk);
     std::uint32_t kind = 0;
     char buffer[300];
     std::uint32_t size = sizeof buffer;
@@ -32,7 +32,7 @@ class Skin : public testing::Test {
   }
 };
 
-SkinSettings Odd() {
+SkinSettings OddSkin() {
   SkinSettings skin;
   skin.Angle = 217;
   skin.Color1 = 1;
@@ -72,7 +72,7 @@ TEST_F(Skin, EmptyKeyYieldsTheDefaultPanel) {
     EXPECT_EQ(order[static_cast<std::size_t>(p)], (DisplayPosition{p, 1}));
   }
   OpenKeyHandle key;
-  EXPECT_EQ(store.OpenKey(kCurrentUser, kKey, kKeyQueryValue, key), kFileNotFound);
+  EXPECT_EQ(store.OpenKey(kCurrentUser, kSkinKey, kKeyQueryValue, key), kFileNotFound);
 }
 
 TEST_F(Skin, MissingColumnsStayAsTheyAre) {
@@ -123,25 +123,25 @@ TEST_F(Skin, PlainReadGivesWhatIsStored) {
   PutNumber("Icons", 7);
   PutNumber("BorderWidth", 5);
   PutNumber("TwoState", 1);
-  const SkinSettings skin = ReadSkinValues(store, Odd());
+  const SkinSettings skin = ReadSkinValues(store, OddSkin());
   EXPECT_EQ(skin.Icons, 7);
   EXPECT_EQ(skin.BorderWidth, 5);
   EXPECT_EQ(skin.TwoStateOffset, 1);
 }
 
 TEST_F(Skin, PlainReadTakesEveryDefaultFromTheCaller) {
-  EXPECT_EQ(ReadSkinValues(store, Odd()), Odd());
+  EXPECT_EQ(ReadSkinValues(store, OddSkin()), OddSkin());
 }
 
 TEST_F(Skin, WrittenValuesReadBack) {
-  WriteSkin(store, Odd());
-  EXPECT_EQ(ReadSkin(store, 5), Odd());
-  EXPECT_EQ(ReadSkinValues(store, SkinSettings()), Odd());
+  WriteSkin(store, OddSkin());
+  EXPECT_EQ(ReadSkin(store, 5), OddSkin());
+  EXPECT_EQ(ReadSkinValues(store, SkinSettings()), OddSkin());
   EXPECT_EQ(store.OpenKeys(), 0u);
 }
 
 TEST_F(Skin, ElevenNumbersAndThreeTextsAreStored) {
-  WriteSkin(store, Odd());
+  WriteSkin(store, OddSkin());
   for (const char* name : {"Angle", "Color1", "Color2", "Border1", "Border2", "BorderWidth",
                            "Text1", "Text2", "Icons", "TwoState", "IconsPerRow"}) {
     EXPECT_EQ(Stored(name).first, kRegDword) << name;
@@ -165,7 +165,7 @@ TEST_F(Skin, TextThatIsANumberServesAsNumber) {
 }
 
 TEST_F(Skin, BytesInReverseOrderServeAsNumber) {
-  store.Plant(kCurrentUser, kKey, "Angle", kRegDwordBigEndian, NarrowText("\0\0\0\x2D", 4));
+  store.Plant(kCurrentUser, kSkinKey, "Angle", kRegDwordBigEndian, NarrowText("\0\0\0\x2D", 4));
   EXPECT_EQ(ReadSkin(store, 5).Angle, 45);
 }
 
@@ -187,7 +187,7 @@ TEST_F(Skin, ValueThatIsNoNumberIsATypeMismatch) {
   expectMismatch("text");
   PutText("Angle", "");
   expectMismatch("empty text");
-  store.Plant(kCurrentUser, kKey, "Angle", kRegBinary, NarrowText("\x01\x02", 2));
+  store.Plant(kCurrentUser, kSkinKey, "Angle", kRegBinary, NarrowText("\x01\x02", 2));
   expectMismatch("bytes");
 }
 
@@ -214,7 +214,7 @@ TEST_F(Skin, HostileDataNeverDoesMoreThanFail) {
     for (std::uint32_t kind = 0; kind < 12; ++kind) {
       for (const NarrowText& data : datas) {
         MemoryRegistryStore fresh;
-        fresh.Plant(kCurrentUser, kKey, name, kind, data);
+        fresh.Plant(kCurrentUser, kSkinKey, name, kind, data);
         Skip([&] {
           const SkinSettings skin = ReadSkin(fresh, 5);
           Skip([&] { ParseDisplayIcons(skin.DisplayIcons); });
@@ -275,7 +275,7 @@ TEST(DisplayIcons, ButtonsThatDoNotExistAreLeftToTheReader) {
 }
 
 TEST(DisplayIcons, NormalFormReadsBack) {
-  for (const Text& text : {SkinSettings().DisplayIcons, Odd().DisplayIcons}) {
+  for (const Text& text : {SkinSettings().DisplayIcons, OddSkin().DisplayIcons}) {
     EXPECT_EQ(FormatDisplayIcons(ParseDisplayIcons(text)), text);
   }
   EXPECT_EQ(FormatDisplayIcons(ParseDisplayIcons(kSeventeen + u"|5 7")), kSeventeen + u"|051");

@@ -18,16 +18,11 @@ constexpr TextView kTools[] = {
 struct SuiteWorld : World {
   Text folder;
 
-  SuiteWorld() { Install(u"C:\\Suite"); }
+  SuiteWorld();
+  ~SuiteWorld();
 
   /// Puts the program and all tools into a folder, and starts it from there.
-  void Install(TextView where) {
-    folder = where;
-    if (!folder.ends_with(u'\\')) folder += u'\\';
-    for (const TextView tool : kTools) files.Put(folder + Text(tool), "tool");
-    process.programPath = folder + u"Marl.exe";
-    files.Put(process.programPath, "program");
-  }
+  void Install(TextView where);
   void Uninstall(TextView tool) { files.Erase(folder + Text(tool)); }
 
   void PutSetting(TextView key, TextView value) { settings.Put(u"Marl", u"Settings", key, value); }

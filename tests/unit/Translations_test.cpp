@@ -14,6 +14,7 @@
 #include "platform/RuntimeError.h"
 #include "platform/memory/MemoryStrings.h"
 #include "support/StringTable.h"
+#include "tests/unit/SourceFolder.h"
 
 namespace marl {
 namespace {
@@ -190,7 +191,7 @@ TEST(Translations, AnUnknownLanguageHasNoTexts) { EXPECT_TRUE(MemoryStrings("xx"
 
 TEST(Translations, NoIdStandsTwiceInAFile) {
   for (const char* language : {"en", "de"}) {
-    std::ifstream file(std::string(MARL_SOURCE_DIR "/resources/strings/") + language + ".inc");
+    std::ifstream file(SourceFolder() / "resources/strings" / (std::string(language) + ".inc"));
     ASSERT_TRUE(file) << language;
     int last = 0;
     std::size_t lines = 0;

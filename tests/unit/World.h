@@ -48,27 +48,13 @@ struct World {
   RegistryStore* otherRegistry = nullptr;  ///< what the program gets in place of `registry`
   std::unique_ptr<Application> application;
 
-  World() {
-    settings.SaveSetting(u"Marl", u"Settings", u"FirstRun", u"N");
-    settings.writes.clear();
-    icons.Put(u"C:\\Suite\\q17icl.oru", 117, 1171, 1172);
-  }
+  World();
+  ~World();
 
-  Platform platform() {
-    // clang-format off
-    return {desktop, files,    settings,   shell,
-            process, components, strings,  locales,
-            icons,   pictures, otherRegistry ? *otherRegistry : registry,
-            hooks,   tray,     tips,       profile,
-            fileDialogs, colorDialog, fontList};
-    // clang-format on
-  }
+  Platform platform();
 
   /// Runs the program until nothing happens any more. Returns its exit code.
-  int Start() {
-    application = std::make_unique<Application>(platform());
-    return application->Run();
-  }
+  int Start();
   frmMain& main() { return application->mainForm(); }
 };
 

@@ -15,21 +15,10 @@
 #include "platform/memory/MemoryRegistryStore.h"
 #include "platform/memory/MemoryShell.h"
 #include "platform/memory/MemoryStrings.h"
+#include "tests/unit/ErrorOf.h"
 
 namespace marl {
 namespace {
-
-template <typename Call>
-int ErrorOf(Call&& call) {
-  try {
-    static_cast<void>(call());
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
-  return 0;
-}
-constexpr int kInvalidCall = 5;
-constexpr int kOverflow = 6;
 
 class Common : public testing::Test {
  protected:

@@ -14,13 +14,13 @@
 namespace marl {
 namespace {
 
-constexpr TextView kPath = u"C:\\Project\\a.qprx";
+constexpr TextView kProjectFile = u"C:\\Project\\a.qprx";
 
 class ProjectFile : public testing::Test {
  protected:
   bool Parse(std::string_view content) {
-    files.Put(kPath, content);
-    return project.ParseProjectFile(kPath);
+    files.Put(kProjectFile, content);
+    return project.ParseProjectFile(kProjectFile);
   }
 
   std::vector<std::pair<Text, Text>> Languages() {
@@ -208,9 +208,9 @@ TEST_F(ProjectFile, AMissingFileIsFalseWithEmptyLists) {
 }
 
 TEST_F(ProjectFile, AnUnreadableFileIsFalse) {
-  files.Put(kPath, "<language/>");
+  files.Put(kProjectFile, "<language/>");
   files.FailNext(FileAction::kRead, kAccessDenied);
-  EXPECT_FALSE(project.ParseProjectFile(kPath));
+  EXPECT_FALSE(project.ParseProjectFile(kProjectFile));
   EXPECT_EQ(project.LangCount, 0);
 }
 
@@ -240,9 +240,9 @@ TEST_F(ProjectFile, ACountSetFromOutsideIsNoWayOutOfTheList) {
 }
 
 TEST_F(ProjectFile, ADuplicateAttributeFailsOutOfTheParse) {
-  files.Put(kPath, "<language lc=\"fr\"/><document path=\"a\" Path=\"b\"/>");
+  files.Put(kProjectFile, "<language lc=\"fr\"/><document path=\"a\" Path=\"b\"/>");
   try {
-    project.ParseProjectFile(kPath);
+    project.ParseProjectFile(kProjectFile);
     FAIL() << "no error";
   } catch (const RuntimeError& error) {
     EXPECT_EQ(error.number(), 457);
@@ -294,10 +294,10 @@ TEST_F(ProjectFile, DamagedFilesAgreeWithTheReference) {
     ReferenceProject expected;
     expected.Read(bytes);
     ++met[expected.result];
-    files.Put(kPath, bytes);
+    files.Put(kProjectFile, bytes);
     project.ShortLang = false;
     bool result = false;
-    const bool done = Skip([&] { result = project.ParseProjectFile(kPath); });
+    const bool done = Skip([&] { result = project.ParseProjectFile(kProjectFile); });
     ASSERT_EQ(done, expected.result != ReferenceProject::kFailed);
     ASSERT_EQ(result, expected.result == ReferenceProject::kTrue);
     ASSERT_EQ(project.ShortLang, expected.shortLang);

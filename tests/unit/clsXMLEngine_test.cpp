@@ -17,7 +17,7 @@ using reference::Documents;
 using reference::Token;
 using TokenList = std::vector<Token>;
 
-constexpr TextView kPath = u"C:\\Docs\\a.xml";
+constexpr TextView kDocument = u"C:\\Docs\\a.xml";
 
 class XmlTokens : public testing::Test {
  protected:
@@ -34,8 +34,8 @@ class XmlTokens : public testing::Test {
   }
 
   TokenList ScanFile(Bytes bytes) {
-    files.Put(kPath, std::move(bytes));
-    EXPECT_TRUE(engine.OpenDocument(kPath));
+    files.Put(kDocument, std::move(bytes));
+    EXPECT_TRUE(engine.OpenDocument(kDocument));
     return Rest();
   }
 
@@ -60,8 +60,8 @@ TEST_F(XmlTokens, OneByteOrderMarkIsDroppedAndTheNextIsText) {
 }
 
 TEST_F(XmlTokens, MissingFileLeavesTheDocumentOpenedBefore) {
-  files.Put(kPath, "<a><b>");
-  ASSERT_TRUE(engine.OpenDocument(kPath));
+  files.Put(kDocument, "<a><b>");
+  ASSERT_TRUE(engine.OpenDocument(kDocument));
   Text token;
   engine.GetToken(token);
   EXPECT_FALSE(engine.OpenDocument(u"C:\\Docs\\none.xml"));
@@ -82,34 +82,34 @@ TEST_F(XmlTokens, FoldersHiddenAndSystemFilesCountAsMissing) {
 }
 
 TEST_F(XmlTokens, UnreadableFileLeavesTheDocumentOpenedBefore) {
-  files.Put(kPath, "<a>");
+  files.Put(kDocument, "<a>");
   files.Put(u"C:\\Docs\\b.xml", "<b>");
-  ASSERT_TRUE(engine.OpenDocument(kPath));
+  ASSERT_TRUE(engine.OpenDocument(kDocument));
   files.FailNext(FileAction::kRead, kSharingViolation);
   EXPECT_FALSE(engine.OpenDocument(u"C:\\Docs\\b.xml"));
   EXPECT_EQ(Rest(), TokenList({{xtOpenTag, u"<a>"}}));
 }
 
 TEST_F(XmlTokens, FileThatVanishesAfterTheTestIsAPlainFailure) {
-  files.Put(kPath, "<a>");
-  files.Vanish(kPath);
-  EXPECT_FALSE(engine.OpenDocument(kPath));
+  files.Put(kDocument, "<a>");
+  files.Vanish(kDocument);
+  EXPECT_FALSE(engine.OpenDocument(kDocument));
   EXPECT_EQ(Rest(), TokenList());
 }
 
 TEST_F(XmlTokens, FileIsReadWholeInOneOperation) {
-  files.Put(kPath, "<a>");
+  files.Put(kDocument, "<a>");
   files.ForgetTouched();
-  ASSERT_TRUE(engine.OpenDocument(kPath));
+  ASSERT_TRUE(engine.OpenDocument(kDocument));
   Rest();
   using Touch = MemoryFileSystem::Touch;
-  EXPECT_EQ(files.Touched(), std::vector<Touch>({Touch{FileAction::kTest, Text(kPath)},
-                                                 Touch{FileAction::kRead, Text(kPath)}}));
+  EXPECT_EQ(files.Touched(), std::vector<Touch>({Touch{FileAction::kTest, Text(kDocument)},
+                                                 Touch{FileAction::kRead, Text(kDocument)}}));
 }
 
 TEST_F(XmlTokens, SuccessfulOpenReplacesTheRemainder) {
-  files.Put(kPath, "<a><b>");
-  ASSERT_TRUE(engine.OpenDocument(kPath));
+  files.Put(kDocument, "<a><b>");
+  ASSERT_TRUE(engine.OpenDocument(kDocument));
   Text token;
   engine.GetToken(token);
   EXPECT_EQ(Scan(u"<c>"), TokenList({{xtOpenTag, u"<c>"}}));
@@ -229,8 +229,8 @@ TEST_F(XmlTokens, FilesAreReadAsUTF8WhateverTheyAre) {
 }
 
 TEST_F(XmlTokens, OpenXMLWOfAnEmptyTextFailsAndLeavesNothing) {
-  files.Put(kPath, "<a>");
-  ASSERT_TRUE(engine.OpenDocument(kPath));
+  files.Put(kDocument, "<a>");
+  ASSERT_TRUE(engine.OpenDocument(kDocument));
   try {
     engine.OpenXMLW(u"");
     FAIL() << "no error";
@@ -293,8 +293,8 @@ TEST_F(XmlTokens, TokensWithoutDecodingAreTheSame) {
   clsXMLTag fast, plain;
   int asBytes = 0, asUnits = 0;
   for (int round = reference::Rounds(20000); round > 0; --round) {
-    files.Put(kPath, documents.MakeBytes(round % 100 == 0 ? 300 : 12));
-    ASSERT_TRUE(engine.OpenDocument(kPath) && other.OpenDocument(kPath));
+    files.Put(kDocument, documents.MakeBytes(round % 100 == 0 ? 300 : 12));
+    ASSERT_TRUE(engine.OpenDocument(kDocument) && other.OpenDocument(kDocument));
     for (;;) {
       XMLToken token;
       Text text;
@@ -318,8 +318,8 @@ TEST_F(XmlTokens, TokensWithoutDecodingAreTheSame) {
 }
 
 TEST_F(XmlTokens, KindsOfTokensMayBeAskedForInTurn) {
-  files.Put(kPath, "<a><b/>\xC3<<c>x</c>");
-  ASSERT_TRUE(engine.OpenDocument(kPath));
+  files.Put(kDocument, "<a><b/>\xC3<<c>x</c>");
+  ASSERT_TRUE(engine.OpenDocument(kDocument));
   XMLToken held;
   TextView view;
   Text text;
@@ -354,8 +354,8 @@ TEST_F(XmlTokens, LargeDocumentsOfOneKindComeBackWhole) {
     Bytes bytes;
     while (bytes.size() < 2'000'000) bytes.insert(bytes.end(), pattern.begin(), pattern.end());
     const std::size_t size = bytes.size();
-    files.Put(kPath, std::move(bytes));
-    ASSERT_TRUE(engine.OpenDocument(kPath));
+    files.Put(kDocument, std::move(bytes));
+    ASSERT_TRUE(engine.OpenDocument(kDocument));
     std::size_t units = 0;
     TextView token;
     while (engine.GetToken(token) != xtEndOfDocument) units += token.size();

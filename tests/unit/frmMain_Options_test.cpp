@@ -18,7 +18,7 @@ namespace {
 
 const NarrowText kBenchKey = "Software\\Oru\\Oru Bench\\Settings";
 const NarrowText kMarlKey = "Software\\Oru\\Marl";
-const NarrowText kListKey = "Software\\Oru\\Marl\\HiddenSegments";
+const NarrowText kSegmentList = "Software\\Oru\\Marl\\HiddenSegments";
 const NarrowText kEntryKey = "Suite.Rtf\\shell\\Translate with Marl\\command";
 constexpr TextView kSegmentation = u"Marl.SegmentationComponent";
 
@@ -184,14 +184,14 @@ TEST_F(MainOptions, OkStoresEveryBoxBothWays) {
 }
 
 TEST_F(MainOptions, OkWithNoChangeRewritesTheFourValuesAndTheListAndNoContextMenu) {
-  registry().Plant(kCurrentUser, kListKey, "RegEx1", kRegSz, NarrowText("a\0", 2));
-  registry().Plant(kCurrentUser, kListKey, "Other", kRegSz, NarrowText("a\0", 2));
+  registry().Plant(kCurrentUser, kSegmentList, "RegEx1", kRegSz, NarrowText("a\0", 2));
+  registry().Plant(kCurrentUser, kSegmentList, "Other", kRegSz, NarrowText("a\0", 2));
   OpenAndAccept();
   EXPECT_EQ(ValuesOf(registry(), kCurrentUser, kBenchKey),
             (StoredValues{{"UseAltWordCounts", Dword(0)}, {"HideNumberSegs", Dword(0)}}));
   EXPECT_EQ(Value(kMarlKey, "XPlacement"), Dword(1));
   EXPECT_EQ(Value(kMarlKey, "ShowBullets"), Dword(0));
-  EXPECT_EQ(ValuesOf(registry(), kCurrentUser, kListKey), (StoredValues{{"RegEx1", Sz("a")}}));
+  EXPECT_EQ(ValuesOf(registry(), kCurrentUser, kSegmentList), (StoredValues{{"RegEx1", Sz("a")}}));
   EXPECT_TRUE(world.shell.ran.empty());
   EXPECT_TRUE(world.Tools().empty());
 }
@@ -211,7 +211,7 @@ TEST_F(MainOptions, CancelAndTheCloseBoxStoreAndApplyNothing) {
     form.UserClose();
   });
   EXPECT_TRUE(ValuesOf(registry(), kCurrentUser, kBenchKey).empty());
-  EXPECT_FALSE(HasKey(registry(), kCurrentUser, kListKey));
+  EXPECT_FALSE(HasKey(registry(), kCurrentUser, kSegmentList));
   EXPECT_EQ(Value(kMarlKey, "XPlacement"), std::nullopt);
   EXPECT_TRUE(world.settings.writes.empty());
   EXPECT_TRUE(world.shell.ran.empty());
@@ -387,7 +387,7 @@ class OptionsOrder : public MainOptions {
 }  // namespace
 
 TEST_F(OptionsOrder, ReadsThenShowsThenStoresTheListFirst) {
-  recorder.Plant(kCurrentUser, kListKey, "RegEx1", kRegSz, NarrowText("a\0", 2));
+  recorder.Plant(kCurrentUser, kSegmentList, "RegEx1", kRegSz, NarrowText("a\0", 2));
   Run();
   EXPECT_EQ(
       recorder.log,
@@ -395,9 +395,9 @@ TEST_F(OptionsOrder, ReadsThenShowsThenStoresTheListFirst) {
           "read .rtf\\", "read .rtf\\shell\\Translate with Marl\\command\\",
           "read " + kBenchKey + "\\UseAltWordCounts", "read " + kBenchKey + "\\HideNumberSegs",
           "read " + kMarlKey + "\\XPlacement", "read " + kMarlKey + "\\ShowBullets",
-          "read " + kListKey + "\\RegEx1", "read " + kListKey + "\\RegEx2", "shown",
-          "delete " + kListKey, "write RegEx1", "write UseAltWordCounts", "write HideNumberSegs",
-          "write XPlacement", "write ShowBullets"}));
+          "read " + kSegmentList + "\\RegEx1", "read " + kSegmentList + "\\RegEx2", "shown",
+          "delete " + kSegmentList, "write RegEx1", "write UseAltWordCounts",
+          "write HideNumberSegs", "write XPlacement", "write ShowBullets"}));
 }
 
 // The kind of the last value read governs what is written.

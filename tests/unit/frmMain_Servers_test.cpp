@@ -13,7 +13,7 @@ namespace marl {
 namespace {
 
 constexpr char kSettingsKey[] = "Software\\Oru\\Marl\\Settings";
-constexpr char kListKey[] = "Software\\Oru\\Marl\\ServerMRU";
+constexpr char kServerList[] = "Software\\Oru\\Marl\\ServerMRU";
 constexpr TextView kClient = u"Marl.TrackingServerClient";
 
 class MainServers : public testing::Test {
@@ -170,8 +170,8 @@ TEST_F(MainServers, EachPressSavesBeforeItStartsAnything) {
   ASSERT_EQ(StoredServer(), "alpha") << "start-up writes nothing";
   main().Press(kEdit);
   EXPECT_EQ(StoredServer(), kAlpha);
-  EXPECT_EQ(Stored(kListKey, "MRU1"), kAlpha);
-  EXPECT_EQ(Stored(kListKey, "MRU8"), "");
+  EXPECT_EQ(Stored(kServerList, "MRU1"), kAlpha);
+  EXPECT_EQ(Stored(kServerList, "MRU8"), "");
 }
 
 TEST_F(MainServers, PressOnChangeServerSavesTheOldServerFirst) {
@@ -186,8 +186,8 @@ TEST_F(MainServers, PressOnChangeServerSavesTheOldServerFirst) {
   EXPECT_EQ(StoredServer(), kAlpha) << "the new one is saved at the next press";
   main().Press(kEdit);
   EXPECT_EQ(StoredServer(), kBeta);
-  EXPECT_EQ(Stored(kListKey, "MRU1"), kBeta);
-  EXPECT_EQ(Stored(kListKey, "MRU2"), kAlpha);
+  EXPECT_EQ(Stored(kServerList, "MRU1"), kBeta);
+  EXPECT_EQ(Stored(kServerList, "MRU2"), kAlpha);
 }
 
 TEST_F(MainServers, ExitSavesToo) {
@@ -197,7 +197,7 @@ TEST_F(MainServers, ExitSavesToo) {
   EXPECT_FALSE(main().loaded());
   // The dialog came up for no server: default port, so that the tag has one.
   EXPECT_EQ(StoredServer(), kAlpha);
-  EXPECT_EQ(Stored(kListKey, "MRU1"), kAlpha);
+  EXPECT_EQ(Stored(kServerList, "MRU1"), kAlpha);
 }
 
 TEST_F(MainServers, DialogShowsTheCurrentServer) {
@@ -239,7 +239,7 @@ TEST_F(MainServers, EmptyNameRemovesTheServer) {
   EXPECT_TRUE(world.desktop.messages.empty());
   main().Press(kEdit);
   EXPECT_EQ(StoredServer(), "");
-  EXPECT_EQ(Stored(kListKey, "MRU1"), kAlpha) << "the list remembers it";
+  EXPECT_EQ(Stored(kServerList, "MRU1"), kAlpha) << "the list remembers it";
   ChangeTo(u"alpha");
   EXPECT_TRUE(Slot(kTrackProjects).Enabled());
 }
@@ -250,10 +250,10 @@ TEST_F(MainServers, ServerAddedAgainInOtherCaseTakesTheNewSpelling) {
   ChangeTo(u"beta");
   ChangeTo(u"ALPHA");
   main().Press(kEdit);
-  EXPECT_EQ(Stored(kListKey, "MRU1"),
+  EXPECT_EQ(Stored(kServerList, "MRU1"),
             "<project-tracking server=\"ALPHA\" ssl=\"no\" port=\"80\"/>");
-  EXPECT_EQ(Stored(kListKey, "MRU2"), kBeta);
-  EXPECT_EQ(Stored(kListKey, "MRU3"), "");
+  EXPECT_EQ(Stored(kServerList, "MRU2"), kBeta);
+  EXPECT_EQ(Stored(kServerList, "MRU3"), "");
 }
 
 TEST_F(MainServers, RefusedServerShowsTheComponentsTextAndChangesNothing) {
@@ -272,17 +272,17 @@ TEST_F(MainServers, RefusedServerShowsTheComponentsTextAndChangesNothing) {
   EXPECT_EQ(main().Caption(), u"Marl : alpha");
   main().Press(kEdit);
   EXPECT_EQ(StoredServer(), kAlpha);
-  EXPECT_EQ(Stored(kListKey, "MRU2"), "");
+  EXPECT_EQ(Stored(kServerList, "MRU2"), "");
 }
 
 TEST_F(MainServers, BareNameInTheListIsStoredBackAsATagOnceTheDialogHasOpened) {
-  world.registry.Plant(kCurrentUser, kListKey, "MRU3", kRegSz, NarrowText("R&D\0", 4));
+  world.registry.Plant(kCurrentUser, kServerList, "MRU3", kRegSz, NarrowText("R&D\0", 4));
   Start();
   Change([&](frmChangeServer& form) { form.cmdCancel.UserClick(); });
   main().Press(kEdit);
-  EXPECT_EQ(Stored(kListKey, "MRU1"),
+  EXPECT_EQ(Stored(kServerList, "MRU1"),
             "<project-tracking server=\"R&amp;D\" ssl=\"no\" port=\"80\"/>");
-  EXPECT_EQ(Stored(kListKey, "MRU3"), "");
+  EXPECT_EQ(Stored(kServerList, "MRU3"), "");
 }
 
 struct Typed {

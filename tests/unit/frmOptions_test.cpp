@@ -14,7 +14,7 @@
 namespace marl {
 namespace {
 
-const NarrowText kKey = "Software\\Oru\\Marl\\HiddenSegments";
+const NarrowText kSegmentList = "Software\\Oru\\Marl\\HiddenSegments";
 
 class Options : public testing::Test {
  protected:
@@ -26,12 +26,12 @@ class Options : public testing::Test {
   }
 
   void Plant(const NarrowText& name, const NarrowText& text) {
-    registry.Plant(kCurrentUser, kKey, name, kRegSz, text + '\0');
+    registry.Plant(kCurrentUser, kSegmentList, name, kRegSz, text + '\0');
   }
   void PlantList(const std::vector<NarrowText>& rows) {
     for (std::size_t i = 0; i < rows.size(); ++i) Plant("RegEx" + std::to_string(i + 1), rows[i]);
   }
-  StoredValues List() { return ValuesOf(registry, kCurrentUser, kKey); }
+  StoredValues List() { return ValuesOf(registry, kCurrentUser, kSegmentList); }
   static StoredValues Numbered(const std::vector<NarrowText>& rows) {
     StoredValues values;
     for (std::size_t i = 0; i < rows.size(); ++i)
@@ -378,17 +378,18 @@ TEST_F(Options, ClearTakesAllRows) {
     EXPECT_EQ(form.lstRegEx.ListCount(), 0);
     form.cmdOK.UserClick();
   });
-  EXPECT_FALSE(HasKey(registry, kCurrentUser, kKey)) << "an empty list leaves no key at all";
+  EXPECT_FALSE(HasKey(registry, kCurrentUser, kSegmentList))
+      << "an empty list leaves no key at all";
 }
 
 TEST_F(Options, OkWithoutRowsAndWithoutKeyMakesNone) {
   Open([](frmOptions& form) { form.cmdOK.UserClick(); });
-  EXPECT_FALSE(HasKey(registry, kCurrentUser, kKey));
+  EXPECT_FALSE(HasKey(registry, kCurrentUser, kSegmentList));
 }
 
 TEST_F(Options, OkRewritesTheKeyWithNothingElseInIt) {
   PlantList({"a", "b", "", "d"});
-  registry.Plant(kCurrentUser, kKey, "Other", kRegDword, DwordBytes(1));
+  registry.Plant(kCurrentUser, kSegmentList, "Other", kRegDword, DwordBytes(1));
   EXPECT_TRUE(Open([](frmOptions& form) { form.cmdOK.UserClick(); }));
   EXPECT_EQ(List(), Numbered({"a", "b"})) << "what the list did not show has gone with the key";
 }
@@ -398,7 +399,7 @@ TEST_F(Options, OkWritesTheRowsInTheirOrder) {
   Open([](frmOptions& form) { form.cmdOK.UserClick(); });
   std::vector<NarrowText> names;
   for (const auto& row : registry.written) {
-    EXPECT_EQ(row.path, kKey);
+    EXPECT_EQ(row.path, kSegmentList);
     EXPECT_EQ(row.root, kCurrentUser);
     names.push_back(row.name);
   }
@@ -476,13 +477,14 @@ TEST_F(Options, LongExpressionsComeBackWhole) {
 }
 
 TEST_F(Options, ForeignKindsInTheListAreReadAsText) {
-  registry.Plant(kCurrentUser, kKey, "RegEx1", kRegDword, DwordBytes(-42));
-  registry.Plant(kCurrentUser, kKey, "RegEx2", kRegDwordBigEndian, NarrowText("\0\0\0\7", 4));
-  registry.Plant(kCurrentUser, kKey, "RegEx3", kRegBinary, NarrowText("a\0b\0", 4));
-  registry.Plant(kCurrentUser, kKey, "RegEx4", kRegExpandSz, NarrowText("%none%x\0", 8));
-  registry.Plant(kCurrentUser, kKey, "RegEx5", kRegSz, "bare");
-  registry.Plant(kCurrentUser, kKey, "regex6", 11, NarrowText("12345678"));
-  registry.Plant(kCurrentUser, kKey, "RegEx7", kRegBinary, "");
+  registry.Plant(kCurrentUser, kSegmentList, "RegEx1", kRegDword, DwordBytes(-42));
+  registry.Plant(kCurrentUser, kSegmentList, "RegEx2", kRegDwordBigEndian,
+                 NarrowText("\0\0\0\7", 4));
+  registry.Plant(kCurrentUser, kSegmentList, "RegEx3", kRegBinary, NarrowText("a\0b\0", 4));
+  registry.Plant(kCurrentUser, kSegmentList, "RegEx4", kRegExpandSz, NarrowText("%none%x\0", 8));
+  registry.Plant(kCurrentUser, kSegmentList, "RegEx5", kRegSz, "bare");
+  registry.Plant(kCurrentUser, kSegmentList, "regex6", 11, NarrowText("12345678"));
+  registry.Plant(kCurrentUser, kSegmentList, "RegEx7", kRegBinary, "");
   Plant("RegEx8", "behind");
   Open([](frmOptions& form) {
     const std::vector<Text> rows = Rows(form.lstRegEx);
@@ -507,7 +509,7 @@ TEST_F(Options, HostileDataInTheListDoesNoHarm) {
                              NarrowText("a\0b\0\0", 5)};
   for (const std::uint32_t kind : {0u, 1u, 2u, 3u, 4u, 5u, 6u, 7u, 11u, 0xFFFFFFFFu}) {
     for (const NarrowText& bytes : data) {
-      registry.Plant(kCurrentUser, kKey, "RegEx1", kind, bytes);
+      registry.Plant(kCurrentUser, kSegmentList, "RegEx1", kind, bytes);
       EXPECT_TRUE(Open([](frmOptions& form) {
         for (int row = 0; row < form.lstRegEx.ListCount(); ++row) {
           EXPECT_FALSE(form.lstRegEx.List(row).empty());
@@ -532,7 +534,7 @@ TEST_F(Options, ARegistryThatRefusesIsSilent) {
 
 TEST_F(Options, KeyWithASubKeyCannotGoAndKeepsWhatIsNotOverwritten) {
   PlantList({"a", "b"});
-  registry.Plant(kCurrentUser, kKey + "\\Sub", "x", kRegSz, NarrowText("x\0", 2));
+  registry.Plant(kCurrentUser, kSegmentList + "\\Sub", "x", kRegSz, NarrowText("x\0", 2));
   EXPECT_TRUE(Open([](frmOptions& form) {
     form.lstRegEx.SetSelected(1, true);
     form.cmdRemoveRegEx.UserClick();

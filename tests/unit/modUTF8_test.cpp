@@ -14,13 +14,13 @@ namespace {
 
 using reference::Documents;
 
-constexpr TextView kPath = u"C:\\Out\\a.qsk";
+constexpr TextView kSkinFile = u"C:\\Out\\a.qsk";
 
 class Utf8Writer : public testing::Test {
  protected:
   Utf8Writer() { files.PutFolder(u"C:\\Out"); }
 
-  std::string Written(TextView path = kPath) {
+  std::string Written(TextView path = kSkinFile) {
     const auto bytes = files.Content(path);
     return bytes ? std::string(bytes->begin(), bytes->end()) : "no file";
   }
@@ -76,20 +76,20 @@ TEST_F(Utf8Writer, EmptyTextReturnsZeroAndLeavesNoOutput) {
 }
 
 TEST_F(Utf8Writer, LineOfEmptyTextIsTwoBytes) {
-  utf8.OpenUTF8File(kPath, false);
+  utf8.OpenUTF8File(kSkinFile, false);
   utf8.WriteUTF8Line(0, u"");
   utf8.CloseUTF8File();
   EXPECT_EQ(Written(), "\r\n");
 }
 
 TEST_F(Utf8Writer, FileWithoutLinesIsEmptyAndHasNoByteOrderMark) {
-  utf8.OpenUTF8File(kPath, false);
+  utf8.OpenUTF8File(kSkinFile, false);
   utf8.CloseUTF8File();
   EXPECT_EQ(Written(), "");
 }
 
 TEST_F(Utf8Writer, BothFlagsIndentOneLine) {
-  utf8.OpenUTF8File(kPath, false);
+  utf8.OpenUTF8File(kSkinFile, false);
   utf8.WriteUTF8Line(3, u"x");
   EXPECT_EQ(utf8.Indent(), 0);
   utf8.CloseUTF8File();
@@ -97,7 +97,7 @@ TEST_F(Utf8Writer, BothFlagsIndentOneLine) {
 }
 
 TEST_F(Utf8Writer, FlagsIndentByOneBlankALevel) {
-  utf8.OpenUTF8File(kPath, false);
+  utf8.OpenUTF8File(kSkinFile, false);
   utf8.WriteUTF8Line(0, u"a");
   utf8.WriteUTF8Line(modUTF8::kIndentBefore, u"b");
   utf8.WriteUTF8Line(modUTF8::kIndentBefore, u"c");
@@ -109,7 +109,7 @@ TEST_F(Utf8Writer, FlagsIndentByOneBlankALevel) {
 }
 
 TEST_F(Utf8Writer, OtherFlagsMeanNothing) {
-  utf8.OpenUTF8File(kPath, false);
+  utf8.OpenUTF8File(kSkinFile, false);
   utf8.WriteUTF8Line(0xFC, u"a");
   EXPECT_EQ(utf8.Indent(), 0);
   utf8.CloseUTF8File();
@@ -117,7 +117,7 @@ TEST_F(Utf8Writer, OtherFlagsMeanNothing) {
 }
 
 TEST_F(Utf8Writer, IndentDoesNotCarryOver) {
-  utf8.OpenUTF8File(kPath, false);
+  utf8.OpenUTF8File(kSkinFile, false);
   utf8.WriteUTF8Line(1, u"a");
   EXPECT_EQ(utf8.Indent(), 1);
   utf8.CloseUTF8File();
@@ -129,41 +129,41 @@ TEST_F(Utf8Writer, IndentDoesNotCarryOver) {
 }
 
 TEST_F(Utf8Writer, ReplacesAnExistingFile) {
-  files.Put(kPath, "a long old content");
-  utf8.OpenUTF8File(kPath, false);
+  files.Put(kSkinFile, "a long old content");
+  utf8.OpenUTF8File(kSkinFile, false);
   utf8.WriteUTF8Line(0, u"n");
   utf8.CloseUTF8File();
   EXPECT_EQ(Written(), "n\r\n");
 }
 
 TEST_F(Utf8Writer, ReplacesAReadOnlyFile) {
-  files.Put(kPath, "old", kReadOnly);
-  utf8.OpenUTF8File(kPath, false);
+  files.Put(kSkinFile, "old", kReadOnly);
+  utf8.OpenUTF8File(kSkinFile, false);
   utf8.WriteUTF8Line(0, u"n");
   utf8.CloseUTF8File();
   EXPECT_EQ(Written(), "n\r\n");
   std::uint32_t attributes = 0;
-  EXPECT_EQ(files.Attributes(kPath, attributes), kOk);
+  EXPECT_EQ(files.Attributes(kSkinFile, attributes), kOk);
   EXPECT_EQ(attributes & kReadOnly, 0u);
 }
 
 TEST_F(Utf8Writer, EchoCollectsTheTextsAlone) {
-  utf8.OpenUTF8File(kPath, true);
+  utf8.OpenUTF8File(kSkinFile, true);
   utf8.WriteUTF8Line(3, u"one");
   utf8.WriteUTF8Line(0, u"two");
   utf8.CloseUTF8File();
   EXPECT_EQ(utf8.EchoText(), u"onetwo");
-  utf8.OpenUTF8File(kPath, false);
+  utf8.OpenUTF8File(kSkinFile, false);
   utf8.WriteUTF8Line(0, u"three");
   utf8.CloseUTF8File();
   EXPECT_EQ(utf8.EchoText(), u"onetwo");
-  utf8.OpenUTF8File(kPath, true);
+  utf8.OpenUTF8File(kSkinFile, true);
   EXPECT_EQ(utf8.EchoText(), u"");
 }
 
 TEST_F(Utf8Writer, WritingWithNoFileOpenFails) {
   EXPECT_EQ(ErrorOf([&] { utf8.WriteUTF8Line(0, u"a"); }), 52);
-  utf8.OpenUTF8File(kPath, false);
+  utf8.OpenUTF8File(kSkinFile, false);
   utf8.CloseUTF8File();
   EXPECT_EQ(ErrorOf([&] { utf8.WriteUTF8Line(0, u"a"); }), 52);
   EXPECT_EQ(Written(), "");
@@ -176,25 +176,25 @@ TEST_F(Utf8Writer, ClosingWithNoFileOpenDoesNothing) {
 }
 
 TEST_F(Utf8Writer, AnIndentBelowZeroIsRefused) {
-  utf8.OpenUTF8File(kPath, false);
+  utf8.OpenUTF8File(kSkinFile, false);
   utf8.WriteUTF8Line(modUTF8::kUnindentAfter, u"a");
   EXPECT_EQ(ErrorOf([&] { utf8.WriteUTF8Line(0, u"b"); }), 5);
 }
 
 TEST_F(Utf8Writer, FailuresGoToTheCaller) {
-  files.Put(kPath, "old");
+  files.Put(kSkinFile, "old");
   files.FailNext(FileAction::kRemove, kAccessDenied);
-  EXPECT_EQ(ErrorOf([&] { utf8.OpenUTF8File(kPath, false); }), 70);
+  EXPECT_EQ(ErrorOf([&] { utf8.OpenUTF8File(kSkinFile, false); }), 70);
   EXPECT_EQ(Written(), "old");
   // Once the old file is gone it stays gone, whatever comes next.
   files.FailNext(FileAction::kCreate, kGeneralFailure);
-  EXPECT_EQ(ErrorOf([&] { utf8.OpenUTF8File(kPath, false); }), 57);
+  EXPECT_EQ(ErrorOf([&] { utf8.OpenUTF8File(kSkinFile, false); }), 57);
   EXPECT_EQ(Written(), "no file");
   EXPECT_EQ(ErrorOf([&] { utf8.OpenUTF8File(u"C:\\None\\a.qsk", false); }), 76);
 }
 
 TEST_F(Utf8Writer, AFailureInTheMiddleLeavesAPartialFile) {
-  utf8.OpenUTF8File(kPath, false);
+  utf8.OpenUTF8File(kSkinFile, false);
   utf8.WriteUTF8Line(0, u"a");
   files.FailNext(FileAction::kWrite, kGeneralFailure);
   EXPECT_EQ(ErrorOf([&] { utf8.WriteUTF8Line(3, u"b"); }), 57);
@@ -205,7 +205,7 @@ TEST_F(Utf8Writer, AFailureInTheMiddleLeavesAPartialFile) {
 }
 
 TEST_F(Utf8Writer, OpeningTheNextFileLosesTrackOfTheFirst) {
-  utf8.OpenUTF8File(kPath, false);
+  utf8.OpenUTF8File(kSkinFile, false);
   utf8.WriteUTF8Line(0, u"a");
   utf8.OpenUTF8File(u"C:\\Out\\b.qsk", false);
   utf8.WriteUTF8Line(0, u"b");
