@@ -161,9 +161,33 @@ void MemoryDesktop::OfferCommands(Form& form, TextView service, TextView topic) 
   offers.push_back({&form, Text(service), Text(topic)});
 }
 
+int MemoryDesktop::QuietFor(int milliseconds) {
+  int quiet = milliseconds;
+  for (const Form* form : forms()) {
+    for (const Control* control : form->controls()) {
+      if (control->kind() != ControlKind::kTimer || !control->Enabled() || !form->loaded())
+        continue;
+      const auto& timer = static_cast<const Timer&>(*control);
+      if (timer.Interval() <= 0) continue;
+      quiet = std::min(quiet, std::max(timer.Interval() - elapsed_[control] - 1, 0));
+    }
+  }
+  if (quiet == 0) return 0;
+  for (const Form* form : forms()) {
+    for (const Control* control : form->controls()) {
+      if (control->kind() != ControlKind::kTimer || !control->Enabled() || !form->loaded())
+        continue;
+      if (static_cast<const Timer&>(*control).Interval() > 0) elapsed_[control] += quiet;
+    }
+  }
+  return quiet;
+}
+
 void MemoryDesktop::Advance(int milliseconds) {
   for (int passed = 0; passed < milliseconds && !ended(); ++passed) {
-    ++now;
+    const int quiet = QuietFor(milliseconds - passed - 1);
+    passed += quiet;
+    now += quiet + 1;
     for (Form* form : std::vector<Form*>(forms())) {
       if (std::find(forms().begin(), forms().end(), form) == forms().end()) continue;
       for (Control* control : std::vector<Control*>(form->controls())) {

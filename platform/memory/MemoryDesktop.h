@@ -124,6 +124,9 @@ class MemoryDesktop : public Desktop {
  private:
   friend class MemoryPeer;
   OtherWindow* Other(WindowHandle window);
+  /// Moves all timers on, at most this many milliseconds, to just before the first of them is due.
+  /// Returns how many that were.
+  int QuietFor(int milliseconds);
   WindowHandle lastForm_ = 0x10000;  ///< forms are numbered from behind it
   std::map<const Control*, int> elapsed_;
 };
