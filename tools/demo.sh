@@ -7,14 +7,23 @@ TOOLS=(Q17Gauge.exe Q17Pair.exe Q17Lexis.exe Q17Cadence.exe Q17Batch.exe Q17Benc
 DEMO_SETTINGS='HKCU\Software\VB and VBA Program Settings\Marl'
 DEMO_KEY='HKCU\Software\Oru\Marl'
 
+# The program that ships, where it runs.
+demo_width() { if [[ -z $(cannot_run win32) ]]; then echo win32; else echo win64; fi; }
+
+# Builds what the demo shows.
+demo_build() {
+  build_program "$(demo_width)"
+  build_preset "$(demo_width)" stand_in >/dev/null
+}
+
 # Lays out a suite folder: the program, what lies beside it, and a stand-in for every tool.
 demo_layout() {
   local tool
-  SUITE="$ROOT/build/demo/Marl Suite"
+  SUITE="$ROOT/build/demo/$(demo_width)/Marl Suite"
   mkdir -p "$SUITE"
-  cp -ru "dist/win32/." "$SUITE/"
+  cp -ru "dist/$(demo_width)/." "$SUITE/"
   for tool in "${TOOLS[@]}"; do
-    cp -u build/win32/suite/stand_in.exe "$SUITE/$tool"
+    cp -u "build/$(demo_width)/suite/stand_in.exe" "$SUITE/$tool"
   done
 }
 
@@ -24,14 +33,14 @@ has_display() {
 
 cmd_run() {
   ensure_packages run
-  build_program win32
-  build_preset win32 stand_in >/dev/null
+  demo_build
   demo_layout
   if has_display; then
     MARL_USE_DISPLAY=1 wine_begin demo
     say "The switchboard is open; the window shows a desktop of its own, with a taskbar"
-    (cd "$SUITE" && wine Marl.exe)
+    (cd "$SUITE" && "${WINE_VIA[@]}" wine Marl.exe)
   else
+    say "No display here: showing it on a virtual one"
     demo_alone 96
   fi
 }
@@ -39,8 +48,7 @@ cmd_run() {
 # The pictures of the demo at both resolutions. Each has a Wine prefix of its own.
 cmd_shots() {
   ensure_packages run
-  build_program win32
-  build_preset win32 stand_in >/dev/null
+  demo_build
   demo_layout
   (demo_alone 96)
   (demo_alone 144)
@@ -115,12 +123,12 @@ demo_alone() {
   if ((DEMO_DPI != 96)); then prefix=demo$DEMO_DPI; fi
   wine_begin "$prefix" "$DEMO_DPI"
   mkdir -p out/shots
-  wine reg delete "$DEMO_SETTINGS" /f >/dev/null 2>&1 || true
-  wine reg delete "$DEMO_KEY" /f >/dev/null 2>&1 || true
+  "${WINE_VIA[@]}" wine reg delete "$DEMO_SETTINGS" /f >/dev/null 2>&1 || true
+  "${WINE_VIA[@]}" wine reg delete "$DEMO_KEY" /f >/dev/null 2>&1 || true
   export MARL_SUITE_LOG=$WINEPREFIX/drive_c/suite.log
   rm -f "$MARL_SUITE_LOG"
   local status=0 marl
-  (cd "$SUITE" && MARL_SUITE_LOG='C:\suite.log' exec wine Marl.exe) &
+  (cd "$SUITE" && MARL_SUITE_LOG='C:\suite.log' exec "${WINE_VIA[@]}" wine Marl.exe) &
   marl=$!
   say "A fresh user starts the switchboard"
   wait_for 30 find_window question || fail "the first question did not appear"
@@ -155,4 +163,4 @@ demo_alone() {
     "$MARL_SUITE_LOG"
 }
 
-gone() { ! kill -0 "$1" 2>/dev/null; }
+gone() { [[ ! -d /proc/$1 ]]; }

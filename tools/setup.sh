@@ -2,8 +2,10 @@
 
 BUILD_PACKAGES=(cmake ninja-build g++ g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix
                 librsvg2-bin libgtest-dev libgmock-dev googletest)
-RUN_PACKAGES=(wine wine64 wine32:i386 fonts-wine fonts-liberation xvfb xauth x11-utils xdotool
-              imagemagick)
+WINE_FONTS=(fonts-wine fonts-liberation)
+RUN_PACKAGES=("${WINE_FONTS[@]}" xvfb xauth x11-utils xdotool imagemagick)
+WINE_PACKAGES=(wine wine64 wine32:i386)
+WINE64_PACKAGES=(wine wine64)
 BENCH_PACKAGES=(libbenchmark-dev librapidxml-dev libpugixml-dev libexpat1-dev libicu-dev
                 libcairo2-dev fd-find)
 COVERAGE_PACKAGES=(gcovr)
@@ -28,8 +30,12 @@ as_root() {
   if [[ $(id -u) == 0 ]]; then "$@"; else sudo "$@"; fi
 }
 
-# ensure_packages KIND: installs what the kind of work needs and is not there.
-# Without the packages to run Windows programs, building still goes on.
+may_install() {
+  command -v apt-get >/dev/null && { [[ $(id -u) == 0 ]] || command -v sudo >/dev/null; }
+}
+
+# ensure_packages KIND: installs what the kind of work needs and is not there. Nothing is fetched
+# when all is there. Building needs no Wine, and tests do what they can without.
 ensure_packages() {
   local wanted=() missing
   case $1 in
@@ -41,27 +47,17 @@ ensure_packages() {
   esac
   if ! command -v dpkg-query >/dev/null; then
     check_commands "$1"
-    return
-  fi
-  mapfile -t missing < <(missing_packages "${wanted[@]}")
-  if ((${#missing[@]})); then
-    # Build and run packages come together even if only building is asked for: a later install
-    # from another state of the index could ask for other versions of shared libraries.
-    mapfile -t missing < <(missing_packages "${wanted[@]}" "${BUILD_PACKAGES[@]}" \
-                           "${RUN_PACKAGES[@]}" | sort -u)
-    if [[ $(id -u) != 0 ]] && ! command -v sudo >/dev/null; then
-      fail "these packages are missing, and installing them needs root: ${missing[*]}
-  dpkg --add-architecture i386 && apt-get update && apt-get install ${missing[*]}"
-    fi
-    install_packages "${missing[@]}"
+  else
     mapfile -t missing < <(missing_packages "${wanted[@]}")
     if ((${#missing[@]})); then
-      fail "could not be installed: ${missing[*]}"
+      install_all "${wanted[@]}"
+      mapfile -t missing < <(missing_packages "${wanted[@]}")
+      ((${#missing[@]} == 0)) || fail "could not be installed: ${missing[*]}"
     fi
   fi
   case $1 in
     build | coverage | fuzz) ;;
-    *) check_wine ;;
+    *) ensure_wine "$1" ;;
   esac
 }
 
@@ -75,24 +71,41 @@ check_commands() {
   ((${#gone[@]} == 0)) || fail "these programs are missing: ${gone[*]}"
 }
 
-install_packages() {
-  say "Installing: $*"
-  export DEBIAN_FRONTEND=noninteractive
+# Not empty when this run has met Wine's packages and found no way for them.
+WINE_TRIED=
+
+# install_all PACKAGE...: these, and in the same breath all that building and running need: a later
+# install, from another state of the index, could ask for other versions of shared libraries, and
+# Wine wants the same versions for two architectures. Without Wine if it must be.
+install_all() {
+  local missing native
+  mapfile -t native < <(missing_packages "$@" "${BUILD_PACKAGES[@]}" "${RUN_PACKAGES[@]}" | sort -u)
+  mapfile -t missing < <(missing_packages "${native[@]}" "${WINE_PACKAGES[@]}")
+  may_install || fail "these packages are missing, and installing them needs root or sudo: ${native[*]}
+  dpkg --add-architecture i386 && apt-get update && apt-get install ${missing[*]}"
+  say "Installing: ${missing[*]}"
+  install_together "${missing[@]}" && return
+  WINE_TRIED=1
+  say "Wine for both widths cannot be installed beside what this machine has; first all the rest"
+  apt_install "${native[@]}" || one_index_install "${native[@]}" || true
+}
+
+# install_together PACKAGE...: the plain way, then from the main index alone.
+install_together() {
+  local added=
   if [[ " $* " == *:i386\ * && " $(dpkg --print-foreign-architectures) " != *i386* ]]; then
     as_root dpkg --add-architecture i386
+    added=1
   fi
-  if as_root apt-get update && apt_install "$@"; then return; fi
-  say "The package index is not whole; trying with the main index alone"
+  as_root apt-get update || say "The package index is not whole; trying all the same"
+  if apt_install "$@"; then return; fi
+  say "Trying with the main index alone"
   if one_index_install "$@"; then return; fi
-  # Wine is what asks for a second architecture; without it the programs can still be built.
-  local name rest=()
-  for name in "$@"; do
-    case $name in wine*) ;; *) rest+=("$name") ;; esac
-  done
-  if ((${#rest[@]} && ${#rest[@]} < $#)); then
-    say "Installing all but Wine"
-    apt_install "${rest[@]}" || one_index_install "${rest[@]}" || true
+  # An architecture that nothing was taken from would only make later updates fail.
+  if [[ -n $added ]]; then
+    as_root dpkg --remove-architecture i386 && as_root apt-get update -q || true
   fi
+  return 1
 }
 
 # apt_install PACKAGE...; extra options of apt-get stand in APT_OPTIONS.
@@ -105,14 +118,11 @@ apt_install() {
 # Installs from one index only, kept apart from the machine's own lists, so that the libraries of
 # both architectures have the same versions.
 one_index_install() {
-  local place status=0 keyring=/usr/share/keyrings/debian-archive-keyring.gpg signed=
+  local place status=0
   place=$(mktemp -d)
   chmod 755 "$place"
   mkdir -p "$place/lists/partial"
-  if [[ -f $keyring ]]; then signed="[signed-by=$keyring] "; fi
-  echo "deb $signed$(main_mirror) $(. /etc/os-release && echo "$VERSION_CODENAME") main" \
-    >"$place/sources.list"
-  cat "$place/sources.list"
+  main_source | tee "$place/sources.list"
   APT_OPTIONS=(-o "Dir::Etc::sourcelist=$place/sources.list" -o Dir::Etc::sourceparts=/dev/null
                -o "Dir::State::Lists=$place/lists" -o "Dir::Cache::pkgcache=$place/pkgcache.bin"
                -o "Dir::Cache::srcpkgcache=$place/srcpkgcache.bin")
@@ -122,36 +132,76 @@ one_index_install() {
   return $status
 }
 
-# The address of the distribution's main index, as this machine has it configured.
-main_mirror() {
-  local release
-  release=$(. /etc/os-release && echo "$VERSION_CODENAME")
-  apt-get indextargets --format '$(RELEASE) $(COMPONENT) $(REPO_URI)' \
-              'Created-By: Packages' 2>/dev/null |
-    awk -v r="$release" '($1 == r || $1 == "stable") && $2 == "main" { print $3 }' |
-    sort -u | { grep -m1 '/debian/*$' || true; }
+release_name() { (. /etc/os-release && echo "${VERSION_CODENAME:-bookworm}"); }
+
+# The distribution's main index as a line of sources.list, from where this machine has it.
+main_source() {
+  local mirror keyring=/usr/share/keyrings/debian-archive-keyring.gpg signed=
+  mirror=$(apt-get indextargets --format '$(RELEASE) $(COMPONENT) $(REPO_URI)' \
+                   'Created-By: Packages' 2>/dev/null |
+    awk -v r="$(release_name)" '($1 == r || $1 == "stable") && $2 == "main" { print $3 }' |
+    sort -u | { grep -m1 '/debian/*$' || true; })
+  if [[ -f $keyring ]]; then signed="[signed-by=$keyring] "; fi
+  echo "deb $signed${mirror:-http://deb.debian.org/debian} $(release_name) main"
 }
 
-# Checks, once for each installed Wine, that programs of both widths run.
-check_wine() {
-  local stamp=build/wine/checked version
-  version=$(wine --version)
-  if [[ -f $stamp && $(<"$stamp") == "$version" ]]; then return; fi
-  say "Checking that 32-bit and 64-bit programs run under Wine"
-  local answers
-  answers=$(wine_begin tests
-            wine_answers) || exit 1
-  answers=$(tr -d '\r' <<<"$answers" | tr '\n' ' ')
-  [[ $answers == *=x86\ *=AMD64\ * ]] ||
-    fail "32-bit and 64-bit programs do not both run under Wine (answer: '$answers');
-  needed are the packages wine wine64 wine32:i386"
-  echo "$version" >"$stamp"
+# ensure_wine KIND: finds how Windows programs run here, on the first of these roads that works:
+# Wine in the machine, for both widths; in a private root, for both widths; in the machine, for
+# 64-bit programs. Each is proven by running programs, and remembered (tools/wine.sh). Tests go on
+# without any; `./marl setup` tries the better roads again.
+ensure_wine() {
+  local missing=()
+  if wine_remembered "$1"; then return; fi
+  if [[ -z $WINE_TRIED ]] && wine_lacks "${WINE_PACKAGES[@]}" && may_install; then
+    mapfile -t missing < <(missing_packages "${WINE_PACKAGES[@]}")
+    install_together "${missing[@]}" || true
+  fi
+  if ! wine_lacks "${WINE_PACKAGES[@]}" && prove_wine machine; then return; fi
+  if private_root_ready ||
+     { may_install && make_private_root "${WINE_PACKAGES[@]}" "${WINE_FONTS[@]}"; }; then
+    if prove_wine root; then return; fi
+  fi
+  if wine_lacks "${WINE64_PACKAGES[@]}" && may_install; then
+    apt_install "${WINE64_PACKAGES[@]}" || true
+  fi
+  if command -v wine >/dev/null && prove_wine 64; then
+    say "ONLY 64-BIT PROGRAMS RUN HERE: $WINE_NO_32"
+    return
+  fi
+  wine_remember none
+  [[ $1 == test ]] || fail "$WINE_NONE"
+  say "NO WINDOWS PROGRAMS RUN HERE: $WINE_NONE"
+}
+
+# True when one of these packages is not installed; false on a machine without Debian's packages.
+wine_lacks() {
+  command -v dpkg-query >/dev/null && [[ -n $(missing_packages "$@") ]]
+}
+
+# prove_wine ROAD: true, and remembered, when programs run on it.
+prove_wine() {
+  local answers wanted='=x86 =AMD64 '
+  if [[ $1 == 64 ]]; then wanted='=AMD64 '; fi
+  say "Checking that Windows programs run: ${WINE_ROADS[$1]}"
+  wine_take "$1"
+  answers=$("${WINE_VIA[@]}" wine --version 2>&1 >/dev/null && wine_begin tests && wine_answers) ||
+    true
+  if [[ $(tr -d '\r' <<<"$answers" | sed -n 's/^PROC.*=/=/p' | tr '\n' ' ') == "$wanted" ]]; then
+    wine_remember "$1"
+  else
+    say "They do not; the answer was '$answers'"
+    return 1
+  fi
 }
 
 # What a 32-bit and a 64-bit program say of themselves. A 32-bit one reaches the others by the name
 # sysnative.
 wine_answers() {
-  wine 'C:\windows\syswow64\cmd.exe' /c 'set PROCESSOR_ARCHITECTURE'
-  wine 'C:\windows\syswow64\cmd.exe' /c \
-    'C:\windows\sysnative\cmd.exe /c set PROCESSOR_ARCHITECTURE'
+  if [[ $WINE_ROAD == 64 ]]; then
+    "${WINE_VIA[@]}" wine 'C:\windows\system32\cmd.exe' /c 'set PROCESSOR_ARCHITECTURE'
+  else
+    "${WINE_VIA[@]}" wine 'C:\windows\syswow64\cmd.exe' /c 'set PROCESSOR_ARCHITECTURE'
+    "${WINE_VIA[@]}" wine 'C:\windows\syswow64\cmd.exe' /c \
+      'C:\windows\sysnative\cmd.exe /c set PROCESSOR_ARCHITECTURE'
+  fi
 }
