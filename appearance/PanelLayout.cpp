@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "platform/RuntimeError.h"
+#include "support/Numbers.h"
 
 namespace marl {
 namespace {
@@ -79,11 +80,11 @@ int ButtonAt(const std::array<HitArea, kPanelButtons>& areas, float x, float y) 
   return -1;
 }
 
-std::array<BevelLine, 8> BevelLines(const Box& frame, const Size& pixel) {
+std::array<BevelLine, 8> BevelLines(const Box& frame, const PixelTwips& pixel) {
   std::int32_t left = frame.left;
   std::int32_t top = frame.top;
-  std::int32_t right = frame.left + frame.width - pixel.width;
-  std::int32_t bottom = frame.top + frame.height - pixel.height;
+  std::int32_t right = CLng(1.0 * frame.left + frame.width - pixel.x);
+  std::int32_t bottom = CLng(1.0 * frame.top + frame.height - pixel.y);
   std::array<BevelLine, 8> lines;
   for (std::size_t i = 0; i < lines.size(); i += 4) {
     lines[i] = {{left, bottom}, {left, top}, true};
@@ -92,10 +93,10 @@ std::array<BevelLine, 8> BevelLines(const Box& frame, const Size& pixel) {
     lines[i + 3] = {{right, bottom}, {left, bottom}, false};
     // The inner square: the top moves by a pixel's width and the right side by its height. On a
     // screen whose pixels are no squares the bevel is drawn so all the same.
-    left += pixel.width;
-    top += pixel.width;
-    right -= pixel.height;
-    bottom -= pixel.height;
+    left = CLng(left + pixel.x);
+    top = CLng(top + pixel.x);
+    right = CLng(right - pixel.y);
+    bottom = CLng(bottom - pixel.y);
   }
   return lines;
 }

@@ -93,8 +93,8 @@ struct BevelLine {
   bool operator==(const BevelLine&) const = default;
 };
 
-/// The two nested squares of a bevel around a frame; `pixel` is the size of a pixel in twips. A
-/// thin bevel shows the first four lines, a wide one all.
-std::array<BevelLine, 8> BevelLines(const Box& frame, const Size& pixel);
+/// The two nested squares of a bevel around a frame; each place is rounded to whole twips. A thin
+/// bevel shows the first four lines, a wide one all.
+std::array<BevelLine, 8> BevelLines(const Box& frame, const PixelTwips& pixel);
 
 }  // namespace marl

@@ -101,13 +101,17 @@ class Desktop {
   virtual Size ScreenSize() const = 0;
   /// Dots an inch of the screen, in X and Y.
   virtual Size Dpi() const = 0;
-  /// Size of a pixel in whole twips: 15 by 15 at 96 dots an inch.
-  Size TwipsPerPixel() const;
+  /// Size of a pixel: 15 by 15 twips at 96 dots an inch, 7.5 by 7.5 at 192. Callers round once,
+  /// at the end of what they compute.
+  PixelTwips TwipsPerPixel() const;
   /// Twips to pixels and back, rounded to the nearest.
   int PixelsX(int twips) const;
   int PixelsY(int twips) const;
   int TwipsX(int pixels) const;
   int TwipsY(int pixels) const;
+  /// A place in pixels as mouse events give it: in twips, not rounded.
+  float TwipsAtX(int pixels) const;
+  float TwipsAtY(int pixels) const;
   /// A system colour's value (GetSysColor).
   virtual Color SystemColorValue(int index) const = 0;
 

@@ -110,9 +110,9 @@ void frmMain::HighlightButton(int index, bool show) {
 void frmMain::tmrOver_Tick() {
   const Point cursor = platform_.tray.CursorPosition();
   const Point origin = ClientOrigin();
-  const Size pixel = desktop().TwipsPerPixel();
-  const auto x = static_cast<float>(CLng(1.0 * pixel.width * (cursor.x - origin.x)));
-  const auto y = static_cast<float>(CLng(1.0 * pixel.height * (cursor.y - origin.y)));
+  const PixelTwips pixel = desktop().TwipsPerPixel();
+  const auto x = static_cast<float>(CLng(pixel.x * (cursor.x - origin.x)));
+  const auto y = static_cast<float>(CLng(pixel.y * (cursor.y - origin.y)));
   OnMouseMove(0, 0, x, y);
 }
 

@@ -23,9 +23,7 @@ void frmMain::CreateTooltips() {
 }
 
 void frmMain::BindTooltips() {
-  const Size pixel = desktop().TwipsPerPixel();
-  const double tx = pixel.width;
-  const double ty = pixel.height;
+  const PixelTwips pixel = desktop().TwipsPerPixel();
   for (std::size_t i = 0; i < kButtonCount; ++i) {
     if (!TooltipObjects[i]) continue;
     if (!imgRun[i]->Visible() || !TooltipsEnabled) {
@@ -33,10 +31,10 @@ void frmMain::BindTooltips() {
       continue;
     }
     const Shape& place = *shpRun[i];
-    const int left = CLng(place.Left() / tx);
-    const int top = CLng(place.Top() / ty);
-    const int right = CLng(place.Width() / tx + left - 1);
-    const int bottom = CLng(place.Height() / ty + top - 1);
+    const int left = CLng(place.Left() / pixel.x);
+    const int top = CLng(place.Top() / pixel.y);
+    const int right = CLng(place.Width() / pixel.x + left - 1);
+    const int bottom = CLng(place.Height() / pixel.y + top - 1);
     TooltipObjects[i]->Create(hWnd(), left, top, right, bottom, TooltipTexts[i], kBalloonAlways,
                               false, kInformationIcon,
                               platform_.strings.Get(kCaptionString + static_cast<int>(i)), kTipText,

@@ -19,11 +19,16 @@ int Scale(int value, int factor, int divisor) {
 
 }  // namespace
 
-Size Desktop::TwipsPerPixel() const { return {TwipsX(1), TwipsY(1)}; }
+PixelTwips Desktop::TwipsPerPixel() const {
+  const Size dpi = Dpi();
+  return {1.0 * kTwipsPerInch / dpi.width, 1.0 * kTwipsPerInch / dpi.height};
+}
 int Desktop::PixelsX(int twips) const { return Scale(twips, Dpi().width, kTwipsPerInch); }
 int Desktop::PixelsY(int twips) const { return Scale(twips, Dpi().height, kTwipsPerInch); }
 int Desktop::TwipsX(int pixels) const { return Scale(pixels, kTwipsPerInch, Dpi().width); }
 int Desktop::TwipsY(int pixels) const { return Scale(pixels, kTwipsPerInch, Dpi().height); }
+float Desktop::TwipsAtX(int pixels) const { return static_cast<float>(TwipsPerPixel().x * pixels); }
+float Desktop::TwipsAtY(int pixels) const { return static_cast<float>(TwipsPerPixel().y * pixels); }
 
 void Desktop::Event(const std::function<void()>& event) {
   if (ended_) return;

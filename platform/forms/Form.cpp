@@ -1,6 +1,7 @@
 #include "platform/forms/Form.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "platform/FoldCase.h"
@@ -278,9 +279,10 @@ Control* Form::AccessKeyTarget(char16_t key) const {
 void Form::Invalidate(const Control& control) {
   if (!peer_ || !control.Visible() || !control.windowless()) return;
   const Point at = Origin(control);
-  const Size pixel = desktop_.TwipsPerPixel();
+  const PixelTwips pixel = desktop_.TwipsPerPixel();
   // A line covers one pixel more than its extent.
-  peer_->Invalidate({at.x, at.y, control.Width() + pixel.width, control.Height() + pixel.height});
+  peer_->Invalidate({at.x, at.y, control.Width() + static_cast<int>(std::ceil(pixel.x)),
+                     control.Height() + static_cast<int>(std::ceil(pixel.y))});
 }
 
 void Form::ControlChanged(Control& control, Property property) {

@@ -30,6 +30,14 @@ struct Point {
   bool operator==(const Point&) const = default;
 };
 
+/// Width and height of a pixel in twips: 1440 by the dots an inch, a fraction on many screens.
+struct PixelTwips {
+  double x = 15;
+  double y = 15;
+
+  bool operator==(const PixelTwips&) const = default;
+};
+
 /// 0x00BBGGRR, or negative: 0x80000000 and the index of a system colour.
 using Color = std::int32_t;
 

@@ -724,13 +724,11 @@ bool FormWin32::IsOverLink() const {
 }
 
 float FormWin32::TwipsAtX(LPARAM position) const {
-  return static_cast<float>(static_cast<short>(LOWORD(position))) * 1440.0f /
-         static_cast<float>(desktop_.Dpi().width);
+  return desktop_.TwipsAtX(static_cast<short>(LOWORD(position)));
 }
 
 float FormWin32::TwipsAtY(LPARAM position) const {
-  return static_cast<float>(static_cast<short>(HIWORD(position))) * 1440.0f /
-         static_cast<float>(desktop_.Dpi().height);
+  return desktop_.TwipsAtY(static_cast<short>(HIWORD(position)));
 }
 
 HWND FormWin32::WindowOf(const Control& control) const {

@@ -363,6 +363,15 @@ TEST(PanelBevel, TwoSquaresTheInnerOnePixelSmaller) {
   EXPECT_EQ(BevelLines({60, 60, 1695, 1215}, {15, 15}), expected);
 }
 
+TEST(PanelBevel, PlacesAreRoundedToTheEvenTwip) {
+  // At 192 dots an inch.
+  const auto lines = BevelLines({60, 60, 1695, 1215}, {7.5, 7.5});
+  EXPECT_EQ(lines[1], (BevelLine{{60, 60}, {1748, 60}, true}));       // 1747.5
+  EXPECT_EQ(lines[2], (BevelLine{{1748, 60}, {1748, 1268}, false}));  // 1267.5
+  EXPECT_EQ(lines[5], (BevelLine{{68, 68}, {1740, 68}, true}));       // 67.5, 1740.5
+  EXPECT_EQ(lines[6], (BevelLine{{1740, 68}, {1740, 1260}, false}));  // 1260.5
+}
+
 TEST(PanelBevel, PixelsThatAreNoSquaresMoveTheTopByTheirWidth) {
   const auto lines = BevelLines({0, 0, 1000, 1000}, {10, 20});
   EXPECT_EQ(lines[0], (BevelLine{{0, 980}, {0, 0}, true}));
