@@ -67,7 +67,8 @@ if [[ -f build/wine/road ]]; then wine_take "$(head -n 1 build/wine/road)"; fi
 WINE_BEGUN=
 XVFB_PID=
 
-# wine_begin NAME [DPI]: makes the prefix build/wine/NAME ready, with a display of its own.
+# wine_begin NAME [DPI [SIZE]]: makes the prefix build/wine/NAME ready, with a display of its own,
+# of SIZE pixels.
 wine_begin() {
   local dpi=${2:-96}
   if [[ -n $WINE_BEGUN || -n ${MARL_WINE_PREFIX:-} ]]; then return; fi
@@ -79,8 +80,8 @@ wine_begin() {
   trap wine_end EXIT
   trap 'exit 130' INT
   trap 'exit 143' TERM
-  local size=1024x768
-  if ((dpi > 96)); then size=1536x1152; fi
+  # A finer screen shows as much.
+  local size=${3:-$((1024 * dpi / 96))x$((768 * dpi / 96))}
   # A prefix of one road is of no use on another.
   if [[ $(cat "$WINEPREFIX/marl-ready" 2>/dev/null) != "$WINE_ROAD" ]]; then
     rm -rf "$WINEPREFIX"
@@ -119,8 +120,20 @@ EOF
       [ ! -f "$font" ] || ln -sf "$font" "$WINEPREFIX/drive_c/windows/Fonts/"
     done'
   "${WINE_VIA[@]}" wine regedit /S 'C:\marl.reg'
+  wine_rest
+}
+
+# Ends what runs in the prefix, which starts anew with the next program.
+wine_rest() {
   "${WINE_VIA[@]}" wineserver -k
   "${WINE_VIA[@]}" wineserver -w
+}
+
+# wine_dpi DPI: the resolution from now on.
+wine_dpi() {
+  "${WINE_VIA[@]}" wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$1" /f \
+    >/dev/null
+  wine_rest
 }
 
 # Starts a virtual display with a number that nobody uses and points DISPLAY at it.

@@ -94,12 +94,11 @@ class Panel : public SwitchboardTest {
   static int Squares(HWND main, int button) {
     const RECT cell = CellOf(main, button);
     const Pixels pixels = Capture(cell);
-    // The frame, in twips of the cell; a line stands on the pixel that its place falls into.
-    const int pixel = Twips(1);
-    int left = 60, top = 60, right = 60 + 1695 - pixel, bottom = 60 + 1215 - pixel;
+    // The frame's first and last pixels, counted from the cell's corner.
+    int l = PixelsOf(60), t = PixelsOf(60), r = PixelsOf(60 + 1695) - 1,
+        b = PixelsOf(60 + 1215) - 1;
     int squares = 0;
-    for (; squares < 3; ++squares) {
-      const int l = PixelsOf(left), t = PixelsOf(top), r = PixelsOf(right), b = PixelsOf(bottom);
+    for (; squares < 3; ++squares, ++l, ++t, --r, --b) {
       // The cell ends before the frame's right edge: what is beyond it is read from the screen.
       const auto at = [&](int x, int y) {
         if (x < pixels.width && y < pixels.height) return pixels.At(x, y);
@@ -116,7 +115,6 @@ class Panel : public SwitchboardTest {
                             [](COLORREF color) { return color == kShade; });
       }
       if (!whole) break;
-      left += pixel, top += pixel, right -= pixel, bottom -= pixel;
     }
     return squares;
   }
@@ -297,6 +295,48 @@ TEST_F(Panel, HighlightFollowsTheMouse) {
   EXPECT_TRUE(Becomes(main, kEdit, kOff, L""));
   EXPECT_TRUE(Close(marl));
   EXPECT_TRUE(suite.WaitForTools(0).empty());
+}
+
+TEST_F(Panel, LastPixelsOfAButtonAreItsOwnForEventTimerAndPress) {
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(BringForward(main));
+  // Twice a rest of two ticks: what the mouse event said, the timer has had time to change.
+  const auto stays = [&](const std::wstring& status) {
+    return WaitUntil([&] {
+      for (int rest = 0; rest < 2; ++rest) {
+        if (!Rests() || Status(main) != status) return false;
+      }
+      return true;
+    });
+  };
+  struct Place {
+    int button;
+    std::wstring status;
+    std::wstring tool;
+  };
+  std::vector<Started> starts;
+  for (const auto& [button, status, tool] :
+       {Place{4, L"Apply one or more Translation Memories to multiple files", L"Q17Batch.exe"},
+        Place{13, L"Compare Marl documents or folders", L"Q17Diff.exe"},
+        Place{16, L"Prepare XLIFF documents for translation with Marl", L"Q17Xlf.exe"}}) {
+    const RECT cell = CellOf(main, button);
+    const POINT first = {cell.left + PixelsOf(60) + 1, cell.top + PixelsOf(60) + 1};
+    const POINT last = {cell.left + PixelsOf(60 + 1695) - 2, cell.top + PixelsOf(60 + 1215) - 2};
+    Point(first);
+    EXPECT_TRUE(stays(status)) << button << " at " << first.x << "," << first.y;
+    Point({last.x + 4, last.y});
+    EXPECT_TRUE(stays(L"")) << "beside " << button;
+    Point(last);
+    EXPECT_TRUE(stays(status)) << button << " at " << last.x << "," << last.y;
+    MouseButtons({MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP});
+    starts.push_back(Start(suite, tool));
+    EXPECT_EQ(suite.WaitForTools(starts.size()), starts);
+    ASSERT_TRUE(BringForward(main));
+  }
+  EXPECT_TRUE(Close(marl));
 }
 
 TEST_F(Panel, PressThatIsDraggedOffStartsNothing) {
