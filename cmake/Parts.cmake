@@ -26,23 +26,37 @@ function(marl_hot_loops)
 endfunction()
 
 # Registers the test program `target` as a whole under its part: unit, contract or desktop.
-# Windows programs run under Wine, each on a desktop of its own; those that move a real mouse run
-# alone. Further arguments go to the program.
+# Further arguments go to the program.
 function(marl_test part target)
-  set(name ${part})
-  if(WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 8)
-    set(name ${part}.win64)
-  elseif(WIN32)
-    set(name ${part}.win32)
-  endif()
   add_dependencies(${part}_parts ${target})
-  add_test(NAME ${name} COMMAND ${target} ${ARGN})
-  set_tests_properties(${name} PROPERTIES LABELS ${part})
   # The code under test is in libraries, optimised as it ships or watched by sanitizers.
   target_compile_options(${target} PRIVATE -O0 -g0)
+  marl_add_run(${part} ${part} ${target} 96 ${ARGN})
+endfunction()
+
+# One run of a test program under the name `name` and the width, on a screen of so many dots an inch.
+# Windows programs run under Wine, each run on a desktop of its own, and desktop tests on several
+# (cmd_desktops, tools/run_tests.sh). On Windows there is one desktop, so whoever moves its mouse runs
+# alone.
+function(marl_add_run part name target dpi)
+  set(command ${target})
   if(WIN32)
-    set_tests_properties(${name} PROPERTIES ENVIRONMENT "MARL_WINE_NAME=${name}")
-    if(part STREQUAL "desktop")
+    math(EXPR bits "8 * ${CMAKE_SIZEOF_VOID_P}")
+    string(APPEND name .win${bits})
+    if(part STREQUAL "desktop" AND CMAKE_CROSSCOMPILING)
+      set(command "${PROJECT_SOURCE_DIR}/marl" desktops $<TARGET_FILE:${target}>)
+    endif()
+  endif()
+  add_test(NAME ${name} COMMAND ${command} ${ARGN})
+  set_tests_properties(${name} PROPERTIES LABELS ${part})
+  if(WIN32 AND CMAKE_CROSSCOMPILING)
+    set_tests_properties(${name} PROPERTIES
+                         ENVIRONMENT "MARL_WINE_NAME=${name};MARL_WINE_DPI=${dpi}")
+  endif()
+  if(part STREQUAL "desktop")
+    # What takes longest begins first.
+    set_tests_properties(${name} PROPERTIES COST 1000)
+    if(NOT CMAKE_CROSSCOMPILING)
       set_tests_properties(${name} PROPERTIES RUN_SERIAL ON)
     endif()
   endif()

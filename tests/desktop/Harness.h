@@ -18,7 +18,7 @@
 /// passed. Only processes that were started here are ended, by their own handle.
 namespace marl::desktop {
 
-constexpr std::chrono::milliseconds kDeadline{10000};
+constexpr std::chrono::milliseconds kDeadline{60000};
 
 /// Where the programs under test lie: the command line's --marl=PATH, --german=PATH and
 /// --stand-in=PATH, or the environment's MARL_PROGRAM, MARL_GERMAN_PROGRAM and MARL_STAND_IN.

@@ -4,13 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <iostream>
-#include <sstream>
 #include <string>
 
 #include "tests/desktop/Harness.h"
-
-// After <windows.h>.
-#include <shlwapi.h>
+#include "tests/desktop/TestQueue.h"
 
 namespace {
 
@@ -25,32 +22,10 @@ bool Present(const std::wstring& path) {
   return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-/// True when `text` is one of the patterns, which are joined by ":" and may hold "*" and "?".
-bool MatchesOne(const std::string& text, const std::string& patterns) {
-  std::istringstream list(patterns);
-  for (std::string pattern; std::getline(list, pattern, ':');) {
-    if (PathMatchSpecA(text.c_str(), pattern.c_str())) return true;
-  }
-  return false;
-}
-
 /// Leaves of the tests that were asked for those of one suite.
 void KeepSuite(const std::string& suite) {
-  const std::string asked = testing::GTEST_FLAG(filter);
-  const std::size_t minus = asked.find('-');
-  const std::string wanted = asked.substr(0, minus);
-  const std::string unwanted = minus == std::string::npos ? "" : asked.substr(minus + 1);
   std::string kept;
-  const testing::UnitTest& all = *testing::UnitTest::GetInstance();
-  for (int i = 0; i < all.total_test_suite_count(); ++i) {
-    const testing::TestSuite& each = *all.GetTestSuite(i);
-    if (each.name() != suite) continue;
-    for (int j = 0; j < each.total_test_count(); ++j) {
-      const std::string name = suite + "." + each.GetTestInfo(j)->name();
-      if (!wanted.empty() && !MatchesOne(name, wanted)) continue;
-      if (!MatchesOne(name, unwanted)) kept += name + ":";
-    }
-  }
+  for (const std::string& test : marl::desktop::SelectedTests(suite)) kept += test + ":";
   testing::GTEST_FLAG(filter) = kept.empty() ? "-*" : kept;
 }
 
@@ -66,20 +41,23 @@ int wmain(int argc, wchar_t** argv) {
   g_programs.marl = marl::desktop::Environment(L"MARL_PROGRAM");
   g_programs.german = marl::desktop::Environment(L"MARL_GERMAN_PROGRAM");
   g_programs.standIn = marl::desktop::Environment(L"MARL_STAND_IN");
+  std::wstring queue;
   for (int i = 1; i < argc; ++i) {
     const std::wstring argument = argv[i];
     if (argument.starts_with(L"--marl=")) g_programs.marl = argument.substr(7);
     if (argument.starts_with(L"--german=")) g_programs.german = argument.substr(9);
     if (argument.starts_with(L"--stand-in=")) g_programs.standIn = argument.substr(11);
     if (argument.starts_with(L"--suite=")) KeepSuite(marl::desktop::ToUtf8(argument.substr(8)));
+    if (argument.starts_with(L"--queue=")) queue = argument.substr(8);
   }
   g_programs.marl = FullPath(g_programs.marl);
   g_programs.german = FullPath(g_programs.german);
   g_programs.standIn = FullPath(g_programs.standIn);
   if (!Present(g_programs.marl) || !Present(g_programs.german) || !Present(g_programs.standIn)) {
     std::cerr << "desktop_tests --marl=PATH --german=PATH --stand-in=PATH [--suite=NAME] "
-                 "[GoogleTest options]\n";
+                 "[--queue=FOLDER] [GoogleTest options]\n";
     return 2;
   }
+  if (!queue.empty()) return marl::desktop::RunShared(queue);
   return RUN_ALL_TESTS();
 }

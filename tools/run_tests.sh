@@ -1,0 +1,254 @@
+# Runs the tests and shows how far they are. Sourced by ./marl.
+
+# One ctest run over the three build trees; what CMake defined there is what runs.
+cmd_test() {
+  local part=${1:-} filter=${2:-} preset presets=(native win32 win64) begun
+  case $part in
+    '') ;;
+    unit) presets=(native) ;;
+    contract) ;;
+    desktop) presets=(win32 win64) ;;
+    list) list_tests "$filter"; return ;;
+    *) usage >&2; fail "unknown part: $part" ;;
+  esac
+  ensure_packages test
+  mkdir -p build/tests
+  : >build/tests/CTestTestfile.cmake
+  TEST_ROWS=()
+  for preset in "${presets[@]}"; do
+    say "Building $preset"
+    begun=$SECONDS
+    build_preset "$preset" "${part:-all}${part:+_parts}"
+    TEST_ROWS+=("build $preset|-|$((SECONDS - begun))|PASS")
+    echo "subdirs(\"$ROOT/build/$preset\")" >>build/tests/CTestTestfile.cmake
+  done
+  run_tests "$part" "$filter"
+}
+
+# run_tests PART FILTER: runs what is built, and ends with a table.
+run_tests() {
+  local part=$1 filter=$2 name reason select=() status=0 dropped=() begun=$SECONDS row
+  if [[ -n $part ]]; then select=(-L "^$part\$"); fi
+  if [[ -n $filter ]]; then export GTEST_FILTER="*$filter*"; fi
+  while read -r name; do
+    reason=$(cannot_run "$name")
+    [[ -n $reason ]] || continue
+    dropped+=("$name")
+    TEST_ROWS+=("$name|-|-|NOT RUN: $reason")
+    # Where a machine has to answer for all of it, what it could not run counts.
+    if [[ ${CI:-} == true ]]; then status=1; fi
+  done < <(ctest --test-dir build/tests -N "${select[@]}" | sed -n 's/^  Test *#[0-9]*: //p')
+  if ((${#dropped[@]})); then
+    select+=(-E "^($(IFS='|'; echo "${dropped[*]//./\\.}"))\$")
+  fi
+  say "Testing"
+  # More at a time than there are processors: desktop tests mostly wait.
+  ctest --test-dir build/tests --verbose --parallel $((JOBS + 1)) "${select[@]}" 2>&1 |
+    follow_tests build/tests/last.log "$filter" || status=1
+  while read -r row; do TEST_ROWS+=("$row"); done <build/tests/last.rows
+  say "All of it is in build/tests/last.log"
+  printf '\n%-18s %6s %8s  %s\n' Part Tests Seconds Result
+  printf '%s\n' "${TEST_ROWS[@]}" | awk -F'|' '{ printf "%-18s %6s %8s  %s\n", $1, $2, $3, $4 }'
+  printf '%-18s %6s %8s  %s\n' all "$(awk -F'|' '{ n += $2 } END { print n + 0 }' build/tests/last.rows)" \
+    $((SECONDS - begun)) "$( ((status == 0)) && echo PASS || echo FAIL)"
+  return $status
+}
+
+# awk that takes each line when it comes.
+awk_by_line() {
+  if [[ $(readlink -f "$(command -v awk)") == *mawk ]]; then set -- -W interactive "$@"; fi
+  awk "$@"
+}
+
+# follow_tests LOG FILTER: keeps what ctest prints in LOG and shows of it how far the parts are, what
+# fails in full, and each part's last lines. Leaves a row a part, "name|tests|seconds|result", beside
+# LOG, and fails when a part failed or had no test to run.
+follow_tests() {
+  awk_by_line -v log_file="$1" -v rows="${1%.log}.rows" -v filter="$2" '
+    function where(   line, n) {
+      line = ""
+      for (n = 1; n <= last; ++n) {
+        if (name[n] == "" || n in ended) continue
+        line = line "   " name[n] " " ran[n] + 0 (all[n] ? " of " all[n] : "")
+      }
+      if (line != "") { printf "%5d s%s\n", systime() - begun, line; fflush() }
+      shown = systime()
+    }
+    function show(n) {
+      if (held[n] != "") { printf "%s", held[n]; fflush() }
+      held[n] = ""
+    }
+    BEGIN {
+      begun = shown = systime()
+      printf "" >rows
+    }
+    { print >log_file }
+    /^ +Start +[0-9]+: / {
+      n = $2 + 0
+      name[n] = $3
+      if (n > last) last = n
+      where()
+      next
+    }
+    /^[0-9]+: / {
+      n = $0 + 0
+      text = substr($0, index($0, ": ") + 2)
+      sub(/\r$/, "", text)
+      if (text ~ /^\[==========\] (Running|Sharing) /) {
+        all[n] = $4
+      } else if (text ~ /^\[       OK \]/ || text ~ /^\[  SKIPPED \].*ms\)$/) {
+        ++ran[n]
+        held[n] = ""
+      } else if (text ~ /^\[  FAILED  \].*ms\)$/) {
+        ++ran[n]
+        ++failed[n]
+        held[n] = held[n] name[n] ": " text "\n"
+        show(n)
+      } else if (text ~ /^\[==========\] .* ran\./ || text ~ /^\[  PASSED  \]/ ||
+                 text ~ /^\[  FAILED  \]/ || text ~ /^\[  RETRY   \]/) {
+        print name[n] ": " text
+        fflush()
+        held[n] = ""
+      } else if (text !~ /^\[/ || text ~ /^\[ RUN  /) {
+        held[n] = held[n] name[n] ": " text "\n"
+      }
+      if (systime() - shown >= 5) where()
+      next
+    }
+    match($0, /Test +#[0-9]+: /) && / sec/ {
+      print
+      split(substr($0, RSTART), word, /[ #:]+/)
+      n = word[2] + 0
+      ended[n] = 1
+      passed = $0 ~ / Passed +[0-9.]+ sec/
+      match($0, /[0-9.]+ sec/)
+      seconds = int(substr($0, RSTART) + 0.5)
+      if (!passed) show(n)
+      result = passed ? "PASS" : "FAIL"
+      if (!passed && failed[n]) result = result ": " failed[n] " failed"
+      if (!ran[n]) {
+        if (filter == "") { result = "FAIL: it ran no test"; bad = 1 }
+        else if (passed) result = "none matches"
+      }
+      if (!passed) bad = 1
+      total += ran[n]
+      print name[n] "|" ran[n] + 0 "|" seconds "|" result >>rows
+      fflush()
+      next
+    }
+    /tests passed|^Total Test time|^The following tests|^\t *[0-9]+ - / { print; fflush() }
+    END {
+      if (!total) { print "No test ran."; bad = 1 }
+      exit bad
+    }
+  '
+}
+
+# desktops PROGRAM [ARG...]: runs a program of desktop tests on several Wine desktops side by side,
+# each with a display and a prefix of its own; what is free takes the next test (TestQueue.h). CTest
+# starts it; MARL_DESKTOPS says how many.
+cmd_desktops() {
+  [[ $# -gt 0 ]] || fail "desktops needs a program"
+  local name=${MARL_WINE_NAME:-desktop} dpi=${MARL_WINE_DPI:-96} count=${MARL_DESKTOPS:-3} queue
+  mkdir -p build/tests build/wine
+  queue=$(mktemp -d "$ROOT/build/tests/queue.XXXXXX")
+  # The prefix that the others are copied from.
+  (flock 9; wine_begin "desktop-$dpi" "$dpi" 9>&-) 9>build/wine/lock || return
+  local lane status=0
+  for ((lane = 1; lane <= count; ++lane)); do
+    desktop_lane "$lane" "$@" 2>&1 | sed -u $'s/\r$//; s/^/'"$lane"$'\t/' &
+  done | gather_lanes || status=$?
+  rm -rf "$queue"
+  return $status
+}
+
+# prefix_copy FROM TO: a fresh prefix with what the other holds. Its files are shared, but for the
+# registry, which Wine would write through to both.
+prefix_copy() {
+  local from=$ROOT/build/wine/$1 to=$ROOT/build/wine/$2 file
+  rm -rf "$to"
+  cp -al "$from" "$to"
+  for file in "$from"/*.reg "$from"/.update-timestamp "$from"/marl-ready; do
+    cp --remove-destination -p "$file" "$to/"
+  done
+}
+
+# desktop_lane NUMBER PROGRAM [ARG...]: runs the program on a desktop of its own until it has come
+# to its end. One that ends in the middle of a test has failed that test; it is started again for
+# the others.
+desktop_lane() (
+  prefix_copy "desktop-$dpi" "$name-$1"
+  wine_begin "$name-$1" "$dpi"
+  shift
+  # What Wine itself starts is not to hold the lines' pipe open.
+  "${WINE_VIA[@]}" wine cmd /c exit >/dev/null 2>&1
+  mkdir -p "out/shots/$name"
+  export MARL_SHOTS="Z:$ROOT/out/shots/$name"
+  local taken status
+  while :; do
+    taken=$(ls "$queue" | wc -l)
+    status=0
+    "${WINE_VIA[@]}" wine "$@" "--queue=Z:$queue" || status=$?
+    echo "@ended $status"
+    # 0 and 1 are the program's own.
+    if ((status <= 1)) || (($(ls "$queue" | wc -l) == taken)); then break; fi
+  done
+)
+
+# gather_lanes: makes one run of the lines of all desktops, each line behind its desktop's number and
+# a tab. The lines of a test come together, once it has ended. Fails when a test failed, when one was
+# left out, and when more than one needed a second try.
+gather_lanes() {
+  awk_by_line '
+    function out(line) { print line; fflush() }
+    function end_of(lane, line) {
+      out(block[lane] line)
+      block[lane] = test[lane] = ""
+      ++ran
+    }
+    {
+      lane = $1
+      text = substr($0, index($0, "\t") + 1)
+    }
+    text ~ /^\[==========\] Sharing / {
+      if (!all) out(text)
+      all = $4
+      next
+    }
+    text ~ /^\[ RUN  / {
+      test[lane] = substr(text, 14)
+      block[lane] = text "\n"
+      next
+    }
+    text ~ /^\[       OK \]/ { ++passed; end_of(lane, text); next }
+    text ~ /^\[  SKIPPED \]/ { skipped[test[lane]]; end_of(lane, text); next }
+    text ~ /^\[  FAILED  \]/ { failed[test[lane]]; end_of(lane, text); next }
+    text ~ /^\[  RETRY   \]/ { ++retries }
+    text ~ /^\[----------\].* ran here/ {
+      sub(/here/, "on desktop " lane, text)
+      out(text)
+      next
+    }
+    text ~ /^@ended / {
+      if (test[lane] != "") {
+        failed[test[lane]]
+        end_of(lane, "The test program ended in the middle of it, with code " $3 + 0 ".\n" \
+               "[  FAILED  ] " test[lane] " (0 ms)")
+      }
+      next
+    }
+    test[lane] != "" { block[lane] = block[lane] text "\n"; next }
+    { out("desktop " lane ": " text) }
+    END {
+      status = 0
+      out("[==========] " ran + 0 " tests ran.")
+      out("[  PASSED  ] " passed + 0 " tests.")
+      for (name in skipped) out("[  SKIPPED ] " name)
+      for (name in failed) { out("[  FAILED  ] " name); status = 1 }
+      if (ran != all) { out("Of " all + 0 " tests " ran + 0 " ran."); status = 1 }
+      if (retries) out("[  RETRY   ] " retries " second tries; more than one is a failure.")
+      if (retries > 1) status = 1
+      exit status
+    }
+  '
+}
