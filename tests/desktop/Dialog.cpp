@@ -69,7 +69,7 @@ std::vector<HWND> Dialog::FindAll(const wchar_t* windowClass) const {
 }
 
 bool Dialog::ClickOn(HWND control, POINT at) const {
-  if (!control) return false;
+  if (!control || !BringForward(window_)) return false;
   const bool open = WaitUntil([&] {
     if (WindowFromPoint(at) == control) return true;
     BringForward(window_);

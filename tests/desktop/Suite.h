@@ -1,0 +1,97 @@
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/desktop/Desktop.h"
+
+// The suite around the program under test: its folder, the stand-ins and what they record.
+
+namespace marl::desktop {
+
+/// Where the programs under test lie: the command line's --marl=PATH, --german=PATH and
+/// --stand-in=PATH, or the environment's MARL_PROGRAM, MARL_GERMAN_PROGRAM and MARL_STAND_IN.
+struct Programs {
+  std::wstring marl;
+  std::wstring german;
+  std::wstring standIn;
+};
+extern Programs g_programs;
+
+/// What a stand-in recorded of one start.
+struct Started {
+  std::wstring program;
+  std::wstring path;
+  std::wstring arguments;
+  std::wstring directory;
+  int show = -1;
+
+  bool operator==(const Started&) const = default;
+};
+std::ostream& operator<<(std::ostream& out, const Started& started);
+
+/// Reads one line of a stand-in's log; nothing when it is no such line.
+std::optional<Started> ParseStarted(const std::string& line);
+
+/// A folder with Marl.exe and a stand-in under each tool's name; removed with all that it holds.
+/// Its neighbours are a private temporary folder and the stand-ins' log.
+class SuiteFolder {
+ public:
+  /// Makes the folder `name` in a fresh place, without the tools named in `without`.
+  explicit SuiteFolder(const std::wstring& name = L"Suite",
+                       const std::vector<std::wstring>& without = {});
+  ~SuiteFolder();
+  SuiteFolder(const SuiteFolder&) = delete;
+  SuiteFolder& operator=(const SuiteFolder&) = delete;
+
+  /// The folder, without a separator at its end.
+  const std::wstring& path() const { return path_; }
+  const std::wstring& temp() const { return temp_; }
+  const std::wstring& log() const { return log_; }
+  std::wstring marl() const { return path_ + L"\\Marl.exe"; }
+  void Remove(const std::wstring& tool) const;
+
+  /// All starts recorded until now, in their order.
+  const std::vector<Started>& Starts() const;
+  /// The starts apart from the component registrar's, once there are at least `count` of them or
+  /// the deadline has passed.
+  std::vector<Started> WaitForTools(std::size_t count) const;
+  /// What the folder and its temporary folder hold: path, size and time of writing.
+  std::map<std::wstring, std::pair<std::uint64_t, std::uint64_t>> Files() const;
+
+ private:
+  std::wstring root_;
+  std::wstring path_;
+  std::wstring temp_;
+  std::wstring log_;
+  // What has been read of the log.
+  mutable std::vector<Started> starts_;
+  mutable LONG read_ = 0;
+};
+
+/// All tools of the suite that Marl starts.
+const std::vector<std::wstring>& Tools();
+
+/// A drive letter that stands for a folder while this lives.
+class DriveLetter {
+ public:
+  explicit DriveLetter(const std::wstring& folder);
+  ~DriveLetter();
+  DriveLetter(const DriveLetter&) = delete;
+  DriveLetter& operator=(const DriveLetter&) = delete;
+  bool made() const { return made_; }
+  /// "R:", say.
+  const std::wstring& name() const { return name_; }
+
+ private:
+  std::wstring name_;
+  std::wstring folder_;
+  bool made_ = false;
+};
+
+}  // namespace marl::desktop
