@@ -59,18 +59,11 @@ class Panel : public SwitchboardTest {
     if (GetCursorPos(&now) && (now.x != mouse_.x || now.y != mouse_.y)) MoveMouse(mouse_);
   }
 
-  /// Waits until the mouse has stayed where it was moved to for a while.
+  /// Waits until the mouse is where it was moved to, and stays there.
   bool Rests() const {
-    auto since = std::chrono::steady_clock::now();
-    return WaitUntil([&] {
-      POINT now = {};
-      if (GetCursorPos(&now) && now.x == mouse_.x && now.y == mouse_.y) {
-        return std::chrono::steady_clock::now() - since >= std::chrono::milliseconds(100);
-      }
-      MoveMouse(mouse_);
-      since = std::chrono::steady_clock::now();
-      return false;
-    });
+    MoveMouse(mouse_);
+    POINT now = {};
+    return GetCursorPos(&now) && now.x == mouse_.x && now.y == mouse_.y;
   }
 
   void SetSkin(const wchar_t* value, DWORD number) const {

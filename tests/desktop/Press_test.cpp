@@ -67,39 +67,40 @@ TEST_F(Press, IconsAndLabelsStartTheirToolsAtADriveRoot) {
 }
 
 TEST_F(Press, MissingToolIsGreyedInertAndSilent) {
-  const auto picture = [](HWND main) {
-    // Out of the way: what lies under the mouse may look different.
-    MoveMouse(0, 0);
-    UpdateWindow(main);
-    return CellOf(main, kUtilities);
+  // A colour that nothing but a label has.
+  constexpr COLORREF kPlain = RGB(255, 255, 0);
+  settings.SetRegistryNumber(L"GUI", L"Text1", kPlain);
+  // Out of the way: what lies under the mouse looks different.
+  MoveMouse(0, 0);
+  const auto has = [](HWND main, int button, COLORREF color) {
+    RECT area = CellOf(main, button);
+    area.top = LabelOf(main, button).y - PixelsOf(210);
+    const Pixels label = Capture(area);
+    return std::count(label.colors.begin(), label.colors.end(), color) > 5;
   };
-  Pixels present;
+  const auto painted = [&](HWND main, int except) {
+    return WaitUntil([&] {
+      for (int button = 0; button < 18; ++button) {
+        if (button != except && !has(main, button, kPlain)) return false;
+      }
+      return true;
+    });
+  };
   {
     const SuiteFolder suite;
     const RunningMarl marl(suite);
     const HWND main = marl.WaitForWindow();
     ASSERT_TRUE(main);
-    // Painted when two readings in a row are the same and show more than one colour.
-    const RECT area = picture(main);
-    ASSERT_TRUE(WaitUntil([&] {
-      present = Capture(area);
-      return std::any_of(present.colors.begin(), present.colors.end(),
-                         [&](COLORREF c) { return c != present.colors.front(); });
-    }));
+    ASSERT_TRUE(painted(main, kTrackProjects)) << "there is no server";
     ASSERT_TRUE(Close(marl));
   }
   const SuiteFolder suite(L"Suite", {L"Q17Kit.exe"});
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
-  const RECT area = picture(main);
-  Pixels missing;
-  ASSERT_TRUE(WaitUntil([&] {
-    missing = Capture(area);
-    return std::any_of(missing.colors.begin(), missing.colors.end(),
-                       [&](COLORREF c) { return c != missing.colors.front(); });
-  }));
-  EXPECT_NE(missing.colors, present.colors);
+  ASSERT_TRUE(WaitUntil([&] { return has(main, kEdit, kPlain) && has(main, 17, kPlain); }));
+  EXPECT_TRUE(WaitUntil([&] { return has(main, kUtilities, GetSysColor(COLOR_GRAYTEXT)); }));
+  EXPECT_FALSE(has(main, kUtilities, kPlain));
   Screenshot("missing-tool", main);
 
   Click(IconOf(main, kUtilities));
@@ -171,8 +172,7 @@ TEST_F(Press, DoubleClickPressesOnce) {
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
-  Click(IconOf(main, kEdit));
-  Click(IconOf(main, kEdit));
+  DoubleClick(IconOf(main, kEdit));
   EXPECT_EQ(suite.WaitForTools(1), (Starts{Start(suite, L"Q17Bench.exe")}));
   Click(IconOf(main, kUtilities));
   EXPECT_EQ(suite.WaitForTools(2),

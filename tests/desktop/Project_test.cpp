@@ -131,15 +131,12 @@ bool WaitForFocus(HWND form, HWND field) {
   });
 }
 
-/// Chooses the second row of the form's first list with the keys. The tool that was started last
-/// may still come up and take some of them.
+/// Chooses the second row of the form's first list with the keys.
 bool ChooseSecondRow(HWND form) {
   const HWND list = Children(form, L"ComboBox").at(0);
-  return WaitUntil([&] {
-    if (SendMessageW(list, CB_GETCURSEL, 0, 0) == 1) return true;
-    if (WaitForFocus(form, list)) Chord({}, VK_DOWN);
-    return false;
-  });
+  if (!WaitForFocus(form, list)) return false;
+  Chord({}, VK_DOWN);
+  return WaitUntil([&] { return SendMessageW(list, CB_GETCURSEL, 0, 0) == 1; });
 }
 
 /// A long path in the form that has no limit of length. Such a form takes names as they are, "..",

@@ -69,12 +69,25 @@ TEST_F(Balloon, ShowsOverTheButtonUnderTheMouse) {
 
 TEST_F(Balloon, NoneWithTooltipsSwitchedOff) {
   settings.Set(L"Tooltips", L"False");
+  settings.SetRegistry(L"Settings", L"TrackingServer", L"alpha");
   const SuiteFolder suite;
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
   ASSERT_TRUE(BringForward(main));
-  for (int button = 0; button < 18; ++button) Hover(main, button);
+  // A server, so that no button is dead: each shows in the status bar that the mouse came to it,
+  // which is when its tip would be made.
+  const HWND status = FindWindowExW(main, nullptr, L"msctls_statusbar32", nullptr);
+  std::wstring before;
+  for (int button = 0; button < 18; ++button) {
+    Hover(main, button);
+    ASSERT_TRUE(WaitUntil([&] {
+      const std::wstring now = TextOf(status);
+      return !now.empty() && now != before;
+    })) << button;
+    before = TextOf(status);
+  }
+  SettleInput();
   EXPECT_EQ(Tips(marl).count, 0);
   EXPECT_TRUE(Close(marl));
   EXPECT_EQ(settings.Get(L"Tooltips"), L"False");
