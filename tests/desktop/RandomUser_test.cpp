@@ -162,7 +162,10 @@ TEST_F(RandomUser, LeavesAProgramThatWorksAndEnds) {
   Use(acts / 2);
   ASSERT_TRUE(LeaveDialogs()) << History();
   RecordProperty("ends", ends);
-  if (!marl->Running()) return;
+  if (!marl->Running()) {
+    EXPECT_EQ(marl->WaitForExit(), 0u) << History();
+    return;
+  }
   if (ends == endsBefore) {
     // A dialog of the platform that comes up for the first time keeps what it loads.
     EXPECT_LE(marl->Handles(), handles + 16);
