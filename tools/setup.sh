@@ -9,6 +9,7 @@ WINE64_PACKAGES=(wine wine64)
 BENCH_PACKAGES=(libbenchmark-dev librapidxml-dev libpugixml-dev libexpat1-dev libicu-dev
                 libcairo2-dev fd-find)
 COVERAGE_PACKAGES=(gcovr)
+MUTATE_PACKAGES=(python3)
 FUZZ_PACKAGES=(clang libclang-rt-14-dev)
 
 # Prints those of the given packages that are not installed.
@@ -42,6 +43,7 @@ ensure_packages() {
     build) wanted=("${BUILD_PACKAGES[@]}") ;;
     bench) wanted=("${BUILD_PACKAGES[@]}" "${RUN_PACKAGES[@]}" "${BENCH_PACKAGES[@]}") ;;
     coverage) wanted=("${BUILD_PACKAGES[@]}" "${COVERAGE_PACKAGES[@]}") ;;
+    mutate) wanted=("${BUILD_PACKAGES[@]}" "${MUTATE_PACKAGES[@]}") ;;
     fuzz) wanted=("${BUILD_PACKAGES[@]}" "${FUZZ_PACKAGES[@]}") ;;
     *) wanted=("${BUILD_PACKAGES[@]}" "${RUN_PACKAGES[@]}") ;;
   esac
@@ -56,7 +58,7 @@ ensure_packages() {
     fi
   fi
   case $1 in
-    build | coverage | fuzz) ;;
+    build | coverage | mutate | fuzz) ;;
     *) ensure_wine "$1" ;;
   esac
 }
