@@ -10,9 +10,17 @@ namespace {
 
 std::atomic<std::int64_t> live = 0;
 
+std::int64_t SizeOf(void* memory) {
+#ifdef _WIN32
+  return static_cast<std::int64_t>(_msize(memory));
+#else
+  return static_cast<std::int64_t>(malloc_usable_size(memory));
+#endif
+}
+
 void* Take(std::size_t size) noexcept {
   void* const memory = std::malloc(size > 0 ? size : 1);
-  if (memory) live += static_cast<std::int64_t>(_msize(memory));
+  if (memory) live += SizeOf(memory);
   return memory;
 }
 
@@ -23,7 +31,7 @@ void* TakeOrThrow(std::size_t size) {
 }
 
 void Give(void* memory) noexcept {
-  if (memory) live -= static_cast<std::int64_t>(_msize(memory));
+  if (memory) live -= SizeOf(memory);
   std::free(memory);
 }
 
