@@ -3,11 +3,12 @@
 #include <algorithm>
 
 #include "platform/forms/Controls.h"
+#include "platform/memory/Misuse.h"
 
 namespace marl {
 
 MemoryPeer::MemoryPeer(MemoryDesktop& desktop, Form& form)
-    : desktop_(desktop), form_(form), handle_(++desktop.lastForm_) {
+    : caption(form.Caption()), desktop_(desktop), form_(form), handle_(++desktop.lastForm_) {
   Box bounds = form.bounds();
   bounds.width = form.Design.width + desktop.frame.width;
   bounds.height = form.Design.height + desktop.frame.height;
@@ -39,7 +40,11 @@ void MemoryPeer::Show(bool visible) {
   }
 }
 
-void MemoryPeer::ControlChanged(Control&, Property) {}
+void MemoryPeer::CaptionChanged() { caption = form_.Caption(); }
+
+void MemoryPeer::ControlChanged(Control& control, Property property) {
+  if (desktop_.whenChanged) desktop_.whenChanged(control, property);
+}
 
 void MemoryPeer::Focus(Control& control) {
   focus = &control;
@@ -66,17 +71,36 @@ void MemoryPeer::Close() {
   std::erase_if(desktop_.offers, [this](const auto& offer) { return offer.form == &form_; });
 }
 
+ModalScript& ModalScript::operator=(std::function<void(Form&)> script) {
+  CheckThatItRan();
+  script_ = std::move(script);
+  waiting_ = true;
+  return *this;
+}
+
+void ModalScript::operator()(Form& form) {
+  waiting_ = false;
+  if (script_) script_(form);
+}
+
+void ModalScript::CheckThatItRan() const {
+  if (waiting_) ReportMisuse("a script waited for a modal form that was never shown");
+}
+
 std::unique_ptr<FormPeer> MemoryDesktop::CreatePeer(Form& form) {
   return std::make_unique<MemoryPeer>(*this, form);
 }
 
 void MemoryDesktop::RunModal(Form& form, Form* owner) {
   modal.push_back(form.name());
+  owners.push_back(owner);
   const auto script = whenModal.find(form.name());
   if (script != whenModal.end()) {
     Event([&] { script->second(form); });
   } else if (whenAnyModal) {
     Event([&] { whenAnyModal(form); });
+  } else {
+    ReportMisuse(form.name() + " was shown modally and no script answers it");
   }
   if (ended()) throw ProcessEnd{exitCode()};
   // A user who does nothing would stay here for ever: the form is closed instead.

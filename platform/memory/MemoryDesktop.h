@@ -17,7 +17,7 @@ class MemoryDesktop;
 class MemoryPeer : public FormPeer {
  public:
   MemoryPeer(MemoryDesktop& desktop, Form& form);
-  void CaptionChanged() override {}
+  void CaptionChanged() override;
   void Place(const Box& bounds) override;
   void SetState() override;
   void Show(bool visible) override;
@@ -34,6 +34,7 @@ class MemoryPeer : public FormPeer {
   Point ClientOrigin() const override;
   void Close() override;
 
+  Text caption;  ///< what the title shows
   std::vector<Box> invalidated;
   int invalidatedWhole = 0;
   int refreshed = 0;
@@ -46,6 +47,24 @@ class MemoryPeer : public FormPeer {
   Form& form_;
   WindowHandle handle_;
   bool closed_ = false;
+};
+
+/// What a user does in a modal form. A script that is set and never runs is a fault of its test:
+/// what it checks would not have been checked.
+class ModalScript {
+ public:
+  ModalScript() = default;
+  ~ModalScript() { CheckThatItRan(); }
+  ModalScript(const ModalScript&) = delete;
+  ModalScript& operator=(const ModalScript&) = delete;
+  ModalScript& operator=(std::function<void(Form&)> script);
+  void operator()(Form& form);
+
+ private:
+  void CheckThatItRan() const;
+
+  std::function<void(Form&)> script_;
+  bool waiting_ = false;
 };
 
 /// A whole screen in memory: windows with a frame, a scripted user, a clock. The windows of other
@@ -76,10 +95,13 @@ class MemoryDesktop : public Desktop {
   std::vector<OtherWindow> others;  ///< topmost first; the handle is the place, from 1
   Form* foreground = nullptr;
   Point cursor;  ///< pixels
-  /// Runs when a form of this name is shown modally, in place of the user.
-  std::map<std::string, std::function<void(Form&)>> whenModal;
+  /// Runs when a form of this name is shown modally, in place of the user. A form that no script
+  /// answers is a fault of the test.
+  std::map<std::string, ModalScript> whenModal;
   /// Runs for a modal form that `whenModal` does not name.
   std::function<void(Form&)> whenAnyModal;
+  /// Hears of each property that a loaded form hands over to the window of a control.
+  std::function<void(Control&, Property)> whenChanged;
   /// Answers a message that `answers` does not list.
   std::function<int(const Message&)> answer;
   /// Runs once each, one a call of DoEvents.
@@ -94,6 +116,7 @@ class MemoryDesktop : public Desktop {
   int beeps = 0;
   std::int64_t now = 0;            ///< milliseconds that the clock has run
   std::vector<std::string> modal;  ///< names of the forms shown modally, in order
+  std::vector<Form*> owners;       ///< of those forms, each at its place; null for none
 
   std::unique_ptr<FormPeer> CreatePeer(Form& form) override;
   void RunModal(Form& form, Form* owner) override;

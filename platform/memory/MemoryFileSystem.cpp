@@ -153,7 +153,8 @@ std::optional<Status> MemoryFileSystem::Begin(FileAction action, TextView path) 
 }
 
 bool MemoryFileSystem::NormalFileExists(TextView path) const {
-  if (Begin(FileAction::kTest, path) || HasWildcard(path) || path.ends_with(u'\\')) return false;
+  if (Begin(FileAction::kTest, path) || path.ends_with(u'\\')) return false;
+  if (path.find_first_of(u"*?\"<>") != TextView::npos) return false;
   const NodePointer node = Meet(path);
   return node && !(node->attributes & (kDirectory | kHidden | kSystem));
 }

@@ -159,6 +159,48 @@ TEST_F(Controls, AScrollBarMayRunBackwards) {
   EXPECT_EQ(bar.Value(), 10);
 }
 
+TEST_F(Controls, TheCurrentRowStaysTheSameOneWhenRowsComeAndGoAboveIt) {
+  for (const bool combo : {false, true}) {
+    ListBox box(form, "lst");
+    ComboBox dropDown(form, "cmb");
+    ItemList& list = combo ? static_cast<ItemList&>(dropDown) : box;
+    Fill(list);
+    list.SetListIndex(1);
+    int clicks = 0;
+    list.Click = [&] { ++clicks; };
+    EXPECT_EQ(list.AddItem(u"above", 0), 0);
+    EXPECT_EQ(list.ListIndex(), 2);
+    EXPECT_EQ(list.List(list.ListIndex()), u"b");
+    EXPECT_EQ(list.AddItem(u"in its place", 2), 2);
+    EXPECT_EQ(list.ListIndex(), 3);
+    EXPECT_EQ(list.AddItem(u"below", 4), 4);
+    EXPECT_EQ(list.ListIndex(), 3);
+    EXPECT_EQ(list.AddItem(u"at the end"), 7);
+    EXPECT_EQ(list.ListIndex(), 3);
+    list.RemoveItem(0);
+    EXPECT_EQ(list.ListIndex(), 2);
+    list.RemoveItem(3);
+    EXPECT_EQ(list.ListIndex(), 2);
+    EXPECT_EQ(list.List(list.ListIndex()), u"b");
+    list.RemoveItem(2);
+    EXPECT_EQ(list.ListIndex(), -1);
+    list.AddItem(u"first", 0);
+    EXPECT_EQ(list.ListIndex(), -1) << "none stays none";
+    EXPECT_EQ(clicks, 0);
+  }
+}
+
+TEST_F(Controls, TheCurrentRowOfASortedListMovesWithItsText) {
+  ListBox list(form, "lst");
+  list.Sorted = true;
+  Fill(list);
+  list.SetListIndex(2);
+  EXPECT_EQ(list.AddItem(u"aa"), 1);
+  EXPECT_EQ(list.ListIndex(), 3);
+  EXPECT_EQ(list.AddItem(u"z"), 5);
+  EXPECT_EQ(list.ListIndex(), 3);
+}
+
 TEST_F(Controls, ASortedListPaysNoHeedToCase) {
   ComboBox combo(form, "cmb");
   combo.Sorted = true;
@@ -194,6 +236,181 @@ class PreviewForm : public Form {
     return key == kKeyF4;
   }
 };
+
+TEST_F(Controls, WhatIsSetWhileTheFormShowsReachesTheWindow) {
+  TextBox field(form, "txt");
+  CommandButton button(form, "cmd");
+  CheckBox check(form, "chk");
+  OptionButton option(form, "opt");
+  ListBox list(form, "lst");
+  ComboBox combo(form, "cmb");
+  combo.Editable = true;
+  HScrollBar bar(form, "hsb");
+  PictureBox box(form, "pic");
+  TabStrip tabs(form, "tab");
+  SSTab pages(form, "sst");
+  Timer timer(form, "tmr");
+  Menu menu(form, "mnu");
+  Fill(list);
+  Fill(combo);
+  tabs.AddPart({u"one", u"", u""});
+  tabs.AddPart({u"two", u"", u""});
+  pages.SetTabs(2);
+  list.CheckBoxes = true;
+  form.Show();
+
+  Font font;
+  font.Name = u"Arial";
+  const auto picture = std::make_shared<Picture>(1, 1);
+  using P = Property;
+  const struct {
+    const char* name;
+    Control& control;
+    Property property;
+    std::function<void()> set;
+  } rows[] = {
+      {"bounds", button, P::kBounds,
+       [&] {
+         button.SetBounds({1, 2, 3, 4});
+       }},
+      {"hidden", button, P::kVisible, [&] { button.SetVisible(false); }},
+      {"shown", button, P::kVisible, [&] { button.SetVisible(true); }},
+      {"disabled", button, P::kEnabled, [&] { button.SetEnabled(false); }},
+      {"caption", button, P::kCaption, [&] { button.SetCaption(u"new"); }},
+      {"caption of a menu", menu, P::kCaption, [&] { menu.SetCaption(u"new"); }},
+      {"tip", button, P::kToolTip, [&] { button.SetToolTipText(u"new"); }},
+      {"font", button, P::kFont, [&] { button.SetFont(font); }},
+      {"colour", box, P::kColor, [&] { box.SetForeColor(1); }},
+      {"back colour", box, P::kColor, [&] { box.SetBackColor(2); }},
+      {"picture", box, P::kPicture, [&] { box.SetPicture(picture); }},
+      {"tick", check, P::kValue, [&] { check.SetValue(1); }},
+      {"option", option, P::kValue, [&] { option.SetValue(true); }},
+      {"thumb", bar, P::kValue, [&] { bar.SetValue(5); }},
+      {"tick of a row", list, P::kValue, [&] { list.SetSelected(1, true); }},
+      {"row", list, P::kSelection, [&] { list.SetListIndex(2); }},
+      {"row of a combo box", combo, P::kSelection, [&] { combo.SetListIndex(2); }},
+      {"text", field, P::kCaption, [&] { field.SetText(u"abc"); }},
+      {"selection", field, P::kSelection, [&] { field.Select(1, 1); }},
+      {"text of a combo box", combo, P::kCaption, [&] { combo.SetText(u"abc"); }},
+      {"its selection", combo, P::kEditSelection, [&] { combo.Select(1, 1); }},
+      {"new row", list, P::kItems, [&] { list.AddItem(u"new"); }},
+      {"text of a row", list, P::kItems, [&] { list.SetList(0, u"new"); }},
+      {"row less", list, P::kItems, [&] { list.RemoveItem(0); }},
+      {"no rows", list, P::kItems, [&] { list.Clear(); }},
+      {"tab", tabs, P::kSelection, [&] { tabs.SetSelectedItem(2); }},
+      {"text of a tab", tabs, P::kItems, [&] { tabs.SetPartCaption(1, u"new"); }},
+      {"tip of a tab", tabs, P::kItems, [&] { tabs.SetPartToolTipText(1, u"new"); }},
+      {"new tab", tabs, P::kItems,
+       [&] {
+         tabs.AddPart({u"new", u"", u""});
+       }},
+      {"page", pages, P::kSelection, [&] { pages.SetTab(1); }},
+      {"text of a page", pages, P::kItems, [&] { pages.SetTabCaption(0, u"new"); }},
+      {"pages", pages, P::kItems, [&] { pages.SetTabs(3); }},
+      {"interval", timer, P::kTimer, [&] { timer.SetInterval(10); }},
+      {"timer", timer, P::kEnabled, [&] { timer.SetEnabled(false); }},
+  };
+  using Changes = std::vector<std::pair<Control*, Property>>;
+  for (const auto& row : rows) {
+    Changes changes;
+    desktop.whenChanged = [&](Control& control, Property property) {
+      changes.push_back({&control, property});
+    };
+    row.set();
+    EXPECT_EQ(changes, (Changes{{&row.control, row.property}})) << row.name;
+    changes.clear();
+    // What is there already changes nothing.
+    const TextView again(u"new tab pages row less no rows new row its selection selection");
+    const Text name(row.name, row.name + std::char_traits<char>::length(row.name));
+    if (again.find(name) != TextView::npos) continue;
+    row.set();
+    EXPECT_EQ(changes, Changes{}) << row.name << ", once more";
+  }
+  form.Unload();
+}
+
+TEST_F(Controls, WhatHasNoWindowIsPaintedWhereItStoodAndWhereItStands) {
+  Label label(form, "lbl");
+  Image image(form, "img");
+  Shape shape(form, "shp");
+  Line line(form, "lin");
+  const Box old{150, 150, 300, 300};
+  for (Control* control : std::vector<Control*>{&label, &image, &shape}) control->SetBounds(old);
+  line.Place({150, 150}, {450, 450});
+  line.SetVisible(true);
+  form.Show();
+  auto* const peer = static_cast<MemoryPeer*>(form.peer());
+  const Box moved{1500, 150, 300, 300};
+  const auto marked = [](Box box) {
+    return Box{box.left, box.top, box.width + 15, box.height + 15};
+  };
+  const Box there = marked(old);
+  using Boxes = std::vector<Box>;
+  Font font;
+  font.Name = u"Arial";
+  const auto picture = std::make_shared<Picture>(1, 1);
+  const struct {
+    const char* name;
+    Boxes boxes;
+    std::function<void()> set;
+  } rows[] = {
+      {"caption", {there}, [&] { label.SetCaption(u"new"); }},
+      {"font", {there}, [&] { label.SetFont(font); }},
+      {"colour", {there}, [&] { label.SetForeColor(1); }},
+      {"back colour", {there}, [&] { label.SetBackColor(1); }},
+      {"disabled", {there}, [&] { label.SetEnabled(false); }},
+      {"hidden", {there}, [&] { label.SetVisible(false); }},
+      {"caption of a hidden one", {}, [&] { label.SetCaption(u"unseen"); }},
+      {"shown", {there}, [&] { label.SetVisible(true); }},
+      {"moved", {there, marked(moved)}, [&] { label.SetBounds(moved); }},
+      {"refreshed", {there}, [&] { image.Refresh(); }},
+      {"picture", {there, there}, [&] { image.SetPicture(picture); }},
+      {"border", {there}, [&] { shape.SetBorderColor(1); }},
+      {"fill", {there}, [&] { shape.SetFillColor(1); }},
+      {"colour of a line", {there}, [&] { line.SetBorderColor(1); }},
+      {"line the other way",
+       {there},
+       [&] {
+         line.Place({150, 450}, {450, 150});
+       }},
+      {"line elsewhere",
+       {there, marked(moved), marked(moved)},
+       [&] {
+         line.Place({1500, 150}, {1800, 450});
+       }},
+  };
+  for (const auto& row : rows) {
+    peer->invalidated.clear();
+    row.set();
+    EXPECT_EQ(peer->invalidated, row.boxes) << row.name;
+    peer->invalidated.clear();
+    if (row.name == std::string_view("refreshed")) continue;
+    row.set();
+    EXPECT_EQ(peer->invalidated, Boxes{}) << row.name << ", once more";
+  }
+  EXPECT_EQ(peer->invalidatedWhole, 0);
+  form.Unload();
+}
+
+TEST_F(Controls, TitleShowsTheCaptionAsItIsNow) {
+  form.SetCaption(u"first");
+  form.Show();
+  auto* const peer = static_cast<MemoryPeer*>(form.peer());
+  EXPECT_EQ(peer->caption, u"first");
+  form.SetCaption(u"second");
+  EXPECT_EQ(peer->caption, u"second");
+  EXPECT_EQ(peer->invalidatedWhole, 0);
+  form.SetBackColor(1);
+  EXPECT_EQ(peer->invalidatedWhole, 1);
+  form.SetBackColor(1);
+  EXPECT_EQ(peer->invalidatedWhole, 1);
+  form.SetBackground(std::make_shared<Picture>(1, 1));
+  EXPECT_EQ(peer->invalidatedWhole, 2);
+  form.Refresh();
+  EXPECT_EQ(peer->invalidatedWhole, 3);
+  EXPECT_EQ(peer->refreshed, 1);
+  form.Unload();
+}
 
 TEST_F(Controls, AFormThatAsksForItSeesKeysFirst) {
   PreviewForm preview(desktop);

@@ -36,18 +36,25 @@ class Translate : public testing::Test, protected ProjectWorld {
       }
       return true;
     };
-    UserDoes([](frmSelectFile& form) { form.cmdOK.UserClick(); });
+    desktop.whenAnyModal = [this](Form& shown) {
+      LookAt(shown);
+      static_cast<frmSelectFile&>(shown).cmdOK.UserClick();
+    };
   }
 
+  /// The user does this in the dialog, and not just OK.
   void UserDoes(std::function<void(frmSelectFile&)> user) {
     desktop.whenModal["frmSelectFile"] = [this, user](Form& shown) {
-      auto& form = static_cast<frmSelectFile&>(shown);
-      languages = RowsOf(form.cmbLanguage);
-      documents = RowsOf(form.cmbFile);
-      languageRow = form.cmbLanguage.ListIndex();
-      documentRow = form.cmbFile.ListIndex();
-      user(form);
+      LookAt(shown);
+      user(static_cast<frmSelectFile&>(shown));
     };
+  }
+  void LookAt(Form& shown) {
+    auto& form = static_cast<frmSelectFile&>(shown);
+    languages = RowsOf(form.cmbLanguage);
+    documents = RowsOf(form.cmbFile);
+    languageRow = form.cmbLanguage.ListIndex();
+    documentRow = form.cmbFile.ListIndex();
   }
 
   void Run(TextView path) {
@@ -301,25 +308,30 @@ TEST_F(Translate, PathsThatLeadOutAreSoughtWhereTheyLead) {
   EXPECT_EQ(edited, Rows{u"\"C:\\P\\French\\..\\..\\elsewhere\\a.qtd\""});
 }
 
-struct Hostile {
-  const char* name;
-  const char* path;
-};
-
 TEST_F(Translate, HostilePathsStartNothing) {
+  // Nothing is started even if the disk had a file of such a name, or one that the wildcards match:
+  // a quote would end the argument, and the rest of the name would be arguments of its own.
   files.Put(u"D:\\a.qtd", "");
   files.Put(u"C:\\P\\French\\a.qtd", "");
-  const Hostile cases[] = {{"drive", "D:\\a.doc"},     {"server", "\\\\server\\share\\a.doc"},
-                           {"wildcard", "*.doc"},      {"question", "?.doc"},
-                           {"quote", "a&quot;.doc"},   {"quotes around", "&quot;a&quot;.doc"},
-                           {"less", "&lt;.doc"},       {"greater", "&gt;.doc"},
-                           {"slash at its end", "a\\"}};
-  for (const Hostile& c : cases) {
+  const struct {
+    const char* name;
+    const char* path;
+    TextView sought;
+  } cases[] = {{"drive", "D:\\a.doc", u"D:\\a.qtd"},
+               {"server", "\\\\server\\share\\a.doc", u"\\server\\share\\a.qtd"},
+               {"wildcard", "*.doc", u"*.qtd"},
+               {"question", "?.doc", u"?.qtd"},
+               {"quote", "a&quot;.doc", u"a\".qtd"},
+               {"quotes around", "&quot;a&quot;.doc", u"\"a\".qtd"},
+               {"less", "&lt;.doc", u"<.qtd"},
+               {"greater", "&gt;.doc", u">.qtd"},
+               {"slash at its end", "a\\", u"a\\.qtd"}};
+  for (const auto& c : cases) {
     desktop.messages.clear();
+    const Text path = u"C:\\P\\French\\" + Text(c.sought);
+    if (c.sought.find(u'\\') == TextView::npos) files.Put(path, "");
     RunXml(std::string("<language lc=\"fr\"/><document path=\"") + c.path + "\"/>");
-    ASSERT_EQ(desktop.messages.size(), 1u) << c.name;
-    EXPECT_TRUE(desktop.messages[0].text.starts_with(u"File not found : C:\\P\\French\\"))
-        << c.name;
+    EXPECT_EQ(desktop.messages, Says(u"File not found : " + path)) << c.name;
   }
   EXPECT_TRUE(edited.empty());
 }
@@ -329,6 +341,34 @@ TEST_F(Translate, NulInAPathStartsNothing) {
   using namespace std::string_view_literals;
   RunXml("<language lc=\"fr\"/><document path=\"a.qtd\0x.doc\"/>"sv);
   EXPECT_TRUE(edited.empty());
+}
+
+TEST_F(Translate, CountsBelowZeroAreNotZero) {
+  // The lists are empty, but the command comes as far as to them: what is wrong later is said.
+  RunOlder("[Languages]\r\nCount=-1\r\nTarget0=de\r\n[Source Files]\r\nCount=0\r\nFile0=a\r\n");
+  EXPECT_EQ(desktop.messages, Says(kNoFiles));
+  desktop.messages.clear();
+  RunOlder("[Languages]\r\nCount=1\r\nTarget0=xx\r\n[Source Files]\r\nCount=-1\r\nFile0=a\r\n");
+  EXPECT_EQ(desktop.messages, Says(kNoLanguages));
+}
+
+TEST_F(Translate, MessagesAboutTheListsComeWhenTheDialogHasGone) {
+  int asked = 0;
+  desktop.answer = [&](const MemoryDesktop::Message&) {
+    EXPECT_TRUE(desktop.forms().empty());
+    ++asked;
+    return kAnswerOk;
+  };
+  RunOlder("[Languages]\r\nCount=1\r\nTarget0=xx\r\n[Source Files]\r\nCount=1\r\nFile0=a\r\n");
+  RunOlder("[Languages]\r\nCount=1\r\nTarget0=de\r\n[Source Files]\r\nCount=1\r\n");
+  EXPECT_EQ(asked, 2);
+  EXPECT_FALSE(Asked());
+}
+
+TEST_F(Translate, StyleIsReadBeforeTheFolderIsTested) {
+  files.Put(profile.windowsFolder + u"\\job.qpj", "[Target Files]\r\nShortLang=short\r\n");
+  EXPECT_THROW(Run(u"job.qpj"), RuntimeError);
+  EXPECT_TRUE(desktop.messages.empty());
 }
 
 TEST_F(Translate, NegativeCountsAreNoLists) {

@@ -100,6 +100,7 @@ class MainOptions : public testing::Test {
 
 TEST_F(MainOptions, MenuEntryAndItsShortcutOpenTheDialog) {
   Start();
+  world.desktop.whenAnyModal = [](Form& form) { form.UserClose(); };
   Entry("mnuToolsOptions", -1).UserClick();
   EXPECT_TRUE(main().UserShortcut({kKeyF6, false, true}));
   EXPECT_EQ(world.desktop.modal, (std::vector<std::string>{"frmOptions", "frmOptions"}));
@@ -491,6 +492,7 @@ TEST_P(OptionsForeign, ValueIsConvertedAsTheRuntimeDoes) {
     SuiteWorld fresh;
     fresh.Start();
     fresh.registry.Plant(kCurrentUser, key, name, GetParam().kind, GetParam().data);
+    fresh.desktop.whenAnyModal = [](Form& form) { form.UserClose(); };
     fresh.desktop.Event([&] { fresh.main().mnuToolsOptions(); });
     if (GetParam().message) {
       EXPECT_EQ(fresh.Messages(), std::vector<Text>{GetParam().message}) << name;

@@ -20,7 +20,7 @@ class Projects : public testing::Test {
     world.files.Put(kProject, "<language lc=\"fr\"/><document path=\"sub\\report.doc\"/>");
     world.files.Put(u"C:\\P\\French\\sub\\report.qtd", "");
     world.files.Put(u"C:\\Suite\\Q17Bench.exe", "");
-    world.desktop.whenModal["frmSelectFile"] = [](Form& form) {
+    world.desktop.whenAnyModal = [](Form& form) {
       static_cast<frmSelectFile&>(form).cmdOK.UserClick();
     };
     world.settings.SaveSetting(u"Marl Project Wizard", u"Target Files", u"Folder", u"C:\\Jobs");
@@ -99,6 +99,13 @@ TEST_F(Projects, TranslateAsksForAProjectAndStartsTheEditor) {
   EXPECT_EQ(world.fileDialogs.shown.size(), 1u);
   EXPECT_EQ(world.shell.started, Editor(u"\"C:\\P\\French\\sub\\report.qtd\""));
   EXPECT_EQ(current(), kProject);
+}
+
+TEST_F(Projects, DialogOfTheTranslationBelongsToTheMainForm) {
+  world.fileDialogs.Choose(kProject);
+  ASSERT_TRUE(Choose("mnuTranslateProject"));
+  EXPECT_EQ(world.desktop.modal, std::vector<std::string>{"frmSelectFile"});
+  EXPECT_EQ(world.desktop.owners, std::vector<Form*>{&main()});
 }
 
 TEST_F(Projects, SecondTranslateAsksNoQuestion) {

@@ -303,7 +303,7 @@ TEST_P(MainServersTyped, NameIsTakenAsTold) {
   main().Press(kAdministrator);
   ASSERT_EQ(world.shell.started.size(), 1u);
   EXPECT_EQ(world.shell.started[0].parameters, GetParam().arguments);
-  main().Press(kChangeServer);
+  Change([](frmChangeServer& form) { EXPECT_EQ(form.cmbServer.ListCount(), 1); });
   main().Press(kExit);
   EXPECT_FALSE(main().loaded());
 }
@@ -338,7 +338,7 @@ TEST_F(MainServers, AttributeThatStandsThereTwiceEndsNoPress) {
   EXPECT_EQ(main().Caption(), u"Marl : x");
   main().Press(kAdministrator);
   main().Press(kTrackProjects);
-  main().Press(kChangeServer);
+  Change([](frmChangeServer& form) { EXPECT_EQ(form.cmbServer.Text(), u"x"); });
   EXPECT_FALSE(world.desktop.ended());
   ASSERT_EQ(world.shell.started.size(), 2u);
   EXPECT_EQ(world.shell.started[0].parameters, u"x");

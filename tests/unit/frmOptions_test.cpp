@@ -43,6 +43,9 @@ class Options : public testing::Test {
   template <typename User>
   bool Open(User user) {
     desktop.whenModal["frmOptions"] = [&](Form& form) { user(static_cast<frmOptions&>(form)); };
+    return Show();
+  }
+  bool Show() {
     frmOptions form({desktop, registry, locale, strings},
                     {[this](Form& owner) {
                        opened.push_back({"display", &owner});
@@ -118,8 +121,11 @@ TEST_F(Options, TextsOfTheFourthTabStayInEveryLanguage) {
 
 TEST_F(Options, AMissingTextEndsTheProgramWithItsId) {
   resource.texts.erase(4013);
-  desktop.Event([&] { Open([](frmOptions&) {}); });
+  desktop.Event([this] { Show(); });
+  ASSERT_EQ(desktop.messages.size(), 1u);
+  EXPECT_EQ(desktop.messages[0].text, u"Resource with identifier '4013' not found");
   EXPECT_TRUE(desktop.ended());
+  EXPECT_TRUE(desktop.modal.empty());
 }
 
 TEST_F(Options, EachControlStandsOnItsTab) {
