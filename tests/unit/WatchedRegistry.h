@@ -19,12 +19,27 @@ class WatchedRegistry : public MemoryRegistryStore {
     bool operator==(const Written&) const = default;
   };
 
+  /// A key opened or made: root, path and the rights asked for.
+  struct Opened {
+    std::uint32_t root;
+    NarrowText path;
+    std::uint32_t access;
+    bool operator==(const Opened&) const = default;
+  };
+
   std::vector<Written> written;
+  std::vector<Opened> opened;
   KeyHandle refusedRoot = kNoKey;
   bool refuseWriting = false;
 
+  Status OpenKey(KeyHandle key, const NarrowText& path, std::uint32_t access,
+                 OpenKeyHandle& out) override {
+    opened.push_back({static_cast<std::uint32_t>(key), path, access});
+    return MemoryRegistryStore::OpenKey(key, path, access, out);
+  }
   Status CreateKey(KeyHandle key, const NarrowText& path, std::uint32_t access,
                    OpenKeyHandle& out) override {
+    opened.push_back({static_cast<std::uint32_t>(key), path, access});
     if (key == refusedRoot) return kAccessDenied;
     root_ = static_cast<std::uint32_t>(key);
     path_ = path;

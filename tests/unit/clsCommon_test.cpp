@@ -154,6 +154,9 @@ TEST_F(SysInfo, ElseRunsTheProgramOfTheSharedToolsFolder) {
 }
 
 TEST_F(SysInfo, SaysSoWhenNothingIsRegistered) {
+  // Without a folder the program's name alone would be one in the root of the drive.
+  files.Put(u"\\MSINFO32.EXE", "");
+  files.Put(u"C:\\MSINFO32.EXE", "");
   common.StartSysInfo();
   EXPECT_TRUE(shell.ran.empty());
   EXPECT_EQ(desktop.messages, unavailable);

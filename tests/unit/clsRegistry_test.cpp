@@ -98,5 +98,62 @@ TEST(clsMRUOnMemory, ARefusedSaveLeavesTheStoreAsItWas) {
   EXPECT_EQ(loaded.Item(1), u"old");
 }
 
+// A user who may read a key but not write it is refused where a reader asks for more than it needs.
+
+/// The rights that `act` asks for, key by key; each on the key of the class's fields.
+template <typename Act>
+std::vector<std::uint32_t> RightsOf(WatchedRegistry& store, Act act) {
+  store.opened.clear();
+  act();
+  std::vector<std::uint32_t> rights;
+  for (const WatchedRegistry::Opened& opened : store.opened) {
+    EXPECT_EQ(opened.root, kCurrentUser);
+    EXPECT_EQ(opened.path, "Software\\Test");
+    rights.push_back(opened.access);
+  }
+  return rights;
+}
+
+using Rights = std::vector<std::uint32_t>;
+
+TEST(RightsOfcRegistry, AreThoseThatTheOperationNeeds) {
+  WatchedRegistry store;
+  store.Plant(kCurrentUser, "Software\\Test", "v", kRegSz, std::string("x\0", 2));
+  cRegistry registry(store);
+  registry.ClassKey = kCurrentUser;
+  registry.SectionKey = u"Software\\Test";
+  registry.ValueKey = u"v";
+  registry.valueType = kRegSz;
+  std::vector<Text> names;
+  std::int32_t count = 0;
+  EXPECT_EQ(RightsOf(store, [&] { registry.KeyExists(); }), Rights{0x1});
+  EXPECT_EQ(RightsOf(store, [&] { registry.CreateKey(); }), Rights{0x3F});
+  EXPECT_EQ(RightsOf(store, [&] { registry.Value(); }), Rights{0x1});
+  EXPECT_EQ(RightsOf(store, [&] { registry.Value(Text(u"y")); }), Rights{0x3F});
+  EXPECT_EQ(RightsOf(store, [&] { registry.SetValue(Text(u"y")); }), Rights{0x3F});
+  EXPECT_EQ(RightsOf(store, [&] { registry.EnumerateValues(names, count); }), Rights{0x1});
+  EXPECT_EQ(RightsOf(store, [&] { registry.EnumerateSections(names, count); }), Rights{0x8});
+  EXPECT_EQ(RightsOf(store, [&] { registry.DeleteValue(); }), Rights{0x3F});
+}
+
+TEST(RightsOfclsRegistry, AreThoseThatTheOperationNeeds) {
+  WatchedRegistry store;
+  store.Plant(kCurrentUser, "Software\\Test", "v", kRegSz, std::string("x\0", 2));
+  clsRegistry registry(store);
+  registry.hkey = kCurrentUser;
+  registry.KeyRoot = u"Software";
+  registry.Subkey = u"Test";
+  EXPECT_EQ(RightsOf(store, [&] { registry.KeyExists(); }), Rights{0x20019});
+  EXPECT_EQ(RightsOf(store, [&] { registry.CreateKey(); }), Rights{0xF003F});
+  EXPECT_EQ(RightsOf(store, [&] { registry.GetRegistryValue(u"v"); }), Rights{0x20019});
+  EXPECT_EQ(RightsOf(store, [&] { registry.SetRegistryValue(u"v", Text(u"y"), kRegSz); }),
+            Rights{0x20006});
+  EXPECT_EQ(RightsOf(store, [&] { registry.EnumRegistryKeys(kCurrentUser, u"Software\\Test"); }),
+            Rights{0x20019});
+  EXPECT_EQ(RightsOf(store, [&] { registry.EnumRegistryValues(kCurrentUser, u"Software\\Test"); }),
+            Rights{0x20019});
+  EXPECT_EQ(RightsOf(store, [&] { registry.DeleteValue(u"v"); }), Rights{0xF003F});
+}
+
 }  // namespace
 }  // namespace marl

@@ -40,6 +40,18 @@ class SplashDismissal : public Splash, public testing::WithParamInterface<Act> {
 
 }  // namespace
 
+TEST_F(Splash, VersionIsWrittenInWhiteInTheFontOfTheDesign) {
+  form.Load();
+  Font font;
+  font.Name = u"Tahoma";
+  font.Size = 112500;
+  EXPECT_EQ(form.lblVersion.Font(), font);
+  EXPECT_EQ(form.lblVersion.ForeColor(), Rgb(255, 255, 255));
+  EXPECT_EQ(form.lblVersion.Alignment, Alignment::kCenter);
+  EXPECT_FALSE(form.lblVersion.WordWrap);
+  form.Unload();
+}
+
 TEST_P(SplashDismissal, EndsTheSplashOnceItMayGo) {
   form.Show();
   form.SetCanDismiss(true);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "platform/memory/MemoryFileSystem.h"
 
 namespace marl {
@@ -64,6 +66,52 @@ TEST_F(FindFilesTest, SubfoldersStandInTheirPlaceAmongTheEntries) {
   files.Put(u"C:\\P\\e.qtd", "");
   EXPECT_EQ(Find(u"C:\\P"), (Paths{u"C:\\P\\a.qtd", u"C:\\P\\b\\1.qtd", u"C:\\P\\b\\c\\2.qtd",
                                    u"C:\\P\\b\\d.qtd", u"C:\\P\\e.qtd"}));
+}
+
+/// A file system whose folders hold what it is given, as no real one would.
+class OddFolders : public MemoryFileSystem {
+ public:
+  std::map<Text, std::vector<FoundEntry>> entries;  ///< by pattern, "C:\\P\\*"
+
+  std::unique_ptr<FileSearch> Find(TextView pattern) const override {
+    const auto found = entries.find(Text(pattern));
+    if (found == entries.end()) return nullptr;
+    return std::make_unique<Search>(found->second);
+  }
+
+ private:
+  class Search : public FileSearch {
+   public:
+    explicit Search(std::vector<FoundEntry> entries) : entries_(std::move(entries)) {}
+    Status Next(FoundEntry& out) override {
+      if (next_ == entries_.size()) return kNoMoreFiles;
+      out = entries_[next_++];
+      return kOk;
+    }
+
+   private:
+    std::vector<FoundEntry> entries_;
+    std::size_t next_ = 0;
+  };
+};
+
+TEST(FindFilesInOddFolders, NamesEndAtTheirFirstNul) {
+  OddFolders files;
+  const auto entry = [](TextView name, std::uint32_t attributes) {
+    FoundEntry made;
+    made.name = name;
+    made.attributes = attributes;
+    return made;
+  };
+  files.entries[u"C:\\P\\*"] = {
+      entry(TextView(u"a.qtd\0.doc", 10), 0), entry(TextView(u"b.doc\0.qtd", 10), 0),
+      entry(TextView(u".\0x", 3), kDirectory), entry(TextView(u"..\0x", 4), kDirectory),
+      entry(TextView(u"sub\0x", 5), kDirectory)};
+  files.entries[u"C:\\P\\sub\\*"] = {entry(u"c.obj", 0)};
+  std::vector<Text> found;
+  Text folder = u"C:\\P";
+  modFindFiles(files, [] {}).FindFiles(folder, u"*", kFilters, -1, found);
+  EXPECT_EQ(found, (std::vector<Text>{u"C:\\P\\a.qtd", u"C:\\P\\sub\\c.obj"}));
 }
 
 TEST_F(FindFilesTest, FolderNamedLikeAFileIsEnteredAndNotListed) {
