@@ -1,10 +1,9 @@
 #include "appearance/IconSets.h"
 
-#include <algorithm>
 #include <array>
-#include <cmath>
 
 #include "platform/RuntimeError.h"
+#include "support/Drawing.h"
 
 namespace marl {
 
@@ -40,44 +39,6 @@ void IconSets::Cut(int set, int size) {
       images_.push_back(std::make_shared<const Picture>(std::move(image)));
     }
   }
-}
-
-Picture CutOut(const Picture& picture, int left, int top, int width, int height) {
-  Picture cut(width, height);
-  const int right = std::min(left + width, picture.width);
-  for (int y = 0; y < height && top + y < picture.height; ++y) {
-    for (int x = left; x < right; ++x) cut.At(x - left, y) = picture.At(x, top + y);
-  }
-  return cut;
-}
-
-Picture Scaled(const Picture& picture, int width, int height) {
-  Picture scaled(width, height);
-  const double stepX = static_cast<double>(picture.width) / width;
-  const double stepY = static_cast<double>(picture.height) / height;
-  for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) {
-      // Weights are the parts of each source pixel that lie under this one.
-      std::array<double, 4> sum{};
-      const double top = y * stepY, bottom = top + stepY;
-      const double left = x * stepX, right = left + stepX;
-      for (int sy = static_cast<int>(top); sy < std::min<double>(bottom, picture.height); ++sy) {
-        const double high = std::min<double>(bottom, sy + 1) - std::max<double>(top, sy);
-        for (int sx = static_cast<int>(left); sx < std::min<double>(right, picture.width); ++sx) {
-          const double area = high * (std::min<double>(right, sx + 1) - std::max<double>(left, sx));
-          const std::uint32_t pixel = picture.At(sx, sy);
-          for (std::size_t c = 0; c < 4; ++c) sum[c] += area * (pixel >> (8 * c) & 0xFF);
-        }
-      }
-      std::uint32_t pixel = 0;
-      for (std::size_t c = 0; c < 4; ++c) {
-        const double mean = sum[c] / (stepX * stepY);
-        pixel |= static_cast<std::uint32_t>(std::min(255.0, std::floor(mean + 0.5))) << (8 * c);
-      }
-      scaled.At(x, y) = pixel;
-    }
-  }
-  return scaled;
 }
 
 }  // namespace marl

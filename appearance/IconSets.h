@@ -27,10 +27,4 @@ class IconSets {
   std::vector<PicturePtr> images_;
 };
 
-/// The part of a picture that begins at `left`, `top`; what lies outside it is transparent.
-Picture CutOut(const Picture& picture, int left, int top, int width, int height);
-
-/// The picture at another size: each pixel is the mean of the area that it covers.
-Picture Scaled(const Picture& picture, int width, int height);
-
 }  // namespace marl

@@ -1,9 +1,12 @@
 #include "network/frmChangeServer.h"
 
+#include <array>
 #include <memory>
+#include <utility>
 
 #include "network/ServerTag.h"
 #include "network/ValidateNumericText.h"
+#include "support/Drawing.h"
 #include "support/modI18N.h"
 #include "support/modResources.h"
 
@@ -17,25 +20,14 @@ constexpr std::int32_t kHighestPort = 20000;
 
 constexpr int kPictureTile = 6;  // the button's own picture in the strip of an icon set
 constexpr int kTiles = 18;
-constexpr int kLargeDpi = 120;  // from here on the larger drawing comes closer
+constexpr int kPictureTwips = 720;
+constexpr std::array<Drawing, 3> kStrip = {
+    {{MARL_PICTURE_SET1_48, 96}, {MARL_PICTURE_SET1_72, 144}, {MARL_PICTURE_SET1_96, 192}}};
 
 TextView Trim(TextView text) {
   const std::size_t first = text.find_first_not_of(u' ');
   if (first == TextView::npos) return {};
   return text.substr(first, text.find_last_not_of(u' ') - first + 1);
-}
-
-/// The bright picture of the button, cut out of the strip.
-PicturePtr CutTile(const Picture& strip) {
-  const int width = strip.width / kTiles;
-  const int height = strip.height / 2;
-  Picture tile(width, height);
-  for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) {
-      tile.At(x, y) = strip.At(kPictureTile * width + x, height + y);
-    }
-  }
-  return std::make_shared<const Picture>(std::move(tile));
 }
 
 }  // namespace
@@ -44,7 +36,7 @@ frmChangeServer::frmChangeServer(const Ports& ports, clsMRU& list)
     : Form(ports.desktop, "frmChangeServer"), ports_(ports), list_(list) {
   Tag = u"1081";
   Design = {5910, 2310};
-  Image1.SetBounds({150, 150, 720, 720});
+  Image1.SetBounds({150, 150, kPictureTwips, kPictureTwips});
   lblServer.SetBounds({1065, 210, 1155, 255});
   lblServer.Tag = u"1082";
   cmbServer.SetBounds({2220, 150, 3570, 315});
@@ -84,10 +76,14 @@ void frmChangeServer::OnLoad() {
 }
 
 void frmChangeServer::ShowPicture() {
-  const bool large = ports_.desktop.Dpi().width >= kLargeDpi;
-  const PicturePtr strip =
-      ports_.pictures.Load(large ? MARL_PICTURE_SET1_72 : MARL_PICTURE_SET1_48);
-  if (strip) Image1.SetPicture(CutTile(*strip));
+  const PicturePtr strip = ports_.pictures.Load(DrawingFor(kStrip, ports_.desktop.Dpi().width).id);
+  if (!strip) return;
+  const int drawn = strip->width / kTiles;
+  const int size = ports_.desktop.PixelsX(kPictureTwips);
+  // The bright row is the lower one.
+  Picture tile = CutOut(*strip, kPictureTile * drawn, drawn, drawn, drawn);
+  if (size != drawn) tile = Scaled(tile, size, size);
+  Image1.SetPicture(std::make_shared<const Picture>(std::move(tile)));
 }
 
 void frmChangeServer::FillList() {

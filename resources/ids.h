@@ -1,11 +1,13 @@
 /* Numbers of the pictures in the program's resources (RCDATA, PNG). Read by the resource compiler
-   and by C++. Pictures come at 96 dots an inch and, as _144, at 144. */
+   and by C++. Pictures come at 96 dots an inch and, as _144 and _192, at those. */
 #pragma once
 
 #define MARL_PICTURE_SPLASH 200
 #define MARL_PICTURE_SPLASH_144 201
 #define MARL_PICTURE_ABOUT 202
 #define MARL_PICTURE_ABOUT_144 203
+#define MARL_PICTURE_SPLASH_192 204
+#define MARL_PICTURE_ABOUT_192 205
 
 /* The strips of the icon sets, 18 icons wide, the dull row above the bright one: the number of set
    N in size K (0: 48 pixels, 1: 72, 2: 96) is MARL_PICTURE_SET0_48 + N * 3 + K. */

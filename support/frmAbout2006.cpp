@@ -1,5 +1,6 @@
 #include "support/frmAbout2006.h"
 
+#include "support/Drawing.h"
 #include "support/Version.h"
 #include "support/modI18N.h"
 #include "support/modResources.h"
@@ -12,8 +13,9 @@ constexpr TextView kMakersSite = u"http://www.oru.example";
 constexpr TextView kProductSite = u"http://www.marl.example";
 constexpr TextView kSupportSite = u"http://support.marl.example";
 
-constexpr int kLargeDpi = 120;  // from here on the larger drawing comes closer
-constexpr int kWidth = 6000;    // the logo's, in twips
+constexpr std::array<Drawing, 3> kLogo = {
+    {{MARL_PICTURE_ABOUT, 96}, {MARL_PICTURE_ABOUT_144, 144}, {MARL_PICTURE_ABOUT_192, 192}}};
+constexpr int kWidth = 6000;  // the logo's, in twips
 constexpr int kMargin = 240;
 constexpr int kLineHeight = 240;
 constexpr int kLinkWidth = 2700;
@@ -77,8 +79,7 @@ void frmAbout2006::OnLoad() {
   ApplyLocaleFont(*this, ports_.locales);
   LoadFormStrings(*this, ports_.strings);
   lblLabel[kVersionLabel]->SetCaption(Text(u"Marl ").append(kVersion));
-  imgLogo.SetPicture(ports_.pictures.Load(
-      desktop().Dpi().width >= kLargeDpi ? MARL_PICTURE_ABOUT_144 : MARL_PICTURE_ABOUT));
+  imgLogo.SetPicture(LoadDrawing(ports_.pictures, kLogo, desktop().Dpi().width));
 }
 
 void frmAbout2006::FollowLink(int label) {

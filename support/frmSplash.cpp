@@ -1,5 +1,8 @@
 #include "support/frmSplash.h"
 
+#include <array>
+
+#include "support/Drawing.h"
 #include "support/Numbers.h"
 #include "support/Version.h"
 #include "support/modI18N.h"
@@ -11,7 +14,8 @@ namespace {
 constexpr int kSplashTime = 5000;      // milliseconds
 constexpr int kVersionMargin = 60;     // twips
 constexpr double kVersionPlace = 0.6;  // of the picture's height
-constexpr int kLargeDpi = 120;         // from here on the larger drawing comes closer
+constexpr std::array<Drawing, 3> kPicture = {
+    {{MARL_PICTURE_SPLASH, 96}, {MARL_PICTURE_SPLASH_144, 144}, {MARL_PICTURE_SPLASH_192, 192}}};
 
 }  // namespace
 
@@ -33,7 +37,7 @@ frmSplash::frmSplash(Desktop& desktop, Pictures& pictures, const Locale& locales
 }
 
 int frmSplash::PictureId(const Desktop& desktop) {
-  return desktop.Dpi().width >= kLargeDpi ? MARL_PICTURE_SPLASH_144 : MARL_PICTURE_SPLASH;
+  return DrawingFor(kPicture, desktop.Dpi().width).id;
 }
 
 void frmSplash::OnLoad() {
@@ -51,7 +55,7 @@ void frmSplash::OnLoad() {
 }
 
 void frmSplash::FitToPicture() {
-  img2006.SetPicture(pictures_.Load(PictureId(desktop())));
+  img2006.SetPicture(LoadDrawing(pictures_, kPicture, desktop().Dpi().width));
   if (const PicturePtr& picture = img2006.Picture()) {
     img2006.SetBounds({0, 0, desktop().TwipsX(picture->width), desktop().TwipsY(picture->height)});
   }

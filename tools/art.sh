@@ -117,13 +117,13 @@ art_application_icon() {
 }
 
 # art_picture NAME SIZE LEFT TOP GLYPH...: a picture of its own, and a row of bright buttons of that
-# size at that place; at 96 dpi and, one and a half times as large, at 144.
+# size at that place; at 96 dots an inch, and larger by half and by the whole, at 144 and at 192.
 art_picture() {
   local name=$1 size=$2 left=$3 top=$4 zoom suffix number row strip=$ART_WORK/set0-bright
   shift 4
-  for zoom in 2 3; do
+  for zoom in 2 3 4; do
     suffix=
-    ((zoom == 2)) || suffix=_144
+    ((zoom == 2)) || suffix=_$((zoom * 48))
     row=()
     for number in "$@"; do
       art_render $((size * zoom / 2)) "$strip-$number".svg "$ART_WORK/row-$number.png"

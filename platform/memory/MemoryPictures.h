@@ -20,8 +20,10 @@ class MemoryPictures : public Pictures {
     switch (id) {
       case MARL_PICTURE_SPLASH: return Plain(480, 300);
       case MARL_PICTURE_SPLASH_144: return Plain(720, 450);
+      case MARL_PICTURE_SPLASH_192: return Plain(960, 600);
       case MARL_PICTURE_ABOUT: return Plain(400, 96);
       case MARL_PICTURE_ABOUT_144: return Plain(600, 144);
+      case MARL_PICTURE_ABOUT_192: return Plain(800, 192);
       case MARL_PICTURE_MENU_16: return Plain(kIcons * 16, 16);
       case MARL_PICTURE_MENU_24: return Plain(kIcons * 24, 24);
       default: break;

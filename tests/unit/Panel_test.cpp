@@ -365,23 +365,6 @@ TEST_F(Panel, PicturesAreSharpAtTheirScreensSize) {
 
 // ---- Pictures
 
-TEST(Scaled, KeepsAnEvenSurfaceAndMeansAnUnevenOne) {
-  Picture even(4, 4, 0x80402010);
-  for (const int size : {1, 2, 3, 5, 7}) {
-    for (const std::uint32_t pixel : Scaled(even, size, size).pixels) EXPECT_EQ(pixel, 0x80402010u);
-  }
-  Picture halves(2, 1);
-  halves.At(0, 0) = 0xFF000000;
-  halves.At(1, 0) = 0xFFFFFFFF;
-  EXPECT_EQ(Scaled(halves, 1, 1).At(0, 0), 0xFF808080u);
-}
-
-TEST(CutOut, BeyondThePictureIsTransparent) {
-  const Picture picture(2, 2, 0xFFFFFFFF);
-  const Picture cut = CutOut(picture, 1, 1, 2, 2);
-  EXPECT_EQ(cut.pixels, (std::vector<std::uint32_t>{0xFFFFFFFF, 0, 0, 0}));
-}
-
 TEST(IconSets, RefusesWhatThereIsNot) {
   MemoryPictures pictures;
   IconSets icons(pictures);

@@ -69,10 +69,16 @@ TEST_F(About, ShowsItsTextsItsVersionAndItsPicture) {
   EXPECT_TRUE(opened.empty());
 }
 
-TEST_F(About, LargerScreenFontsShowTheLargerPicture) {
-  desktop.dpi = {144, 144};
-  form.Load();
-  EXPECT_EQ(pictures.loaded, std::vector<int>{MARL_PICTURE_ABOUT_144});
+TEST_F(About, PictureFillsItsPlaceAtEveryResolution) {
+  for (const int dpi : {96, 120, 144, 168, 192, 216, 240, 288}) {
+    desktop.dpi = {dpi, dpi};
+    form.Load();
+    ASSERT_TRUE(form.imgLogo.Picture()) << dpi;
+    EXPECT_EQ(form.imgLogo.Picture()->width, form.imgLogo.PixelSize().width) << dpi;
+    EXPECT_EQ(form.imgLogo.Picture()->height, form.imgLogo.PixelSize().height) << dpi;
+    EXPECT_EQ(form.imgLogo.Width(), form.Design.width);
+    form.Unload();
+  }
 }
 
 TEST_F(About, LinksOpenTheirSites) {

@@ -274,11 +274,17 @@ TEST_F(ChangeServer, PictureComesInTheScreensSize) {
   ASSERT_TRUE(form.Image1.Picture());
   EXPECT_EQ(form.Image1.Picture()->width, 48);
   EXPECT_EQ(form.Image1.Picture()->height, 48);
-  MemoryDesktop large;
-  large.dpi = {144, 144};
-  frmChangeServer other({large, locale, pictures, strings}, list);
-  other.Load();
-  EXPECT_EQ(other.Image1.Picture()->width, 72);
+  for (const auto& [dpi, size] :
+       {std::pair{120, 60}, {144, 72}, {168, 84}, {192, 96}, {240, 120}}) {
+    MemoryDesktop finer;
+    finer.dpi = {dpi, dpi};
+    frmChangeServer other({finer, locale, pictures, strings}, list);
+    other.Load();
+    ASSERT_TRUE(other.Image1.Picture());
+    EXPECT_EQ(other.Image1.Picture()->width, size);
+    EXPECT_EQ(other.Image1.Picture()->height, size);
+    EXPECT_EQ(other.Image1.PixelSize(), (Size{size, size}));
+  }
 }
 
 TEST_F(ChangeServer, MissingPictureIsNoFailure) {

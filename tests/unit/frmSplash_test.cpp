@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "platform/memory/MemoryDesktop.h"
 #include "platform/memory/MemoryLocale.h"
 #include "platform/memory/MemoryPictures.h"
@@ -148,12 +150,22 @@ TEST_F(Splash, FormFitsThePictureInTheMiddleOfTheScreen) {
   EXPECT_EQ(form.lblVersion.bounds(), (Box{60, 2700, 7080, 300}));
 }
 
-TEST_F(Splash, LargerScreenFontsShowTheLargerPictureInTheSamePlace) {
-  desktop.dpi = {144, 144};
-  form.Show();
-  EXPECT_EQ(pictures.loaded, std::vector<int>{MARL_PICTURE_SPLASH_144});
-  EXPECT_EQ(form.inner(), (Size{7200, 4500}));
-  EXPECT_EQ(form.lblVersion.bounds(), (Box{60, 2700, 7080, 300}));
+TEST_F(Splash, IsAsLargeAtEveryResolution) {
+  const std::map<int, int> drawings = {
+      {96, MARL_PICTURE_SPLASH},      {120, MARL_PICTURE_SPLASH_144},
+      {144, MARL_PICTURE_SPLASH_144}, {168, MARL_PICTURE_SPLASH_192},
+      {192, MARL_PICTURE_SPLASH_192}, {240, MARL_PICTURE_SPLASH_192}};
+  for (const auto& [dpi, drawing] : drawings) {
+    desktop.dpi = {dpi, dpi};
+    pictures.loaded.clear();
+    form.Show();
+    EXPECT_EQ(pictures.loaded, std::vector<int>{drawing});
+    EXPECT_EQ(form.inner(), (Size{7200, 4500})) << dpi;
+    EXPECT_EQ(form.lblVersion.bounds(), (Box{60, 2700, 7080, 300})) << dpi;
+    EXPECT_EQ(form.img2006.Picture()->width, form.img2006.PixelSize().width) << dpi;
+    EXPECT_EQ(form.img2006.Picture()->height, form.img2006.PixelSize().height) << dpi;
+    form.Unload();
+  }
 }
 
 TEST_F(Splash, VersionStandsAtSixTenthsOfThePictureRoundedToAWholeTwip) {
@@ -168,8 +180,9 @@ TEST_F(Splash, VersionStandsAtSixTenthsOfThePictureRoundedToAWholeTwip) {
   desktop.dpi = {97, 97};
   frmSplash uneven(desktop, odd, locales);
   uneven.Show();
-  EXPECT_EQ(uneven.img2006.Height(), 3073);
-  EXPECT_EQ(uneven.lblVersion.Top(), 1844) << "1843.8";
+  // The drawing for 144, 207 pixels high there, is 139 high here.
+  EXPECT_EQ(uneven.img2006.Height(), 2064) << "2063.5";
+  EXPECT_EQ(uneven.lblVersion.Top(), 1238) << "1238.4";
 }
 
 TEST_F(Splash, MissingPictureLeavesTheDesignsSize) {

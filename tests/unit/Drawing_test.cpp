@@ -1,0 +1,71 @@
+#include "support/Drawing.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "platform/memory/MemoryPictures.h"
+
+namespace marl {
+namespace {
+
+constexpr std::array<Drawing, 3> kLogo = {
+    {{MARL_PICTURE_ABOUT, 96}, {MARL_PICTURE_ABOUT_144, 144}, {MARL_PICTURE_ABOUT_192, 192}}};
+
+TEST(Drawing, CoarsestThatIsFineEnoughIsTaken) {
+  const struct {
+    int dpi;
+    int drawnFor;
+  } rows[] = {{72, 96},   {96, 96},   {97, 144},  {120, 144}, {144, 144},
+              {168, 192}, {192, 192}, {240, 192}, {384, 192}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(DrawingFor(kLogo, row.dpi).dpi, row.drawnFor) << row.dpi;
+  }
+}
+
+TEST(Drawing, IsAsLargeAsItsResolutionAsks) {
+  MemoryPictures pictures;
+  for (const int dpi : {96, 120, 144, 168, 192, 216, 240, 288}) {
+    const PicturePtr picture = LoadDrawing(pictures, kLogo, dpi);
+    ASSERT_TRUE(picture) << dpi;
+    EXPECT_EQ(picture->width, 400 * dpi / 96) << dpi;
+    EXPECT_EQ(picture->height, dpi) << dpi;
+    for (const std::uint32_t pixel : picture->pixels) ASSERT_EQ(pixel, 0xFF808080u) << dpi;
+  }
+  EXPECT_EQ(pictures.loaded.size(), 8u);
+}
+
+TEST(Drawing, ThatIsMissingIsNone) {
+  MemoryPictures pictures;
+  pictures.missing = {MARL_PICTURE_ABOUT_144};
+  EXPECT_EQ(LoadDrawing(pictures, kLogo, 120), nullptr);
+}
+
+TEST(Scaled, KeepsAnEvenSurfaceAndMeansAnUnevenOne) {
+  Picture even(4, 4, 0x80402010);
+  for (const int size : {1, 2, 3, 5, 7}) {
+    for (const std::uint32_t pixel : Scaled(even, size, size).pixels) EXPECT_EQ(pixel, 0x80402010u);
+  }
+  Picture halves(2, 1);
+  halves.At(0, 0) = 0xFF000000;
+  halves.At(1, 0) = 0xFFFFFFFF;
+  EXPECT_EQ(Scaled(halves, 1, 1).At(0, 0), 0xFF808080u);
+}
+
+TEST(Scaled, LargerGoesOverFromPixelToPixel) {
+  Picture halves(2, 1);
+  halves.At(0, 0) = 0xFF000000;
+  halves.At(1, 0) = 0xFFFFFFFF;
+  // The middles of the four lie at a quarter, three quarters and so on of the two.
+  EXPECT_EQ(Scaled(halves, 4, 1).pixels,
+            (std::vector<std::uint32_t>{0xFF000000, 0xFF404040, 0xFFBFBFBF, 0xFFFFFFFF}));
+}
+
+TEST(CutOut, BeyondThePictureIsTransparent) {
+  const Picture picture(2, 2, 0xFFFFFFFF);
+  const Picture cut = CutOut(picture, 1, 1, 2, 2);
+  EXPECT_EQ(cut.pixels, (std::vector<std::uint32_t>{0xFFFFFFFF, 0, 0, 0}));
+}
+
+}  // namespace
+}  // namespace marl
