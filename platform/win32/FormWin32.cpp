@@ -16,6 +16,7 @@ namespace {
 constexpr wchar_t kClassName[] = L"MarlForm";
 constexpr int kFirstControlId = 1000;
 constexpr std::size_t kDirtyAreas = 32;
+constexpr auto kComboField = static_cast<WPARAM>(-1);  // the closed part, where rows are numbered
 
 DWORD StyleOf(const Form& form) {
   DWORD style = WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
@@ -549,9 +550,26 @@ void FormWin32::PlaceControl(const Control& control, HWND child) {
   // Neighbours that touch in twips touch in pixels: the far edge is converted, not the size.
   const int width = desktop_.PixelsX(control.Left() + control.Width()) - left;
   int height = desktop_.PixelsY(control.Top() + control.Height()) - top;
+  const bool combo = control.kind() == ControlKind::kComboBox;
+  const int closed = height;
   // The height of a drop-down list is that with its list open.
-  if (control.kind() == ControlKind::kComboBox) height = height * 10;
+  if (combo) height = height * 10;
   SetWindowPos(child, nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+  if (combo) SetClosedHeight(child, closed);
+}
+
+// Closed, a drop-down list is as high as its font, which differs from the fields beside it. Wine
+// tells another height of the text than the one that was set: what is still missing comes on top.
+void FormWin32::SetClosedHeight(HWND combo, int height) {
+  auto text = static_cast<int>(SendMessageW(combo, CB_GETITEMHEIGHT, kComboField, 0));
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    RECT now;
+    GetWindowRect(combo, &now);
+    const int missing = height - static_cast<int>(now.bottom - now.top);
+    if (missing == 0 || text + missing <= 0) return;
+    text += missing;
+    SendMessageW(combo, CB_SETITEMHEIGHT, kComboField, text);
+  }
 }
 
 void FormWin32::PlaceStatusBar() {
@@ -601,6 +619,7 @@ void FormWin32::ControlChanged(Control& control, Property property) {
           reinterpret_cast<WPARAM>(desktop_.fonts().Get(control.Font(), desktop_.Dpi().height)),
           TRUE);
       if (ListWin32* const list = ListOf(control)) list->SyncRowHeight();
+      if (control.kind() == ControlKind::kComboBox) PlaceControl(control, child);
       break;
     case Property::kValue:
       if (control.kind() == ControlKind::kCheckBox) {

@@ -77,6 +77,7 @@ class FormWin32 : public FormPeer {
   void CreateWithContainer(Control& control);
   void CreateControl(Control& control, int id);
   void PlaceControl(const Control& control, HWND window);
+  static void SetClosedHeight(HWND combo, int height);
   void PlaceStatusBar();
   static bool HasMenuBar(const Form& form);
   void CreateMenus();
