@@ -45,13 +45,51 @@ cmd_run() {
   fi
 }
 
-# The pictures of the demo at both resolutions. Each has a Wine prefix of its own.
+SHOT_LANGUAGES=(en de)
+SHOT_RESOLUTIONS=(96 120 144 168 192 240)
+
+# Pictures of every form in out/shots/forms/LANGUAGE/DPI, and a sheet of them beside it; without
+# arguments in all languages and at all resolutions, and those of the demo too.
 cmd_shots() {
+  local languages=("${SHOT_LANGUAGES[@]}") resolutions=("${SHOT_RESOLUTIONS[@]}") demo=1
+  while (($#)); do
+    demo=
+    case $1 in
+      --language) languages=("${2:?--language needs en or de}") ;;
+      --dpi) resolutions=("${2:?--dpi needs a number}") ;;
+      *) usage >&2; fail "unknown: $1" ;;
+    esac
+    shift 2
+  done
   ensure_packages run
-  demo_build
+  (form_shots)
+  if [[ -z $demo ]]; then return; fi
+  build_program win32
+  build_preset win32 stand_in >/dev/null
   demo_layout
   (demo_alone 96)
   (demo_alone 144)
+}
+
+# The forms in the chosen languages at the chosen resolutions, on one screen that holds the largest.
+form_shots() {
+  local dpi language folder program
+  unset DISPLAY
+  build_preset win32 "${languages[@]/#/form_pictures_}"
+  wine_begin shots 96 2560x1920
+  for dpi in "${resolutions[@]}"; do
+    wine_dpi "$dpi"
+    for language in "${languages[@]}"; do
+      folder=out/shots/forms/$language/$dpi
+      rm -rf "$folder"
+      mkdir -p "$folder"
+      program=build/win32/tests/pictures/form_pictures_$language.exe
+      MARL_SHOTS="Z:$ROOT/$folder" "${WINE_VIA[@]}" wine "$program" ||
+        fail "not all forms could be shown ($language, $dpi dots an inch)"
+      montage "$folder"/*.png -background '#808080' -geometry +8+8 -tile 5x "$folder.png"
+      say "$folder, $folder.png"
+    done
+  done
 }
 
 # shot NAME: a picture of the whole screen.
