@@ -152,7 +152,7 @@ class Switchboard {
   MemoryFontList fontList_;
   SoftPictures pictures_;
   win32::WindowHooksWin32 hooks_{desktop};
-  win32::TrayWin32 tray_{desktop};
+  win32::TrayWin32 tray_;
   win32::TipWindowsWin32 tips_;
   Platform platform_{desktop,  files_,   settings_, shell_,       process_,     components_,
                      strings_, locales_, icons_,    pictures_,    registry,     hooks_,

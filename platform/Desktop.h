@@ -38,14 +38,17 @@ class FormPeer {
   virtual void Focus(Control& control) = 0;
   virtual void BringToFront() = 0;
   virtual bool InForeground() const = 0;
+  /// False while a dialog keeps the form from input (IsWindowEnabled).
+  virtual bool TakesInput() const = 0;
   /// The form's window; 0 when it has gone.
   virtual WindowHandle Handle() const = 0;
   /// A control's window; 0 for a control without one.
   virtual WindowHandle HandleOf(const Control& control) const = 0;
   /// The inner corner's place on the screen, in pixels (GetClientRect, ClientToScreen).
   virtual Point ClientOrigin() const = 0;
-  /// The window goes; no event comes any more. The object itself may be in use further up the
-  /// stack: the desktop keeps it until the events have run out.
+  /// The window goes, and with it those of the forms that it owns (`Form::PeerLost`); no event
+  /// comes any more. The object itself may be in use further up the stack: the desktop keeps it
+  /// until the events have run out.
   virtual void Close() = 0;
 };
 
@@ -53,6 +56,9 @@ class FormPeer {
 struct ProcessEnd {
   int exitCode = 0;
 };
+
+/// Ends the event in which it is thrown, and nothing else: what the event waits for never comes.
+struct EventEnd {};
 
 /// Flags and answers of a message box, with the platform's numbers.
 enum MessageFlag : int {
@@ -71,7 +77,8 @@ class Desktop {
   virtual ~Desktop() = default;
 
   virtual std::unique_ptr<FormPeer> CreatePeer(Form& form) = 0;
-  /// Runs events until `form` is hidden or unloaded; the other forms take no input meanwhile.
+  /// Runs events until `form` is hidden, unloaded or has lost its window; the other forms take no
+  /// input meanwhile.
   virtual void RunModal(Form& form, Form* owner) = 0;
   /// Runs events until no form is loaded. Returns the process's exit code.
   virtual int Run() = 0;
@@ -80,7 +87,8 @@ class Desktop {
   /// Sleeps until an event waits (WaitMessage).
   virtual void WaitForEvents() = 0;
 
-  /// Shows a message under the title (MessageBox) above the active form. Returns the answer.
+  /// Shows a message under the title (MessageBox) above the active window, or above `TopForm` while
+  /// another program is in front. Returns the answer.
   virtual int MsgBox(TextView text, int flags, TextView title) = 0;
   virtual void Beep() = 0;
 
@@ -126,26 +134,38 @@ class Desktop {
   /// The forms that are loaded, in the order of loading.
   const std::vector<Form*>& forms() const { return forms_; }
 
+  /// The form that a new window stands above: the last loaded one that can be seen, without
+  /// `except`; null when there is none. A form without a frame goes by itself and owns nothing.
+  Form* TopForm(const Form* except = nullptr) const;
+  /// The form whose window is to own that of `form`, or null: a window goes with its owner.
+  Form* OwnerFor(const Form& form) const;
+
   /// The one place where events enter: runs `event` and lets no failure out. A failure that
-  /// nothing caught becomes a message with its text, and the process ends.
+  /// nothing caught ends the process: no further event runs, and its text is shown.
   void Event(const std::function<void()>& event);
   /// True once the process is to end; no further event runs then.
   bool ended() const { return ended_; }
   int exitCode() const { return exitCode_; }
-  /// Ends the flow of events, with this exit code.
+  /// Ends the process with this exit code, whatever still waits on the stack.
   void End(int exitCode);
+  /// Unloads the form that ends the program, because the session ends or the program is asked to
+  /// go (WM_ENDSESSION, WM_QUIT). Called within an event. False when no such form is loaded.
+  bool Leave();
 
  protected:
+  /// The process is to end now, from within all that is on the stack.
   virtual void Ended() = 0;
 
  private:
   friend class Form;
-  void EndOutOfMemory();
+  void Fail(TextView text);
+  void StopEvents(int exitCode);
 
   std::vector<Form*> forms_;
   std::vector<std::unique_ptr<FormPeer>> closed_;
   int depth_ = 0;
   bool ended_ = false;
+  bool over_ = false;  ///< `Ended` has been called
   int exitCode_ = 0;
 };
 

@@ -26,6 +26,7 @@ frmMain::frmMain(Platform& platform) : Form(platform.desktop, "frmMain"), platfo
   Border = BorderStyle::kFixedSingle;
   MinButton = true;
   ShowInTaskbar = true;
+  EndsProgram = true;
   KeyPreview = true;
   SetBackColor(Rgb(0, 77, 57));
   SetFont({u"Arial", 100000, true});
@@ -52,6 +53,7 @@ frmMain::frmMain(Platform& platform) : Form(platform.desktop, "frmMain"), platfo
     linRun[i]->SetVisible(false);
   }
   tmrOver.SetInterval(50);
+  tmrOver.SetEnabled(false);  // until start-up has ended
   tmrOver.Tick = [this] { tmrOver_Tick(); };
   mnuPopup.SetVisible(false);
   mnuMarl[8]->SetVisible(false);

@@ -120,6 +120,7 @@ class frmMain : public Form, public HookedForm {
   void OnKeyPress(char16_t character) override;
   void OnMouseMove(int button, int shift, float x, float y) override;
   void OnUnload() override;
+  void OnEnded() override;
   bool OnExecute(TextView command) override;
 
  private:
@@ -135,7 +136,7 @@ class frmMain : public Form, public HookedForm {
   void RestoreFlags();
   void ProbeBrowser();
   void ShowSplash();
-  bool WaitForSplash();
+  void WaitForSplash();
   void MarkMissingTools();
 
   void PaintGradient();
@@ -160,6 +161,7 @@ class frmMain : public Form, public HookedForm {
   void ShowLanSettings(Form& owner);
   void ShowSegmentationRules(Form& owner);
 
+  void SaveSettings();
   bool Ask(int question) const;
   Text Setting(TextView key, TextView default_) const;
   void Save(TextView key, TextView value);
@@ -188,6 +190,7 @@ class frmMain : public Form, public HookedForm {
   std::unique_ptr<PopupMenu> m_cPopupMenu;
   std::vector<std::unique_ptr<Menu>> menuBar_;  ///< in the order of the design
   modLogging log_{platform_.files, ProgramFolder()};
+  bool settingsRead_ = false;  ///< what the exit sequence saves has been read
   bool QaBusy = false;
   bool CommentReportBusy = false;
 };

@@ -12,6 +12,19 @@ namespace {
 constexpr std::array<TextView, 5> kToolsApps = {u"FaceMap.exe", u"Q17Morph.exe", u"WordRich.exe",
                                                 u"PageTool.exe", u"FrameTool.exe"};
 
+/// Sets a flag for as long as this lives. What fails meanwhile may be passed over further up (the
+/// tray's menu does so): the entry must work again then.
+class Busy {
+ public:
+  explicit Busy(bool& flag) : flag_(flag) { flag_ = true; }
+  ~Busy() { flag_ = false; }
+  Busy(const Busy&) = delete;
+  Busy& operator=(const Busy&) = delete;
+
+ private:
+  bool& flag_;
+};
+
 }  // namespace
 
 void frmMain::Press(int index) {
@@ -67,16 +80,14 @@ void frmMain::mnuToolsQACheck() { RunQaCheck(0); }
 // A second click while a run is in progress is ignored: the component pumps messages.
 void frmMain::RunQaCheck(int kind) {
   if (QaBusy) return;
-  QaBusy = true;
+  const Busy busy(QaBusy);
   components_.RunQaCheck(kind);
-  QaBusy = false;
 }
 
 void frmMain::mnuToolsCommentReport() {
   if (CommentReportBusy) return;
-  CommentReportBusy = true;
+  const Busy busy(CommentReportBusy);
   components_.RunCommentReport();
-  CommentReportBusy = false;
 }
 
 void frmMain::mnuHelpTutorial() { RunTool(u"MarlTour.exe"); }

@@ -13,17 +13,13 @@ void frmMain::ShowSplash() {
   splash->Refresh();
 }
 
-// Start-up stays here until the splash has gone. False when the main form has gone instead: who
-// ends the session does not wait for a picture.
-bool frmMain::WaitForSplash() {
+// Start-up stays here until the splash has gone.
+void frmMain::WaitForSplash() {
   splash->SetCanDismiss(true);
-  while (loaded() && desktop().forms().size() > 1) {
+  while (desktop().forms().size() > 1) {
     desktop().WaitForEvents();
     desktop().DoEvents();
   }
-  if (loaded()) return true;
-  splash->Unload();
-  return false;
 }
 
 void frmMain::mnuHelpAbout() {
@@ -47,8 +43,7 @@ void frmMain::ShowDisplaySettings(Form& owner) {
        [this](WindowHandle window) { icons_.SetFormIcon(window, kMarlIcon, false); }},
       std::move(switchboard));
   settings.ShowModal(&owner);
-  // The session may have ended behind the dialog.
-  if (!settings.Cancelled && loaded()) SetUI();
+  if (!settings.Cancelled) SetUI();
   settings.Unload();
 }
 

@@ -37,14 +37,16 @@ void frmMain::OnLoad() {
   SetCaption(kApplicationTitle);
   ApplyToolsMenu();
   servers_.Start();
+  settingsRead_ = true;
   ProbeBrowser();
-  if (!WaitForSplash()) return;
+  WaitForSplash();
   MarkMissingTools();
   IconsPerRow = 5;
   SetUI();
   HiddenKeys.Reset();
   HoverButton = -1;
   FillPopup();
+  tmrOver.SetEnabled(true);
 }
 
 // Before everything else: a second start that ends at once has registered the components too.
@@ -176,6 +178,15 @@ void frmMain::MarkMissingTools() {
 
 void frmMain::OnUnload() {
   hook_.RemoveTrayIcon(icons_);
+  // Whoever leaves while start-up still asks leaves what is stored as it is.
+  if (settingsRead_) SaveSettings();
+  hook_.UnhookWindow(hWnd());
+  log_.CloseDebugLog();
+}
+
+void frmMain::OnEnded() { hook_.RemoveTrayIcon(icons_); }
+
+void frmMain::SaveSettings() {
   Save(u"Left", NumberText(Left()));
   Save(u"Top", NumberText(Top()));
   Save(u"Tooltips", BooleanText(TooltipsEnabled));
@@ -183,8 +194,6 @@ void frmMain::OnUnload() {
   Save(u"WindowState", NumberText(static_cast<int>(State())));
   Save(u"XtraFeatures", imgRun[kUtilities]->Visible() ? u"1" : u"0");
   servers_.SaveServerSettings();
-  hook_.UnhookWindow(hWnd());
-  log_.CloseDebugLog();
 }
 
 bool frmMain::Ask(int question) const {

@@ -35,7 +35,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
   win32::PicturesWin32 pictures;
   win32::RegistryStoreWin32 registry;
   win32::WindowHooksWin32 hooks(desktop);
-  win32::TrayWin32 tray(desktop);
+  win32::TrayWin32 tray;
   win32::TipWindowsWin32 tips;
   win32::ProfileWin32 profile;
   win32::FileDialogsWin32 fileDialogs;

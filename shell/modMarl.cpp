@@ -1,5 +1,7 @@
 #include "shell/modMarl.h"
 
+#include <utility>
+
 #include "platform/RuntimeError.h"
 
 namespace marl {
@@ -48,10 +50,12 @@ void modMarl::AddTrayIcon(IconHandle icon) {
   TrayIconRecord.uCallbackMessage = RegisteredMessages[msgMarlMenu];
   TrayIconRecord.hIcon = icon;
   TrayIconRecord.szTip = u"Marl";
+  iconAdded_ = true;
   tray_.NotifyIcon(kNotifyAdd, TrayIconRecord);
 }
 
 void modMarl::RemoveTrayIcon(const modSetIcon& icons) {
+  if (!std::exchange(iconAdded_, false)) return;
   icons.ReleaseIcon(TrayIconRecord.hIcon);
   tray_.NotifyIcon(kNotifyDelete, TrayIconRecord);
 }

@@ -48,7 +48,7 @@ class modMarl : private MessageListener {
   /// Fills the record with the main form's window and this icon, which the record then owns, and
   /// adds the icon to the notification area. A refusal is not noticed.
   void AddTrayIcon(IconHandle icon);
-  /// Frees the icon and takes it out of the notification area.
+  /// Frees the icon and takes it out of the notification area, if it was added.
   void RemoveTrayIcon(const modSetIcon& icons);
 
   /// The procedure itself. Nothing that fails in it leaves the window without one.
@@ -66,6 +66,7 @@ class modMarl : private MessageListener {
   Tray& tray_;
   HookedForm& form_;
   WindowHandle hooked_ = 0;
+  bool iconAdded_ = false;
 };
 
 }  // namespace marl

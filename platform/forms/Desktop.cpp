@@ -30,6 +30,20 @@ int Desktop::TwipsY(int pixels) const { return Scale(pixels, kTwipsPerInch, Dpi(
 float Desktop::TwipsAtX(int pixels) const { return static_cast<float>(TwipsPerPixel().x * pixels); }
 float Desktop::TwipsAtY(int pixels) const { return static_cast<float>(TwipsPerPixel().y * pixels); }
 
+Form* Desktop::TopForm(const Form* except) const {
+  for (auto it = forms_.rbegin(); it != forms_.rend(); ++it) {
+    if (*it != except && (*it)->Visible() && (*it)->Border != BorderStyle::kNone) return *it;
+  }
+  return nullptr;
+}
+
+Form* Desktop::OwnerFor(const Form& form) const {
+  if (form.ShowInTaskbar) return nullptr;
+  if (Form* const top = TopForm(&form)) return top;
+  // Without an owner a splash would get a button without a name on the taskbar.
+  return form.Border == BorderStyle::kNone && !forms_.empty() ? forms_.front() : nullptr;
+}
+
 void Desktop::Event(const std::function<void()>& event) {
   if (ended_) return;
   ++depth_;
@@ -37,27 +51,45 @@ void Desktop::Event(const std::function<void()>& event) {
     event();
   } catch (const ProcessEnd& end) {
     End(end.exitCode);
+  } catch (const EventEnd&) {
+    // What the event was about has gone.
   } catch (const RuntimeError& error) {
-    MsgBox(error.text(), kCritical, u"Marl");
-    End(1);
+    Fail(error.text());
   } catch (const std::bad_alloc&) {
-    EndOutOfMemory();
+    Fail(u"Out of memory");
   } catch (const std::length_error&) {
-    EndOutOfMemory();  // a text or list that no memory could hold
+    Fail(u"Out of memory");  // a text or list that no memory could hold
   }
   if (--depth_ == 0) closed_.clear();
 }
 
-void Desktop::EndOutOfMemory() {
-  MsgBox(u"Out of memory", kCritical, u"Marl");
+void Desktop::Fail(TextView text) {
+  StopEvents(1);
+  MsgBox(text, kCritical, u"Marl");
   End(1);
 }
 
-void Desktop::End(int exitCode) {
+void Desktop::StopEvents(int exitCode) {
   if (ended_) return;
   ended_ = true;
   exitCode_ = exitCode;
+  for (Form* form : forms_) form->OnEnded();
+}
+
+void Desktop::End(int exitCode) {
+  StopEvents(exitCode);
+  if (over_) return;
+  over_ = true;
   Ended();
+}
+
+bool Desktop::Leave() {
+  for (Form* form : forms_) {
+    if (!form->EndsProgram) continue;
+    form->Unload();
+    return true;
+  }
+  return false;
 }
 
 }  // namespace marl

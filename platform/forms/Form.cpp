@@ -70,6 +70,7 @@ void Form::SetBackground(PicturePtr picture) {
 
 void Form::Load() {
   if (peer_) return;
+  lost_ = false;
   peer_ = desktop_.CreatePeer(*this);
   desktop_.forms_.push_back(this);
   OnLoad();
@@ -100,6 +101,7 @@ void Form::ShowModal(Form* owner) {
   if (peer_ && !visible_ && Left() == 0 && Top() == 0) CentreOver(owner);
   Show();
   if (peer_ && visible_) desktop_.RunModal(*this, owner);
+  if (lost_) throw EventEnd{};
 }
 
 void Form::Hide() {
@@ -111,13 +113,31 @@ void Form::Hide() {
 void Form::Unload() {
   if (!peer_ || unloading_) return;
   if (!OnQueryUnload()) return;
+  GoAway();
+}
+
+void Form::PeerLost() {
+  if (!peer_ || unloading_) return;
+  lost_ = true;
+  if (desktop_.ended()) {
+    GoAway();
+  } else {
+    desktop_.Event([this] { GoAway(); });
+  }
+}
+
+void Form::GoAway() {
   unloading_ = true;
-  OnUnload();
+  const bool endsProgram = EndsProgram && desktop_.depth_ > 0 && !desktop_.ended();
+  if (!desktop_.ended()) OnUnload();
+  // What becomes of the other windows while this one goes concerns no handler any more.
+  if (endsProgram) desktop_.StopEvents(0);
   visible_ = false;
   std::erase(desktop_.forms_, this);
   peer_->Close();
   desktop_.closed_.push_back(std::move(peer_));
   unloading_ = false;
+  if (endsProgram) throw ProcessEnd{};
 }
 
 void Form::Refresh() {
@@ -203,7 +223,10 @@ void Form::UserMouseUp(int button, float x, float y) {
 
 void Form::UserActivate() { OnActivate(); }
 
-void Form::UserClose() { Unload(); }
+void Form::UserClose() {
+  if (!EndsProgram && peer_ && !peer_->TakesInput()) return;
+  Unload();
+}
 
 bool Form::UserExecute(TextView command) { return OnExecute(command); }
 

@@ -63,16 +63,23 @@ class Form {
   bool MaxButton = false;
   bool ShowInTaskbar = false;
   bool KeyPreview = false;
+  /// The program ends with this form: see `Unload`.
+  bool EndsProgram = false;
   Size Design;  ///< inner size at creation, in twips
 
   /// Makes the window, unseen, and runs the form's load sequence. A loaded form stays as it is.
   void Load();
   void Show();
   /// Shows the form above `owner` and returns when it has been hidden or unloaded. A form that
-  /// nobody has placed comes up in the middle of its owner.
+  /// nobody has placed comes up in the middle of its owner. When the form loses its window, because
+  /// its owner goes, the call does not return: the event that it stands in ends there (EventEnd).
   void ShowModal(Form* owner);
   void Hide();
   /// Ends the form: `QueryUnload`, which may refuse, then `OnUnload`, then the window goes.
+  ///
+  /// Within an event, a form that ends the program does not return (ProcessEnd). The process ends
+  /// there with code 0, whatever dialog, message or component is still at work further up the
+  /// stack: no code behind any of these runs any more.
   void Unload();
   void Refresh();
   /// Above the program's other windows and active (SetForegroundWindow).
@@ -102,10 +109,14 @@ class Form {
   void UserMouseDown(int button, float x, float y);
   void UserMouseUp(int button, float x, float y);
   void UserActivate();
+  /// Closes the form. Behind a dialog only the form that ends the program can be closed.
   void UserClose();
   /// The window's place, inner size and state as the platform has them now.
   void PeerPlaced(const Box& bounds, const Size& inner, WindowState state);
   void PeerVisible(bool visible) { visible_ = visible; }
+  /// The platform takes the window away, as it does with the windows that a closing one owns: the
+  /// form is unloaded without being asked, and a call that shows it modally ends its event.
+  void PeerLost();
   /// A command from another program. Returns false when it is refused.
   bool UserExecute(TextView command);
 
@@ -135,10 +146,15 @@ class Form {
   virtual void OnMouseMove(int /*button*/, int /*shift*/, float /*x*/, float /*y*/) {}
   virtual bool OnQueryUnload() { return true; }
   virtual void OnUnload() {}
+  /// The process is about to end without this form's unload: what the system would keep of it is
+  /// given back. No event runs any more. Must not throw.
+  virtual void OnEnded() {}
   virtual bool OnExecute(TextView /*command*/) { return false; }
 
  private:
   friend class Control;
+  friend class Desktop;
+  void GoAway();
   void Add(Control& control) { controls_.push_back(&control); }
   void Remove(Control& control);
   void CentreOver(const Form* owner);
@@ -153,6 +169,7 @@ class Form {
   WindowState state_ = WindowState::kNormal;
   bool visible_ = false;
   bool unloading_ = false;
+  bool lost_ = false;  ///< the platform took the window away
   Color backColor_ = kButtonFace;
   PicturePtr background_;
   std::unique_ptr<FormPeer> peer_;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/ColorDialog.h"
+#include "platform/memory/MemoryDesktop.h"
 
 namespace marl {
 
@@ -30,8 +31,12 @@ class MemoryColorDialog : public ColorDialog {
 
   bool ShowColor(const Form* owner, int flags, Color& color) override {
     shown.push_back({owner, flags, color});
+    const MemoryDesktop::Standing dialog(owner ? dynamic_cast<MemoryDesktop*>(&owner->desktop())
+                                               : nullptr);
     Color choice = color;
-    if (!whenShown || !whenShown(choice)) return false;
+    const bool chosen = whenShown && whenShown(choice);
+    dialog.Answered();
+    if (!chosen) return false;
     color = choice;
     return true;
   }

@@ -8,12 +8,19 @@
 namespace marl {
 
 MemoryPeer::MemoryPeer(MemoryDesktop& desktop, Form& form)
-    : caption(form.Caption()), desktop_(desktop), form_(form), handle_(++desktop.lastForm_) {
+    : caption(form.Caption()),
+      desktop_(desktop),
+      form_(form),
+      owner_(desktop.OwnerFor(form)),
+      handle_(++desktop.lastForm_) {
+  desktop.peers_.push_back(this);
   Box bounds = form.bounds();
   bounds.width = form.Design.width + desktop.frame.width;
   bounds.height = form.Design.height + desktop.frame.height;
   form.PeerPlaced(bounds, InnerOf(bounds), form.State());
 }
+
+MemoryPeer::~MemoryPeer() { Close(); }
 
 Size MemoryPeer::InnerOf(const Box& bounds) const {
   return {bounds.width - desktop_.frame.width, bounds.height - desktop_.frame.height};
@@ -65,8 +72,21 @@ void MemoryPeer::BringToFront() { desktop_.foreground = &form_; }
 
 bool MemoryPeer::InForeground() const { return desktop_.foreground == &form_; }
 
+bool MemoryPeer::TakesInput() const {
+  return desktop_.dialogs_ == 0 &&
+         (desktop_.modalForms_.empty() || desktop_.modalForms_.back() == &form_);
+}
+
 void MemoryPeer::Close() {
+  if (closed_) return;
   closed_ = true;
+  std::erase(desktop_.peers_, this);
+  const auto owned = [this](const MemoryPeer* peer) { return peer->owner_ == &form_; };
+  auto& peers = desktop_.peers_;
+  for (auto it = peers.begin();
+       (it = std::find_if(peers.begin(), peers.end(), owned)) != peers.end();) {
+    (*it)->Destroy();
+  }
   if (desktop_.foreground == &form_) desktop_.foreground = nullptr;
   std::erase_if(desktop_.offers, [this](const auto& offer) { return offer.form == &form_; });
 }
@@ -94,6 +114,7 @@ std::unique_ptr<FormPeer> MemoryDesktop::CreatePeer(Form& form) {
 void MemoryDesktop::RunModal(Form& form, Form* owner) {
   modal.push_back(form.name());
   owners.push_back(owner);
+  modalForms_.push_back(&form);
   const auto script = whenModal.find(form.name());
   if (script != whenModal.end()) {
     Event([&] { script->second(form); });
@@ -102,6 +123,7 @@ void MemoryDesktop::RunModal(Form& form, Form* owner) {
   } else {
     ReportMisuse(form.name() + " was shown modally and no script answers it");
   }
+  modalForms_.pop_back();
   if (ended()) throw ProcessEnd{exitCode()};
   // A user who does nothing would stay here for ever: the form is closed instead.
   if (form.Visible()) form.UserClose();
@@ -109,11 +131,11 @@ void MemoryDesktop::RunModal(Form& form, Form* owner) {
 }
 
 int MemoryDesktop::Run() {
-  while (!ended() && !forms().empty() && !posted.empty()) DoEvents();
+  while (!ended() && !forms().empty() && !posted.empty()) Step();
   return exitCode();
 }
 
-void MemoryDesktop::DoEvents() {
+void MemoryDesktop::Step() {
   if (posted.empty()) {
     // Nothing would ever happen again: the clock moves on, as it does for a user who waits.
     Advance(50);
@@ -122,14 +144,29 @@ void MemoryDesktop::DoEvents() {
     posted.pop_front();
     Event(action);
   }
+}
+
+void MemoryDesktop::DoEvents() {
+  Step();
   if (ended()) throw ProcessEnd{exitCode()};
 }
 
+void MemoryDesktop::Standing::Answered() const {
+  if (desktop_ && desktop_->ended()) throw ProcessEnd{desktop_->exitCode()};
+}
+
 int MemoryDesktop::MsgBox(TextView text, int flags, TextView title) {
+  // The last word of a program that has ended already is no wait for it.
+  const bool last = ended();
   messages.push_back({Text(text), flags, Text(title)});
+  messageOwners.push_back(TopForm());
+  const Standing box(this);
   const auto listed = answers.find(Text(text));
-  if (listed != answers.end()) return listed->second;
-  return answer ? answer({Text(text), flags, Text(title)}) : kAnswerOk;
+  const int answered = listed != answers.end() ? listed->second
+                       : answer                ? answer({Text(text), flags, Text(title)})
+                                               : int{kAnswerOk};
+  if (!last) box.Answered();
+  return answered;
 }
 
 void MemoryDesktop::EnumerateWindows(const std::function<bool(WindowHandle)>& visit) {

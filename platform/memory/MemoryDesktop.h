@@ -17,6 +17,9 @@ class MemoryDesktop;
 class MemoryPeer : public FormPeer {
  public:
   MemoryPeer(MemoryDesktop& desktop, Form& form);
+  ~MemoryPeer() override;
+  MemoryPeer(const MemoryPeer&) = delete;
+  MemoryPeer& operator=(const MemoryPeer&) = delete;
   void CaptionChanged() override;
   void Place(const Box& bounds) override;
   void SetState() override;
@@ -28,11 +31,14 @@ class MemoryPeer : public FormPeer {
   void Focus(Control& control) override;
   void BringToFront() override;
   bool InForeground() const override;
+  bool TakesInput() const override;
   WindowHandle Handle() const override { return closed_ ? 0 : handle_; }
   /// Controls are numbered behind their form, in their order.
   WindowHandle HandleOf(const Control& control) const override;
   Point ClientOrigin() const override;
   void Close() override;
+  /// The window goes although the form has not asked for it, and with it those that it owns.
+  void Destroy() { form_.PeerLost(); }
 
   Text caption;  ///< what the title shows
   std::vector<Box> invalidated;
@@ -45,6 +51,7 @@ class MemoryPeer : public FormPeer {
 
   MemoryDesktop& desktop_;
   Form& form_;
+  const Form* owner_;
   WindowHandle handle_;
   bool closed_ = false;
 };
@@ -109,6 +116,7 @@ class MemoryDesktop : public Desktop {
 
   // What has happened.
   std::vector<Message> messages;
+  std::vector<const Form*> messageOwners;  ///< the forms under the messages; null for none
   std::vector<Text> activated;
   std::vector<std::pair<Text, int>> shown;  ///< titles of other windows, and show commands
   std::vector<Offer> offers;
@@ -141,16 +149,38 @@ class MemoryDesktop : public Desktop {
   /// Moves the clock on; timers tick on their way.
   void Advance(int milliseconds);
 
+  /// A dialog of the platform stands for as long as this lives: forms take no input.
+  class Standing {
+   public:
+    explicit Standing(MemoryDesktop* desktop) : desktop_(desktop) {
+      if (desktop_) ++desktop_->dialogs_;
+    }
+    ~Standing() {
+      if (desktop_) --desktop_->dialogs_;
+    }
+    Standing(const Standing&) = delete;
+    Standing& operator=(const Standing&) = delete;
+    /// Does not return when the process has ended while the dialog stood.
+    void Answered() const;
+
+   private:
+    MemoryDesktop* desktop_;
+  };
+
  protected:
   void Ended() override {}
 
  private:
   friend class MemoryPeer;
+  void Step();
   OtherWindow* Other(WindowHandle window);
   /// Moves all timers on, at most this many milliseconds, to just before the first of them is due.
   /// Returns how many that were.
   int QuietFor(int milliseconds);
-  WindowHandle lastForm_ = 0x10000;  ///< forms are numbered from behind it
+  WindowHandle lastForm_ = 0x10000;      ///< forms are numbered from behind it
+  std::vector<MemoryPeer*> peers_;       ///< windows that there are
+  std::vector<const Form*> modalForms_;  ///< what stands modally, the topmost last
+  int dialogs_ = 0;                      ///< dialogs of the platform that stand
   std::map<const Control*, int> elapsed_;
 };
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/FileDialogs.h"
+#include "platform/memory/MemoryDesktop.h"
 
 namespace marl {
 
@@ -39,9 +40,12 @@ class MemoryFileDialogs : public FileDialogs {
 
  private:
   FileDialogResult Show(Showing showing, Text& path) {
+    const MemoryDesktop::Standing dialog(
+        showing.owner ? dynamic_cast<MemoryDesktop*>(&showing.owner->desktop()) : nullptr);
     shown.push_back(std::move(showing));
     Text chosen;
     const FileDialogResult result = whenShown ? whenShown(chosen) : FileDialogResult::kCancelled;
+    dialog.Answered();
     if (result == FileDialogResult::kChosen) path = std::move(chosen);
     return result;
   }

@@ -37,16 +37,6 @@ std::unique_ptr<FormPeer> DesktopWin32::CreatePeer(Form& form) {
   return std::make_unique<FormWin32>(*this, form);
 }
 
-HWND DesktopWin32::OwnerFor(const Form& form) const {
-  if (form.ShowInTaskbar) return nullptr;
-  for (auto it = forms().rbegin(); it != forms().rend(); ++it) {
-    if (*it != &form && (*it)->Visible()) return WindowOf(*it);
-  }
-  // Without an owner a splash would get a button without a name on the taskbar.
-  if (form.Border == BorderStyle::kNone && !forms().empty()) return WindowOf(forms().front());
-  return nullptr;
-}
-
 void DesktopWin32::RunModal(Form& form, Form* owner) {
   Modal modal{&form, {}};
   for (const Form* other : forms()) {
@@ -59,7 +49,7 @@ void DesktopWin32::RunModal(Form& form, Form* owner) {
   MSG message;
   while (form.Visible() && form.loaded()) {
     if (GetMessageW(&message, nullptr, 0, 0) <= 0) {
-      PostQuitMessage(static_cast<int>(message.wParam));
+      Quit(message);
       break;
     }
     Dispatch(message);
@@ -79,16 +69,26 @@ void DesktopWin32::EndModal(const Form& form) {
 
 int DesktopWin32::Run() {
   MSG message;
-  while (!ended() && !forms().empty() && GetMessageW(&message, nullptr, 0, 0) > 0) {
+  while (!ended() && !forms().empty()) {
+    if (GetMessageW(&message, nullptr, 0, 0) <= 0) {
+      Quit(message);
+      break;
+    }
     Dispatch(message);
   }
   return exitCode();
 }
 
+void DesktopWin32::Quit(const MSG& message) {
+  Event([this] { Leave(); });
+  // Without a form that ends the program the loop further out is to end as well.
+  PostQuitMessage(static_cast<int>(message.wParam));
+}
+
 void DesktopWin32::DoEvents() {
   MSG message;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-    if (message.message == WM_QUIT) return PostQuitMessage(static_cast<int>(message.wParam));
+    if (message.message == WM_QUIT) return Quit(message);
     Dispatch(message);
   }
 }
@@ -127,8 +127,18 @@ void DesktopWin32::Dispatch(MSG& message) {
   DispatchMessageW(&message);
 }
 
+HWND DesktopWin32::MessageOwner() const {
+  const HWND active = GetActiveWindow();
+  const bool frameless = std::any_of(forms().begin(), forms().end(), [&](const Form* form) {
+    return form->Border == BorderStyle::kNone && WindowOf(form) == active;
+  });
+  if (active && !frameless) return active;
+  const HWND top = WindowOf(TopForm());
+  return top ? GetLastActivePopup(top) : nullptr;
+}
+
 int DesktopWin32::MsgBox(TextView text, int flags, TextView title) {
-  return MessageBoxW(GetActiveWindow(), Wide(Text(text)), Wide(Text(title)),
+  return MessageBoxW(MessageOwner(), Wide(Text(text)), Wide(Text(title)),
                      static_cast<UINT>(flags) | MB_SETFOREGROUND);
 }
 

@@ -37,8 +37,6 @@ class DesktopWin32 : public Desktop {
   void OfferCommands(Form& form, TextView service, TextView topic) override;
 
   FontCache& fonts() { return fonts_; }
-  /// The window that a new form's window belongs to; none for forms of the taskbar.
-  HWND OwnerFor(const Form& form) const;
   /// The form is about to leave the screen: the windows that it kept from input take it again,
   /// so that one of ours and no other program's is next.
   void EndModal(const Form& form);
@@ -55,6 +53,9 @@ class DesktopWin32 : public Desktop {
   };
 
   void Dispatch(MSG& message);
+  /// Another part of the process, or another program, wants the message loop to end (WM_QUIT).
+  void Quit(const MSG& message);
+  HWND MessageOwner() const;
   /// Hands a key to the menu of its form. True when an entry was chosen by it.
   bool TakeShortcut(const MSG& message);
 

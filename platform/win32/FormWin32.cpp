@@ -56,6 +56,12 @@ int ButtonOf(UINT message) {
 /// shell does for the tray icon, is handled without the loop's waking up.
 void WakeLoop() { PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0); }
 
+/// The window that the form's new one belongs to.
+HWND OwnerOf(const Form& form) {
+  const Form* const owner = form.desktop().OwnerFor(form);
+  return owner && owner->peer() ? static_cast<const FormWin32*>(owner->peer())->window() : nullptr;
+}
+
 Text WindowText(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
   const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
@@ -82,8 +88,8 @@ FormWin32::FormWin32(DesktopWin32& desktop, Form& form) : desktop_(desktop), for
   AdjustWindowRectEx(&outer, StyleOf(form), HasMenuBar(form), ExStyleOf(form));
   CreateWindowExW(ExStyleOf(form), kClassName, Wide(form.Caption()), StyleOf(form),
                   desktop.PixelsX(form.Left()), desktop.PixelsY(form.Top()),
-                  outer.right - outer.left, outer.bottom - outer.top, desktop.OwnerFor(form),
-                  nullptr, GetModuleHandleW(nullptr), this);
+                  outer.right - outer.left, outer.bottom - outer.top, OwnerOf(form), nullptr,
+                  GetModuleHandleW(nullptr), this);
   if (!window_) throw RuntimeError(7, u"Out of memory");
 
   CreateMenus();
@@ -131,7 +137,10 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
   const HWND window = window_;
   // Messages may close the form: after an event nothing of it is touched any more.
   switch (message) {
-    case WM_PAINT: desktop_.Event([&] { OnPaint(); }); return 0;
+    case WM_PAINT:
+      if (desktop_.ended()) return PaintNothing(window);
+      desktop_.Event([&] { OnPaint(); });
+      return 0;
     case WM_ERASEBKGND: return 1;
     case WM_PRINTCLIENT: {
       desktop_.Event([&] {
@@ -219,12 +228,14 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
     case WM_CTLCOLORBTN: return ColorControl(reinterpret_cast<HDC>(w), reinterpret_cast<HWND>(l));
     case WM_CLOSE: desktop_.Event([&] { form_.UserClose(); }); return 0;
     case WM_ENDSESSION:
-      if (w) desktop_.Event([&] { form_.UserClose(); });
+      if (w) desktop_.Event([&] { desktop_.Leave(); });
       return 0;
-    case WM_NCDESTROY:
-      SetWindowLongPtrW(window, GWLP_USERDATA, 0);
-      window_ = nullptr;
-      return DefWindowProcW(window, message, w, l);
+    case WM_DESTROY:
+      // Not by `Close`, which cuts the way of messages first.
+      destroying_ = true;
+      form_.PeerLost();
+      WakeLoop();
+      return 0;
     default: break;
   }
   return DefWindowProcW(window, message, w, l);
@@ -729,7 +740,9 @@ void FormWin32::Close() {
   }
   menus_.clear();
   lists_.clear();
-  DestroyWindow(std::exchange(window_, nullptr));
+  for (const auto& [control, child] : windows_) RemoveWindowSubclass(child, ContainerEntry, 0);
+  const HWND window = std::exchange(window_, nullptr);
+  if (!destroying_) DestroyWindow(window);
   windows_.clear();
   WakeLoop();
 }

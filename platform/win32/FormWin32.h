@@ -34,6 +34,7 @@ class FormWin32 : public FormPeer {
   void Focus(Control& control) override;
   void BringToFront() override;
   bool InForeground() const override;
+  bool TakesInput() const override { return IsWindowEnabled(window_) != FALSE; }
   WindowHandle Handle() const override { return HandleToLong(window_); }
   Point ClientOrigin() const override;
   void Close() override;
@@ -57,6 +58,7 @@ class FormWin32 : public FormPeer {
                                          DWORD_PTR peer) noexcept;
   LRESULT OnMessage(UINT message, WPARAM w, LPARAM l);
   void OnPaint();
+  static LRESULT PaintNothing(HWND window);
   template <typename Paint>
   void PaintBuffered(HWND window, Paint paint);
   void PaintFrame(HWND frame);
@@ -106,6 +108,7 @@ class FormWin32 : public FormPeer {
   /// The native menu of each entry that has one, and under null the menu bar.
   std::map<const Menu*, UniqueMenu> menus_;
   bool hasFields_ = false;
+  bool destroying_ = false;  ///< the platform is taking the window away
   /// What waits to be painted, in pixels: each question to the platform costs more than a look
   /// here.
   std::vector<RECT> dirty_;

@@ -40,6 +40,15 @@ void FormWin32::OnPaint() {
   });
 }
 
+// Behind the last message of a program that has failed: what to paint may be what failed.
+LRESULT FormWin32::PaintNothing(HWND window) {
+  PAINTSTRUCT record;
+  const HDC screen = BeginPaint(window, &record);
+  FillRect(screen, &record.rcPaint, GetSysColorBrush(COLOR_BTNFACE));
+  EndPaint(window, &record);
+  return 0;
+}
+
 void FormWin32::PaintPictureBox(const PictureBox& box, HDC context) {
   CanvasWin32 canvas(context, desktop_.fonts(), desktop_.Dpi().height);
   POINT origin = {};
@@ -138,6 +147,7 @@ LRESULT CALLBACK FormWin32::ContainerEntry(HWND window, UINT message, WPARAM w, 
       const Control* const control = form->ControlOf(window);
       if (!control || control->kind() != ControlKind::kPictureBox) break;
       const auto& box = static_cast<const PictureBox&>(*control);
+      if (message == WM_PAINT && form->desktop_.ended()) return PaintNothing(window);
       form->desktop_.Event([&] {
         if (message == WM_PRINTCLIENT) {
           form->PaintPictureBox(box, reinterpret_cast<HDC>(w));

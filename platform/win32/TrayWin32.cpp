@@ -43,7 +43,7 @@ bool MenusBlend() { return !OnWine(); }
 
 class Popup : public PopupMenu {
  public:
-  explicit Popup(Desktop& desktop) : desktop_(desktop), menu_(CreatePopupMenu()) {
+  Popup() : menu_(CreatePopupMenu()) {
     if (!MenusBlend()) return;
     // Check marks and pictures share one column.
     MENUINFO info = {};
@@ -86,12 +86,9 @@ class Popup : public PopupMenu {
     // Without a message behind it, a menu of the notification area may close at once when it is
     // shown the next time.
     PostMessageW(owner, WM_NULL, 0, 0);
-    // The item may end the program: nothing of the menu is touched after the click.
-    if (chosen > 0) {
-      desktop_.Event([&] {
-        if (Click) Click(chosen);
-      });
-    }
+    // The item may end the program: nothing of the menu is touched after the click. What fails in
+    // it is for the caller, who stands in an event.
+    if (chosen > 0 && Click) Click(chosen);
   }
 
  private:
@@ -131,7 +128,6 @@ class Popup : public PopupMenu {
     return true;
   }
 
-  Desktop& desktop_;
   UniqueMenu menu_;
   PicturePtr strip_;
   WindowHandle owner_ = 0;
@@ -168,7 +164,7 @@ IconHandle TrayWin32::IconOf(WindowHandle window) const {
   return static_cast<IconHandle>(GetClassLongPtrW(target, GCLP_HICON));
 }
 
-std::unique_ptr<PopupMenu> TrayWin32::CreatePopup() { return std::make_unique<Popup>(desktop_); }
+std::unique_ptr<PopupMenu> TrayWin32::CreatePopup() { return std::make_unique<Popup>(); }
 
 Point TrayWin32::CursorPosition() const {
   POINT at = {};

@@ -9,15 +9,10 @@ namespace marl::win32 {
 /// The notification area of the taskbar, and native menus.
 class TrayWin32 : public Tray {
  public:
-  explicit TrayWin32(Desktop& desktop) : desktop_(desktop) {}
-
   bool NotifyIcon(int command, const NotifyIconData& data) override;
   IconHandle IconOf(WindowHandle window) const override;
   std::unique_ptr<PopupMenu> CreatePopup() override;
   Point CursorPosition() const override;
-
- private:
-  Desktop& desktop_;
 };
 
 }  // namespace marl::win32

@@ -25,7 +25,7 @@ LRESULT CALLBACK WindowHooksWin32::Entry(HWND window, UINT message, WPARAM w, LP
   if (message == WM_NCDESTROY) {
     for (const wchar_t* const name : {kListener, kDesktop, kPrevious}) RemovePropW(window, name);
   }
-  if (!listener || !desktop) {
+  if (!listener || !desktop || desktop->ended()) {
     return previous ? CallWindowProcW(previous, window, message, w, l)
                     : DefWindowProcW(window, message, w, l);
   }

@@ -118,7 +118,7 @@ class MainWindow : public testing::Test {
   MemoryPictures pictures;
   MemoryRegistryStore registry;
   win32::WindowHooksWin32 hooks{desktop};
-  win32::TrayWin32 tray{desktop};
+  win32::TrayWin32 tray;
   win32::TipWindowsWin32 tips;
   Platform platform{desktop, files,   settings, shell,       process,     components,
                     strings, locales, icons,    pictures,    registry,    hooks,
