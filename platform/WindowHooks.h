@@ -14,7 +14,7 @@ using ProcAddress = std::intptr_t;
 class MessageListener {
  public:
   virtual ~MessageListener() = default;
-  /// Returns the message's result. Must not throw.
+  /// Returns the message's result. Runs within an event (`Desktop::Event`).
   virtual std::intptr_t OnMessage(WindowHandle window, std::uint32_t message, std::uintptr_t wParam,
                                   std::intptr_t lParam) = 0;
 };

@@ -10,13 +10,14 @@ constexpr int kUserExClasses = 0x200;
 
 }  // namespace
 
-Application::Application(Platform platform) : platform_(platform) {}
+Application::Application(Platform platform, bool debugLog)
+    : platform_(platform), debugLog_(debugLog) {}
 
 int Application::Run() {
   Desktop& desktop = platform_.desktop;
   desktop.Event([&] {
     Skip([&] { desktop.InitCommonControlsEx(kRecordSize, kUserExClasses); });
-    main_ = std::make_unique<frmMain>(platform_);
+    main_ = std::make_unique<frmMain>(platform_, debugLog_);
     main_->Show();
   });
   return desktop.ended() ? desktop.exitCode() : desktop.Run();

@@ -13,7 +13,7 @@ namespace marl {
 /// everything else.
 class Application {
  public:
-  explicit Application(Platform platform);
+  explicit Application(Platform platform, bool debugLog = kDebugLog);
 
   /// Runs the program to its end. Returns the process's exit code.
   int Run();
@@ -22,6 +22,7 @@ class Application {
 
  private:
   Platform platform_;
+  bool debugLog_;
   std::unique_ptr<frmMain> main_;
 };
 

@@ -20,7 +20,10 @@ constexpr Box At(const Point& place, const Size& size) {
 
 }  // namespace
 
-frmMain::frmMain(Platform& platform) : Form(platform.desktop, "frmMain"), platform_(platform) {
+frmMain::frmMain(Platform& platform, bool debugLog)
+    : Form(platform.desktop, "frmMain"),
+      platform_(platform),
+      log_(platform.files, ProgramFolder(), debugLog) {
   platform_.pictures.Prepare(frmSplash::PictureId(desktop()));
   Design = {8790, 5430};
   Border = BorderStyle::kFixedSingle;

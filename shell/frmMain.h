@@ -32,7 +32,8 @@ namespace marl {
 /// frmMain_Load.cpp; what a press and the menu entries do, in frmMain_Commands.cpp.
 class frmMain : public Form, public HookedForm {
  public:
-  explicit frmMain(Platform& platform);
+  /// `debugLog`: the debug log is written.
+  explicit frmMain(Platform& platform, bool debugLog = kDebugLog);
 
   // State of the main form for its whole life.
   int ClientHeight = 0;           ///< wanted inner height, in twips
@@ -189,7 +190,7 @@ class frmMain : public Form, public HookedForm {
   modMarl hook_{platform_.hooks, platform_.tray, *this};
   std::unique_ptr<PopupMenu> m_cPopupMenu;
   std::vector<std::unique_ptr<Menu>> menuBar_;  ///< in the order of the design
-  modLogging log_{platform_.files, ProgramFolder()};
+  modLogging log_;
   bool settingsRead_ = false;  ///< what the exit sequence saves has been read
   bool QaBusy = false;
   bool CommentReportBusy = false;

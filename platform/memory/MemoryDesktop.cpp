@@ -82,10 +82,12 @@ void MemoryPeer::Close() {
   closed_ = true;
   std::erase(desktop_.peers_, this);
   const auto owned = [this](const MemoryPeer* peer) { return peer->owner_ == &form_; };
-  auto& peers = desktop_.peers_;
-  for (auto it = peers.begin();
-       (it = std::find_if(peers.begin(), peers.end(), owned)) != peers.end();) {
-    (*it)->Destroy();
+  const auto& peers = desktop_.peers_;
+  for (;;) {
+    const auto next = std::find_if(peers.begin(), peers.end(), owned);
+    if (next == peers.end()) break;
+    (*next)->owner_ = nullptr;  // once, even if its form is busy with its own unload
+    (*next)->Destroy();
   }
   if (desktop_.foreground == &form_) desktop_.foreground = nullptr;
   std::erase_if(desktop_.offers, [this](const auto& offer) { return offer.form == &form_; });

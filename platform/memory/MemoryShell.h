@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -21,6 +22,7 @@ class MemoryShell : public Shell {
     bool operator==(const Started&) const = default;
   };
 
+  std::function<void(const Started&)> whenStarted;  ///< hears of each start
   std::vector<Started> started;
   int executeCode = 42;
   Text browser;  ///< what is associated with every type
@@ -39,6 +41,7 @@ class MemoryShell : public Shell {
   int Execute(ShellOwner owner, TextView verb, TextView file, TextView parameters,
               TextView directory, int show) override {
     started.push_back({owner, Text(verb), Text(file), Text(parameters), Text(directory), show});
+    if (whenStarted) whenStarted(started.back());
     return executeCode;
   }
   int FindProgram(TextView file, TextView, Text& program) override {

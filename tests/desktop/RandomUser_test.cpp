@@ -4,13 +4,15 @@
 #include "tests/desktop/Switchboard.h"
 
 // A user without a plan on the real program: clicks, keys, shortcuts, whatever window is in front.
-// The program neither crashes nor hangs nor stays behind in a dialog, and ends as it is told.
+// The program neither crashes nor hangs nor stays behind in a dialog, and ends wherever he leaves
+// it.
 
 namespace marl::desktop {
 
 namespace {
 
 constexpr int kUsualActs = 400;
+constexpr int kActsToALeave = 40;
 
 /// A number of the environment, for a longer look.
 int NumberFrom(const wchar_t* name, int otherwise) {
@@ -68,6 +70,29 @@ class RandomUser : public SwitchboardTest {
     }
   }
 
+  /// Leaves the program, whatever stands on the screen: by the tray's menu, by a close of the main
+  /// window, or by the end of the session. It has to end, and to have saved.
+  void LeaveNow() {
+    const HWND main = marl->Window();
+    if (!main) return;
+    // While a menu is open the tray shows none.
+    const int way = MenuOnScreen() ? Below(2) : Below(3);
+    static constexpr const char* kWays[] = {"close", "end of session", "exit in the tray"};
+    last_.push_back(std::string("leave by ") + kWays[way]);
+    settings.Set(L"Left", L"not saved");
+    if (way == 0) {
+      PostMessageW(main, WM_CLOSE, 0, 0);
+    } else if (way == 1) {
+      DWORD_PTR answer = 0;
+      SendMessageTimeoutW(main, WM_ENDSESSION, TRUE, 0, SMTO_NORMAL, 10000, &answer);
+    } else {
+      ASSERT_TRUE(ChooseExitInTheTray(main)) << History();
+    }
+    ASSERT_EQ(marl->WaitForExit(), 0u) << History();
+    ASSERT_NE(settings.Get(L"Left"), L"not saved") << History();
+    ++leaves;
+  }
+
   /// Does that many things, and starts the program again whenever it was ended.
   void Use(int acts);
   /// Leaves all dialogs: Esc leads out of each, and of a menu.
@@ -81,7 +106,9 @@ class RandomUser : public SwitchboardTest {
 
   const SuiteFolder suite;
   std::unique_ptr<RunningMarl> marl;
-  int ends = 0;  ///< how often he has ended the program
+  int ends = 0;  ///< how often the program was found ended
+  bool leavesAnywhere = true;
+  int leaves = 0;  ///< how often he has left it on purpose, wherever he was
 
  private:
   struct Search {
@@ -124,6 +151,11 @@ void RandomUser::Use(int acts) {
       ASSERT_FALSE(marl->Running()) << "no window takes input " << History();
       continue;
     }
+    if (leavesAnywhere && Below(kActsToALeave) == 0) {
+      LeaveNow();
+      if (HasFatalFailure()) return;
+      continue;
+    }
     BringForward(window);
     last_.push_back(ToUtf8(TextOf(window)) + ": " + Act(window));
     if (last_.size() > 15) last_.erase(last_.begin());
@@ -155,6 +187,9 @@ TEST_F(RandomUser, LeavesAProgramThatWorksAndEnds) {
   ASSERT_TRUE(marl->WaitForWindow());
   const int acts = kUsualActs * NumberFrom(L"MARL_ROUNDS", 1);
   Use(acts / 2);
+  // Leaks show in a program that goes on.
+  leavesAnywhere = false;
+  Use(1);
   ASSERT_TRUE(LeaveDialogs()) << History();
   const int endsBefore = ends;
   const std::size_t handles = marl->Handles();
@@ -162,6 +197,8 @@ TEST_F(RandomUser, LeavesAProgramThatWorksAndEnds) {
   Use(acts / 2);
   ASSERT_TRUE(LeaveDialogs()) << History();
   RecordProperty("ends", ends);
+  RecordProperty("leaves", leaves);
+  EXPECT_GT(leaves, 0);
   if (!marl->Running()) {
     EXPECT_EQ(marl->WaitForExit(), 0u) << History();
     return;

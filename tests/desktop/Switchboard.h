@@ -40,6 +40,31 @@ class SwitchboardTest : public testing::Test {
     return testing::AssertionSuccess();
   }
 
+  /// The menu that is open, if any.
+  static HWND MenuOnScreen() {
+    const HWND menu = FindWindowW(L"#32768", nullptr);
+    return menu && IsWindowVisible(menu) ? menu : nullptr;
+  }
+  /// Opens the menu of the tray's icon, by the message that the shell sends, and clicks its last
+  /// item, Exit. (Real clicks on the icon are in the tests of the tray.)
+  static testing::AssertionResult ChooseExitInTheTray(HWND main) {
+    PostMessageW(main, RegisterWindowMessageW(L"msgMarlMenu"), 0, WM_RBUTTONUP);
+    HWND menu = nullptr;
+    const bool open = WaitUntil([&] {
+      menu = MenuOnScreen();
+      GUITHREADINFO thread = {};
+      thread.cbSize = sizeof thread;
+      return menu && GetGUIThreadInfo(GetWindowThreadProcessId(main, nullptr), &thread) &&
+             thread.hwndCapture;
+    });
+    if (!open) return testing::AssertionFailure() << "there is no menu";
+    RECT area = {};
+    GetWindowRect(menu, &area);
+    constexpr int kItems = 18;
+    Click((area.left + area.right) / 2, area.bottom - (area.bottom - area.top) / (2 * kItems));
+    return testing::AssertionSuccess();
+  }
+
   /// Another program tells Marl the project.
   static bool Tell(const std::wstring& project) {
     DdeClient client(DdeClient::Kind::kWide);

@@ -1,9 +1,10 @@
 // A user without a plan: clicks, keys, menu commands, tray messages, commands of other programs and
-// answers in dialogs, chosen by fixed seeds. Whatever he does, the program neither fails nor stays
-// behind in a dialog, and leaks nothing.
+// answers in dialogs, chosen by fixed seeds. Whatever he does, and wherever he leaves the program,
+// it neither fails nor stays behind in a dialog, saves what it has to once, and leaks nothing.
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "platform/forms/CommonControls.h"
@@ -35,14 +36,15 @@ class RandomUser {
     EXPECT_EQ(world.registry.OpenKeys(), 0u) << History();
     EXPECT_EQ(world.files.OpenFiles(), 0) << History();
     if (world.desktop.ended() || !world.main().loaded()) {
-      EXPECT_EQ(world.desktop.exitCode(), 0)
-          << Narrow(world.desktop.messages.back().text) << History();
+      ExpectLeft();
       ++exits_;
       StartAgain();
     }
   }
 
   int exits() const { return exits_; }
+  /// How often he left from within a dialog, a message, a search or a call.
+  int exitsInside() const { return exitsInside_; }
   std::size_t dialogs() const { return dialogs_; }
 
  private:
@@ -54,6 +56,43 @@ class RandomUser {
   }
 
   static std::string Narrow(const Text& text) { return {text.begin(), text.end()}; }
+  /// The program has gone, with all that it showed, and has saved once.
+  void ExpectLeft() {
+    SuiteWorld& world = *world_;
+    const auto& messages = world.desktop.messages;
+    EXPECT_EQ(world.desktop.exitCode(), 0)
+        << (messages.empty() ? "" : Narrow(messages.back().text)) << History();
+    EXPECT_TRUE(world.desktop.forms().empty()) << History();
+    EXPECT_TRUE(world.tray.icons.empty()) << History();
+    EXPECT_TRUE(world.hooks.listeners.empty()) << History();
+    EXPECT_EQ(world.components.live, 0) << History();
+    const auto& writes = world.settings.writes;
+    EXPECT_EQ(std::count_if(writes.begin(), writes.end(),
+                            [](const auto& write) { return write.key == u"Left"; }),
+              1)
+        << History();
+  }
+
+  /// Leaves the program from where it is, now and then. True when he did.
+  bool LeavesHere(const char* where, int oneIn = 100) {
+    if (world_->desktop.ended() || !Sometimes(oneIn)) return false;
+    last_.push_back(std::string("leave:") + where);
+    Leave(Below(3));
+    EXPECT_TRUE(world_->desktop.ended()) << History();
+    ++exitsInside_;
+    return true;
+  }
+  void Leave(int way) {
+    SuiteWorld& world = *world_;
+    MemoryDesktop& desktop = world.desktop;
+    if (way == 0) return desktop.Event([&] { world.main().UserClose(); });
+    if (way == 1) return desktop.Event([&] { desktop.Leave(); });
+    world.tray.choice = kExit + 1;
+    desktop.Event([&] {
+      world.hooks.Send(world.main().hWnd(), world.hooks.NumberOf("msgMarlMenu"), 0, 0x205);
+    });
+  }
+
   std::string History() const {
     std::string history = "\nafter:";
     for (const std::string& act : last_) history += ' ' + act;
@@ -96,31 +135,55 @@ class RandomUser {
 
   /// The same machine and user, with the program ended and started anew.
   void StartAgain() {
-    auto next = std::make_unique<SuiteWorld>();
-    next->settings = world_->settings;
-    next->files.Put(u"C:\\Project\\p.qpr", kProject);
-    next->files.Put(u"C:\\Project\\en\\a.htm", "text");
-    world_ = std::move(next);
-    Arrange();
-    // He may have chosen that the wizard comes up instead.
-    world_->process.commandLine = u"nw";
-    world_->Start();
-    EXPECT_FALSE(world_->desktop.ended()) << History();
+    bool gone = false;
+    do {
+      auto next = std::make_unique<SuiteWorld>();
+      next->settings = world_->settings;
+      next->settings.writes.clear();
+      next->files.Put(u"C:\\Project\\p.qpr", kProject);
+      next->files.Put(u"C:\\Project\\en\\a.htm", "text");
+      world_ = std::move(next);
+      Arrange();
+      // He may have chosen that the wizard comes up instead.
+      world_->process.commandLine = u"nw";
+      const bool leaves = Sometimes(10);
+      if (leaves) {
+        world_->desktop.posted.push_back([this] {
+          last_.push_back("leave:splash");
+          Leave(Below(2));
+        });
+      }
+      world_->Start();
+      EXPECT_EQ(world_->desktop.ended(), leaves) << History();
+      gone = world_->desktop.ended();
+      if (gone) {
+        ExpectLeft();
+        ++exitsInside_;
+      }
+    } while (gone && !testing::Test::HasFailure());
   }
 
   void Arrange() {
     MemoryDesktop& desktop = world_->desktop;
     desktop.whenAnyModal = [this](Form& form) { Use(form); };
     desktop.answer = [this](const MemoryDesktop::Message& message) {
+      LeavesHere("message");
       if (message.flags & kYesNo) return Sometimes(2) ? int{kAnswerYes} : int{kAnswerNo};
       return int{kAnswerOk};
     };
+    world_->components.registered[u"Marl.ReplaceComponent"] =
+        [this](const Text&, std::vector<ComponentValue>&, ComponentValue&, Text&) {
+          LeavesHere("component", 5);
+          return true;
+        };
     world_->fileDialogs.whenShown = [this](Text& path) {
+      LeavesHere("file-dialog");
       if (Sometimes(3)) return FileDialogResult::kCancelled;
       path = AnyText();
       return FileDialogResult::kChosen;
     };
     world_->colorDialog.whenShown = [this](Color& color) {
+      LeavesHere("color-dialog");
       color = Below(0x1000000);
       return !Sometimes(3);
     };
@@ -133,6 +196,7 @@ class RandomUser {
     if (++depth_ <= 4) {
       for (int acts = Below(12); acts > 0 && form.Visible() && form.loaded(); --acts) {
         world_->desktop.Event([&] { Touch(form); });
+        if (LeavesHere(form.name().c_str(), 200)) break;
       }
     }
     --depth_;
@@ -211,7 +275,7 @@ class RandomUser {
     SuiteWorld& world = *world_;
     frmMain& main = world.main();
     MemoryDesktop& desktop = world.desktop;
-    switch (Below(12)) {
+    switch (Below(13)) {
       case 0:
       case 1: {
         const auto x = static_cast<float>(Below(12000) - 500);
@@ -275,6 +339,11 @@ class RandomUser {
         return "command";
       }
       case 9: desktop.Advance(Below(400)); return "wait";
+      case 12:
+        // Waits for him in the next search of a folder.
+        desktop.posted.push_back([this] { LeavesHere("search", 10); });
+        desktop.Event([&] { main.mnuProjectClean(); });
+        return "clean";
       case 10: {
         desktop.cursor = {Below(1024), Below(768)};
         desktop.foreground = Sometimes(3) ? nullptr : &main;
@@ -296,6 +365,7 @@ class RandomUser {
   std::size_t dialogs_ = 0;
   int depth_ = 0;
   int exits_ = 0;
+  int exitsInside_ = 0;
 };
 
 }  // namespace
@@ -307,6 +377,7 @@ TEST_P(AnHour, OfRandomActsLeavesTheProgramSound) {
   RandomUser user(GetParam());
   for (int act = 0; act < 10000 && !testing::Test::HasFailure(); ++act) user.Act();
   EXPECT_GT(user.dialogs(), 20u);
+  EXPECT_GT(user.exitsInside(), 20);
 }
 
 INSTANTIATE_TEST_SUITE_P(Users, AnHour, testing::Values(1u, 20061u, 77777u, 4000000007u));

@@ -32,6 +32,14 @@ void Record(const std::wstring& call) {
   CloseHandle(file);
 }
 
+/// A tool that is at work, with a message loop of its own, until the process ends.
+void RunMessages() {
+  for (MSG message; GetMessageW(&message, nullptr, 0, 0) > 0;) {
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+
 /// The text that the registry holds for a class.
 std::wstring NameOf(REFCLSID id) {
   wchar_t key[64] = L"CLSID\\";
@@ -112,6 +120,7 @@ class Component : public Counted<IDispatch> {
     }
     call += L')';
     Record(call);
+    if (GetEnvironmentVariableW(L"MARL_COMPONENT_STAYS", nullptr, 0) > 0) RunMessages();
     if (call.find(L"refused") == std::wstring::npos) return S_OK;
     if (exception) exception->bstrDescription = SysAllocString(kDescription);
     return DISP_E_EXCEPTION;
