@@ -3,6 +3,7 @@
 #include <array>
 
 #include "platform/RuntimeError.h"
+#include "support/Buttons.h"
 #include "support/Drawing.h"
 
 namespace marl {
@@ -10,13 +11,14 @@ namespace marl {
 namespace {
 
 constexpr int kSets = 4;
-constexpr int kButtons = 18;
 constexpr std::array<int, 3> kStripSizes = {48, 72, 96};
+
+static_assert(MARL_STRIP_PICTURES == kButtonCount, "each button has a picture in the strips");
 
 }  // namespace
 
 PicturePtr IconSets::Image(int set, int number, int size) {
-  if (set < 0 || set >= kSets || number < 1 || number > 2 * kButtons) {
+  if (set < 0 || set >= kSets || number < 1 || number > 2 * kButtonCount) {
     throw RuntimeError::SubscriptOutOfRange();
   }
   if (set != set_ || size != size_) Cut(set, size);
@@ -33,7 +35,7 @@ void IconSets::Cut(int set, int size) {
   const PicturePtr strip = pictures_.Load(MARL_PICTURE_SET0_48 + set * 3 + static_cast<int>(k));
   if (!strip || size <= 0) return;
   for (int row = 0; row < 2; ++row) {
-    for (int column = 0; column < kButtons; ++column) {
+    for (int column = 0; column < kButtonCount; ++column) {
       Picture image = CutOut(*strip, column * drawn, row * drawn, drawn, drawn);
       if (size != drawn) image = Scaled(image, size, size);
       images_.push_back(std::make_shared<const Picture>(std::move(image)));

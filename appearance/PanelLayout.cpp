@@ -27,12 +27,12 @@ PanelCell CellAt(std::int32_t k, std::int32_t columns) {
 }
 
 PanelLayout ArrangePanel(const DisplayOrder& order, std::int32_t columns,
-                         std::array<LabelPlace, kPanelButtons> labels) {
+                         std::array<LabelPlace, kButtonCount> labels) {
   PanelLayout layout;
   std::int32_t cell = -1;
   for (std::size_t p = 0; p < order.size(); ++p) {
     const std::int32_t button = order[p].button;
-    if (button < 0 || button >= kPanelButtons) throw RuntimeError::SubscriptOutOfRange();
+    if (button < 0 || button >= kButtonCount) throw RuntimeError::SubscriptOutOfRange();
     LabelPlace& label = labels[static_cast<std::size_t>(button)];
     if (label.visible) layout.oldBottom = std::max(layout.oldBottom, label.top);
 
@@ -58,19 +58,15 @@ Box Grown(const Box& bounds, const Size& growth) {
           Checked(std::int64_t{bounds.height} + growth.height)};
 }
 
-std::int32_t HeightForInner(std::int32_t wanted, std::int32_t inner, std::int32_t outer) {
-  return Checked(std::int64_t{wanted} - inner + outer);
-}
-
 bool OverForm(float x, float y, const Size& outer, bool inForeground) {
   return x >= 0 && double{x} <= outer.width && y >= 0 && double{y} <= outer.height && inForeground;
 }
 
-int ButtonAt(const std::array<HitArea, kPanelButtons>& areas, float x, float y) {
+int ButtonAt(const std::array<HitArea, kButtonCount>& areas, float x, float y) {
   const auto within = [](double position, std::int32_t start, std::int32_t length) {
     return position >= start && position <= static_cast<double>(start) + length;
   };
-  for (int i = 0; i < kPanelButtons; ++i) {
+  for (int i = 0; i < kButtonCount; ++i) {
     const HitArea& area = areas[static_cast<std::size_t>(i)];
     if (area.pictureVisible && within(x, area.frame.left, area.frame.width) &&
         within(y, area.frame.top, area.frame.height)) {

@@ -8,8 +8,6 @@
 
 namespace marl {
 
-inline constexpr int kPanelButtons = static_cast<int>(std::tuple_size_v<DisplayOrder>);
-
 /// Twips from one column, or row, of the panel to the next.
 inline constexpr std::int32_t kColumnPitch = 1740;
 inline constexpr std::int32_t kRowPitch = 1260;
@@ -42,9 +40,9 @@ struct PanelStep {
   bool operator==(const PanelStep&) const = default;
 };
 
-/// The panel arranged: 18 steps to take in this order, and the lowest label before and after.
+/// The panel arranged: the steps to take in this order, and the lowest label before and after.
 struct PanelLayout {
-  std::array<PanelStep, kPanelButtons> steps;
+  std::array<PanelStep, kButtonCount> steps;
   std::int32_t oldBottom = 0;
   std::int32_t newBottom = 0;
 };
@@ -53,7 +51,7 @@ struct PanelLayout {
 /// its second visit finds it where the first one left it. Throws "Subscript out of range" for a
 /// button that does not exist and "Division by zero" for no columns.
 PanelLayout ArrangePanel(const DisplayOrder& order, std::int32_t columns,
-                         std::array<LabelPlace, kPanelButtons> labels);
+                         std::array<LabelPlace, kButtonCount> labels);
 
 /// How much wider and higher the form becomes, in twips, when the panel goes from `oldColumns` to
 /// `newColumns` with this layout. Throws "Overflow" beyond 32 bits.
@@ -61,9 +59,6 @@ Size PanelGrowth(const PanelLayout& layout, std::int32_t oldColumns, std::int32_
 
 /// The form's place after it has grown: left and top stay. Throws "Overflow" beyond 32 bits.
 Box Grown(const Box& bounds, const Size& growth);
-
-/// The outer height that gives a form the inner height `wanted`. Throws "Overflow" beyond 32 bits.
-std::int32_t HeightForInner(std::int32_t wanted, std::int32_t inner, std::int32_t outer);
 
 /// A button as the mouse meets it.
 struct HitArea {
@@ -77,12 +72,15 @@ bool OverForm(float x, float y, const Size& outer, bool inForeground);
 
 /// The first button, in button order, whose frame holds the position (edges included) and whose
 /// picture is visible; -1 if there is none.
-int ButtonAt(const std::array<HitArea, kPanelButtons>& areas, float x, float y);
+int ButtonAt(const std::array<HitArea, kButtonCount>& areas, float x, float y);
 
-/// Number of a button's normal picture in its icon set, from 1.
-constexpr int DullImage(int button, int twoStateOffset) { return twoStateOffset + button + 1; }
-/// Number of its highlighted picture, whether two-state icons are on or off.
-constexpr int BrightImage(int button) { return kPanelButtons + button + 1; }
+/// Number of a button's highlighted picture in its icon set, from 1: they stand behind the dull
+/// ones.
+constexpr int BrightImage(int button) { return kButtonCount + button + 1; }
+/// Number of its normal picture: the dull one where two-state icons are on.
+constexpr int DullImage(int button, bool twoState) {
+  return twoState ? button + 1 : BrightImage(button);
+}
 
 /// One line of the bevel, in twips.
 struct BevelLine {

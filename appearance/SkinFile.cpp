@@ -1,5 +1,7 @@
 #include "appearance/SkinFile.h"
 
+#include <algorithm>
+
 #include "documents/clsXMLEngine.h"
 #include "documents/clsXMLTag.h"
 #include "platform/RuntimeError.h"
@@ -7,56 +9,13 @@
 namespace marl {
 namespace {
 
-struct NumberParameter {
-  TextView name;
-  SkinParameter parameter;
-  std::int32_t SkinSettings::*field;
-};
-struct TextParameter {
-  TextView name;
-  SkinParameter parameter;
-  Text SkinSettings::*field;
-};
-
-// In the order of the file.
-constexpr NumberParameter kNumbers[] = {
-    {u"colour1", SkinParameter::colour1, &SkinSettings::Color1},
-    {u"colour2", SkinParameter::colour2, &SkinSettings::Color2},
-    {u"angle", SkinParameter::angle, &SkinSettings::Angle},
-    {u"text1", SkinParameter::text1, &SkinSettings::Text1},
-    {u"text2", SkinParameter::text2, &SkinSettings::Text2},
-    {u"border1", SkinParameter::border1, &SkinSettings::Border1},
-    {u"border2", SkinParameter::border2, &SkinSettings::Border2},
-    {u"borderwidth", SkinParameter::borderwidth, &SkinSettings::BorderWidth},
-    {u"icons", SkinParameter::icons, &SkinSettings::Icons},
-    {u"twostate", SkinParameter::twostate, &SkinSettings::TwoStateOffset},
-    {u"iconsperrow", SkinParameter::iconsperrow, &SkinSettings::IconsPerRow},
-};
-constexpr TextParameter kTexts[] = {
-    {u"font1", SkinParameter::font1, &SkinSettings::Font1},
-    {u"font2", SkinParameter::font2, &SkinSettings::Font2},
-    {u"displayicons", SkinParameter::displayicons, &SkinSettings::DisplayIcons},
-};
-
-std::int32_t Normal(SkinParameter parameter, std::int32_t number) {
-  switch (parameter) {
-    case SkinParameter::borderwidth: return NormalBorderWidth(number);
-    case SkinParameter::icons: return NormalIcons(number);
-    case SkinParameter::twostate: return NormalTwoState(number);
-    default: return number;
-  }
-}
-
 void Dispatch(TextView name, TextView value, SkinTarget& target, const NumberFormat& format) {
-  if (IsNumeric(value, format)) {
-    const std::int32_t number = CLng(value, format);
-    for (const NumberParameter& known : kNumbers) {
-      if (known.name == name) target.SetNumber(known.parameter, Normal(known.parameter, number));
-    }
-  } else {
-    for (const TextParameter& known : kTexts) {
-      if (known.name == name) target.SetText(known.parameter, value);
-    }
+  const bool numeric = IsNumeric(value, format);
+  const std::int32_t number = numeric ? CLng(value, format) : 0;
+  for (const SkinParameter& known : kSkinParameters) {
+    if (known.name != name) continue;
+    if (numeric && known.number) target.SetNumber(known.number, known.normal(number));
+    if (!numeric && known.text) target.SetText(known.text, value);
   }
 }
 
@@ -107,12 +66,12 @@ void SaveSkinFile(modUTF8& writer, TextView path, const SkinSettings& skin) {
   Skip([&] { writer.OpenUTF8File(path, false); });
   write(0, u"<?xml version=\"1.0\"?>");
   write(0, u"<marlskin>");
-  for (const NumberParameter& known : kNumbers) {
-    const std::int32_t number = skin.*known.field;
-    write(kParameter, ParameterLine(known.name, NumberText(number)));
-  }
-  for (const TextParameter& known : kTexts) {
-    write(kParameter, ParameterLine(known.name, XMLEscape(skin.*known.field)));
+  for (int line = 0; line < static_cast<int>(kSkinParameterCount); ++line) {
+    const auto known = std::find_if(kSkinParameters.begin(), kSkinParameters.end(),
+                                    [&](const SkinParameter& one) { return one.line == line; });
+    if (known == kSkinParameters.end()) continue;
+    write(kParameter, ParameterLine(known->name, known->number ? NumberText(skin.*known->number)
+                                                               : XMLEscape(skin.*known->text)));
   }
   write(0, u"</marlskin>");
   Skip([&] { writer.CloseUTF8File(); });

@@ -10,31 +10,13 @@
 
 namespace marl {
 
-/// The parameters by the names that a skin file gives them, in the order in which it is written.
-enum class SkinParameter {
-  colour1,
-  colour2,
-  angle,
-  text1,
-  text2,
-  border1,
-  border2,
-  borderwidth,  ///< 1 or 2
-  icons,        ///< 0 to 3
-  twostate,     ///< 0 or 18
-  iconsperrow,  ///< any number
-  font1,        ///< this and the next two are texts
-  font2,
-  displayicons,
-};
-
 /// What a skin is loaded into. A `RuntimeError` refuses one value and is dropped: the target keeps
 /// its state, the other parameters are still read.
 class SkinTarget {
  public:
   virtual ~SkinTarget() = default;
-  virtual void SetNumber(SkinParameter parameter, std::int32_t number) = 0;
-  virtual void SetText(SkinParameter parameter, TextView text) = 0;
+  virtual void SetNumber(std::int32_t SkinSettings::*field, std::int32_t number) = 0;
+  virtual void SetText(Text SkinSettings::*field, TextView text) = 0;
 };
 
 /// The folder of the skins below the program's folder. Makes it when it is missing; failing that

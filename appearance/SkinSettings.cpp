@@ -1,39 +1,18 @@
 #include "appearance/SkinSettings.h"
 
+#include <algorithm>
+
 #include "platform/RuntimeError.h"
 #include "settings/cRegistry.h"
 
 namespace marl {
 namespace {
 
-struct NumberValue {
-  TextView name;
-  std::int32_t SkinSettings::*field;
-};
-struct TextValue {
-  TextView name;
-  Text SkinSettings::*field;
-};
-
-// In the order in which the values are read and written.
-constexpr NumberValue kNumbers[] = {
-    {u"Angle", &SkinSettings::Angle},
-    {u"Color1", &SkinSettings::Color1},
-    {u"Color2", &SkinSettings::Color2},
-    {u"Border1", &SkinSettings::Border1},
-    {u"Border2", &SkinSettings::Border2},
-    {u"BorderWidth", &SkinSettings::BorderWidth},
-    {u"Text1", &SkinSettings::Text1},
-    {u"Text2", &SkinSettings::Text2},
-    {u"Icons", &SkinSettings::Icons},
-    {u"TwoState", &SkinSettings::TwoStateOffset},
-    {u"IconsPerRow", &SkinSettings::IconsPerRow},
-};
-constexpr TextValue kTexts[] = {
-    {u"Font1", &SkinSettings::Font1},
-    {u"Font2", &SkinSettings::Font2},
-    {u"DisplayIcons", &SkinSettings::DisplayIcons},
-};
+std::int32_t Any(std::int32_t stored) { return stored; }
+// What is no set is the second one, which is not the default.
+std::int32_t NormalIcons(std::int32_t stored) { return stored < 0 || stored > 3 ? 1 : stored; }
+std::int32_t NormalBorderWidth(std::int32_t stored) { return stored == 1 ? 1 : 2; }
+std::int32_t NormalTwoState(std::int32_t stored) { return stored == 0 ? 0 : kTwoStateOff; }
 
 /// What a value of any kind gives where a 32-bit integer is wanted.
 std::int32_t ToNumber(const RegistryValue& value, const NumberFormat& format) {
@@ -54,26 +33,39 @@ cRegistry OpenSkin(RegistryStore& store) {
 
 }  // namespace
 
-std::int32_t NormalIcons(std::int32_t stored) { return stored < 0 || stored > 3 ? 1 : stored; }
-
-std::int32_t NormalBorderWidth(std::int32_t stored) { return stored == 1 ? 1 : 2; }
-
-std::int32_t NormalTwoState(std::int32_t stored) { return stored == 0 ? 0 : 18; }
+// clang-format off
+const std::array<SkinParameter, kSkinParameterCount> kSkinParameters = {{
+    {u"Angle",        u"angle",        2, &SkinSettings::Angle,          nullptr, Any},
+    {u"Color1",       u"colour1",      0, &SkinSettings::Color1,         nullptr, Any},
+    {u"Color2",       u"colour2",      1, &SkinSettings::Color2,         nullptr, Any},
+    {u"Border1",      u"border1",      5, &SkinSettings::Border1,        nullptr, Any},
+    {u"Border2",      u"border2",      6, &SkinSettings::Border2,        nullptr, Any},
+    {u"BorderWidth",  u"borderwidth",  7, &SkinSettings::BorderWidth,    nullptr, NormalBorderWidth},
+    {u"Text1",        u"text1",        3, &SkinSettings::Text1,          nullptr, Any},
+    {u"Text2",        u"text2",        4, &SkinSettings::Text2,          nullptr, Any},
+    {u"Icons",        u"icons",        8, &SkinSettings::Icons,          nullptr, NormalIcons},
+    {u"TwoState",     u"twostate",     9, &SkinSettings::TwoStateOffset, nullptr, NormalTwoState},
+    {u"IconsPerRow",  u"iconsperrow", 10, &SkinSettings::IconsPerRow,    nullptr, Any},
+    {u"Font1",        u"font1",       11, nullptr, &SkinSettings::Font1,          nullptr},
+    {u"Font2",        u"font2",       12, nullptr, &SkinSettings::Font2,          nullptr},
+    {u"DisplayIcons", u"displayicons",13, nullptr, &SkinSettings::DisplayIcons,   nullptr},
+}};
+// clang-format on
 
 SkinSettings ReadSkinValues(RegistryStore& store, const SkinSettings& defaults,
                             const NumberFormat& format) {
   SkinSettings skin = defaults;
   cRegistry registry = OpenSkin(store);
-  for (const NumberValue& value : kNumbers) {
-    registry.Default = skin.*value.field;
-    registry.ValueKey = value.name;
-    skin.*value.field = ToNumber(registry.Value(), format);
-  }
-  registry.valueType = kRegSz;
-  for (const TextValue& value : kTexts) {
-    registry.Default = skin.*value.field;
-    registry.ValueKey = value.name;
-    skin.*value.field = RegistryText(registry.Value());
+  for (const SkinParameter& parameter : kSkinParameters) {
+    registry.ValueKey = parameter.value;
+    if (parameter.number) {
+      registry.Default = skin.*parameter.number;
+      skin.*parameter.number = ToNumber(registry.Value(), format);
+    } else {
+      registry.valueType = kRegSz;
+      registry.Default = skin.*parameter.text;
+      skin.*parameter.text = RegistryText(registry.Value());
+    }
   }
   return skin;
 }
@@ -82,42 +74,55 @@ SkinSettings ReadSkin(RegistryStore& store, std::int32_t iconsPerRow, const Numb
   SkinSettings defaults;
   defaults.IconsPerRow = iconsPerRow;
   SkinSettings skin = ReadSkinValues(store, defaults, format);
-  skin.BorderWidth = NormalBorderWidth(skin.BorderWidth);
-  skin.Icons = NormalIcons(skin.Icons);
-  skin.TwoStateOffset = NormalTwoState(skin.TwoStateOffset);
+  for (const SkinParameter& parameter : kSkinParameters) {
+    if (parameter.number) skin.*parameter.number = parameter.normal(skin.*parameter.number);
+  }
   return skin;
 }
 
 void WriteSkin(RegistryStore& store, const SkinSettings& skin) {
   cRegistry registry = OpenSkin(store);
-  for (const NumberValue& value : kNumbers) {
-    registry.ValueKey = value.name;
-    registry.Value(skin.*value.field);
-  }
-  registry.valueType = kRegSz;
-  for (const TextValue& value : kTexts) {
-    registry.ValueKey = value.name;
-    registry.Value(skin.*value.field);
+  for (const SkinParameter& parameter : kSkinParameters) {
+    registry.ValueKey = parameter.value;
+    if (parameter.number) {
+      registry.Value(skin.*parameter.number);
+    } else {
+      registry.valueType = kRegSz;
+      registry.Value(skin.*parameter.text);
+    }
   }
 }
 
-DisplayOrder ParseDisplayIcons(TextView displayIcons, const NumberFormat& format) {
-  DisplayOrder order;
+std::vector<DisplayPosition> SplitDisplayIcons(TextView displayIcons, std::size_t most,
+                                               const NumberFormat& format) {
+  std::vector<DisplayPosition> order;
   // An empty text has no entry at all, not an empty one.
   bool more = !displayIcons.empty();
-  for (DisplayPosition& position : order) {
-    if (!more) throw RuntimeError::SubscriptOutOfRange();
+  while (more && order.size() < most) {
     const std::size_t bar = displayIcons.find(u'|');
     const TextView entry = displayIcons.substr(0, bar);
     more = bar != TextView::npos;
     if (more) displayIcons.remove_prefix(bar + 1);
-    position.button = CLng(entry.substr(0, 2), format);
-    position.shown = CLng(entry.size() > 2 ? entry.substr(2) : TextView(), format);
+    order.push_back({CLng(entry.substr(0, 2), format),
+                     CLng(entry.size() > 2 ? entry.substr(2) : TextView(), format)});
   }
   return order;
 }
 
-Text FormatDisplayIcons(const DisplayOrder& order) {
+void CompleteOrder(std::vector<DisplayPosition>& order, std::size_t buttons) {
+  if (order.size() < kStoredPositions) throw RuntimeError::SubscriptOutOfRange();
+  while (order.size() < buttons) order.push_back({static_cast<std::int32_t>(order.size()), 1});
+}
+
+DisplayOrder ParseDisplayIcons(TextView displayIcons, const NumberFormat& format) {
+  std::vector<DisplayPosition> positions = SplitDisplayIcons(displayIcons, kButtonCount, format);
+  CompleteOrder(positions);
+  DisplayOrder order;
+  std::copy_n(positions.begin(), order.size(), order.begin());
+  return order;
+}
+
+Text FormatDisplayIcons(std::span<const DisplayPosition> order) {
   Text text;
   for (const DisplayPosition& position : order) {
     if (!text.empty()) text += u'|';

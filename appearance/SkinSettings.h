@@ -2,10 +2,13 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
+#include <vector>
 
 #include "platform/RegistryStore.h"
 #include "platform/Text.h"
 #include "platform/forms/Geometry.h"
+#include "support/Buttons.h"
 #include "support/Numbers.h"
 
 namespace marl {
@@ -21,7 +24,7 @@ struct SkinSettings {
   Color Text1 = Rgb(255, 255, 255);
   Color Text2 = Rgb(222, 181, 41);
   std::int32_t Icons = 0;           ///< icon set, 0 to 3
-  std::int32_t TwoStateOffset = 0;  ///< 0: two-state icons are on; 18: off
+  std::int32_t TwoStateOffset = 0;  ///< 0: two-state icons are on; `kTwoStateOff`: off
   std::int32_t IconsPerRow = 5;
   Text Font1 = u"Arial|10|b";  ///< font spec
   Text Font2 = u"Arial|10|bu";
@@ -35,12 +38,22 @@ struct SkinSettings {
 /// The key of the skin below HKEY_CURRENT_USER.
 inline constexpr TextView kSkinKey = u"Software\\Oru\\Marl\\GUI";
 
-/// Icon set of a stored number: what is not 0 to 3 is 1, which is not the default.
-std::int32_t NormalIcons(std::int32_t stored);
-/// Bevel thickness of a stored number: 1 stays, all else is 2.
-std::int32_t NormalBorderWidth(std::int32_t stored);
-/// Image offset of a stored number: 0 stays, all else is 18.
-std::int32_t NormalTwoState(std::int32_t stored);
+/// The stored number that switches two-state icons off.
+inline constexpr std::int32_t kTwoStateOff = 18;
+
+/// One of the fourteen parameters, for all who store or show them.
+struct SkinParameter {
+  TextView value;                      ///< name in the registry
+  TextView name;                       ///< name in a skin file
+  int line;                            ///< place among the parameters of a skin file, from 0
+  std::int32_t SkinSettings::*number;  ///< its field; null for a text
+  Text SkinSettings::*text;            ///< its field; null for a number
+  std::int32_t (*normal)(std::int32_t stored);  ///< what a stored number counts as
+};
+
+inline constexpr std::size_t kSkinParameterCount = 14;
+/// The parameters in the order in which the registry is read and written: numbers, then texts.
+extern const std::array<SkinParameter, kSkinParameterCount> kSkinParameters;
 
 /// Reads the fourteen values through one cRegistry; what is missing comes from `defaults`. Numbers
 /// come as they are stored. Throws "Type mismatch" or "Overflow" where a stored value is no 32-bit
@@ -65,14 +78,26 @@ struct DisplayPosition {
 };
 
 /// Position by position, which button stands there.
-using DisplayOrder = std::array<DisplayPosition, 18>;
+using DisplayOrder = std::array<DisplayPosition, kButtonCount>;
 
-/// Splits `DisplayIcons`; what comes after the 18th entry means nothing. Throws "Subscript out of
-/// range" when there are fewer, "Type mismatch" or "Overflow" when a part is no number. Which
-/// buttons there are is not checked.
+/// Entries that every stored order has, however many buttons a later program has.
+inline constexpr std::size_t kStoredPositions = 18;
+
+/// Reads the first `most` entries of `DisplayIcons`, or as many as there are; an empty text has
+/// none. Throws "Type mismatch" or "Overflow" when a part is no number. Which buttons there are is
+/// not checked.
+std::vector<DisplayPosition> SplitDisplayIcons(TextView displayIcons, std::size_t most,
+                                               const NumberFormat& format = {});
+
+/// Adds the buttons that an order of fewer buttons does not know, shown, behind it. Throws
+/// "Subscript out of range" for less than `kStoredPositions`: no program has stored that.
+void CompleteOrder(std::vector<DisplayPosition>& order, std::size_t buttons = kButtonCount);
+
+/// The order that the panel takes from `DisplayIcons`: complete, and what comes after the last
+/// button's entry means nothing. Throws as the two above.
 DisplayOrder ParseDisplayIcons(TextView displayIcons, const NumberFormat& format = {});
 
 /// The text of a display order in its normal form.
-Text FormatDisplayIcons(const DisplayOrder& order);
+Text FormatDisplayIcons(std::span<const DisplayPosition> order);
 
 }  // namespace marl

@@ -1,5 +1,6 @@
 #include "appearance/frmUI.h"
 
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -184,100 +185,95 @@ void frmUI::Localise() {
   }
 }
 
+const frmUI::NumberControl frmUI::kNumberControls[] = {
+    {&SkinSettings::Angle, [](const frmUI& form) { return form.hsbAngle.Value(); },
+     [](frmUI& form, std::int32_t number) {
+       // A direction that the bar refuses is shown all the same.
+       Skip([&] { form.hsbAngle.SetValue(number); });
+       form.lblAngleValue.SetCaption(NumberText(number));
+     }},
+    {&SkinSettings::Color1, [](const frmUI& form) { return form.shpColor(0).FillColor(); },
+     [](frmUI& form, std::int32_t number) { form.shpColor(0).SetFillColor(number); }},
+    {&SkinSettings::Color2, [](const frmUI& form) { return form.shpColor(1).FillColor(); },
+     [](frmUI& form, std::int32_t number) { form.shpColor(1).SetFillColor(number); }},
+    {&SkinSettings::Border1, [](const frmUI& form) { return form.shpColor(4).FillColor(); },
+     [](frmUI& form, std::int32_t number) { form.shpColor(4).SetFillColor(number); }},
+    {&SkinSettings::Border2, [](const frmUI& form) { return form.shpColor(5).FillColor(); },
+     [](frmUI& form, std::int32_t number) { form.shpColor(5).SetFillColor(number); }},
+    {&SkinSettings::BorderWidth,
+     [](const frmUI& form) { return form.chkThickBorder.Value() != 0 ? 2 : 1; },
+     [](frmUI& form, std::int32_t number) { form.chkThickBorder.SetValue(number == 1 ? 0 : 1); }},
+    {&SkinSettings::Text1, [](const frmUI& form) { return form.lblSample[0].ForeColor(); },
+     [](frmUI& form, std::int32_t number) { form.lblSample[0].SetForeColor(number); }},
+    {&SkinSettings::Text2, [](const frmUI& form) { return form.lblSample[1].ForeColor(); },
+     [](frmUI& form, std::int32_t number) { form.lblSample[1].SetForeColor(number); }},
+    {&SkinSettings::Icons, [](const frmUI& form) { return form.cmbIcons.ListIndex(); },
+     [](frmUI& form, std::int32_t number) { form.cmbIcons.SetListIndex(number); }},
+    {&SkinSettings::TwoStateOffset,
+     [](const frmUI& form) { return form.chkUseTwoState.Value() != 0 ? 0 : kTwoStateOff; },
+     [](frmUI& form, std::int32_t number) { form.chkUseTwoState.SetValue(number == 0 ? 1 : 0); }},
+    {&SkinSettings::IconsPerRow,
+     [](const frmUI& form) { return form.cmbIconsPerRow.ListIndex() + kFewestColumns; },
+     [](frmUI& form, std::int32_t number) {
+       // The list itself would take the index -1 for "none".
+       if (!IsColumns(number)) throw RuntimeError::InvalidPropertyValue();
+       form.cmbIconsPerRow.SetListIndex(number - kFewestColumns);
+     }},
+};
+
+const frmUI::TextControl frmUI::kTextControls[] = {
+    {&SkinSettings::Font1,
+     [](const frmUI& form) { return GetFontSpec(form.lblSample[0], form.numbers_); },
+     [](frmUI& form, TextView text) { ApplyFontSpec(form.lblSample[0], text, form.numbers_); }},
+    {&SkinSettings::Font2,
+     [](const frmUI& form) { return GetFontSpec(form.lblSample[1], form.numbers_); },
+     [](frmUI& form, TextView text) { ApplyFontSpec(form.lblSample[1], text, form.numbers_); }},
+    {&SkinSettings::DisplayIcons, [](const frmUI& form) { return form.GetDisplayIcons(); },
+     [](frmUI& form, TextView text) { form.SetDisplayIcons(text); }},
+};
+
 void frmUI::ShowSkin(const SkinSettings& skin) {
-  const auto number = [this](SkinParameter parameter, std::int32_t value) {
-    Skip([&] { SetNumber(parameter, value); });
-  };
-  const auto text = [this](SkinParameter parameter, TextView value) {
-    Skip([&] { SetText(parameter, value); });
-  };
-  number(SkinParameter::angle, skin.Angle);
-  number(SkinParameter::colour1, skin.Color1);
-  number(SkinParameter::colour2, skin.Color2);
-  number(SkinParameter::border1, skin.Border1);
-  number(SkinParameter::border2, skin.Border2);
-  number(SkinParameter::borderwidth, NormalBorderWidth(skin.BorderWidth));
-  number(SkinParameter::text1, skin.Text1);
-  number(SkinParameter::text2, skin.Text2);
-  number(SkinParameter::icons, NormalIcons(skin.Icons));
-  number(SkinParameter::twostate, NormalTwoState(skin.TwoStateOffset));
-  number(SkinParameter::iconsperrow, skin.IconsPerRow);
-  text(SkinParameter::font1, skin.Font1);
-  text(SkinParameter::font2, skin.Font2);
-  text(SkinParameter::displayicons, skin.DisplayIcons);
-}
-
-SkinSettings frmUI::Skin() const {
-  SkinSettings skin;
-  skin.Angle = hsbAngle.Value();
-  skin.Color1 = shpColor(0).FillColor();
-  skin.Color2 = shpColor(1).FillColor();
-  skin.Border1 = shpColor(4).FillColor();
-  skin.Border2 = shpColor(5).FillColor();
-  skin.BorderWidth = chkThickBorder.Value() != 0 ? 2 : 1;
-  skin.Text1 = lblSample[0].ForeColor();
-  skin.Text2 = lblSample[1].ForeColor();
-  skin.Icons = cmbIcons.ListIndex();
-  skin.TwoStateOffset = chkUseTwoState.Value() != 0 ? 0 : 18;
-  skin.IconsPerRow = cmbIconsPerRow.ListIndex() + kFewestColumns;
-  skin.Font1 = GetFontSpec(lblSample[0], numbers_);
-  skin.Font2 = GetFontSpec(lblSample[1], numbers_);
-  skin.DisplayIcons = GetDisplayIcons();
-  return skin;
-}
-
-void frmUI::SetNumber(SkinParameter parameter, std::int32_t number) {
-  switch (parameter) {
-    case SkinParameter::colour1: shpColor(0).SetFillColor(number); break;
-    case SkinParameter::colour2: shpColor(1).SetFillColor(number); break;
-    case SkinParameter::angle:
-      // A direction that the bar refuses is told all the same.
-      Skip([&] { hsbAngle.SetValue(number); });
-      lblAngleValue.SetCaption(NumberText(number));
-      break;
-    case SkinParameter::text1: lblSample[0].SetForeColor(number); break;
-    case SkinParameter::text2: lblSample[1].SetForeColor(number); break;
-    case SkinParameter::border1: shpColor(4).SetFillColor(number); break;
-    case SkinParameter::border2: shpColor(5).SetFillColor(number); break;
-    case SkinParameter::borderwidth: chkThickBorder.SetValue(number == 1 ? 0 : 1); break;
-    case SkinParameter::icons: cmbIcons.SetListIndex(number); break;
-    case SkinParameter::twostate: chkUseTwoState.SetValue(number == 0 ? 1 : 0); break;
-    case SkinParameter::iconsperrow:
-      // The list itself would take the index -1 for "none".
-      if (!IsColumns(number)) throw RuntimeError::InvalidPropertyValue();
-      cmbIconsPerRow.SetListIndex(number - kFewestColumns);
-      break;
-    default: break;
+  for (const SkinParameter& parameter : kSkinParameters) {
+    Skip([&] {
+      if (parameter.number) {
+        SetNumber(parameter.number, parameter.normal(skin.*parameter.number));
+      } else {
+        SetText(parameter.text, skin.*parameter.text);
+      }
+    });
   }
 }
 
-void frmUI::SetText(SkinParameter parameter, TextView text) {
-  switch (parameter) {
-    case SkinParameter::font1: ApplyFontSpec(lblSample[0], text, numbers_); break;
-    case SkinParameter::font2: ApplyFontSpec(lblSample[1], text, numbers_); break;
-    case SkinParameter::displayicons: SetDisplayIcons(text); break;
-    default: break;
+SkinSettings frmUI::Skin() const {
+  static_assert(std::size(kNumberControls) + std::size(kTextControls) == kSkinParameterCount);
+  SkinSettings skin;
+  for (const NumberControl& control : kNumberControls) skin.*control.field = control.get(*this);
+  for (const TextControl& control : kTextControls) skin.*control.field = control.get(*this);
+  return skin;
+}
+
+void frmUI::SetNumber(std::int32_t SkinSettings::*field, std::int32_t number) {
+  for (const NumberControl& control : kNumberControls) {
+    if (control.field == field) control.set(*this, number);
+  }
+}
+
+void frmUI::SetText(Text SkinSettings::*field, TextView text) {
+  for (const TextControl& control : kTextControls) {
+    if (control.field == field) control.set(*this, text);
   }
 }
 
 void frmUI::SetDisplayIcons(TextView text) {
   // The panel ends the program over an order that it cannot use, so none gets into the list.
-  std::vector<DisplayPosition> order;
-  for (bool more = !text.empty(); more;) {
-    const std::size_t bar = text.find(u'|');
-    const TextView entry = text.substr(0, bar);
-    more = bar != TextView::npos;
-    if (more) text.remove_prefix(bar + 1);
-    DisplayPosition position;
-    position.button = CLng(entry.substr(0, 2), numbers_);
-    position.shown = CLng(entry.size() > 2 ? entry.substr(2) : TextView(), numbers_);
-    if (position.button < 0 || position.button >= kPanelButtons) {
+  std::vector<DisplayPosition> order = SplitDisplayIcons(text, kMostRows + 1, numbers_);
+  if (order.size() > kMostRows) throw RuntimeError::Overflow();
+  CompleteOrder(order);
+  for (const DisplayPosition& position : order) {
+    if (position.button < 0 || position.button >= kButtonCount) {
       throw RuntimeError::SubscriptOutOfRange();
     }
-    if (order.size() == kMostRows) throw RuntimeError::Overflow();
-    order.push_back(position);
   }
-  if (order.size() < kPanelButtons) throw RuntimeError::SubscriptOutOfRange();
   lstIcons.Clear();
   for (const DisplayPosition& position : order) {
     const Text& caption = switchboard_.captions[static_cast<std::size_t>(position.button)];
@@ -286,14 +282,11 @@ void frmUI::SetDisplayIcons(TextView text) {
 }
 
 Text frmUI::GetDisplayIcons() const {
-  Text text;
+  std::vector<DisplayPosition> order;
   for (int row = 0; row < lstIcons.ListCount(); ++row) {
-    if (row > 0) text += u'|';
-    if (lstIcons.ItemData(row) < 10) text += u'0';
-    text += NumberText(lstIcons.ItemData(row));
-    text += lstIcons.Selected(row) ? u'1' : u'0';
+    order.push_back({lstIcons.ItemData(row), lstIcons.Selected(row) ? 1 : 0});
   }
-  return text;
+  return FormatDisplayIcons(order);
 }
 
 void frmUI::InsertRow(const Row& row, int position) {
@@ -316,8 +309,8 @@ void frmUI::RefreshSample() {
 void frmUI::ShowPictures() {
   const int set = cmbIcons.ListIndex();
   const int size = desktop().PixelsX(kPictureTwips);
-  const int offset = chkUseTwoState.Value() != 0 ? 0 : kPanelButtons;
-  imgSample[0].SetPicture(icons_.Image(set, DullImage(kSampleButton, offset), size));
+  const bool twoState = chkUseTwoState.Value() != 0;
+  imgSample[0].SetPicture(icons_.Image(set, DullImage(kSampleButton, twoState), size));
   imgSample[1].SetPicture(icons_.Image(set, BrightImage(kSampleButton), size));
 }
 

@@ -47,7 +47,7 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
   /// What the dialog takes from the main form.
   struct Switchboard {
     SkinSettings skin;  ///< the look on the screen: stands for what the registry lacks
-    std::array<Text, kPanelButtons> captions;  ///< of the buttons, by their index
+    std::array<Text, kButtonCount> captions;  ///< of the buttons, by their index
     Text applicationFolder;
   };
   frmUI(Ports ports, Switchboard switchboard);
@@ -96,9 +96,9 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
   CommandButton& cmdSetColor(int index) { return setters_[PlaceOf(index)]; }
 
   /// Fills the list from a display order's text. One that the panel could not use leaves the list
-  /// as it is and throws: "Subscript out of range" for fewer than 18 entries or a button that does
-  /// not exist, "Type mismatch" or "Overflow" for a part that is no number, "Overflow" for more
-  /// than 1000 entries.
+  /// as it is and throws: "Subscript out of range" for fewer than `kStoredPositions` entries or a
+  /// button that does not exist, "Type mismatch" or "Overflow" for a part that is no number,
+  /// "Overflow" for more than 1000 entries.
   void SetDisplayIcons(TextView text);
   /// The list as a display order's text, in its normal form.
   Text GetDisplayIcons() const;
@@ -117,6 +117,20 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
     bool ticked = false;
   };
 
+  /// How the controls show a parameter. A control that refuses a value throws and keeps its own.
+  struct NumberControl {
+    std::int32_t SkinSettings::*field;
+    std::int32_t (*get)(const frmUI& form);
+    void (*set)(frmUI& form, std::int32_t number);
+  };
+  struct TextControl {
+    Text SkinSettings::*field;
+    Text (*get)(const frmUI& form);
+    void (*set)(frmUI& form, TextView text);
+  };
+  static const NumberControl kNumberControls[];
+  static const TextControl kTextControls[];
+
   static constexpr std::size_t PlaceOf(int index) {
     return static_cast<std::size_t>(index < 2 ? index : index - 2);
   }
@@ -126,8 +140,8 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
   void Localise();
   void ShowSkin(const SkinSettings& skin);
   SkinSettings Skin() const;
-  void SetNumber(SkinParameter parameter, std::int32_t number) override;
-  void SetText(SkinParameter parameter, TextView text) override;
+  void SetNumber(std::int32_t SkinSettings::*field, std::int32_t number) override;
+  void SetText(Text SkinSettings::*field, TextView text) override;
   Label& Sample(int index) override { return lblSample[static_cast<std::size_t>(index)]; }
   Color GradientColor(int index) const override { return shpColor(index).FillColor(); }
   int GradientAngle() const override { return hsbAngle.Value(); }

@@ -16,7 +16,7 @@ MARL_FUZZ_TARGET(displayorder) {
   bool known = true;
   for (DisplayPosition& position : normal) {
     position.shown = position.shown != 0 ? 1 : 0;
-    known = known && position.button >= 0 && position.button < kPanelButtons;
+    known = known && position.button >= 0 && position.button < kButtonCount;
   }
   fuzz::Expect(ParseDisplayIcons(FormatDisplayIcons(order)) == normal,
                "the normal form tells the same order");

@@ -1,7 +1,6 @@
 #include "appearance/SkinFile.h"
 #include "fuzz/OneFile.h"
 #include "fuzz/Target.h"
-#include "tests/unit/SkinFields.h"
 
 namespace {
 
@@ -12,23 +11,19 @@ class Checked : public SkinTarget {
  public:
   SkinSettings skin;
 
-  void SetNumber(SkinParameter parameter, std::int32_t number) override {
-    if (parameter == SkinParameter::borderwidth) {
+  void SetNumber(std::int32_t SkinSettings::*field, std::int32_t number) override {
+    if (field == &SkinSettings::BorderWidth) {
       fuzz::Expect(number == 1 || number == 2, "a bevel has one line or two");
-    } else if (parameter == SkinParameter::icons) {
+    } else if (field == &SkinSettings::Icons) {
       fuzz::Expect(number >= 0 && number <= 3, "there are four icon sets");
-    } else if (parameter == SkinParameter::twostate) {
-      fuzz::Expect(number == 0 || number == 18, "the offset is 0 or 18");
+    } else if (field == &SkinSettings::TwoStateOffset) {
+      fuzz::Expect(number == 0 || number == 18, "two-state icons are on or off");
     }
-    std::int32_t* const field = NumberField(skin, parameter);
-    fuzz::Expect(field != nullptr, "a text is no number");
-    *field = number;
+    skin.*field = number;
   }
-  void SetText(SkinParameter parameter, TextView text) override {
+  void SetText(Text SkinSettings::*field, TextView text) override {
     fuzz::Expect(!IsNumeric(text), "a number is no text");
-    Text* const field = TextField(skin, parameter);
-    fuzz::Expect(field != nullptr, "a number is no text");
-    *field = text;
+    skin.*field = text;
   }
 };
 

@@ -9,7 +9,10 @@
 #define MARL_PICTURE_SPLASH_192 204
 #define MARL_PICTURE_ABOUT_192 205
 
-/* The strips of the icon sets, 18 icons wide, the dull row above the bright one: the number of set
+/* Pictures in a row of each strip: one for each button. */
+#define MARL_STRIP_PICTURES 18
+
+/* The strips of the icon sets, the dull row above the bright one: the number of set
    N in size K (0: 48 pixels, 1: 72, 2: 96) is MARL_PICTURE_SET0_48 + N * 3 + K. */
 #define MARL_PICTURE_SET0_48 210
 #define MARL_PICTURE_SET0_72 211
@@ -24,7 +27,7 @@
 #define MARL_PICTURE_SET3_72 220
 #define MARL_PICTURE_SET3_96 221
 
-/* The strips of 18 menu pictures, 16 and 24 pixels high. */
+/* The strips of menu pictures, 16 and 24 pixels high. */
 #define MARL_PICTURE_MENU_16 230
 #define MARL_PICTURE_MENU_24 231
 

@@ -23,6 +23,24 @@ const std::array<SwitchboardButton, kButtonCount> kSwitchboard = {{
     {u"", u""},                              // 17 Exit
 }};
 
+namespace {
+
+// Each button has its two texts, and neither run reaches into what stands behind it.
+#define MARL_STRING(id, text) +((id) >= kCaptionString && (id) < kTooltipString)
+constexpr int kCaptions = 0
+#include "resources/strings/en.inc"
+    ;
+#undef MARL_STRING
+#define MARL_STRING(id, text) +((id) >= kTooltipString && (id) < kTooltipString + kButtonCount)
+constexpr int kTooltips = 0
+#include "resources/strings/en.inc"
+    ;
+#undef MARL_STRING
+static_assert(kCaptions == kButtonCount && kTooltips == kButtonCount);
+static_assert(kTooltipString >= kCaptionString + kButtonCount);
+
+}  // namespace
+
 bool HiddenKeySequence::Take(char16_t character) {
   constexpr TextView kWord = u"SETGUI";
   if (character != kWord[static_cast<std::size_t>(position_ - 1)]) {

@@ -3,10 +3,9 @@
 #include <array>
 
 #include "platform/Text.h"
+#include "support/Buttons.h"
 
 namespace marl {
-
-constexpr int kButtonCount = 18;
 
 /// Buttons that the logic names.
 enum ButtonIndex {
@@ -23,7 +22,7 @@ enum ButtonIndex {
 /// The state of a button whose program is missing, in its label's `Tag`.
 constexpr TextView kDead = u"*";
 
-/// One of the 18 slots of the switchboard. The index never changes, whatever the display order.
+/// One slot of the switchboard. The index never changes, whatever the display order.
 struct SwitchboardButton {
   /// Program of the slot as it stands in the label's `Tag` until the missing-tools pass; empty for
   /// a slot that starts none.

@@ -22,7 +22,7 @@ void frmMain::SetUI() {
   const DisplayOrder order = ParseDisplayIcons(Skin.DisplayIcons, numbers_);
   OnMouseMove(0, 0, -1, -1);
 
-  std::array<LabelPlace, kPanelButtons> labels;
+  std::array<LabelPlace, kButtonCount> labels;
   for (std::size_t i = 0; i < labels.size(); ++i) {
     labels[i] = {lblRun[i]->Visible(), lblRun[i]->Top()};
   }
@@ -64,14 +64,14 @@ void frmMain::Dress(int index, bool highlighted) {
   const auto slot = static_cast<std::size_t>(index);
   lblRun[slot]->SetForeColor(highlighted ? Skin.Text2 : Skin.Text1);
   ApplyFontSpec(*lblRun[slot], highlighted ? Skin.Font2 : Skin.Font1, numbers_);
-  const int number = highlighted ? BrightImage(index) : DullImage(index, Skin.TwoStateOffset);
+  const int number = highlighted ? BrightImage(index) : DullImage(index, Skin.TwoStateOffset == 0);
   imgRun[slot]->SetPicture(iconSets_.Image(Skin.Icons, number, desktop().PixelsX(kPictureTwips)));
 }
 
 void frmMain::OnMouseMove(int, int, float x, float y) {
   int hit = -1;
   if (OverForm(x, y, {Width(), Height()}, InForeground())) {
-    std::array<HitArea, kPanelButtons> areas;
+    std::array<HitArea, kButtonCount> areas;
     for (std::size_t i = 0; i < areas.size(); ++i) {
       areas[i] = {shpRun[i]->bounds(), imgRun[i]->Visible()};
     }

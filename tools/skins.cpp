@@ -101,7 +101,7 @@ SkinSettings SkinOf(const Look& look) {
   skin.Text1 = Web(look.text1);
   skin.Text2 = Web(look.text2);
   skin.Icons = look.icons;
-  skin.TwoStateOffset = look.twoState ? 0 : 18;
+  skin.TwoStateOffset = look.twoState ? 0 : kTwoStateOff;
   skin.IconsPerRow = look.iconsPerRow;
   skin.Font1 = look.font1;
   skin.Font2 = look.font2;

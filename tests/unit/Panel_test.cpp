@@ -38,7 +38,7 @@ struct Panel : testing::Test {
     for (const auto& line : form().linRun) shown += line->Visible();
     return shown;
   }
-  PicturePtr Dull(int button) { return icons.Image(skin.Icons, DullImage(button, 0), 48); }
+  PicturePtr Dull(int button) { return icons.Image(skin.Icons, DullImage(button, true), 48); }
   PicturePtr Bright(int button) { return icons.Image(skin.Icons, BrightImage(button), 48); }
   MemoryPictures pictures;
   IconSets icons{pictures};

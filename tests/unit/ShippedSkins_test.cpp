@@ -9,7 +9,6 @@
 
 #include "appearance/SkinFile.h"
 #include "platform/memory/MemoryFileSystem.h"
-#include "tests/unit/SkinFields.h"
 #include "tests/unit/SourceFolder.h"
 
 // The skins that lie in the program's Skins folder.
@@ -22,19 +21,22 @@ namespace fs = std::filesystem;
 class AllValues : public SkinTarget {
  public:
   SkinSettings skin;
-  std::set<SkinParameter> seen;
+  std::set<std::ptrdiff_t> seen;  ///< places of the parameters in their table
 
-  void SetNumber(SkinParameter parameter, std::int32_t number) override {
-    seen.insert(parameter);
-    std::int32_t* const field = NumberField(skin, parameter);
-    ASSERT_TRUE(field);
-    *field = number;
+  void SetNumber(std::int32_t SkinSettings::*field, std::int32_t number) override {
+    Saw([&](const SkinParameter& parameter) { return parameter.number == field; });
+    skin.*field = number;
   }
-  void SetText(SkinParameter parameter, TextView text) override {
-    seen.insert(parameter);
-    Text* const field = TextField(skin, parameter);
-    ASSERT_TRUE(field);
-    *field = text;
+  void SetText(Text SkinSettings::*field, TextView text) override {
+    Saw([&](const SkinParameter& parameter) { return parameter.text == field; });
+    skin.*field = text;
+  }
+
+ private:
+  template <typename Is>
+  void Saw(Is is) {
+    seen.insert(std::find_if(kSkinParameters.begin(), kSkinParameters.end(), is) -
+                kSkinParameters.begin());
   }
 };
 

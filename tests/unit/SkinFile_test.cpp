@@ -9,7 +9,6 @@
 #include "appearance/FontSpec.h"
 #include "platform/RuntimeError.h"
 #include "platform/memory/MemoryFileSystem.h"
-#include "tests/unit/SkinFields.h"
 
 namespace marl {
 namespace {
@@ -20,27 +19,23 @@ constexpr TextView kSkin = u"C:\\Marl\\Skins\\Test.qsk";
 class Controls : public SkinTarget {
  public:
   SkinSettings skin;
-  std::vector<SkinParameter> seen;
+  int seen = 0;
 
-  void SetNumber(SkinParameter parameter, std::int32_t number) override {
-    seen.push_back(parameter);
-    if (parameter == SkinParameter::angle) InRange(number, 0, 359);
-    if (parameter == SkinParameter::borderwidth) InRange(number, 1, 2);
-    if (parameter == SkinParameter::icons) InRange(number, 0, 3);
-    if (parameter == SkinParameter::iconsperrow) InRange(number, 3, 6);
-    if (parameter == SkinParameter::twostate) {
+  void SetNumber(std::int32_t SkinSettings::*field, std::int32_t number) override {
+    ++seen;
+    if (field == &SkinSettings::Angle) InRange(number, 0, 359);
+    if (field == &SkinSettings::BorderWidth) InRange(number, 1, 2);
+    if (field == &SkinSettings::Icons) InRange(number, 0, 3);
+    if (field == &SkinSettings::IconsPerRow) InRange(number, 3, 6);
+    if (field == &SkinSettings::TwoStateOffset) {
       EXPECT_TRUE(number == 0 || number == 18);
     }
-    std::int32_t* const field = NumberField(skin, parameter);
-    ASSERT_TRUE(field) << "a text came as a number";
-    *field = number;
+    skin.*field = number;
   }
-  void SetText(SkinParameter parameter, TextView text) override {
-    seen.push_back(parameter);
-    Text* const field = TextField(skin, parameter);
-    ASSERT_TRUE(field) << "a number came as a text";
-    *field = parameter == SkinParameter::displayicons ? FormatDisplayIcons(ParseDisplayIcons(text))
-                                                      : Text(text);
+  void SetText(Text SkinSettings::*field, TextView text) override {
+    ++seen;
+    skin.*field = field == &SkinSettings::DisplayIcons ? FormatDisplayIcons(ParseDisplayIcons(text))
+                                                       : Text(text);
   }
 
  private:
@@ -120,7 +115,7 @@ TEST_F(SkinFile, SaveAndLoadReturnsAllFourteenValues) {
   Saved(Odd());
   EXPECT_TRUE(LoadSkinFile(files, kSkin, controls));
   EXPECT_EQ(controls.skin, Odd());
-  EXPECT_EQ(controls.seen.size(), 14u);
+  EXPECT_EQ(controls.seen, 14);
 }
 
 TEST_F(SkinFile, FontNameWithAnAmpersandComesBackWhole) {
@@ -153,14 +148,14 @@ TEST_F(SkinFile, MissingFileChangesNothing) {
   EXPECT_FALSE(LoadSkinFile(files, u"C:\\Marl\\Skins\\None.qsk", controls));
   EXPECT_FALSE(LoadSkinFile(files, u"C:\\Marl\\Skins", controls));
   EXPECT_FALSE(LoadSkinFile(files, u"", controls));
-  EXPECT_TRUE(controls.seen.empty());
+  EXPECT_EQ(controls.seen, 0);
 }
 
 TEST_F(SkinFile, FileThatCannotBeReadChangesNothing) {
   files.Put(kSkin, "<parameter name=\"angle\" value=\"1\"/>");
   files.FailNext(FileAction::kRead, kAccessDenied);
   EXPECT_FALSE(LoadSkinFile(files, kSkin, controls));
-  EXPECT_TRUE(controls.seen.empty());
+  EXPECT_EQ(controls.seen, 0);
 }
 
 TEST_F(SkinFile, AnyRootElementWillDo) {
@@ -172,7 +167,7 @@ TEST_F(SkinFile, AnyRootElementWillDo) {
 
 TEST_F(SkinFile, StartAndEndTagIsNotRead) {
   Load("<marlskin><parameter name=\"angle\" value=\"45\"></parameter></marlskin>");
-  EXPECT_TRUE(controls.seen.empty());
+  EXPECT_EQ(controls.seen, 0);
 }
 
 TEST_F(SkinFile, OtherTagsAreIgnored) {
@@ -180,14 +175,14 @@ TEST_F(SkinFile, OtherTagsAreIgnored) {
       "<marlskin><Parameter name=\"angle\" value=\"1\"/><param name=\"angle\" value=\"2\"/>"
       "<!-- <parameter name=\"angle\" value=\"3\"/> --><![CDATA[<parameter name=\"angle\" "
       "value=\"4\"/>]]>text</marlskin>");
-  EXPECT_TRUE(controls.seen.empty());
+  EXPECT_EQ(controls.seen, 0);
 }
 
 TEST_F(SkinFile, NamesAreComparedExactly) {
   for (const char* name : {"Colour1", "COLOUR1", "colour", "colour11", " colour1", ""}) {
     LoadParameter(name, "7");
   }
-  EXPECT_TRUE(controls.seen.empty());
+  EXPECT_EQ(controls.seen, 0);
 }
 
 TEST_F(SkinFile, AttributeNamesIgnoreCaseAndOrder) {
@@ -201,7 +196,7 @@ TEST_F(SkinFile, NumberForATextAndTextForANumberAreIgnored) {
   LoadParameter("angle", "steep");
   LoadParameter("colour1", "");
   Load("<parameter name=\"colour1\"/>");
-  EXPECT_TRUE(controls.seen.empty());
+  EXPECT_EQ(controls.seen, 0);
 }
 
 TEST_F(SkinFile, NumbersAreNormalised) {
@@ -280,14 +275,14 @@ TEST_F(SkinFile, TagWithAnAttributeTwiceCountsAsFarAsItWasRead) {
 
 TEST_F(SkinFile, FileCutShortGivesWhatStandsBeforeTheCut) {
   const std::string whole = Saved(Odd());
-  std::size_t before = 0;
+  int before = 0;
   for (std::size_t length = 0; length <= whole.size(); ++length) {
     controls = Controls();
     Load(whole.substr(0, length));
-    EXPECT_GE(controls.seen.size(), before) << length;
-    before = controls.seen.size();
+    EXPECT_GE(controls.seen, before) << length;
+    before = controls.seen;
   }
-  EXPECT_EQ(before, 14u);
+  EXPECT_EQ(before, 14);
 }
 
 TEST_F(SkinFile, HugeFileIsRead) {
@@ -308,7 +303,7 @@ TEST_F(SkinFile, EmptyFileAndNoiseChangeNothing) {
     for (int k = 0; k < 300; ++k) noise += static_cast<char>(random() & 0xFF);
     Load(noise);
   }
-  EXPECT_TRUE(controls.seen.empty());
+  EXPECT_EQ(controls.seen, 0);
 }
 
 TEST_F(SkinFile, DamagedBytesNeverDoMoreThanMisread) {
@@ -321,7 +316,7 @@ TEST_F(SkinFile, DamagedBytesNeverDoMoreThanMisread) {
     }
     Load(damaged);
   }
-  EXPECT_FALSE(controls.seen.empty());
+  EXPECT_GT(controls.seen, 0);
 }
 
 TEST_F(SkinFile, SkinFolderIsMadeWhenItIsMissing) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "platform/RuntimeError.h"
 #include "platform/memory/MemoryRegistryStore.h"
 #include "settings/RegistryValue.h"
@@ -9,21 +11,21 @@
 namespace marl {
 namespace {
 
-const NarrowText kSkinKey = "Software\\Oru\\Marl\\GUI";
+const NarrowText kGuiKey = "Software\\Oru\\Marl\\GUI";
 
 class Skin : public testing::Test {
  protected:
   MemoryRegistryStore store;
 
   void PutNumber(const NarrowText& name, std::int32_t number) {
-    store.Plant(kCurrentUser, kSkinKey, name, kRegDword, DwordBytes(number));
+    store.Plant(kCurrentUser, kGuiKey, name, kRegDword, DwordBytes(number));
   }
   void PutText(const NarrowText& name, const NarrowText& text) {
-    store.Plant(kCurrentUser, kSkinKey, name, kRegSz, text + '\0');
+    store.Plant(kCurrentUser, kGuiKey, name, kRegSz, text + '\0');
   }
   std::pair<std::uint32_t, NarrowText> Stored(const NarrowText& name) {
     OpenKeyHandle key;
-    EXPECT_EQ(store.OpenKey(kCurrentUser, kSkinKey, kKeyQueryValue, key), kOk);
+    EXPECT_EQ(store.OpenKey(kCurrentUser, kGuiKey, kKeyQueryValue, key), kOk);
     std::uint32_t kind = 0;
     char buffer[300];
     std::uint32_t size = sizeof buffer;
@@ -72,7 +74,7 @@ TEST_F(Skin, EmptyKeyYieldsTheDefaultPanel) {
     EXPECT_EQ(order[static_cast<std::size_t>(p)], (DisplayPosition{p, 1}));
   }
   OpenKeyHandle key;
-  EXPECT_EQ(store.OpenKey(kCurrentUser, kSkinKey, kKeyQueryValue, key), kFileNotFound);
+  EXPECT_EQ(store.OpenKey(kCurrentUser, kGuiKey, kKeyQueryValue, key), kFileNotFound);
 }
 
 TEST_F(Skin, MissingColumnsStayAsTheyAre) {
@@ -165,7 +167,7 @@ TEST_F(Skin, TextThatIsANumberServesAsNumber) {
 }
 
 TEST_F(Skin, BytesInReverseOrderServeAsNumber) {
-  store.Plant(kCurrentUser, kSkinKey, "Angle", kRegDwordBigEndian, NarrowText("\0\0\0\x2D", 4));
+  store.Plant(kCurrentUser, kGuiKey, "Angle", kRegDwordBigEndian, NarrowText("\0\0\0\x2D", 4));
   EXPECT_EQ(ReadSkin(store, 5).Angle, 45);
 }
 
@@ -187,7 +189,7 @@ TEST_F(Skin, ValueThatIsNoNumberIsATypeMismatch) {
   expectMismatch("text");
   PutText("Angle", "");
   expectMismatch("empty text");
-  store.Plant(kCurrentUser, kSkinKey, "Angle", kRegBinary, NarrowText("\x01\x02", 2));
+  store.Plant(kCurrentUser, kGuiKey, "Angle", kRegBinary, NarrowText("\x01\x02", 2));
   expectMismatch("bytes");
 }
 
@@ -219,7 +221,7 @@ TEST_F(Skin, HostileDataNeverDoesMoreThanFail) {
     for (std::uint32_t kind = 0; kind < 12; ++kind) {
       for (const NarrowText& data : datas) {
         MemoryRegistryStore fresh;
-        fresh.Plant(kCurrentUser, kSkinKey, name, kind, data);
+        fresh.Plant(kCurrentUser, kGuiKey, name, kind, data);
         SkinSettings skin;
         try {
           skin = ReadSkin(fresh, 5);
@@ -301,6 +303,42 @@ TEST(DisplayIcons, NormalFormReadsBack) {
     EXPECT_EQ(FormatDisplayIcons(ParseDisplayIcons(text)), text);
   }
   EXPECT_EQ(FormatDisplayIcons(ParseDisplayIcons(kSeventeen + u"|5 7")), kSeventeen + u"|051");
+}
+
+TEST(SkinParameters, EachHasALineOfItsOwnAndOneField) {
+  std::set<int> lines;
+  for (const SkinParameter& parameter : kSkinParameters) {
+    EXPECT_NE(parameter.number == nullptr, parameter.text == nullptr);
+    EXPECT_EQ(parameter.number != nullptr, parameter.normal != nullptr);
+    lines.insert(parameter.line);
+  }
+  EXPECT_EQ(lines.size(), kSkinParameterCount);
+  EXPECT_EQ(*lines.begin(), 0);
+  EXPECT_EQ(*lines.rbegin(), static_cast<int>(kSkinParameterCount) - 1);
+}
+
+TEST(DisplayOrder, OneOfFewerButtonsGetsTheNewOnesBehindIt) {
+  std::vector<DisplayPosition> order = SplitDisplayIcons(SkinSettings().DisplayIcons, 1000);
+  ASSERT_EQ(order.size(), 18u);
+  order[0].shown = 0;
+  const std::vector<DisplayPosition> stored = order;
+  CompleteOrder(order, 20);
+  ASSERT_EQ(order.size(), 20u);
+  EXPECT_TRUE(std::equal(stored.begin(), stored.end(), order.begin()));
+  EXPECT_EQ(order[18], (DisplayPosition{18, 1}));
+  EXPECT_EQ(order[19], (DisplayPosition{19, 1}));
+}
+
+TEST(DisplayOrder, NoProgramHasStoredOneOfSeventeen) {
+  std::vector<DisplayPosition> order(17);
+  EXPECT_THROW(CompleteOrder(order, 19), RuntimeError);
+  EXPECT_EQ(order.size(), 17u);
+}
+
+TEST(DisplayOrder, OneThatIsLongEnoughStaysAsItIs) {
+  std::vector<DisplayPosition> order(25, {3, 1});
+  CompleteOrder(order, 19);
+  EXPECT_EQ(order, std::vector<DisplayPosition>(25, {3, 1}));
 }
 
 }  // namespace

@@ -94,14 +94,14 @@ std::vector<int> Buttons(const frmUI& form) {
 
 std::vector<int> InOrder() {
   std::vector<int> buttons;
-  for (int button = 0; button < kPanelButtons; ++button) buttons.push_back(button);
+  for (int button = 0; button < kButtonCount; ++button) buttons.push_back(button);
   return buttons;
 }
 
 class DisplaySettings : public testing::Test {
  protected:
   DisplaySettings() {
-    for (int i = 0; i < kPanelButtons; ++i) {
+    for (int i = 0; i < kButtonCount; ++i) {
       captions[static_cast<std::size_t>(i)] = strings.Get(2000 + i);
     }
     files.PutFolder(u"C:\\Suite");
@@ -151,7 +151,7 @@ class DisplaySettings : public testing::Test {
   MemoryStrings resource;
   StringTable strings{resource};
   SkinSettings screen;
-  std::array<Text, kPanelButtons> captions;
+  std::array<Text, kButtonCount> captions;
   std::vector<WindowHandle> icons;
   bool cancelled = false;
   bool stayedLoaded = false;
@@ -628,8 +628,8 @@ TEST_F(DisplaySettings, ADragTakesTheRowAlongRowByRow) {
 
 TEST_F(DisplaySettings, ADragOverSeveralRowsAtOnceGoesInBothDirections) {
   Open([&](frmUI& form) {
-    for (int from = 0; from < kPanelButtons; ++from) {
-      for (int to = 0; to < kPanelButtons; ++to) {
+    for (int from = 0; from < kButtonCount; ++from) {
+      for (int to = 0; to < kButtonCount; ++to) {
         form.SetDisplayIcons(SkinSettings().DisplayIcons);
         DropRows(form, from, {to});
         ASSERT_EQ(Buttons(form), Moved(from, to)) << from << " to " << to;
@@ -1061,7 +1061,7 @@ TEST_F(DisplaySettingsOnTheSwitchboard, TheyShowThePanelAsItIs) {
   world.main().Skin.Angle = 33;
   Type(u"setgui", [&](frmUI& form) {
     EXPECT_EQ(form.hsbAngle.Value(), 33);
-    for (int row = 0; row < kPanelButtons; ++row) {
+    for (int row = 0; row < kButtonCount; ++row) {
       EXPECT_EQ(form.lstIcons.List(row), world.strings.Get(2000 + row));
     }
     EXPECT_EQ(world.icons.given.back().window, form.hWnd());
@@ -1103,7 +1103,7 @@ TEST_F(DisplaySettingsOnTheSwitchboard, CancelLeavesThePanelAlone) {
 TEST_F(DisplaySettingsOnTheSwitchboard, ASwitchboardMayHaveNoButtons) {
   const int height = world.main().Height();
   Type(u"setgui", [&](frmUI& form) {
-    for (int row = 0; row < kPanelButtons; ++row) form.lstIcons.UserCheck(row);
+    for (int row = 0; row < kButtonCount; ++row) form.lstIcons.UserCheck(row);
     form.cmdDismiss[0].UserClick();
   });
   for (const auto& picture : world.main().imgRun) EXPECT_FALSE(picture->Visible());
