@@ -25,12 +25,27 @@ function(marl_hot_loops)
   endif()
 endfunction()
 
+# The files of a group are compiled together: most of the time goes into templates of the test
+# framework that they share. -DMARL_UNITY=OFF compiles each alone. Two files of a group cannot give
+# two things in their unnamed namespaces the same name.
+function(marl_compile_together group)
+  list(TRANSFORM ARGN PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
+  set_source_files_properties(${ARGN} PROPERTIES UNITY_GROUP ${group})
+endfunction()
+
+# How test bodies are compiled: the code under test is in libraries, optimised as it ships or
+# watched by sanitizers.
+function(marl_test_bodies target)
+  # In a file that is included, a class from an unnamed namespace looks like a header's.
+  target_compile_options(${target} PRIVATE -O0 -g0 -Wno-subobject-linkage)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${MARL_UNITY} UNITY_BUILD_MODE GROUP)
+endfunction()
+
 # Registers the test program `target` as a whole under its part: unit, contract or desktop.
 # Further arguments go to the program.
 function(marl_test part target)
   add_dependencies(${part}_parts ${target})
-  # The code under test is in libraries, optimised as it ships or watched by sanitizers.
-  target_compile_options(${target} PRIVATE -O0 -g0)
+  marl_test_bodies(${target})
   marl_add_run(${part} ${part} ${target} 96 ${ARGN})
 endfunction()
 

@@ -16,7 +16,7 @@ struct Button {
   const wchar_t* program;
 };
 
-constexpr Button kButtons[] = {
+constexpr Button kStarted[] = {
     {0, L"Q17Gauge.exe"},   {1, L"Q17Pair.exe"},   {2, L"Q17Lexis.exe"},  {3, L"Q17Cadence.exe"},
     {4, L"Q17Batch.exe"},   {5, L"Q17Bench.exe"},  {8, L"Q17Warden.exe"}, {9, L"Q17Kit.exe"},
     {11, L"Q17Vault.exe"},  {12, L"Q17Renew.exe"}, {13, L"Q17Diff.exe"},  {14, L"Q17Bridge.exe"},
@@ -33,7 +33,7 @@ void PressAll(const SuiteFolder& suite, const RunningMarl& marl, const std::wstr
   ASSERT_TRUE(main);
   const std::wstring folder = directory.ends_with(L'\\') ? directory : directory + L"\\";
   std::size_t count = 0;
-  for (const Button& button : kButtons) {
+  for (const Button& button : kStarted) {
     for (const POINT at : {IconOf(main, button.index), LabelOf(main, button.index)}) {
       Click(at);
       const Starts starts = suite.WaitForTools(++count);

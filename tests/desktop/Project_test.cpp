@@ -13,8 +13,8 @@ using Starts = std::vector<Started>;
 
 constexpr wchar_t kCleanQuestion[] =
     L"This will remove all Marl files from the folder.  Are you sure you want to continue?";
-constexpr int kFileName = 0x480;       // the field of the platform's file dialogs
-constexpr int kFileNameCombo = 0x47C;  // and in some of them
+constexpr int kNameField = 0x480;       // the field of the platform's file dialogs
+constexpr int kNameCombo = 0x47C;  // and in some of them
 
 HWND WaitForFileDialog(const RunningMarl& marl) {
   return marl.WaitForWindow(L"#32770", L"Open Marl project file");
@@ -30,7 +30,7 @@ bool WaitUntilGone(HWND window) {
 
 BOOL CALLBACK KeepFileField(HWND window, LPARAM found) {
   const int id = GetDlgCtrlID(window);
-  if ((id != kFileName && id != kFileNameCombo) || !IsWindowVisible(window)) return TRUE;
+  if ((id != kNameField && id != kNameCombo) || !IsWindowVisible(window)) return TRUE;
   *reinterpret_cast<HWND*>(found) = window;
   return FALSE;
 }
