@@ -19,7 +19,6 @@ constexpr std::int32_t kLowestPort = 1;
 constexpr std::int32_t kHighestPort = 20000;
 
 constexpr int kPictureTile = 6;  // the button's own picture in the strip of an icon set
-constexpr int kTiles = 18;
 constexpr int kPictureTwips = 720;
 constexpr std::array<Drawing, 3> kStrip = {
     {{MARL_PICTURE_SET1_48, 96}, {MARL_PICTURE_SET1_72, 144}, {MARL_PICTURE_SET1_96, 192}}};
@@ -78,7 +77,7 @@ void frmChangeServer::OnLoad() {
 void frmChangeServer::ShowPicture() {
   const PicturePtr strip = ports_.pictures.Load(DrawingFor(kStrip, ports_.desktop.Dpi().width).id);
   if (!strip) return;
-  const int drawn = strip->width / kTiles;
+  const int drawn = strip->width / MARL_STRIP_PICTURES;
   const int size = ports_.desktop.PixelsX(kPictureTwips);
   // The bright row is the lower one.
   Picture tile = CutOut(*strip, kPictureTile * drawn, drawn, drawn, drawn);

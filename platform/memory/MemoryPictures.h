@@ -23,14 +23,9 @@ class MemoryPictures : public Pictures {
       case MARL_PICTURE_SPLASH_192: return Plain(960, 600);
       case MARL_PICTURE_ABOUT: return Plain(400, 96);
       case MARL_PICTURE_ABOUT_144: return Plain(600, 144);
-<<<<<<< HEAD
       case MARL_PICTURE_ABOUT_192: return Plain(800, 192);
-      case MARL_PICTURE_MENU_16: return Plain(kIcons * 16, 16);
-      case MARL_PICTURE_MENU_24: return Plain(kIcons * 24, 24);
-=======
       case MARL_PICTURE_MENU_16: return Plain(MARL_STRIP_PICTURES * 16, 16);
       case MARL_PICTURE_MENU_24: return Plain(MARL_STRIP_PICTURES * 24, 24);
->>>>>>> aa59159 (Give the buttons, the skin's parameters and the display order one home each)
       default: break;
     }
     if (id < MARL_PICTURE_SET0_48 || id > MARL_PICTURE_SET3_96) return nullptr;
