@@ -26,7 +26,8 @@ ROOMS = ("appearance", "documents", "network", "platform/forms", "settings", "sh
 LEFT_OUT = ("shell/main.cpp",)  # belongs to the program on Windows
 EQUIVALENT = "tests/mutants/equivalent.txt"
 MEMORY = 4 << 30  # bytes that a run of the tests may take
-SLOWEST = 3       # times the processor time of the whole suite: the mutant does not end
+SLOWEST = 1.5     # times the processor time of the whole suite: the mutant does not end
+SLOWEST_NEAR = 25 # seconds of it for the tests of one source
 # A twip is a fifteenth of a pixel: where a control stands is looked at, in pictures, and not held to
 # the twip by tests. What is left of such a line is whether it is there.
 GEOMETRY = re.compile(r"SetBounds\(|\bDesign = |^ +\{?[{\d, k+*/-]*[\d}][{}\d, k+*/-]*[;,)]*$")
@@ -324,7 +325,7 @@ def main():
         filters += [*suites.near(mutant.path), "*"]
         for filter_ in filters:
             # The few tests of one source end in a fraction of the time of all.
-            passed, first = build.run(filter_, build.work, limit if filter_ == "*" else 60)
+            passed, first = build.run(filter_, build.work, limit if filter_ == "*" else SLOWEST_NEAR)
             if not passed:
                 killed += 1
                 killers[name] = first or "*"
