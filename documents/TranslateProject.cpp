@@ -92,8 +92,8 @@ class OlderLists : public ProjectLists {
 }  // namespace
 
 Text TranslateProject::GetLanguageFolder(std::int32_t index, std::int16_t style) const {
-  return style == kByCode ? ports_.languages.LanguageCode(index)
-                          : ports_.languages.LanguageDescription(index);
+  const clsLanguages& languages = ports_.languages();
+  return style == kByCode ? languages.LanguageCode(index) : languages.LanguageDescription(index);
 }
 
 void TranslateProject::Run(TextView projectFile, Form* owner) const {
@@ -139,15 +139,16 @@ std::unique_ptr<ProjectLists> TranslateProject::Read(TextView projectFile) const
 /// Lists the languages whose codes the table has, exactly so. Gives the table's index of each row.
 std::vector<std::int32_t> TranslateProject::FillLanguages(const ProjectLists& project,
                                                           frmSelectFile& form) const {
+  const clsLanguages& languages = ports_.languages();
   std::map<Text, std::int32_t> table;  // of two languages with one code the first counts
-  for (std::int32_t i = 0; i <= ports_.languages.LanguageCount(); ++i) {
-    table.emplace(ports_.languages.LanguageCode(i), i);
+  for (std::int32_t i = 0; i <= languages.LanguageCount(); ++i) {
+    table.emplace(languages.LanguageCode(i), i);
   }
   std::vector<std::int32_t> mapping;
   for (const Text& code : project.Languages()) {
     const auto found = table.find(code);
     if (found == table.end()) continue;
-    form.cmbLanguage.AddItem(ports_.languages.LanguageDescription(found->second));
+    form.cmbLanguage.AddItem(languages.LanguageDescription(found->second));
     mapping.push_back(found->second);
   }
   return mapping;

@@ -28,7 +28,8 @@ class TranslateProject {
     const Locale& locale;
     const StringTable& strings;
     const clsCommon& common;
-    const clsLanguages& languages;
+    /// The table of languages; made when it is asked for first.
+    std::function<const clsLanguages&()> languages;
     /// Gives a window the program's icon.
     std::function<void(WindowHandle window)> setIcon;
     /// Starts the editor with these arguments.

@@ -52,7 +52,7 @@ bool IsServerDocument(TextView document, const FileSystem& files) {
 bool TrackingServerClient::SetServer(TextView document, Text& failure) {
   if (!component_) {
     Text reason;
-    component_ = ports_.components.TryCreate(u"Marl.TrackingServerClient", reason);
+    component_ = ports_.components.Create(u"Marl.TrackingServerClient", reason);
     if (!component_ && !reason.empty()) {
       failure = reason;
       return false;

@@ -9,8 +9,14 @@
 
 namespace marl {
 
-/// An argument or result of a component's operation: nothing, a number or a text.
-using ComponentValue = std::variant<std::monostate, std::int32_t, Text>;
+/// A value of a kind that components and the switchboard do not exchange: an object, a date, ...
+struct ForeignValue {
+  bool operator==(const ForeignValue&) const = default;
+};
+
+/// An argument or result of a component's operation: nothing, a number or a text. A component may
+/// give anything else as well.
+using ComponentValue = std::variant<std::monostate, std::int32_t, Text, ForeignValue>;
 
 /// One live component of the suite; dropping it releases it.
 class Component {
@@ -18,7 +24,8 @@ class Component {
   virtual ~Component() = default;
   /// Calls `operation` (IDispatch::Invoke, late bound). The arguments go in by reference and come
   /// back as the component left them. False when the call failed: `failure` is then its
-  /// description, and arguments and result are untouched.
+  /// description, or the system's text for its code where it has none, and never empty; arguments
+  /// and result are untouched.
   virtual bool Call(TextView operation, std::vector<ComponentValue>& arguments,
                     ComponentValue& result, Text& failure) = 0;
 };
@@ -27,14 +34,10 @@ class Component {
 class Components {
  public:
   virtual ~Components() = default;
-  /// Makes an instance (CLSIDFromProgID, CoCreateInstance); null when none is registered.
-  virtual std::unique_ptr<Component> Create(TextView name) = 0;
-  /// As `Create`. Where it makes nothing, `failure` tells why: it is empty when none is registered,
-  /// and the platform's description when a registered one cannot be made.
-  virtual std::unique_ptr<Component> TryCreate(TextView name, Text& failure) {
-    failure.clear();
-    return Create(name);
-  }
+  /// Makes an instance (CLSIDFromProgID, CoCreateInstance). Null where it makes none: `failure` is
+  /// then empty when none is registered, and the system's description when a registered one cannot
+  /// be made.
+  virtual std::unique_ptr<Component> Create(TextView name, Text& failure) = 0;
 };
 
 }  // namespace marl

@@ -18,14 +18,15 @@ void SuiteComponents::RunCommentReport() const { Run(u"Marl.QaComponent", u"Repo
 
 void SuiteComponents::Run(TextView component, TextView operation,
                           std::vector<ComponentValue> arguments) const {
-  const auto instance = platform_.components.Create(component);
+  Text failure;
+  const auto instance = platform_.components.Create(component, failure);
+  if (!instance && !failure.empty()) throw RuntimeError(429, failure);
   if (!instance) {
     platform_.desktop.MsgBox(platform_.strings.Get(kComponentMissingString), kExclamation,
                              kApplicationTitle);
     return;
   }
   ComponentValue result;
-  Text failure;
   if (!instance->Call(operation, arguments, result, failure)) throw RuntimeError(440, failure);
 }
 

@@ -6,7 +6,8 @@ namespace marl {
 
 /// The tools of the suite that run inside the switchboard's process. Each operation makes the
 /// component, calls it once and releases it; it returns when the tool has ended. A component that
-/// is not installed says so in a message; one that fails ends in a `RuntimeError` with its words.
+/// is not installed says so in a message; one that is, and cannot be made or fails, ends in a
+/// `RuntimeError` with its words.
 class SuiteComponents {
  public:
   explicit SuiteComponents(Platform& platform) : platform_(platform) {}

@@ -155,6 +155,7 @@ class frmMain : public Form, public HookedForm {
   void SetMenuCaptions();
 
   Text ProjectFile();
+  const clsLanguages& Languages();
 
   /// Shows the display settings modally above `owner` and applies them unless they were cancelled.
   void ShowDisplaySettings(Form& owner);

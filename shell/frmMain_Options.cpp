@@ -122,7 +122,7 @@ void frmMain::ShowLanSettings(Form& owner) {
 
 void frmMain::ShowSegmentationRules(Form& owner) {
   Text failure;
-  if (const auto component = platform_.components.TryCreate(kSegmentation, failure)) {
+  if (const auto component = platform_.components.Create(kSegmentation, failure)) {
     std::vector<ComponentValue> arguments;
     ComponentValue dropped;
     if (!component->Call(u"Run", arguments, dropped, failure)) throw RuntimeError(440, failure);

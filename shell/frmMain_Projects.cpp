@@ -45,15 +45,20 @@ void frmMain::mnuProjectClean() {
   CleanFolder({desktop(), platform_.strings, common_}, search_).Run(project);
 }
 
-void frmMain::mnuTranslateProject() {
-  const Text project = ProjectFile();
-  if (project.empty()) return;
+/// The one table of languages; it is read at its first use.
+const clsLanguages& frmMain::Languages() {
   if (!languages_) {
     BuiltInComponents components(platform_.components);
     languages_ = std::make_unique<clsLanguages>(components);
   }
+  return *languages_;
+}
+
+void frmMain::mnuTranslateProject() {
+  const Text project = ProjectFile();
+  if (project.empty()) return;
   TranslateProject({desktop(), platform_.files, platform_.locales, platform_.strings, common_,
-                    *languages_,
+                    [this]() -> const clsLanguages& { return Languages(); },
                     [this](WindowHandle window) { icons_.SetFormIcon(window, kMarlIcon, false); },
                     [this](TextView arguments) { RunTool(u"Q17Bench.exe", arguments); }})
       .Run(project, this);

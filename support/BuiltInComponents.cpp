@@ -61,9 +61,9 @@ class BuiltInLists : public Component {
 
 }  // namespace
 
-std::unique_ptr<Component> BuiltInComponents::Create(TextView name) {
-  auto component = installed_.Create(name);
-  if (!component && SameText(name, u"Marl.QaComponent")) {
+std::unique_ptr<Component> BuiltInComponents::Create(TextView name, Text& failure) {
+  auto component = installed_.Create(name, failure);
+  if (!component && failure.empty() && SameText(name, u"Marl.QaComponent")) {
     component = std::make_unique<BuiltInLists>();
   }
   return component;

@@ -11,7 +11,7 @@ class BuiltInComponents : public Components {
  public:
   explicit BuiltInComponents(Components& installed) : installed_(installed) {}
 
-  std::unique_ptr<Component> Create(TextView name) override;
+  std::unique_ptr<Component> Create(TextView name, Text& failure) override;
 
  private:
   Components& installed_;

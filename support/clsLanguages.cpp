@@ -9,24 +9,15 @@ namespace {
 
 using Arguments = std::vector<ComponentValue>;
 
-/// A late-bound value as a number: nothing counts as 0, a text as the number it writes. False for
-/// any other text.
-bool ToNumber(const ComponentValue& value, std::int32_t& number) {
-  if (const auto* const plain = std::get_if<std::int32_t>(&value)) {
-    number = *plain;
-    return true;
+/// A late-bound value as a number: nothing counts as 0, a text as the number it writes, and what is
+/// no number as `otherwise`.
+std::int32_t NumberOr(const ComponentValue& value, std::int32_t otherwise) {
+  if (const auto* const plain = std::get_if<std::int32_t>(&value)) return *plain;
+  if (std::holds_alternative<std::monostate>(value)) return 0;
+  if (const auto* const text = std::get_if<Text>(&value)) {
+    Skip([&] { otherwise = CLng(*text); });
   }
-  const auto* const text = std::get_if<Text>(&value);
-  if (!text) {
-    number = 0;
-    return true;
-  }
-  return Skip([&] { number = CLng(*text); });
-}
-
-std::int32_t NumberField(const ComponentValue& value) {
-  std::int32_t number = 0;
-  return ToNumber(value, number) ? number : 0;
+  return otherwise;
 }
 
 Text TextField(const ComponentValue& value) {
@@ -35,28 +26,26 @@ Text TextField(const ComponentValue& value) {
   return number ? NumberText(*number) : Text();
 }
 
-/// Calls `operation`; false when the call fails or gives no number.
-bool Ask(Component& component, TextView operation, Arguments& arguments, std::int32_t& number) {
-  ComponentValue result;
-  Text failure;
-  return component.Call(operation, arguments, result, failure) && ToNumber(result, number);
-}
-
-/// Reads a list: asks for its length, then for each record until one is refused. `blank` holds the
-/// arguments of a record with the index first, `add` takes the filled ones.
+/// Reads a list: asks for its length, then for each record until the status of one is not 0.
+/// `blank` holds the arguments of a record with the index first, `add` takes the filled ones. False
+/// when a call fails.
 template <typename Add>
-void ReadList(Component& component, TextView countOperation, TextView fillOperation,
+bool ReadList(Component& component, TextView countOperation, TextView fillOperation,
               const Arguments& blank, Add&& add) {
+  ComponentValue result;
+  Text ignored;
   Arguments none;
-  std::int32_t count = 0;
-  if (!Ask(component, countOperation, none, count)) return;
+  if (!component.Call(countOperation, none, result, ignored)) return false;
+  const std::int32_t count = NumberOr(result, 0);
   for (std::int32_t i = 0; i < count; ++i) {
     Arguments record = blank;
     record[0] = i;
-    std::int32_t status = 0;
-    if (!Ask(component, fillOperation, record, status) || status != 0) return;
+    if (!component.Call(fillOperation, record, result, ignored)) return false;
+    constexpr std::int32_t kNoStatus = -1;  // what is no number is no 0 either
+    if (NumberOr(result, kNoStatus) != 0) return true;
     add(record);
   }
+  return true;
 }
 
 /// The record at `index`, or an empty one.
@@ -72,19 +61,25 @@ constexpr std::int32_t kTag = 1;
 }  // namespace
 
 clsLanguages::clsLanguages(Components& components) {
-  const auto component = components.Create(u"Marl.QaComponent");
+  Text ignored;
+  const auto component = components.Create(u"Marl.QaComponent", ignored);
   if (!component) return;
-  ReadList(*component, u"LanguageCount", u"GetLanguage",
-           {std::int32_t{0}, kTag, Text(), Text(), std::int32_t{0}, std::int32_t{0}},
-           [this](const Arguments& record) {
-             languages_.push_back({TextField(record[2]), TextField(record[3]),
-                                   NumberField(record[4]), NumberField(record[5])});
-           });
-  ReadList(
-      *component, u"CodePageCount", u"GetCodePage",
-      {std::int32_t{0}, kTag, Text(), Text(), std::int32_t{0}}, [this](const Arguments& record) {
-        codePages_.push_back({TextField(record[2]), TextField(record[3]), NumberField(record[4])});
-      });
+  const bool read =
+      ReadList(*component, u"LanguageCount", u"GetLanguage",
+               {std::int32_t{0}, kTag, Text(), Text(), std::int32_t{0}, std::int32_t{0}},
+               [this](const Arguments& record) {
+                 languages_.push_back({TextField(record[2]), TextField(record[3]),
+                                       NumberOr(record[4], 0), NumberOr(record[5], 0)});
+               }) &&
+      ReadList(*component, u"CodePageCount", u"GetCodePage",
+               {std::int32_t{0}, kTag, Text(), Text(), std::int32_t{0}},
+               [this](const Arguments& record) {
+                 codePages_.push_back(
+                     {TextField(record[2]), TextField(record[3]), NumberOr(record[4], 0)});
+               });
+  if (read) return;
+  languages_.clear();
+  codePages_.clear();
 }
 
 Text clsLanguages::LanguageDescription(std::int32_t index) const {

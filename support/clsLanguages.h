@@ -15,7 +15,7 @@ namespace marl {
 ///   GetLanguage(index, tag, description, code, encoding, localeId) and
 ///   GetCodePage(index, tag, description, code, number) fill the fields behind the index, from 0,
 ///   and give a status, 0 when they did. The tag goes in as 1.
-/// A missing component leaves empty lists, and one that fails ends them; nothing is reported.
+/// A missing component, or one that fails, leaves empty lists; nothing is reported.
 class clsLanguages {
  public:
   explicit clsLanguages(Components& components);

@@ -12,7 +12,8 @@ namespace marl {
 /// Components that a test registers, and the calls that reached them.
 class MemoryComponents : public Components {
  public:
-  /// What a component does when it is called; false fails with the text put into `failure`.
+  /// What a component does when it is called; false fails with the text put into `failure`, or with
+  /// the system's text where that is empty.
   using Body = std::function<bool(const Text& operation, std::vector<ComponentValue>& arguments,
                                   ComponentValue& result, Text& failure)>;
   struct CallRecord {
@@ -27,15 +28,15 @@ class MemoryComponents : public Components {
   std::vector<CallRecord> calls;
   int live = 0;  ///< instances that have not been released
 
-  std::unique_ptr<Component> Create(TextView name) override {
+  std::unique_ptr<Component> Create(TextView name, Text& failure) override {
+    failure.clear();
+    if (const auto found = broken.find(Text(name)); found != broken.end()) {
+      failure = found->second;
+      return nullptr;
+    }
     const auto found = registered.find(Text(name));
     if (found == registered.end()) return nullptr;
     return std::make_unique<Instance>(*this, Text(name), found->second);
-  }
-  std::unique_ptr<Component> TryCreate(TextView name, Text& failure) override {
-    const auto found = broken.find(Text(name));
-    failure = found == broken.end() ? Text() : found->second;
-    return found == broken.end() ? Create(name) : nullptr;
   }
 
  private:
@@ -49,7 +50,17 @@ class MemoryComponents : public Components {
     bool Call(TextView operation, std::vector<ComponentValue>& arguments, ComponentValue& result,
               Text& failure) override {
       owner_.calls.push_back({name_, Text(operation), arguments});
-      return !body_ || body_(Text(operation), arguments, result, failure);
+      if (!body_) return true;
+      std::vector<ComponentValue> filled = arguments;
+      ComponentValue answer;
+      Text words;
+      if (!body_(Text(operation), filled, answer, words)) {
+        failure = words.empty() ? Text(u"Automation error") : words;
+        return false;
+      }
+      arguments = std::move(filled);
+      result = std::move(answer);
+      return true;
     }
 
    private:

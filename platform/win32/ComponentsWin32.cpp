@@ -33,10 +33,11 @@ class Variant {
 
   ComponentValue Get() {
     Variant plain;
-    // By-reference results are followed; anything that is no text or number counts as nothing.
-    if (FAILED(VariantCopyInd(plain.get(), &value_))) return {};
+    // By-reference results are followed.
+    if (FAILED(VariantCopyInd(plain.get(), &value_))) return ForeignValue();
     VARIANT& v = *plain.get();
     switch (v.vt) {
+      case VT_EMPTY: return {};
       case VT_BSTR: return FromWide(v.bstrVal, SysStringLen(v.bstrVal));
       case VT_BOOL: return std::int32_t{v.boolVal};
       case VT_I1:
@@ -50,8 +51,8 @@ class Variant {
       case VT_R4:
       case VT_R8:
         if (SUCCEEDED(VariantChangeType(&v, &v, 0, VT_I4))) return std::int32_t{v.lVal};
-        return {};
-      default: return {};
+        return ForeignValue();
+      default: return ForeignValue();
     }
   }
 
@@ -59,15 +60,31 @@ class Variant {
   VARIANT value_;
 };
 
-Text SystemMessage(HRESULT code) {
+Text MessageOf(DWORD code) {
   wchar_t* text = nullptr;
   const DWORD length = FormatMessageW(
       FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
-      nullptr, static_cast<DWORD>(code), 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
-  Text message = length ? FromWide(text, length) : Text(u"Automation error");
+      nullptr, code, 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
+  Text message = FromWide(text, length);
   LocalFree(text);
   while (message.ends_with(u'\n') || message.ends_with(u'\r')) message.pop_back();
   return message;
+}
+
+Text SystemMessage(HRESULT code) {
+  Text message = MessageOf(static_cast<DWORD>(code));
+  // A code of the platform's own in the form of a HRESULT; not every system knows it like that.
+  if (message.empty() && HRESULT_FACILITY(code) == FACILITY_WIN32) {
+    message = MessageOf(static_cast<DWORD>(HRESULT_CODE(code)));
+  }
+  return message.empty() ? Text(u"Automation error") : message;
+}
+
+/// A failure in its own words, or in the system's where it has none.
+Text FailureText(HRESULT status, const EXCEPINFO& exception) {
+  const UINT length = SysStringLen(exception.bstrDescription);
+  if (length > 0) return FromWide(exception.bstrDescription, length);
+  return SystemMessage(FAILED(exception.scode) ? exception.scode : status);
 }
 
 class ComponentWin32 : public Component {
@@ -104,9 +121,7 @@ class ComponentWin32 : public Component {
                         &parameters, answer.get(), &exception, nullptr);
     if (FAILED(status)) {
       if (exception.pfnDeferredFillIn) exception.pfnDeferredFillIn(&exception);
-      failure = exception.bstrDescription
-                    ? FromWide(exception.bstrDescription, SysStringLen(exception.bstrDescription))
-                    : SystemMessage(status);
+      failure = FailureText(status, exception);
       SysFreeString(exception.bstrSource);
       SysFreeString(exception.bstrDescription);
       SysFreeString(exception.bstrHelpFile);
@@ -129,18 +144,13 @@ ComponentsWin32::~ComponentsWin32() {
   if (initialised_) OleUninitialize();
 }
 
-std::unique_ptr<Component> ComponentsWin32::Create(TextView name) {
-  Text ignored;
-  return TryCreate(name, ignored);
-}
-
-std::unique_ptr<Component> ComponentsWin32::TryCreate(TextView name, Text& failure) {
+std::unique_ptr<Component> ComponentsWin32::Create(TextView name, Text& failure) {
   failure.clear();
   CLSID id;
   if (FAILED(CLSIDFromProgID(Wide(Text(name)), &id))) return nullptr;
   IDispatch* object = nullptr;
-  const HRESULT status = CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER,
-                                          IID_IDispatch, reinterpret_cast<void**>(&object));
+  const HRESULT status = CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                                          reinterpret_cast<void**>(&object));
   if (FAILED(status)) {
     failure = SystemMessage(status);
     return nullptr;

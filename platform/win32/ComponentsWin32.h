@@ -9,8 +9,7 @@ class ComponentsWin32 : public Components {
  public:
   ComponentsWin32();
   ~ComponentsWin32() override;
-  std::unique_ptr<Component> Create(TextView name) override;
-  std::unique_ptr<Component> TryCreate(TextView name, Text& failure) override;
+  std::unique_ptr<Component> Create(TextView name, Text& failure) override;
 
  private:
   bool initialised_ = false;

@@ -28,6 +28,19 @@ class RegisteredComponent {
   ClassKey server_;
 };
 
+/// While this lives, the component has lists of languages and code pages in the programs that are
+/// started: "Own \u00fc \u4e2d" with the code "x-own", and "Other" with "fr".
+class ComponentLanguages {
+ public:
+  ComponentLanguages() { SetEnvironmentVariableW(kVariable, L"1"); }
+  ~ComponentLanguages() { SetEnvironmentVariableW(kVariable, nullptr); }
+  ComponentLanguages(const ComponentLanguages&) = delete;
+  ComponentLanguages& operator=(const ComponentLanguages&) = delete;
+
+ private:
+  static constexpr wchar_t kVariable[] = L"MARL_TEST_LANGUAGES";
+};
+
 /// What the components of the programs that are started while this lives are told.
 class ComponentCalls {
  public:

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "tests/desktop/Component.h"
 #include "tests/desktop/Switchboard.h"
 
 // Real clicks on the panel, and what they start.
@@ -164,6 +165,24 @@ TEST_F(Press, QaCheckWithoutItsComponentTellsSo) {
     EXPECT_TRUE(box.Press(IDOK));
   }
   EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Press, QaCheckWhoseComponentCannotBeMadeEndsTheProgramWithTheSystemsText) {
+  const SuiteFolder suite;
+  const RegisteredComponent qa(L"Marl.QaComponent", suite.path() + L"\\nowhere.dll");
+  ASSERT_TRUE(qa.made());
+  const RunningMarl marl(suite);
+  ASSERT_TRUE(marl.WaitForWindow());
+  // By the menu: a tip of the button could lie above the message.
+  ASSERT_TRUE(marl.PressMenu(L'O', L'Q'));
+  const MessageBoxWindow box = marl.WaitForBox();
+  ASSERT_TRUE(box);
+  Screenshot("component-broken");
+  EXPECT_EQ(box.Title(), L"Marl");
+  EXPECT_NE(box.Text(), L"");
+  EXPECT_EQ(box.Text().find(L"not installed"), std::wstring::npos) << ToUtf8(box.Text());
+  EXPECT_TRUE(box.Press(IDOK));
+  EXPECT_EQ(marl.WaitForExit(), 1u);
 }
 
 // A second click within the time of a double click is not a second press.

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "tests/desktop/Component.h"
 #include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
@@ -274,6 +275,61 @@ TEST_F(Project, DocumentOfAnXmlProjectOpensInTheEditor) {
   const Starts starts = suite.WaitForTools(2);
   ASSERT_EQ(starts.size(), 2u);
   EXPECT_EQ(starts[1], Editor(job + L"German\\" + kDocument));
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Project, LanguagesOfARegisteredComponentAreOffered) {
+  const ComponentLanguages languages;
+  const ComponentCalls calls(suite);
+  const RegisteredComponent qa(L"Marl.QaComponent");
+  ASSERT_TRUE(qa.made());
+  ASSERT_TRUE(Close(marl));
+  const RunningMarl second(suite);
+  ASSERT_TRUE(second.WaitForWindow());
+  Put(L"empty.qprx", "<document path=\"a.doc\"/>");
+  ASSERT_TRUE(Tell(At(L"empty.qprx")));
+  ASSERT_TRUE(second.PressMenu(L'T', L'P'));
+  ASSERT_TRUE(second.WaitForBox());
+  EXPECT_EQ(second.Box().Text(), L"No target languages found");
+  ASSERT_TRUE(second.Box().Press(IDOK));
+  EXPECT_TRUE(calls.All().empty()) << "not asked for before they are needed";
+
+  Put(L"job.qprx",
+      "<language lc=\"de\"/><document path=\"a b.doc\"/>"
+      "<language lc=\"fr\"/><language lc=\"x-own\"/>");
+  Put(L"Own \u00fc \u4e2d\\a b.qtd");
+  ASSERT_TRUE(Tell(At(L"job.qprx")));
+  for (int time = 0; time < 2; ++time) {
+    ASSERT_TRUE(second.PressMenu(L'T', L'P'));
+    const HWND form = WaitForSelection(second);
+    ASSERT_TRUE(form) << ToUtf8(second.Box().Text());
+    EXPECT_EQ(Rows(Children(form, L"ComboBox").at(0)),
+              (std::vector<std::wstring>{L"Other", L"Own \u00fc \u4e2d"}));
+    Screenshot("select-component-languages", form);
+    EXPECT_TRUE(ChooseSecondRow(form));
+    Chord({}, VK_RETURN);
+    ASSERT_TRUE(WaitUntilGone(form));
+  }
+  const Started editor = Editor(L"Own \u00fc \u4e2d\\a b.qtd");
+  EXPECT_EQ(suite.WaitForTools(2), (Starts{editor, editor}));
+  const auto get = [](int index) {
+    return L"Marl.QaComponent.GetLanguage(" + std::to_wstring(index) + L",1,,,0,0)";
+  };
+  EXPECT_EQ(calls.All(),
+            (std::vector<std::wstring>{L"Marl.QaComponent.LanguageCount()", get(0), get(1), get(2),
+                                       L"Marl.QaComponent.CodePageCount()",
+                                       L"Marl.QaComponent.GetCodePage(0,1,,,0)"}))
+      << "read once";
+  EXPECT_TRUE(Close(second));
+}
+
+TEST_F(Project, WithAComponentThatCannotBeMadeNoLanguageIsOffered) {
+  const RegisteredComponent qa(L"Marl.QaComponent", suite.path() + L"\\nowhere.dll");
+  ASSERT_TRUE(qa.made());
+  Put(L"job.qprx", "<language lc=\"fr\"/><document path=\"a.doc\"/>");
+  ASSERT_TRUE(Tell(At(L"job.qprx")));
+  ASSERT_TRUE(Translate());
+  EXPECT_TRUE(Says(L"No target languages found"));
   EXPECT_TRUE(Close(marl));
 }
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 
 #include "tests/desktop/Component.h"
 #include "tests/desktop/Dialog.h"
@@ -468,6 +469,64 @@ TEST_F(Server, RealComponentIsCalledWithTheDocumentAndItsFailureIsShown) {
   EXPECT_TRUE(Close(marl));
   EXPECT_EQ(StoredServer(), ToUtf8(tag));
   EXPECT_EQ(StoredList(), std::vector<std::string>{ToUtf8(tag)});
+}
+
+TEST_F(Server, FailureWithoutWordsIsSaidInTheSystems) {
+  StoreServer(L"alpha");
+  const SuiteFolder suite;
+  const RegisteredComponent client(kClient);
+  ASSERT_TRUE(client.made());
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  Click(IconOf(main, kChangeServer));
+  {
+    const ServerDialog dialog(marl);
+    ASSERT_TRUE(dialog);
+    ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == dialog.window(); }));
+    Keys(L"wordless");
+    ASSERT_TRUE(WaitUntil([&] { return TextOf(dialog.Combo()) == L"wordless"; }));
+    Click(MiddleOf(dialog.Button(L"OK")));
+  }
+  const MessageBoxWindow box = marl.WaitForBox();
+  ASSERT_TRUE(box);
+  Screenshot("server-wordless");
+  std::array<wchar_t, 200> text = {};
+  FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                 ERROR_ACCESS_DENIED, 0, text.data(), 200, nullptr);
+  const std::wstring system = text.data();
+  EXPECT_EQ(box.Text(), system.substr(0, system.find_first_of(L"\r\n")));
+  EXPECT_NE(box.Text(), L"");
+  EXPECT_TRUE(box.Press(IDOK));
+  EXPECT_EQ(TextOf(main), L"Marl : alpha");
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Server, ReturnToTheProgramLeavesTheSelectionOfTheNameAlone) {
+  StoreServer(L"alpha");
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  Click(IconOf(main, kChangeServer));
+  const ServerDialog dialog(marl);
+  ASSERT_TRUE(dialog && dialog.InFront());
+  const auto selection = [&] { return SendMessageW(dialog.Combo(), CB_GETEDITSEL, 0, 0); };
+  EXPECT_TRUE(WaitUntil([&] { return selection() == MAKELRESULT(0, 5); }));
+  Chord({}, VK_END);
+  Chord({VK_SHIFT}, VK_LEFT);
+  ASSERT_TRUE(WaitUntil([&] { return selection() == MAKELRESULT(4, 5); }));
+  const HWND other = CreateWindowExW(0, L"STATIC", L"Other", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
+                                     200, 100, nullptr, nullptr, nullptr, nullptr);
+  ASSERT_TRUE(BringForward(other));
+  DestroyWindow(other);
+  ASSERT_TRUE(BringForward(dialog.window()));
+  // What is typed now replaces what was selected before.
+  Keys(L"x");
+  EXPECT_TRUE(WaitUntil([&] { return TextOf(dialog.Combo()) == L"alphx"; }))
+      << ToUtf8(TextOf(dialog.Combo()));
+  EXPECT_TRUE(dialog.Leave(L"Cancel"));
+  EXPECT_TRUE(Close(marl));
 }
 
 TEST_F(Server, RefusedStoredServerEndsQuietlyInNone) {

@@ -13,9 +13,11 @@ using Arguments = std::vector<ComponentValue>;
 class BuiltIn : public testing::Test {
  protected:
   bool Call(TextView operation, Arguments& arguments) {
-    const auto component = components.Create(u"Marl.QaComponent");
+    const auto component = Create(u"Marl.QaComponent");
     return component->Call(operation, arguments, result, failure);
   }
+
+  std::unique_ptr<Component> Create(TextView name) { return components.Create(name, failure); }
 
   MemoryComponents installed;
   BuiltInComponents components{installed};
@@ -24,19 +26,25 @@ class BuiltIn : public testing::Test {
 };
 
 TEST_F(BuiltIn, OnlyTheListsHaveAStandIn) {
-  EXPECT_TRUE(components.Create(u"Marl.QaComponent"));
-  EXPECT_TRUE(components.Create(u"marl.qacomponent"));
-  EXPECT_FALSE(components.Create(u"Marl.ReplaceComponent"));
-  EXPECT_FALSE(components.Create(u""));
+  EXPECT_TRUE(Create(u"Marl.QaComponent"));
+  EXPECT_TRUE(Create(u"marl.qacomponent"));
+  EXPECT_FALSE(Create(u"Marl.ReplaceComponent"));
+  EXPECT_FALSE(Create(u""));
 }
 
 TEST_F(BuiltIn, InstalledComponentsAreGivenAsTheyAre) {
   installed.registered[u"Marl.QaComponent"] = {};
   installed.registered[u"Marl.ReplaceComponent"] = {};
-  const auto lists = components.Create(u"Marl.QaComponent");
-  const auto other = components.Create(u"Marl.ReplaceComponent");
+  const auto lists = Create(u"Marl.QaComponent");
+  const auto other = Create(u"Marl.ReplaceComponent");
   EXPECT_TRUE(lists && other);
   EXPECT_EQ(installed.live, 2);
+}
+
+TEST_F(BuiltIn, ARegisteredComponentThatCannotBeMadeHasNoStandIn) {
+  installed.broken[u"Marl.QaComponent"] = u"Module not found";
+  EXPECT_FALSE(Create(u"Marl.QaComponent"));
+  EXPECT_EQ(failure, u"Module not found");
 }
 
 TEST_F(BuiltIn, FillsARecordByReference) {

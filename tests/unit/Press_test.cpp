@@ -191,6 +191,25 @@ TEST_P(ComponentEntry, AFailureInsideIsNotCaught) {
   EXPECT_TRUE(world.desktop.ended());
 }
 
+TEST_P(ComponentEntry, OneThatIsRegisteredAndCannotBeMadeIsAFailureToo) {
+  SuiteWorld world;
+  world.components.broken[Text(GetParam().component)] = u"Module not found";
+  world.Start();
+  world.desktop.Event([&] { (world.main().*GetParam().entry)(); });
+  EXPECT_EQ(world.desktop.messages,
+            (std::vector{MemoryDesktop::Message{u"Module not found", kCritical, u"Marl"}}));
+  EXPECT_TRUE(world.desktop.ended());
+}
+
+TEST_P(ComponentEntry, AFailureWithoutWordsIsSaidInTheSystems) {
+  SuiteWorld world;
+  world.components.registered[Text(GetParam().component)] = [](auto&&...) { return false; };
+  world.Start();
+  world.desktop.Event([&] { (world.main().*GetParam().entry)(); });
+  EXPECT_EQ(world.Messages(), (std::vector<Text>{u"Automation error"}));
+  EXPECT_TRUE(world.desktop.ended());
+}
+
 INSTANTIATE_TEST_SUITE_P(
     All, ComponentEntry,
     testing::Values(

@@ -59,7 +59,8 @@ class Translate : public testing::Test, protected ProjectWorld {
 
   void Run(TextView path) {
     const clsLanguages table(components);
-    TranslateProject({desktop, files, locale, strings, common, table, [](WindowHandle) {},
+    TranslateProject({desktop, files, locale, strings, common,
+                      [&]() -> const clsLanguages& { return table; }, [](WindowHandle) {},
                       [this](TextView arguments) { edited.emplace_back(arguments); }})
         .Run(path, nullptr);
     EXPECT_TRUE(desktop.forms().empty()) << "the dialog is unloaded on every way out";
@@ -407,7 +408,14 @@ TEST_F(Translate, CountThatIsNoNumberFailsOutOfTheCommand) {
 
 TEST_F(Translate, LanguageFolderFollowsTheStyle) {
   const clsLanguages table(components);
-  const TranslateProject command({desktop, files, locale, strings, common, table, {}, {}});
+  const TranslateProject command({desktop,
+                                  files,
+                                  locale,
+                                  strings,
+                                  common,
+                                  [&]() -> const clsLanguages& { return table; },
+                                  {},
+                                  {}});
   EXPECT_EQ(command.GetLanguageFolder(2, 1), u"fr");
   EXPECT_EQ(command.GetLanguageFolder(2, 0), u"French");
   EXPECT_EQ(command.GetLanguageFolder(2, -1), u"French");

@@ -175,19 +175,30 @@ TEST_F(Languages, TheComponentIsAskedOnceInOrderWithTheTagSetAndReleased) {
 }
 
 TEST_F(Languages, AStatusOtherThanZeroEndsTheWalkAndKeepsWhatWasRead) {
-  for (const bool raise : {false, true}) {
-    for (int bad = 0; bad < 3; ++bad) {
-      lists.raise = raise;
-      lists.badLanguage = bad;
-      lists.badPage = 2 - bad;
-      components.calls.clear();
-      const clsLanguages languages(components);
-      EXPECT_EQ(languages.LanguageCount(), bad - 1);
-      EXPECT_EQ(languages.CodePageCount(), 1 - bad);
-      EXPECT_EQ(languages.LanguageCode(bad), u"");
-      EXPECT_EQ(languages.LanguageCode(bad - 1), bad == 0 ? u"" : lists.languages[bad - 1].code);
-      EXPECT_EQ(components.calls.size(), 2u + bad + 1 + (2 - bad) + 1) << "none after it";
-    }
+  for (int bad = 0; bad < 3; ++bad) {
+    lists.badLanguage = bad;
+    lists.badPage = 2 - bad;
+    components.calls.clear();
+    const clsLanguages languages(components);
+    EXPECT_EQ(languages.LanguageCount(), bad - 1);
+    EXPECT_EQ(languages.CodePageCount(), 1 - bad);
+    EXPECT_EQ(languages.LanguageCode(bad), u"");
+    EXPECT_EQ(languages.LanguageCode(bad - 1), bad == 0 ? u"" : lists.languages[bad - 1].code);
+    EXPECT_EQ(components.calls.size(), 2u + bad + 1 + (2 - bad) + 1) << "none after it";
+  }
+}
+
+TEST_F(Languages, ACallThatFailsAnywhereLeavesBothListsEmpty) {
+  lists.raise = true;
+  for (const auto& [language, page] : {std::pair{0, -1}, {2, -1}, {-1, 0}, {-1, 2}}) {
+    lists.badLanguage = language;
+    lists.badPage = page;
+    components.calls.clear();
+    ExpectEmpty(clsLanguages(components));
+    EXPECT_EQ(components.live, 0);
+    const std::size_t before = language >= 0 ? 2 : lists.languages.size() + 3;
+    EXPECT_EQ(components.calls.size(), before + static_cast<std::size_t>(language + page + 1))
+        << "none after it";
   }
 }
 
@@ -207,7 +218,8 @@ TEST_F(Languages, FieldsOfAnotherKindAreConvertedOrLeftEmpty) {
 TEST_F(Languages, NegativeAndSenselessCountsLeaveTheListEmpty) {
   for (const ComponentValue& count :
        {ComponentValue(std::int32_t{0}), ComponentValue(std::int32_t{-1}),
-        ComponentValue(std::int32_t{-2147483647 - 1}), ComponentValue(Text(u"many"))}) {
+        ComponentValue(std::int32_t{-2147483647 - 1}), ComponentValue(Text(u"many")),
+        ComponentValue(ForeignValue())}) {
     lists.languageCount = lists.pageCount = count;
     ExpectEmpty(clsLanguages(components));
   }
@@ -226,8 +238,26 @@ TEST_F(Languages, ATextThatIsANumberCountsAsOne) {
 
 TEST_F(Languages, AStatusThatIsNoNumberEndsTheWalk) {
   lists.badLanguage = 1;
-  lists.status = Text(u"bad");
-  EXPECT_EQ(clsLanguages(components).LanguageCount(), 0);
+  for (const ComponentValue& status :
+       {ComponentValue(Text(u"bad")), ComponentValue(Text()), ComponentValue(ForeignValue())}) {
+    lists.status = status;
+    const clsLanguages languages(components);
+    EXPECT_EQ(languages.LanguageCount(), 0);
+    EXPECT_EQ(languages.CodePageCount(), 2) << "it is no failure of the component";
+  }
+}
+
+TEST_F(Languages, NoStatusCountsAsZero) {
+  lists.badLanguage = 1;
+  lists.status = {};
+  EXPECT_EQ(clsLanguages(components).LanguageCount(), 3);
+}
+
+TEST_F(Languages, ARegisteredComponentThatCannotBeMadeLeavesEmptyLists) {
+  components.broken[u"Marl.QaComponent"] = u"Module not found";
+  BuiltInComponents builtIn(components);
+  ExpectEmpty(clsLanguages(builtIn));
+  EXPECT_TRUE(components.calls.empty());
 }
 
 TEST_F(Languages, AComponentThatFailsLeavesEmptyLists) {
@@ -245,7 +275,7 @@ TEST_F(Languages, FieldsOfTheWrongTypeAreConvertedOrEmpty) {
                                                   ComponentValue& result, Text&) {
     result = std::int32_t{operation.ends_with(u"Count") ? 1 : 0};
     if (operation == u"GetLanguage") {
-      arguments = {std::int32_t{0}, {}, {}, std::int32_t{7}, Text(u"1252"), Text(u"x")};
+      arguments = {std::int32_t{0}, {}, ForeignValue(), std::int32_t{7}, Text(u"1252"), Text(u"x")};
     }
     return true;
   };

@@ -108,6 +108,39 @@ TEST_F(Projects, DialogOfTheTranslationBelongsToTheMainForm) {
   EXPECT_EQ(world.desktop.owners, std::vector<Form*>{&main()});
 }
 
+TEST_F(Projects, TheTableOfLanguagesIsReadOnceAndNotBeforeItIsNeeded) {
+  std::vector<Text> calls;
+  world.components.registered[u"Marl.QaComponent"] = [&](const Text& operation, auto& arguments,
+                                                         ComponentValue& result, Text&) {
+    calls.push_back(operation);
+    result = std::int32_t{operation == u"LanguageCount" ? 1 : 0};
+    if (operation == u"GetLanguage") {
+      arguments[2] = Text(u"French");
+      arguments[3] = Text(u"fr");
+    }
+    return true;
+  };
+  world.files.Put(u"C:\\P\\empty.qprx", "<document path=\"report.doc\"/>");
+  current() = u"C:\\P\\empty.qprx";
+  ASSERT_TRUE(Choose("mnuTranslateProject"));
+  EXPECT_EQ(world.desktop.messages, Says(u"No target languages found"));
+  EXPECT_TRUE(calls.empty());
+  current() = kProject;
+  for (int run = 0; run < 2; ++run) {
+    ASSERT_TRUE(Choose("mnuTranslateProject"));
+    EXPECT_EQ(calls, (std::vector<Text>{u"LanguageCount", u"GetLanguage", u"CodePageCount"}));
+  }
+  EXPECT_EQ(world.shell.started.size(), 2u);
+}
+
+TEST_F(Projects, WithAComponentThatCannotBeMadeNoLanguageIsKnown) {
+  world.components.broken[u"Marl.QaComponent"] = u"Module not found";
+  current() = kProject;
+  ASSERT_TRUE(Choose("mnuTranslateProject"));
+  EXPECT_EQ(world.desktop.messages, Says(u"No target languages found"));
+  EXPECT_FALSE(world.desktop.ended());
+}
+
 TEST_F(Projects, SecondTranslateAsksNoQuestion) {
   current() = kProject;
   Choose("mnuTranslateProject");

@@ -3,7 +3,9 @@
 //
 // Each call is appended to the file that the environment names in MARL_TEST_CALLS, as a text with a
 // NUL behind it: class, operation and arguments, "Marl.QaComponent.Run(1)" say. A call with an
-// argument that holds "refused" fails with a description.
+// argument that holds "refused" fails with a description, one with "wordless" with an empty one and
+// the code of a refused access. Where the environment has MARL_TEST_LANGUAGES, the component has
+// lists of languages and code pages.
 
 #include <windows.h>
 #include <oleauto.h>
@@ -38,6 +40,61 @@ void RunMessages() {
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }
+}
+
+/// Puts a text where an argument points to.
+void Fill(VARIANT* out, const wchar_t* text) {
+  VariantClear(out);
+  out->vt = VT_BSTR;
+  out->bstrVal = SysAllocString(text);
+}
+/// The same with a number.
+void Fill(VARIANT* out, LONG number) {
+  VariantClear(out);
+  out->vt = VT_I4;
+  out->lVal = number;
+}
+
+struct Language {
+  const wchar_t* description;
+  const wchar_t* code;
+  LONG encoding;
+  LONG localeId;
+};
+constexpr Language kLanguages[] = {{L"Own \u00fc \u4e2d", L"x-own", 28605, 0x1000},
+                                   {L"Other", L"fr", 1252, 12}};
+
+/// Answers the operations on the lists. False for any other operation. The number of languages is
+/// one too high: the status of the last one is no number.
+bool AnswerLists(const std::wstring& operation, DISPPARAMS& parameters, VARIANT& result) {
+  // The last argument comes first.
+  const auto argument = [&](UINT place) {
+    return parameters.rgvarg[parameters.cArgs - 1 - place].pvarVal;
+  };
+  if (operation == L"LanguageCount") {
+    result.vt = VT_I2;
+    result.iVal = 3;
+  } else if (operation == L"GetLanguage" && parameters.cArgs == 6) {
+    const LONG index = argument(0)->lVal;
+    if (index > 1) {
+      result.vt = VT_NULL;
+      return true;
+    }
+    Fill(argument(2), kLanguages[index].description);
+    Fill(argument(3), kLanguages[index].code);
+    Fill(argument(4), kLanguages[index].encoding);
+    Fill(argument(5), kLanguages[index].localeId);
+  } else if (operation == L"CodePageCount") {
+    result.vt = VT_R8;
+    result.dblVal = 1;
+  } else if (operation == L"GetCodePage" && parameters.cArgs == 5) {
+    Fill(argument(2), L"Own page");
+    Fill(argument(3), L"own-1");
+    Fill(argument(4), 28605L);
+  } else {
+    return false;
+  }
+  return true;
 }
 
 /// The text that the registry holds for a class.
@@ -103,10 +160,11 @@ class Component : public Counted<IDispatch> {
     ids[0] = static_cast<DISPID>(operations_.size());
     return S_OK;
   }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*,
-                                   EXCEPINFO* exception, UINT*) override {
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters,
+                                   VARIANT* result, EXCEPINFO* exception, UINT*) override {
     if (id < 1 || static_cast<std::size_t>(id) > operations_.size()) return DISP_E_MEMBERNOTFOUND;
-    std::wstring call = name_ + L"." + operations_[static_cast<std::size_t>(id - 1)] + L"(";
+    const std::wstring& operation = operations_[static_cast<std::size_t>(id - 1)];
+    std::wstring call = name_ + L"." + operation + L"(";
     // The last argument comes first.
     for (UINT i = parameters->cArgs; i-- > 0;) {
       VARIANT text;
@@ -121,8 +179,16 @@ class Component : public Counted<IDispatch> {
     call += L')';
     Record(call);
     if (GetEnvironmentVariableW(L"MARL_COMPONENT_STAYS", nullptr, 0) > 0) RunMessages();
-    if (call.find(L"refused") == std::wstring::npos) return S_OK;
-    if (exception) exception->bstrDescription = SysAllocString(kDescription);
+    if (result && GetEnvironmentVariableW(L"MARL_TEST_LANGUAGES", nullptr, 0) > 0 &&
+        AnswerLists(operation, *parameters, *result)) {
+      return S_OK;
+    }
+    const bool wordless = call.find(L"wordless") != std::wstring::npos;
+    if (!wordless && call.find(L"refused") == std::wstring::npos) return S_OK;
+    if (exception) {
+      exception->bstrDescription = SysAllocString(wordless ? L"" : kDescription);
+      exception->scode = wordless ? E_ACCESSDENIED : E_FAIL;
+    }
     return DISP_E_EXCEPTION;
   }
 
