@@ -318,16 +318,6 @@ void PaintSweep(const GradientSweep& sweep, Picture& picture) {
   }
 }
 
-void GradientTarget::Draw(const GradientSweep& sweep) {
-  Point from = sweep.from;
-  Point to = sweep.to;
-  for (int line = 0; line < sweep.lines(); ++line) {
-    Line(from, to, sweep.ramp[static_cast<std::size_t>(line)]);
-    from = {from.x + sweep.stepX, from.y + sweep.stepY};
-    to = {to.x + sweep.stepX, to.y + sweep.stepY};
-  }
-}
-
 void GradientPicture::Begin(Size size, Color background) {
   const int width = std::max(size.width, 0);
   const int height = std::max(size.height, 0);
@@ -360,8 +350,9 @@ void GradientPicture::Line(Point from, Point to, Color color) {
   });
 }
 
-void GradientPicture::Draw(const GradientSweep& sweep) {
+bool GradientPicture::Draw(const GradientSweep& sweep) {
   if (picture_) PaintSweep(sweep, *picture_);
+  return true;
 }
 
 const Picture& GradientPicture::picture() const {
@@ -422,14 +413,27 @@ void clsGradient::SetAngle(float angle) {
 
 std::int32_t clsGradient::DrawGradient(GradientTarget& target, std::int32_t width,
                                        std::int32_t height) {
-  try {
-    const GradientSweep sweep = Sweep(width, height);
-    target.Draw(sweep);
-    return 2 * sweep.lines();
-  } catch (const RuntimeError& error) {
-    desktop_.MsgBox(error.text(), kExclamation, u"GradientRect");
-    return 0;
+  bool failed = false;
+  // A failing statement is shown, and the next one runs.
+  const auto attempt = [&](auto&& statement) {
+    try {
+      statement();
+    } catch (const RuntimeError& error) {
+      failed = true;
+      desktop_.MsgBox(error.text(), kExclamation, u"GradientRect");
+    }
+  };
+  const GradientSweep sweep = Compute(width, height, attempt);
+  bool drawn = false;
+  attempt([&] { drawn = target.Draw(sweep); });
+  Point from = sweep.from;
+  Point to = sweep.to;
+  for (int line = 0; !drawn && line < sweep.lines(); ++line) {
+    attempt([&] { target.Line(from, to, sweep.ramp[static_cast<std::size_t>(line)]); });
+    from = {from.x + sweep.stepX, from.y + sweep.stepY};
+    to = {to.x + sweep.stepX, to.y + sweep.stepY};
   }
+  return failed ? 0 : 2 * sweep.lines();
 }
 
 void clsGradient::RotatePoint(const GradientPoint& origin, GradientPoint& point,
@@ -448,6 +452,12 @@ double clsGradient::SafeDivide(double dividend, double divisor) const {
 }
 
 GradientSweep clsGradient::Sweep(std::int32_t width, std::int32_t height) const {
+  return Compute(width, height, [](auto&& statement) { statement(); });
+}
+
+template <typename Attempt>
+GradientSweep clsGradient::Compute(std::int32_t width, std::int32_t height,
+                                   Attempt&& attempt) const {
   const double w = width;
   const double h = height;
   const GradientPoint centre = {static_cast<float>(Int(w / 2)), static_cast<float>(Int(h / 2))};
@@ -456,8 +466,8 @@ GradientSweep clsGradient::Sweep(std::int32_t width, std::int32_t height) const 
   GradientPoint a = {centre.X - half, centre.Y};
   GradientPoint b = {half + centre.X, centre.Y};
   const float rotation = WithinTurn(static_cast<double>(angle_) + 90);
-  RotatePoint(centre, a, rotation);
-  RotatePoint(centre, b, rotation);
+  attempt([&] { RotatePoint(centre, a, rotation); });
+  attempt([&] { RotatePoint(centre, b, rotation); });
 
   GradientSweep sweep;
   const bool steep = std::abs(double{a.Y} - b.Y) >= std::abs(double{a.X} - b.X);
@@ -476,8 +486,11 @@ GradientSweep clsGradient::Sweep(std::int32_t width, std::int32_t height) const 
     y0 = -double{std::max(a.Y, b.Y)};
     sweep.stepY = 1;
   }
-  sweep.from = {CLng(x0 + a.X), CLng(y0 + a.Y)};
-  sweep.to = {CLng(x0 + b.X), CLng(y0 + b.Y)};
+  // An end that leaves 32 bits stays 0.
+  attempt([&] { sweep.from.x = CLng(x0 + a.X); });
+  attempt([&] { sweep.from.y = CLng(y0 + a.Y); });
+  attempt([&] { sweep.to.x = CLng(x0 + b.X); });
+  attempt([&] { sweep.to.y = CLng(y0 + b.Y); });
 
   // One axis moves. The sweep ends as soon as the newest two entries have both left the area:
   // entry n has gone `n / 2` steps from its start.
@@ -493,9 +506,15 @@ GradientSweep clsGradient::Sweep(std::int32_t width, std::int32_t height) const 
   const std::int64_t odd = firstOutside(distance(sweep.to), 1);
   // Both are outside from the later one on; its neighbour stands next to it or has gone before.
   const std::int64_t last = std::max<std::int64_t>({even, odd, 2});
-  if (last >= kMostEntries) throw RuntimeError(7, u"Out of memory");
-  sweep.entries = static_cast<int>(last) + 1;
-  BlendColors(color1_, color2_, CLng(sweep.entries / 2.0), sweep.ramp);
+  attempt([&] {
+    if (last >= kMostEntries) throw RuntimeError(7, u"Out of memory");
+    sweep.entries = static_cast<int>(last) + 1;
+  });
+  attempt([&] { BlendColors(color1_, color2_, CLng(sweep.entries / 2.0), sweep.ramp); });
+  // Colours that a failure has left out are 0.
+  if (std::ssize(sweep.ramp) < sweep.lines()) {
+    sweep.ramp.resize(static_cast<std::size_t>(sweep.lines()));
+  }
   return sweep;
 }
 

@@ -47,8 +47,9 @@ class GradientTarget {
   virtual bool GetClientRect(Size& size) = 0;
   /// A solid line of one pixel's width (MoveToEx, CreatePen, LineTo); the end point is left out.
   virtual void Line(Point from, Point to, Color color) = 0;
-  /// All lines, in their order. A target that knows a faster way to the same pixels takes it.
-  virtual void Draw(const GradientSweep& sweep);
+  /// All lines in their order, from a target that knows a faster way to the same pixels. False from
+  /// one that does not: it gets them one by one.
+  virtual bool Draw(const GradientSweep& /*sweep*/) { return false; }
 };
 
 /// A target that makes pictures, one after the other. What nobody shows any more is drawn on again:
@@ -63,7 +64,7 @@ class GradientPicture : public GradientTarget {
   void Begin(Size size, Color background = 0);
   bool GetClientRect(Size& size) override;
   void Line(Point from, Point to, Color color) override;
-  void Draw(const GradientSweep& sweep) override;
+  bool Draw(const GradientSweep& sweep) override;
   /// The picture so far; an empty one before `Begin` and after `Take`.
   const Picture& picture() const;
   /// The finished picture, for a control to keep; null when none was begun.
@@ -100,7 +101,7 @@ class clsGradient {
   virtual void SetAngle(float angle);
   virtual float Angle() const { return angle_; }
   /// Draws on an area of this size, in pixels. Returns the number of line ends used, 0 after a
-  /// failure of the computation; each failure is shown in a message box.
+  /// failure. Each failure is shown in a message box, and what comes after it is still done.
   virtual std::int32_t DrawGradient(GradientTarget& target, std::int32_t width,
                                     std::int32_t height);
   /// Turns `point` about `origin`, counter-clockwise on the screen, by an angle in degrees.
@@ -113,6 +114,9 @@ class clsGradient {
   GradientSweep Sweep(std::int32_t width, std::int32_t height) const;
 
  private:
+  /// The lines; each statement that can fail runs through `attempt`.
+  template <typename Attempt>
+  GradientSweep Compute(std::int32_t width, std::int32_t height, Attempt&& attempt) const;
   Color Resolved(Color color) const;
 
   Desktop& desktop_;

@@ -31,7 +31,10 @@ class SharedPicture : public GradientTarget {
     return true;
   }
   void Line(Point, Point, Color) override {}
-  void Draw(const GradientSweep& sweep) override { PaintSweep(sweep, picture_); }
+  bool Draw(const GradientSweep& sweep) override {
+    PaintSweep(sweep, picture_);
+    return true;
+  }
 
  private:
   Picture& picture_;

@@ -51,7 +51,7 @@ class Gradient : public testing::Test {
 class LineTarget : public GradientPicture {
  public:
   using GradientPicture::GradientPicture;
-  void Draw(const GradientSweep& sweep) override { GradientTarget::Draw(sweep); }
+  bool Draw(const GradientSweep&) override { return false; }
   void Line(Point from, Point to, Color color) override {
     lines.push_back({from, to});
     colors.push_back(color);
@@ -335,27 +335,95 @@ TEST_F(Gradient, FailureBeforeTheDrawingIsShownAndTheTargetIsReleased) {
             (MemoryDesktop::Message{u"Invalid procedure call or argument", kExclamation, u"Marl"}));
 }
 
-TEST_F(Gradient, FailureOfTheDrawingIsShownUnderItsOwnTitle) {
+TEST_F(Gradient, LineThatFailsIsShownAndTheLinesAfterItAreDrawn) {
   struct Failing : LineTarget {
     using LineTarget::LineTarget;
-    void Line(Point, Point, Color) override { throw RuntimeError::InvalidCall(); }
+    int calls = 0;
+    void Line(Point from, Point to, Color color) override {
+      if (++calls == 3 || calls == 5) throw RuntimeError::InvalidCall();
+      LineTarget::Line(from, to, color);
+    }
   } target({10, 10});
-  EXPECT_FALSE(gradient.Draw(target));
-  ASSERT_FALSE(desktop.messages.empty());
-  EXPECT_EQ(desktop.messages[0], (MemoryDesktop::Message{u"Invalid procedure call or argument",
-                                                         kExclamation, u"GradientRect"}));
+  LineTarget whole({10, 10});
+  Set(0, 0x000000, 0xFFFFFF);
+  EXPECT_TRUE(gradient.Draw(whole));
+  EXPECT_FALSE(gradient.Draw(target)) << "the count is 0";
+  EXPECT_EQ(desktop.messages,
+            std::vector(2, MemoryDesktop::Message{u"Invalid procedure call or argument",
+                                                  kExclamation, u"GradientRect"}));
+  ASSERT_GT(whole.lines.size(), 5u);
+  whole.lines.erase(whole.lines.begin() + 4);
+  whole.lines.erase(whole.lines.begin() + 2);
+  whole.colors.erase(whole.colors.begin() + 4);
+  whole.colors.erase(whole.colors.begin() + 2);
+  EXPECT_EQ(target.lines, whole.lines);
+  EXPECT_EQ(target.colors, whole.colors);
   EXPECT_EQ(target.locks, (std::vector<bool>{true, false}));
+  EXPECT_EQ(gradient.DrawGradient(whole, 10, 10), 2 * std::ssize(target.lines) + 4);
+}
+
+/// A gradient whose own steps fail as often as wanted.
+class FailingGradient : public clsGradient {
+ public:
+  using clsGradient::clsGradient;
+  int rotations = 0;
+  int badRotation = 0;
+  bool noColors = false;
+  void RotatePoint(const GradientPoint& origin, GradientPoint& point, float angle) const override {
+    auto& count = const_cast<FailingGradient*>(this)->rotations;
+    if (++count == badRotation) throw RuntimeError::Overflow();
+    clsGradient::RotatePoint(origin, point, angle);
+  }
+  std::int32_t BlendColors(Color c1, Color c2, std::int32_t steps,
+                           std::vector<Color>& colours) const override {
+    if (noColors) throw RuntimeError::DivisionByZero();
+    return clsGradient::BlendColors(c1, c2, steps, colours);
+  }
+};
+
+TEST_F(Gradient, ComputationGoesOnBehindAStepThatFails) {
+  FailingGradient failing(desktop);
+  failing.SetAngle(0);
+  failing.badRotation = 2;
+  LineTarget target({10, 10});
+  EXPECT_EQ(failing.DrawGradient(target, 10, 10), 0);
+  EXPECT_EQ(desktop.messages,
+            (std::vector{MemoryDesktop::Message{u"Overflow", kExclamation, u"GradientRect"}}));
+  ASSERT_FALSE(target.lines.empty());
+  // The first end was turned upright, the other one stays level with the centre.
+  EXPECT_GT(target.lines[0].first.y, target.lines[0].second.y);
+  EXPECT_EQ(target.lines[0].second.y, 5);
+}
+
+TEST_F(Gradient, WithoutARampTheLinesAreDrawnBlack) {
+  FailingGradient failing(desktop);
+  failing.noColors = true;
+  for (const bool atOnce : {false, true}) {
+    desktop.messages.clear();
+    LineTarget lines({10, 10}, kBeforeColor);
+    GradientPicture picture({10, 10}, kBeforeColor);
+    GradientPicture& target = atOnce ? picture : lines;
+    EXPECT_EQ(failing.DrawGradient(target, 10, 10), 0);
+    EXPECT_EQ(
+        desktop.messages,
+        (std::vector{MemoryDesktop::Message{u"Division by zero", kExclamation, u"GradientRect"}}));
+    EXPECT_EQ(target.picture().pixels, std::vector<std::uint32_t>(100, 0xFF000000));
+  }
 }
 
 TEST_F(Gradient, AreaBeyondAllScreensFailsWithoutDrawing) {
   LineTarget target({10, 10});
   constexpr int kHuge = std::numeric_limits<std::int32_t>::max();
   for (const float angle : {0.F, 90.F, 217.F}) {
+    desktop.messages.clear();
     gradient.SetAngle(angle);
     EXPECT_EQ(gradient.DrawGradient(target, kHuge, kHuge), 0);
+    ASSERT_FALSE(desktop.messages.empty());
+    EXPECT_EQ(desktop.messages.front().text, u"Overflow");
+    EXPECT_EQ(desktop.messages.back().text, u"Out of memory");
+    EXPECT_LE(desktop.messages.size(), 5u);
   }
   EXPECT_TRUE(target.lines.empty());
-  EXPECT_EQ(desktop.messages.size(), 3u);
 }
 
 TEST(PaintSweep, SweepThatMissesThePictureLeavesIt) {
