@@ -13,17 +13,6 @@ constexpr int kIncomplete = 5018;  // string of the message
 // One more than the highest port: the range that the dialog has always taken.
 constexpr std::int32_t kHighestPort = 65536;
 
-/// What a number's value holds. Other programs write here too: text that is a number counts as
-/// it, anything else as nothing given.
-std::int32_t Number(const RegistryValue& value) {
-  std::int32_t number = 0;
-  if (RegistryInteger(value, number)) return number;
-  if (const auto* const text = std::get_if<Text>(&value)) {
-    Skip([&] { number = CLng(*text); });
-  }
-  return number;
-}
-
 Text Trim(TextView text) {
   const std::size_t first = text.find_first_not_of(u' ');
   if (first == TextView::npos) return {};
@@ -72,8 +61,8 @@ void frmLanSettings::OnLoad() {
   registry_.ClassKey = kCurrentUser;
   registry_.SectionKey = u"Software\\Oru\\Marl\\Proxy";
   (registry_.KeyExists() ? optOverride : optDefault).SetValue(true);
-  chkUseProxy.SetValue(Number(Read(u"UseProxy", kRegDword, std::int32_t{0})) != 0 ? 1 : 0);
-  const std::int32_t port = Number(Read(u"Port", kRegDword, std::int32_t{0}));
+  chkUseProxy.SetValue(ReadNumber(u"UseProxy") != 0 ? 1 : 0);
+  const std::int32_t port = ReadNumber(u"Port");
   txtProxyPort.SetText(port != 0 ? NumberText(port) : Text());
   txtProxyAddress.SetText(RegistryText(Read(u"Server", kRegSz, Text())));
   UpdateProxyControls();
@@ -110,6 +99,11 @@ void frmLanSettings::OkClicked() {
     Write(u"Server", kRegSz, Trim(txtProxyAddress.Text()));
   }
   Unload();
+}
+
+// Other programs write here too: what they leave is converted as in the options.
+std::int32_t frmLanSettings::ReadNumber(TextView name) {
+  return RegistryNumber(Read(name, kRegDword, std::int32_t{0}), UserNumberFormat(ports_.locale));
 }
 
 RegistryValue frmLanSettings::Read(TextView name, std::int32_t kind,

@@ -35,6 +35,7 @@ class frmLanSettings : public Form {
   void UpdateProxyControls();
   void OkClicked();
   bool ProxyIsIncomplete() const;
+  std::int32_t ReadNumber(TextView name);
   RegistryValue Read(TextView name, std::int32_t kind, const RegistryValue& fallback);
   void Write(TextView name, std::int32_t kind, const RegistryValue& value);
 

@@ -1,6 +1,6 @@
 #include "settings/RegistryValue.h"
 
-#include "support/Numbers.h"
+#include "platform/RuntimeError.h"
 
 namespace marl {
 
@@ -25,6 +25,13 @@ bool RegistryInteger(const RegistryValue& value, std::int32_t& out) {
     return false;
   }
   return true;
+}
+
+std::int32_t RegistryNumber(const RegistryValue& value, const NumberFormat& format) {
+  if (std::int32_t number = 0; RegistryInteger(value, number)) return number;
+  if (std::holds_alternative<std::monostate>(value)) return 0;
+  if (const auto* const text = std::get_if<Text>(&value)) return CLng(*text, format);
+  throw RuntimeError::TypeMismatch();
 }
 
 NarrowText DwordBytes(std::int32_t value) {

@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "platform/Text.h"
+#include "support/Numbers.h"
 
 namespace marl {
 
@@ -16,6 +17,11 @@ Text RegistryText(const RegistryValue& value);
 
 /// The value as a 32-bit integer, when it is a 16-bit or 32-bit one.
 bool RegistryInteger(const RegistryValue& value, std::int32_t& out);
+
+/// The value as a 32-bit integer, converted as the runtime does: nothing is 0, text the number that
+/// it writes in `format`. Throws "Type mismatch" for any other text and for bytes, and "Overflow"
+/// beyond 32 bits.
+std::int32_t RegistryNumber(const RegistryValue& value, const NumberFormat& format);
 
 /// Four bytes, the lowest first, as REG_DWORD stores them.
 NarrowText DwordBytes(std::int32_t value);

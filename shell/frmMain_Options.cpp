@@ -35,16 +35,13 @@ enum Option : std::size_t {
 constexpr std::int32_t kNumbersShown = 1;  // bits of `ShowBullets`
 constexpr std::int32_t kBulletsShown = 2;
 
-/// Reads a number; text is converted as the runtime does, and what is no number throws.
+/// Reads a number. Throws as `RegistryNumber` does.
 std::int32_t ReadNumber(cRegistry& registry, TextView section, TextView name, std::int32_t fallback,
                         const NumberFormat& format) {
   registry.SectionKey = section;
   registry.ValueKey = name;
   registry.Default = fallback;
-  const RegistryValue value = registry.Value();
-  if (std::int32_t number = 0; RegistryInteger(value, number)) return number;
-  if (const auto* const text = std::get_if<Text>(&value)) return CLng(*text, format);
-  throw RuntimeError::TypeMismatch();
+  return RegistryNumber(registry.Value(), format);
 }
 
 /// Writes by the kind that the last read has left in `valueType`.

@@ -186,6 +186,24 @@ TEST_F(Lan, StoredValuesAreShownAsFarAsTheyGo) {
   EXPECT_TRUE(Finish());
 }
 
+TEST_F(Lan, StoredTextThatIsANumberCountsAndAnyOtherEndsTheProgram) {
+  PutStored(kKey, "UseProxy", Text("1"));
+  PutStored(kKey, "Port", Text("8081"));
+  const Dialog dialog = Open();
+  ASSERT_TRUE(dialog);
+  EXPECT_TRUE(dialog.Checked(kUseProxy));
+  EXPECT_EQ(TextOf(Port(dialog)), L"8081");
+  ASSERT_TRUE(dialog.Leave(L"Cancel"));
+  PutStored(kKey, "Port", Text("eighty"));
+  ASSERT_TRUE(options->InFront());
+  ASSERT_TRUE(options->Press(L"L&AN settings..."));
+  const MessageBoxWindow box = marl.WaitForBox();
+  ASSERT_TRUE(box);
+  EXPECT_EQ(box.Text(), L"Type mismatch");
+  EXPECT_TRUE(box.Press(IDOK));
+  EXPECT_EQ(marl.WaitForExit(), DWORD{1});
+}
+
 TEST_F(Lan, KeysReachEverything) {
   const Dialog dialog = Open();
   ASSERT_TRUE(dialog);

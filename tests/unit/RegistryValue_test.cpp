@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/RuntimeError.h"
+
 namespace marl {
 namespace {
 
@@ -25,6 +27,28 @@ TEST(RegistryValue, AsInteger) {
   EXPECT_FALSE(RegistryInteger({}, number));
   EXPECT_FALSE(RegistryInteger(Bytes{1, 0, 0, 0}, number));
   EXPECT_EQ(number, 70000);
+}
+
+TEST(RegistryValue, AsNumberByTheRuntimesConversion) {
+  const NumberFormat plain;
+  EXPECT_EQ(RegistryNumber({}, plain), 0);
+  EXPECT_EQ(RegistryNumber(std::int16_t{-1}, plain), -1);
+  EXPECT_EQ(RegistryNumber(std::int32_t{70000}, plain), 70000);
+  EXPECT_EQ(RegistryNumber(Text(u" 8080 "), plain), 8080);
+  EXPECT_EQ(RegistryNumber(Text(u"2.5"), plain), 2);
+  const auto fails = [&](const RegistryValue& value) -> Text {
+    try {
+      RegistryNumber(value, plain);
+    } catch (const RuntimeError& error) {
+      return error.text();
+    }
+    return {};
+  };
+  EXPECT_EQ(fails(Text()), u"Type mismatch");
+  EXPECT_EQ(fails(Text(u"yes")), u"Type mismatch");
+  EXPECT_EQ(fails(Bytes{1, 0, 0, 0}), u"Type mismatch");
+  EXPECT_EQ(fails(Bytes{}), u"Type mismatch");
+  EXPECT_EQ(fails(Text(u"3000000000")), u"Overflow");
 }
 
 TEST(RegistryValue, FourBytesTheLowestFirst) {

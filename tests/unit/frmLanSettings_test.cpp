@@ -365,7 +365,7 @@ TEST_F(LanSettings, RefusingStoreIsSilentAndTheDialogCloses) {
 }
 
 // Values of other kinds than ours, as any program can leave them.
-TEST_F(LanSettings, ForeignKindsAreReadAsFarAsTheyGo) {
+TEST_F(LanSettings, ForeignKindsAreConvertedAsTheRuntimeDoes) {
   Plant("UseProxy", kRegSz, NarrowText("1", 2));
   Plant("Port", kRegSz, NarrowText("8080", 5));
   Plant("Server", kRegDword, DwordBytes(42));
@@ -380,25 +380,58 @@ TEST_F(LanSettings, ForeignKindsAreReadAsFarAsTheyGo) {
   EXPECT_EQ(Value("Server"), Sz("42"));
 }
 
-TEST_F(LanSettings, HostileValuesCountAsNothing) {
-  const NarrowText data[] = {"",
-                             "x",
-                             NarrowText("\xFF\xFE", 2),
-                             NarrowText(10000, 'A'),
-                             "99999999999",
-                             NarrowText("1\0"
-                                        "2",
-                                        3)};
+TEST_F(LanSettings, ANumberIsReadAsTheUserWritesNumbers) {
+  locale.threadLocale = 0x407;
+  Plant("Port", kRegSz, NarrowText("8080,4", 7));
+  Open([&](frmLanSettings& form) { EXPECT_EQ(form.txtProxyPort.Text(), u"8080"); });
+}
+
+TEST_F(LanSettings, WhatIsNoNumberEndsTheProgramWithTheRuntimesText) {
+  struct Row {
+    std::uint32_t kind;
+    NarrowText data;
+    const char16_t* message;  ///< null when it counts
+  };
+  const Row rows[] = {{kRegSz, NarrowText("yes", 4), u"Type mismatch"},
+                      {kRegSz, NarrowText("", 1), u"Type mismatch"},
+                      {kRegSz, "", nullptr},
+                      {kRegExpandSz, NarrowText("%none%", 7), u"Type mismatch"},
+                      {kRegSz, NarrowText("3000000000", 11), u"Overflow"},
+                      {kRegBinary, DwordBytes(1), u"Type mismatch"},
+                      {kRegBinary, "", u"Type mismatch"},
+                      {11, NarrowText("12345678"), u"Type mismatch"},
+                      {0xFFFFFFFF, NarrowText(10000, 'A'), u"Type mismatch"},
+                      {kRegDword, "\1", nullptr}};
+  for (const Row& row : rows) {
+    for (const char* const name : {"UseProxy", "Port"}) {
+      SCOPED_TRACE(testing::Message() << name << " of kind " << row.kind);
+      MemoryDesktop screen;
+      MemoryRegistryStore store;
+      store.Plant(kCurrentUser, kKey, name, row.kind, row.data);
+      bool shown = false;
+      if (!row.message) screen.whenModal["frmLanSettings"] = [&](Form&) { shown = true; };
+      frmLanSettings form({screen, store, locale, strings});
+      screen.Event([&] { form.ShowModal(nullptr); });
+      EXPECT_EQ(shown, row.message == nullptr);
+      EXPECT_EQ(screen.ended(), row.message != nullptr);
+      if (row.message) {
+        EXPECT_EQ(screen.messages,
+                  (std::vector{MemoryDesktop::Message{row.message, kCritical, u"Marl"}}));
+      } else {
+        EXPECT_TRUE(screen.messages.empty());
+      }
+    }
+  }
+}
+
+TEST_F(LanSettings, AnAddressOfAnyKindIsShownAndMakesNoMessage) {
   for (const std::uint32_t kind : {0u, 1u, 2u, 3u, 5u, 7u, 11u, 0xFFFFFFFFu}) {
-    for (const NarrowText& bytes : data) {
-      Plant("UseProxy", kind, bytes);
-      Plant("Port", kind, bytes);
+    for (const NarrowText& bytes :
+         {NarrowText(), NarrowText("x"), NarrowText("\xFF\xFE", 2), NarrowText(10000, 'A')}) {
       Plant("Server", kind, bytes);
-      Open([&](frmLanSettings& form) {
-        for (const char16_t unit : form.txtProxyPort.Text()) {
-          EXPECT_TRUE(unit >= u'0' && unit <= u'9');
-        }
-      });
+      bool shown = false;
+      Open([&](frmLanSettings&) { shown = true; });
+      EXPECT_TRUE(shown);
     }
   }
   EXPECT_TRUE(desktop.messages.empty());
