@@ -37,7 +37,10 @@ void CleanFolder::Run(TextView projectFile) const {
   }
   search_.SearchCancelled = 0;
   std::vector<Text> found;
-  search_.FindFiles(folder, u"*", kWorkingFiles, -1, found);
+  {
+    const WorkingPointer working(ports_.desktop);
+    search_.FindFiles(folder, u"*", kWorkingFiles, -1, found);
+  }
   if (found.empty()) {
     say(kNothingFoundString, kInformation);
     return;

@@ -18,8 +18,9 @@ class CleanFolder {
   };
   CleanFolder(const Ports& ports, modFindFiles& search) : ports_(ports), search_(search) {}
 
-  /// Searches the folder of `projectFile`, asks, and deletes what was found. A file that cannot be
-  /// deleted stays, without a word. Throws "Overflow" behind the first 32,767 files.
+  /// Searches the folder of `projectFile`, with the pointer of work in the background, asks, and
+  /// deletes what was found. A file that cannot be deleted stays, without a word. Throws "Overflow"
+  /// behind the first 32,767 files.
   void Run(TextView projectFile) const;
 
   /// True for a file that is the suite's by its name: of all MIF files only three are.

@@ -151,13 +151,18 @@ class Desktop {
   /// Unloads the form that ends the program, because the session ends or the program is asked to
   /// go (WM_ENDSESSION, WM_QUIT). Called within an event. False when no such form is loaded.
   bool Leave();
+  /// True while a `WorkingPointer` lives.
+  bool working() const { return working_ > 0; }
 
  protected:
   /// The process is to end now, from within all that is on the stack.
   virtual void Ended() = 0;
+  /// `working` has changed: the pointer is to follow at once.
+  virtual void WorkingChanged() = 0;
 
  private:
   friend class Form;
+  friend class WorkingPointer;
   void Fail(TextView text);
   void StopEvents(int exitCode);
 
@@ -167,6 +172,24 @@ class Desktop {
   bool ended_ = false;
   bool over_ = false;  ///< `Ended` has been called
   int exitCode_ = 0;
+  int working_ = 0;  ///< pointers of work that live
+};
+
+/// While one lives, the pointer over the program's windows is that of work in the background
+/// (IDC_APPSTARTING): something takes its time, and the windows can be used all the same.
+class WorkingPointer {
+ public:
+  explicit WorkingPointer(Desktop& desktop) : desktop_(desktop) {
+    if (desktop_.working_++ == 0) desktop_.WorkingChanged();
+  }
+  ~WorkingPointer() {
+    if (--desktop_.working_ == 0) desktop_.WorkingChanged();
+  }
+  WorkingPointer(const WorkingPointer&) = delete;
+  WorkingPointer& operator=(const WorkingPointer&) = delete;
+
+ private:
+  Desktop& desktop_;
 };
 
 }  // namespace marl

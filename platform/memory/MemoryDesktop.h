@@ -169,6 +169,7 @@ class MemoryDesktop : public Desktop {
 
  protected:
   void Ended() override {}
+  void WorkingChanged() override {}
 
  private:
   friend class MemoryPeer;

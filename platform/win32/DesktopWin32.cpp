@@ -188,6 +188,17 @@ void DesktopWin32::Withdraw(const Form& form) {
   if (dde_ && &dde_->form() == &form) dde_.reset();
 }
 
+// The window under the pointer is asked for its pointer, as it is when the mouse moves.
+void DesktopWin32::WorkingChanged() {
+  POINT at = {};
+  if (!GetCursorPos(&at)) return;
+  const HWND window = WindowFromPoint(at);
+  if (!window || GetWindowThreadProcessId(window, nullptr) != GetCurrentThreadId()) return;
+  const LRESULT area = SendMessageW(window, WM_NCHITTEST, 0, MAKELPARAM(at.x, at.y));
+  SendMessageW(window, WM_SETCURSOR, reinterpret_cast<WPARAM>(window),
+               MAKELPARAM(area, WM_MOUSEMOVE));
+}
+
 void DesktopWin32::Ended() { ExitProcess(static_cast<UINT>(exitCode())); }
 
 }  // namespace marl::win32

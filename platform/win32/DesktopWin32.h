@@ -45,6 +45,7 @@ class DesktopWin32 : public Desktop {
 
  protected:
   void Ended() override;
+  void WorkingChanged() override;
 
  private:
   struct Modal {

@@ -162,6 +162,10 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
       }
       break;
     case WM_SETCURSOR:
+      if (LOWORD(l) == HTCLIENT && desktop_.working()) {
+        SetCursor(LoadCursorW(nullptr, IDC_APPSTARTING));
+        return TRUE;
+      }
       if (LOWORD(l) == HTCLIENT && reinterpret_cast<HWND>(w) == window && IsOverLink()) {
         SetCursor(LoadCursorW(nullptr, IDC_HAND));
         return TRUE;

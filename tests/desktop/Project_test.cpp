@@ -582,8 +582,21 @@ TEST_F(Project, FortyThousandWorkingFilesAreMoreThanItCounts) {
   Put(L"..\\outside.qtd");
 
   ASSERT_TRUE(Tell(At(L"job.qprx")));
+  // The pointer over the panel tells of the search while it lasts.
+  const auto pointer = [] {
+    CURSORINFO info = {};
+    info.cbSize = sizeof info;
+    return GetCursorInfo(&info) ? info.hCursor : nullptr;
+  };
+  const RECT cell = CellOf(main, 0);
+  MoveMouse(cell.left + 3, cell.top + 3);
+  ASSERT_TRUE(BringForward(main));
+  const HCURSOR arrow = pointer();
   ASSERT_TRUE(Clean());
+  EXPECT_TRUE(WaitUntil([&] { return pointer() != arrow || marl.Box(); }, kPatience));
+  EXPECT_FALSE(marl.Box()) << "the question came before the pointer changed";
   ASSERT_TRUE(WaitUntil([&] { return static_cast<bool>(marl.Box()); }, kPatience));
+  EXPECT_TRUE(WaitUntil([&] { return pointer() == arrow; }));
   EXPECT_EQ(marl.Box().Text(), kCleanQuestion);
   ASSERT_TRUE(marl.Box().Press(IDYES));
   // The count of the files that are gone takes no more, and the program ends.

@@ -56,6 +56,38 @@ TEST_F(Clean, DeletesAllFourKindsInBothCasesAndNothingElse) {
   EXPECT_TRUE(files.Content(u"C:\\P2\\outside.qtd"));
 }
 
+TEST_F(Clean, PointerTellsOfWorkWhileItSearchesAndNoLonger) {
+  Put({u"a.qtd", u"de\\b.qtd"});
+  std::vector<bool> searching;
+  atEvent = [&] { searching.push_back(desktop.working()); };
+  desktop.answer = [&](const MemoryDesktop::Message&) {
+    EXPECT_FALSE(desktop.working()) << "a question is no work";
+    return kAnswerYes;
+  };
+  Run();
+  EXPECT_GE(searching.size(), 3u);
+  EXPECT_EQ(searching, std::vector<bool>(searching.size(), true));
+  EXPECT_EQ(desktop.messages.size(), 1u);
+  EXPECT_FALSE(desktop.working());
+}
+
+TEST_F(Clean, PointerIsItsOwnAgainWhenTheProgramEndsOrASecondSearchRuns) {
+  Put({u"a.qtd", u"b.qtd"});
+  Answer(kAnswerNo);
+  int depth = 0;
+  atEvent = [&] {
+    if (depth++ == 0) {
+      Run();
+      EXPECT_TRUE(desktop.working()) << "the first one goes on";
+    }
+  };
+  Run();
+  EXPECT_FALSE(desktop.working());
+  atEvent = [] { throw ProcessEnd{0}; };
+  EXPECT_THROW(Run(), ProcessEnd);
+  EXPECT_FALSE(desktop.working());
+}
+
 TEST_F(Clean, OfMifFilesOnlyTheSuitesOwnGo) {
   Put({u"marl_ix.MIF", u"marl_ix2.mif", u"chapter1.mif", u"xmarl_ix.mif", u"marl_ix.a.mif",
        u"MARL_VA.mif"});
