@@ -27,11 +27,9 @@ void RowEditor::FieldChanged() {
 }
 
 void RowEditor::AddRow() {
-  const int row = list_.AddItem(newRow_);
-  // What was selected before is not: a press on `remove` is to take back the new row alone.
-  list_.UserSelectRows({}, -1);
-  // Selecting a row is a click on it: the field takes the focus, ready for the text.
-  list_.SetSelected(row, true);
+  // Selecting a row is a click on it: the field takes the focus, ready for the text. The other rows
+  // keep their selection.
+  list_.SetSelected(list_.AddItem(newRow_), true);
 }
 
 void RowEditor::RemoveSelected() {

@@ -5,8 +5,9 @@
 namespace marl {
 
 /// Makes a list of texts editable: the field shows the current row, and what is typed there goes
-/// into the row at each keystroke. `add` appends a row that holds `newRow` and selects it alone,
-/// `remove` takes all selected rows out. Wires the handlers of all four; they live as long as this.
+/// into the row at each keystroke. `add` appends a row that holds `newRow`, makes it current and
+/// selects it too, `remove` takes all selected rows out. Wires the handlers of all four; they live
+/// as long as this.
 class RowEditor {
  public:
   RowEditor(ListBox& list, TextBox& field, CommandButton& add, CommandButton& remove,

@@ -66,6 +66,18 @@ TEST_F(Rows, UsersSelectionOfManyPutsTheLastTouchedIntoTheField) {
   EXPECT_EQ(Texts(), std::vector<Text>{u"b"});
 }
 
+TEST_F(Rows, AddedRowJoinsThoseThatAreSelected) {
+  for (const TextView text : {u"a", u"b", u"c"}) list.AddItem(text);
+  list.UserSelectRows({0, 2}, 0);
+  add.UserClick();
+  EXPECT_EQ(list.SelCount(), 3);
+  EXPECT_FALSE(list.Selected(1));
+  EXPECT_EQ(list.ListIndex(), 3);
+  EXPECT_EQ(field.Text(), u"new");
+  remove.UserClick();
+  EXPECT_EQ(Texts(), std::vector<Text>{u"b"});
+}
+
 TEST_F(Rows, ManyRemovedRowsAreShownOnce) {
   for (int row = 0; row < 100; ++row) list.AddItem(u"x");
   std::vector<int> all(100);

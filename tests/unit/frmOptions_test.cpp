@@ -289,15 +289,18 @@ TEST_F(Options, AddAppendsARowThatIsReadyToBeTypedOver) {
   });
 }
 
-TEST_F(Options, RemoveRightAfterAddTakesTheNewRowAlone) {
-  PlantList({"a", "b"});
+TEST_F(Options, AddKeepsTheSelectionOfTheOtherRowsAndRemoveTakesThemAll) {
+  PlantList({"a", "b", "c"});
   Open([&](frmOptions& form) {
-    form.lstRegEx.SetSelected(0, true);
-    form.lstRegEx.SetSelected(1, true);
+    form.lstRegEx.UserSelectRows({0, 2}, 2);
     form.cmdAddRegEx.UserClick();
-    EXPECT_EQ(form.lstRegEx.SelCount(), 1);
+    EXPECT_TRUE(form.lstRegEx.Selected(0));
+    EXPECT_FALSE(form.lstRegEx.Selected(1));
+    EXPECT_TRUE(form.lstRegEx.Selected(2));
+    EXPECT_TRUE(form.lstRegEx.Selected(3));
+    EXPECT_EQ(form.lstRegEx.ListIndex(), 3);
     form.cmdRemoveRegEx.UserClick();
-    EXPECT_EQ(Rows(form.lstRegEx), (std::vector<Text>{u"a", u"b"}));
+    EXPECT_EQ(Rows(form.lstRegEx), (std::vector<Text>{u"b"}));
   });
 }
 
