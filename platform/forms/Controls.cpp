@@ -181,7 +181,9 @@ void ItemList::SetListIndex(int row) {
 }
 
 void ItemList::UserSelectRow(int row) {
-  if (row >= -1 && row < ListCount()) Select(row);
+  if (row < -1 || row >= ListCount()) return;
+  if (row != listIndex_) return Select(row);
+  if (row >= 0 && Click) Click();
 }
 
 void ItemList::Select(int row) {
@@ -248,7 +250,7 @@ void ListBox::UserMouseDown(int row) {
 
 void ListBox::UserMouseMove(int row) {
   if (!Visible() || !Enabled()) return;
-  if (pressed_ && row >= 0 && !MultiSelect) UserSelectRow(row);
+  if (pressed_ && row >= 0 && row < ListCount() && !MultiSelect) Select(row);
   if (MouseMove) MouseMove();
 }
 

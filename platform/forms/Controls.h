@@ -140,12 +140,13 @@ class ItemList : public Control {
   void Clear();
 
   int ListIndex() const { return listIndex_; }
-  /// Selects a row, -1 none. Raises `Click` when the index changes to a row. Throws "Invalid
-  /// property value" outside the list.
+  /// Selects a row, -1 none. Raises `Click` when the index changes to a row, and nothing when it
+  /// stays. Throws "Invalid property value" outside the list.
   void SetListIndex(int row);
 
   bool Sorted = false;  // set by the design only: rows stand in their order, whatever their case
 
+  /// The user chose the row: a click, also on the row that is chosen already. -1 is none.
   void UserSelectRow(int row);
 
   /// While one lives, the list's changes of rows are shown all at once at its end. Nothing may be
@@ -171,10 +172,11 @@ class ItemList : public Control {
   };
   std::vector<Item> items_;
   int listIndex_ = -1;
+  /// Makes the row the current one; raises `Click` when that changes to a row.
+  void Select(int row);
 
  private:
   void RowsChanged();
-  void Select(int row);
 
   int batches_ = 0;
 };
@@ -206,7 +208,7 @@ class ListBox : public ItemList {
   /// The user selected exactly these rows of a multi-selection list; `current` is the last one
   /// touched, or -1. Raises `Click`.
   void UserSelectRows(const std::vector<int>& rows, int current);
-  /// The button went down on the row; -1 means below the last one.
+  /// The button went down on the row, which the user chooses by it; -1 means below the last one.
   void UserMouseDown(int row);
   /// The mouse is above the row now, or above none (-1).
   void UserMouseMove(int row);

@@ -17,6 +17,8 @@ constexpr wchar_t kClassName[] = L"MarlForm";
 constexpr int kFirstControlId = 1000;
 constexpr std::size_t kDirtyAreas = 32;
 constexpr auto kComboField = static_cast<WPARAM>(-1);  // the closed part, where rows are numbered
+/// Posted to the form: Enter has closed the list of a drop-down list, whose window this is.
+constexpr UINT kRowAccepted = WM_APP;
 
 DWORD StyleOf(const Form& form) {
   DWORD style = WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
@@ -210,6 +212,11 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
         }
       }
       return 0;
+    case kRowAccepted:
+      if (Control* const control = ControlOf(reinterpret_cast<HWND>(l))) {
+        desktop_.Event([&] { ListOf(*control)->SelectionChanged(); });
+      }
+      return 0;
     case WM_HSCROLL:
       if (Control* const control = ControlOf(reinterpret_cast<HWND>(l));
           control && control->kind() == ControlKind::kHScrollBar) {
@@ -385,6 +392,11 @@ void FormWin32::OnCommand(int id, int notification, HWND from) {
         ListOf(*control)->SelectionChanged();
       } else if (notification == CBN_DROPDOWN) {
         ListOf(*control)->DroppingDown();
+      } else if (notification == CBN_SELENDOK) {
+        // The native list has yet to close.
+        if (ListOf(*control)->AcceptsAsItIs()) {
+          PostMessageW(window_, kRowAccepted, 0, reinterpret_cast<LPARAM>(from));
+        }
       } else if (notification == CBN_EDITCHANGE) {
         static_cast<ComboBox*>(control)->UserEdit(WindowText(from));
       } else if (notification == CBN_SETFOCUS) {

@@ -6,6 +6,7 @@
 #include <vssym32.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/win32/DesktopWin32.h"
 
@@ -51,17 +52,18 @@ LRESULT CALLBACK ListWin32::Entry(HWND window, UINT message, WPARAM w, LPARAM l,
     case WM_LBUTTONDOWN:
     case WM_LBUTTONDBLCLK: {
       const int ticked = self->RowOfBoxAt(l);
-      // The native list selects first, and tells its parent so: it may be gone then.
-      const LRESULT result = DefSubclassProc(window, message, w, l);
+      const LRESULT result = self->Quietly(message, w, l);
       if (!IsWindow(window)) return result;
+      self->pressed_ = true;
+      const int row = self->PressedRow(l);
       desktop.Event([&] {
         list.UserCheck(ticked);
-        list.UserMouseDown(static_cast<int>(SendMessageW(window, LB_GETCURSEL, 0, 0)));
+        list.UserMouseDown(row);
       });
       return result;
     }
     case WM_MOUSEMOVE: {
-      const LRESULT result = DefSubclassProc(window, message, w, l);
+      const LRESULT result = self->Quietly(message, w, l);
       if (!IsWindow(window)) return result;
       desktop.Event([&] {
         list.UserMouseMove(GetCapture() == window
@@ -72,9 +74,15 @@ LRESULT CALLBACK ListWin32::Entry(HWND window, UINT message, WPARAM w, LPARAM l,
     }
     case WM_LBUTTONUP:
     case WM_CAPTURECHANGED: {
-      const LRESULT result = DefSubclassProc(window, message, w, l);
-      if (!IsWindow(window)) return result;
-      desktop.Event([&] { list.UserMouseUp(); });
+      const LRESULT result = self->Quietly(message, w, l);
+      // Letting the button go takes the capture away, by a message of its own inside the first.
+      if (!IsWindow(window) || self->quiet_ > 0) return result;
+      if (!std::exchange(self->pressed_, false)) return result;
+      desktop.Event([&] {
+        // Of several rows the selection is complete now.
+        if (list.MultiSelect) self->SelectionChanged();
+        list.UserMouseUp();
+      });
       return result;
     }
     case WM_KEYDOWN:
@@ -142,7 +150,30 @@ void ListWin32::SyncSelection() {
   if (list.ListIndex() >= 0) Send(LB_SETCARETINDEX, current, FALSE);
 }
 
+LRESULT ListWin32::Quietly(UINT message, WPARAM w, LPARAM l) {
+  const HWND window = window_;
+  ++quiet_;
+  const LRESULT result = DefSubclassProc(window, message, w, l);
+  // What the message has done may have closed the form.
+  if (IsWindow(window)) --quiet_;
+  return result;
+}
+
+int ListWin32::PressedRow(LPARAM position) const {
+  const LRESULT row = Send(LB_GETCURSEL, 0, 0);
+  RECT area = {};
+  if (row < 0 ||
+      Send(LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&area)) < 0) {
+    return -1;
+  }
+  // The platform may take the last row for a press below it.
+  const bool below = static_cast<short>(HIWORD(position)) >= area.bottom;
+  return below && row == list_.ListIndex() ? -1 : static_cast<int>(row);
+}
+
 void ListWin32::SelectionChanged() {
+  if (quiet_ > 0) return;
+  selected_ = true;
   if (drop()) return list_.UserSelectRow(static_cast<int>(Send(CB_GETCURSEL, 0, 0)));
   auto& list = static_cast<ListBox&>(list_);
   if (!list.MultiSelect) return list.UserSelectRow(static_cast<int>(Send(LB_GETCURSEL, 0, 0)));
@@ -151,7 +182,10 @@ void ListWin32::SelectionChanged() {
   list.UserSelectRows(rows, static_cast<int>(Send(LB_GETCARETINDEX, 0, 0)));
 }
 
+bool ListWin32::AcceptsAsItIs() const { return !selected_ && GetKeyState(VK_RETURN) < 0; }
+
 void ListWin32::DroppingDown() {
+  selected_ = false;
   const HDC context = GetDC(window_);
   const HGDIOBJ before = SelectObject(context, reinterpret_cast<HGDIOBJ>(Send(WM_GETFONT, 0, 0)));
   int widest = 0;

@@ -30,6 +30,9 @@ class ListWin32 {
   void SelectionChanged();
   /// A drop-down list is about to open: it gets as wide as its widest row.
   void DroppingDown();
+  /// True when Enter is closing an open drop-down list and the row in it is the one that was chosen
+  /// when it opened: the platform then tells of no selection.
+  bool AcceptsAsItIs() const;
   /// Paints a row of a list with check boxes (WM_DRAWITEM).
   void DrawRow(const DRAWITEMSTRUCT& item);
 
@@ -45,11 +48,20 @@ class ListWin32 {
   void DrawBox(HDC context, RECT area, bool ticked) const;
   /// The row whose check box is at the point, or -1.
   int RowOfBoxAt(LPARAM position) const;
+  /// The current row of the native list after a press at the point; -1 when that was below the
+  /// rows.
+  int PressedRow(LPARAM position) const;
+  /// Lets the native list handle a mouse message. What it tells of selections meanwhile is dropped:
+  /// platforms differ in when and how often they do.
+  LRESULT Quietly(UINT message, WPARAM w, LPARAM l);
 
   DesktopWin32& desktop_;
   ItemList& list_;
   HWND window_;
   std::vector<Text> shown_;  ///< the rows as the native list has them
+  int quiet_ = 0;            ///< above 0 while the native list handles the mouse
+  bool pressed_ = false;     ///< the mouse went down on a list box
+  bool selected_ = false;    ///< a row has been chosen since the drop-down list opened
 };
 
 }  // namespace marl::win32

@@ -95,6 +95,39 @@ TEST_F(FontDialog, FontSizeStylesAndColourAreStored) {
   EXPECT_EQ(stored["Font2"], Text("Arial|10|bu"));
 }
 
+TEST_F(FontDialog, ChoosingTheSizeThatIsChosenAgainTakesIt) {
+  const Dialog dialog = Open();
+  const HWND list = Sizes(dialog);
+  const auto choose = [&](int row, bool byKey) {
+    if (!DropsDown(list)) return false;
+    if (byKey) {
+      Chord({}, VK_RETURN);
+    } else {
+      HWND open = nullptr;
+      const auto visible = [&] {
+        open = nullptr;
+        while ((open = FindWindowExW(nullptr, open, L"ComboLBox", nullptr)) != nullptr) {
+          if (IsWindowVisible(open)) return true;
+        }
+        return false;
+      };
+      if (!WaitUntil(visible)) return false;
+      Screenshot("font-size-list");
+      Click(RowOf(open, row));
+    }
+    return WaitUntil([&] { return SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) == 0; });
+  };
+  ASSERT_TRUE(choose(6, false));
+  EXPECT_TRUE(SizeIs(dialog, L"12"));
+  for (const bool byKey : {false, true}) {
+    EXPECT_TRUE(dialog.Type(SizeField(dialog), L"33"));
+    ASSERT_TRUE(choose(6, byKey));
+    EXPECT_TRUE(SizeIs(dialog, L"12")) << byKey;
+  }
+  EXPECT_TRUE(dialog.Leave(L"OK"));
+  EXPECT_EQ(Finish()["Font1"], Text("Arial|12|b"));
+}
+
 TEST_F(FontDialog, CancelAndEscAndACancelledColourChangeNothing) {
   for (const bool byKey : {false, true}) {
     const Dialog dialog = byKey ? Again() : Open();

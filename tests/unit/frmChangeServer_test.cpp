@@ -192,6 +192,16 @@ TEST_F(ChangeServer, EntryChosenAgainAfterTypingSetsAllFieldsAgain) {
   EXPECT_EQ(form.Server(), Compose(u"beta", true, u"8443"));
 }
 
+TEST_F(ChangeServer, EntryThatIsChosenChosenAgainSetsAllFieldsAgain) {
+  list.AddMRU(Compose(u"beta", true, u"8443"));
+  Load();
+  form.cmbServer.UserSelectRow(0);
+  form.chkSSL.UserClick();
+  Type(form.txtPortNumber, u"99");
+  form.cmbServer.UserSelectRow(0);
+  EXPECT_EQ(form.Server(), Compose(u"beta", true, u"8443"));
+}
+
 TEST_F(ChangeServer, RowWithoutAnEntryChangesNothing) {
   Load();
   form.Server(Compose(u"alpha", true, u"443"));

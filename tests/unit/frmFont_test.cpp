@@ -324,6 +324,24 @@ TEST_F(FontDialog, ASizeChosenOrTypedInTheListGoesToTheField) {
   });
 }
 
+TEST_F(FontDialog, ChoosingTheSizeOrFontThatIsChosenCountsAgain) {
+  fonts.faces = {u"Arial", u"Courier New"};
+  Open(0, [](frmFont& form) {
+    Choose(form.cmbSize, u"12");
+    Type(form.txtSize, u"10.5");
+    EXPECT_EQ(form.cmbSize.Text(), u"12");
+    Choose(form.cmbSize, u"12");
+    EXPECT_EQ(form.txtSize.Text(), u"12");
+    EXPECT_EQ(form.lblSample.Font().Size, 120000);
+    Choose(form.cmbFont, u"Courier New");
+    Type(form.txtSize, u"10.5");
+    form.cmbFont.SetListIndex(1);
+    EXPECT_EQ(form.txtSize.Text(), u"10.5") << "the program's own writing is no choice";
+    Choose(form.cmbFont, u"Courier New");
+    EXPECT_EQ(form.txtSize.Text(), u"11");
+  });
+}
+
 TEST_F(FontDialog, FractionsKeepFourPlaces) {
   Open(0, [](frmFont& form) {
     Type(form.txtSize, u"8.12345");
