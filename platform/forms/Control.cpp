@@ -143,6 +143,7 @@ void Control::UserClick() {
 }
 
 void Control::UserFocus() {
+  if (form_.ComesBack(*this)) return;
   if (GotFocus) GotFocus();
 }
 

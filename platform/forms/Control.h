@@ -130,6 +130,8 @@ class Control {
   /// The user clicked it: raises what a click raises. Called by peers and by tests; a control
   /// that is hidden or disabled takes no click.
   virtual void UserClick();
+  /// It has got the focus: raises `GotFocus`, unless it had it when the form was left and has it
+  /// back with the form.
   void UserFocus();
 
  protected:

@@ -32,7 +32,10 @@ Form::~Form() {
   std::erase(desktop_.forms_, this);
 }
 
-void Form::Remove(Control& control) { std::erase(controls_, &control); }
+void Form::Remove(Control& control) {
+  std::erase(controls_, &control);
+  if (left_ == &control) left_ = nullptr;
+}
 
 void Form::SetCaption(TextView caption) {
   if (caption == caption_) return;
@@ -221,7 +224,10 @@ void Form::UserMouseUp(int button, float x, float y) {
   }
 }
 
-void Form::UserActivate() { OnActivate(); }
+void Form::UserActivate() {
+  left_ = nullptr;
+  OnActivate();
+}
 
 void Form::UserClose() {
   if (!EndsProgram && peer_ && !peer_->TakesInput()) return;

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Desktop.h"
@@ -108,7 +109,11 @@ class Form {
   void UserMouseMove(int button, int shift, float x, float y);
   void UserMouseDown(int button, float x, float y);
   void UserMouseUp(int button, float x, float y);
+  /// The form is the active one again. What had the focus when it was left has got it back by now,
+  /// and that is no `GotFocus`.
   void UserActivate();
+  /// Another window is the active one now; `focus`, or nothing, has had the focus in this form.
+  void UserDeactivate(Control* focus) { left_ = focus; }
   /// Closes the form. Behind a dialog only the form that ends the program can be closed.
   void UserClose();
   /// The window's place, inner size and state as the platform has them now.
@@ -157,6 +162,11 @@ class Form {
   void GoAway();
   void Add(Control& control) { controls_.push_back(&control); }
   void Remove(Control& control);
+  Control* AccessKeyOwner(char16_t key, const Control* focus) const;
+  Control* FollowerOf(const Control& label) const;
+  /// True for the control that had the focus when the form was left, the first time that it is
+  /// focused again.
+  bool ComesBack(const Control& control) { return std::exchange(left_, nullptr) == &control; }
   void CentreOver(const Form* owner);
 
   Desktop& desktop_;
@@ -174,6 +184,7 @@ class Form {
   PicturePtr background_;
   std::unique_ptr<FormPeer> peer_;
   Control* pressed_ = nullptr;
+  Control* left_ = nullptr;  ///< had the focus when another window became the active one
   bool pressedForm_ = false;
 };
 

@@ -1,6 +1,7 @@
 #include "platform/memory/MemoryDesktop.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/forms/Controls.h"
 #include "platform/memory/Misuse.h"
@@ -54,6 +55,7 @@ void MemoryPeer::ControlChanged(Control& control, Property property) {
 }
 
 void MemoryPeer::Focus(Control& control) {
+  if (focus == &control) return;
   focus = &control;
   control.UserFocus();
 }
@@ -90,6 +92,7 @@ void MemoryPeer::Close() {
     (*next)->Destroy();
   }
   if (desktop_.foreground == &form_) desktop_.foreground = nullptr;
+  if (desktop_.left_ == &form_) desktop_.left_ = nullptr;
   std::erase_if(desktop_.offers, [this](const auto& offer) { return offer.form == &form_; });
 }
 
@@ -244,6 +247,21 @@ int MemoryDesktop::QuietFor(int milliseconds) {
     }
   }
   return quiet;
+}
+
+void MemoryDesktop::SwitchAway() {
+  left_ = foreground;
+  foreground = nullptr;
+  if (left_) left_->UserDeactivate(static_cast<MemoryPeer*>(left_->peer())->focus);
+}
+
+void MemoryDesktop::SwitchBack() {
+  foreground = std::exchange(left_, nullptr);
+  if (!foreground || !foreground->peer()) return;
+  if (Control* const focus = static_cast<MemoryPeer*>(foreground->peer())->focus) {
+    focus->UserFocus();
+  }
+  foreground->UserActivate();
 }
 
 void MemoryDesktop::Advance(int milliseconds) {

@@ -146,6 +146,11 @@ class MemoryDesktop : public Desktop {
   Color SystemColorValue(int index) const override;
   void OfferCommands(Form& form, TextView service, TextView topic) override;
 
+  /// Another program's window becomes the active one, and then the form in front before that again,
+  /// with the focus where it was.
+  void SwitchAway();
+  void SwitchBack();
+
   /// Moves the clock on; timers tick on their way.
   void Advance(int milliseconds);
 
@@ -178,6 +183,7 @@ class MemoryDesktop : public Desktop {
   /// Moves all timers on, at most this many milliseconds, to just before the first of them is due.
   /// Returns how many that were.
   int QuietFor(int milliseconds);
+  Form* left_ = nullptr;                 ///< in front before another program
   WindowHandle lastForm_ = 0x10000;      ///< forms are numbered from behind it
   std::vector<MemoryPeer*> peers_;       ///< windows that there are
   std::vector<const Form*> modalForms_;  ///< what stands modally, the topmost last

@@ -156,6 +156,7 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
     case WM_ACTIVATE:
       if (LOWORD(w) == WA_INACTIVE) {
         if (IsChild(window, GetFocus())) lastFocus_ = GetFocus();
+        desktop_.Event([&] { form_.UserDeactivate(ControlAround(GetFocus())); });
       } else if (form_.loaded()) {
         const LRESULT result = DefWindowProcW(window, message, w, l);
         RestoreFocus();
@@ -787,6 +788,13 @@ HWND FormWin32::WindowOf(const Control& control) const {
 ListWin32* FormWin32::ListOf(const Control& control) const {
   const auto found = lists_.find(&control);
   return found == lists_.end() ? nullptr : found->second.get();
+}
+
+Control* FormWin32::ControlAround(HWND window) const {
+  for (; window && window != window_; window = GetParent(window)) {
+    if (Control* const control = ControlOf(window)) return control;
+  }
+  return nullptr;
 }
 
 Control* FormWin32::ControlOf(HWND window) const {

@@ -96,6 +96,8 @@ class FormWin32 : public FormPeer {
   HWND WindowOf(const Control& control) const;
   ListWin32* ListOf(const Control& control) const;
   Control* ControlOf(HWND window) const;
+  /// The control that the window is or lies in; null for none of this form's.
+  Control* ControlAround(HWND window) const;
   Menu* MenuOf(int id) const;
 
   DesktopWin32& desktop_;

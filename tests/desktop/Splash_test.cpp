@@ -312,6 +312,19 @@ TEST_F(About, LinksOpenTheirSitesByClickAndByAccessKey) {
   Chord({VK_MENU}, 'S');
   EXPECT_EQ(opened(3).back(), L"\"http://support.marl.example\"");
   EXPECT_TRUE(IsWindow(about));
+
+  // The focus lies behind the link now. Coming back from another program opens nothing; the key
+  // still does.
+  for (int time = 0; time < 2; ++time) {
+    const HWND other = CreateWindowExW(0, L"STATIC", L"Other", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0,
+                                       0, 200, 100, nullptr, nullptr, nullptr, nullptr);
+    ASSERT_TRUE(BringForward(other));
+    DestroyWindow(other);
+    ASSERT_TRUE(BringForward(about));
+  }
+  Chord(VK_MENU, 'I');
+  EXPECT_EQ(opened(4).size(), 4u);
+  EXPECT_EQ(opened(4).back(), L"\"http://www.marl.example\"");
 }
 
 }  // namespace marl::desktop

@@ -243,6 +243,21 @@ TEST_F(ChangeServer, FocusSelectsTheWholeName) {
   EXPECT_EQ(form.cmbServer.SelLength(), 5);
 }
 
+TEST_F(ChangeServer, FocusThatComesBackLeavesTheSelectionAlone) {
+  desktop.whenModal["frmChangeServer"] = [&](Form&) {
+    form.Server(Compose(u"alpha", false, u"80"));
+    form.cmbServer.SetFocus();
+    form.cmbServer.Select(2, 1);
+    desktop.SwitchAway();
+    desktop.SwitchBack();
+    EXPECT_EQ(form.cmbServer.SelStart(), 2);
+    EXPECT_EQ(form.cmbServer.SelLength(), 1);
+    form.cmdCancel.UserClick();
+  };
+  form.ShowModal(nullptr);
+  EXPECT_EQ(desktop.modal.size(), 1u);
+}
+
 TEST_F(ChangeServer, ButtonsHideTheFormAndTellHowItWasLeft) {
   desktop.whenModal["frmChangeServer"] = [&](Form&) {
     form.cmdOK.UserClick();
