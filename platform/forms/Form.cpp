@@ -22,6 +22,35 @@ char16_t AccessKey(TextView caption) {
   return 0;
 }
 
+/// The number of the tab with this access key; 0 when there is none.
+int TabWithKey(const TabStrip& tabs, char16_t key) {
+  for (int tab = 1; tab <= tabs.PartCount(); ++tab) {
+    const char16_t own = AccessKey(tabs.Part(tab).Caption);
+    if (own != 0 && own == FoldCase(key)) return tab;
+  }
+  return 0;
+}
+
+/// True for what has the access key of another control.
+bool LeadsOn(const Control& control) {
+  return control.kind() == ControlKind::kLabel || control.kind() == ControlKind::kFrame;
+}
+
+bool HasAccessKey(const Control& control, char16_t key) {
+  switch (control.kind()) {
+    case ControlKind::kTabStrip: return TabWithKey(static_cast<const TabStrip&>(control), key) > 0;
+    case ControlKind::kLabel:
+    case ControlKind::kFrame:
+    case ControlKind::kCommandButton:
+    case ControlKind::kCheckBox:
+    case ControlKind::kOptionButton: {
+      const char16_t own = AccessKey(control.Caption());
+      return own != 0 && own == FoldCase(key);
+    }
+    default: return false;
+  }
+}
+
 }  // namespace
 
 Form::Form(Desktop& desktop, std::string name) : desktop_(desktop), name_(std::move(name)) {}
@@ -161,18 +190,31 @@ void Form::UserKey(char16_t character) { OnKeyPress(character); }
 
 bool Form::UserKeyDown(int key, int shift) { return KeyPreview && OnKeyDown(key, shift); }
 
-bool Form::UserTabKey(char16_t key) {
-  for (Control* control : controls_) {
-    if (control->kind() != ControlKind::kTabStrip || !control->Reachable()) continue;
-    auto* const tabs = static_cast<TabStrip*>(control);
-    for (int tab = 1; tab <= tabs->PartCount(); ++tab) {
-      const char16_t own = AccessKey(tabs->Part(tab).Caption);
-      if (own == 0 || own != FoldCase(key)) continue;
-      tabs->UserSelectTab(tab);
-      return true;
+bool Form::UserAccessKey(char16_t key, const Control* focus) {
+  Control* const owner = AccessKeyOwner(key, focus);
+  if (!owner) return false;
+  switch (owner->kind()) {
+    case ControlKind::kTabStrip: {
+      auto* const tabs = static_cast<TabStrip*>(owner);
+      tabs->UserSelectTab(TabWithKey(*tabs, key));
+      break;
     }
+    case ControlKind::kLabel:
+    case ControlKind::kFrame: {
+      Control* const next = FollowerOf(*owner);
+      next->SetFocus();
+      if (next->kind() != ControlKind::kTextBox) break;
+      auto* const field = static_cast<TextBox*>(next);
+      field->Select(0, static_cast<int>(field->Text().size()));
+      break;
+    }
+    default:
+      owner->SetFocus();
+      // The click may end the form: nothing of it is touched after it.
+      owner->UserClick();
+      break;
   }
-  return false;
+  return true;
 }
 
 bool Form::UserNextTab(int step) {
@@ -288,21 +330,33 @@ CommandButton* Form::CancelButton() const {
   return nullptr;
 }
 
-Control* Form::AccessKeyTarget(char16_t key) const {
-  for (const Control* label : controls_) {
-    if (label->kind() != ControlKind::kLabel || !label->Reachable()) continue;
-    const char16_t own = AccessKey(label->Caption());
-    if (own == 0 || own != FoldCase(key)) continue;
-    Control* next = nullptr;
-    for (Control* control : controls_) {
-      if (!control->TakesFocus() || control->TabIndex < label->TabIndex || !control->Reachable()) {
-        continue;
-      }
-      if (!next || control->TabIndex < next->TabIndex) next = control;
+Control* Form::FollowerOf(const Control& label) const {
+  Control* next = nullptr;
+  for (Control* control : controls_) {
+    if (!control->TakesFocus() || control->TabIndex < label.TabIndex || !control->Reachable()) {
+      continue;
     }
-    if (next) return next;
+    if (!next || control->TabIndex < next->TabIndex) next = control;
   }
-  return nullptr;
+  return next;
+}
+
+Control* Form::AccessKeyOwner(char16_t key, const Control* focus) const {
+  Control* first = nullptr;
+  Control* behind = nullptr;  // the focus
+  for (Control* control : controls_) {
+    if (!control->Reachable() || !HasAccessKey(*control, key)) continue;
+    if (LeadsOn(*control) && !FollowerOf(*control)) continue;
+    if (!first || control->TabIndex < first->TabIndex) first = control;
+    if (!focus || control->TabIndex <= focus->TabIndex) continue;
+    if (!behind || control->TabIndex < behind->TabIndex) behind = control;
+  }
+  return behind ? behind : first;
+}
+
+Control* Form::AccessKeyTarget(char16_t key, const Control* focus) const {
+  Control* const owner = AccessKeyOwner(key, focus);
+  return owner && LeadsOn(*owner) ? FollowerOf(*owner) : owner;
 }
 
 void Form::Invalidate(const Control& control) {

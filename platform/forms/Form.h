@@ -98,8 +98,11 @@ class Form {
   /// A key went down anywhere on a form that looks at keys first (`KeyPreview`): its `KeyCode`, and
   /// 1 for Shift and 2 for Ctrl. True when it is dealt with and goes no further.
   bool UserKeyDown(int key, int shift);
-  /// Selects the tab whose caption has this access key. False when there is none to be reached.
-  bool UserTabKey(char16_t key);
+  /// An access key was pressed while `focus`, or nothing, had the focus. Of the controls with this
+  /// key the next one in the tab order gets it, round the end: a tab is selected, a button or box
+  /// takes the focus and is clicked, and the key of a label or frame puts the focus on what follows
+  /// it. False when no control that can be reached has the key.
+  bool UserAccessKey(char16_t key, const Control* focus);
   /// Selects the tab `step` tabs on, round the end. False when there are no tabs to be reached.
   bool UserNextTab(int step);
   /// Chooses the entry of the menu with this shortcut. False when there is none that can be
@@ -130,10 +133,11 @@ class Form {
   /// The button that Enter or Esc presses, or null.
   CommandButton* DefaultButton() const;
   CommandButton* CancelButton() const;
-  /// The control that the access key of a label leads to: the next one in the tab order that can
-  /// have the focus, whether Tab stops there or not. Null when no visible, enabled label has this
-  /// key.
-  Control* AccessKeyTarget(char16_t key) const;
+  /// The control that an access key leads to while `focus`, or nothing, has the focus: the next one
+  /// in the tab order, round the end, with this key. A label or frame stands for what follows it
+  /// and can have the focus, whether Tab stops there or not. Null when no control that can be
+  /// reached has the key.
+  Control* AccessKeyTarget(char16_t key, const Control* focus = nullptr) const;
   /// Marks the place of a windowless control for painting.
   void Invalidate(const Control& control);
   void ControlChanged(Control& control, Property property);

@@ -270,18 +270,11 @@ bool FormWin32::TakeAccessKey(const MSG& message) {
   } else if (message.message != WM_SYSCHAR) {
     return false;
   }
-  const auto key = static_cast<char16_t>(message.wParam);
-  bool tab = false;
-  desktop_.Event([&] { tab = form_.UserTabKey(key); });
-  if (tab) return true;
-  Control* const target = form_.AccessKeyTarget(key);
-  const HWND child = target ? WindowOf(*target) : nullptr;
-  if (!child) return false;
-  SetFocus(child);
-  if (SendMessageW(child, WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL) {
-    SendMessageW(child, EM_SETSEL, 0, -1);
-  }
-  return true;
+  bool taken = false;
+  desktop_.Event([&] {
+    taken = form_.UserAccessKey(static_cast<char16_t>(message.wParam), ControlAround(message.hwnd));
+  });
+  return taken;
 }
 
 bool FormWin32::PreviewKey(const MSG& message) {

@@ -43,8 +43,8 @@ class FormWin32 : public FormPeer {
     return HandleToLong(WindowOf(control));
   }
   HWND window() const { return window_; }
-  /// Moves the focus if the message is the access key of one of the form's labels, which have no
-  /// window that the dialog manager could look at.
+  /// Gives the form the message if it is an access key. True when it is dealt with; the form may be
+  /// gone then.
   bool TakeAccessKey(const MSG& message);
   /// Hands a key to a form that looks at keys first, then to its tabs (Ctrl+Tab, Ctrl+Page Down).
   /// True when it is dealt with; the form may be gone then.

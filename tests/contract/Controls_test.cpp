@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -40,6 +41,11 @@ class PagesForm : public Form {
     many.MultiSelect = true;
     many.SetBounds({2700, 120, 2400, 2400});
     for (const TextView row : {u"a", u"b", u"c", u"d"}) many.AddItem(row);
+    drop.SetBounds({120, 3100, 2400, 315});
+    for (const TextView row : {u"a", u"b", u"c", u"d"}) drop.AddItem(row);
+    hide.SetBounds({2700, 3100, 2400, 255});
+    hide.SetCaption(u"&Same");
+    ok.SetBounds({5100, 4800, 1125, 345});
     angle.SetBounds({120, 2700, 4800, 255});
     angle.Max = 359;
     angle.LargeChange = 30;
@@ -57,6 +63,9 @@ class PagesForm : public Form {
     checks.MouseMove = [this] { Log("move", checks.ListIndex()); };
     checks.MouseUp = [this] { Log("up", checks.ListIndex()); };
     many.Click = [this] { Log("many", many.SelCount()); };
+    checks.Click = [this] { Log("choose", checks.ListIndex()); };
+    drop.Click = [this] { Log("drop", drop.ListIndex()); };
+    hide.Click = [this] { Log("hide", hide.Value()); };
     angle.Change = [this] { Log("angle", angle.Value()); };
     label.Click = [this] { Log("label", 0); };
   }
@@ -67,6 +76,8 @@ class PagesForm : public Form {
   ListBox checks{*this, "lstChecks", -1, &first};
   ListBox many{*this, "lstMany", -1, &first};
   HScrollBar angle{*this, "hsbAngle", -1, &first};
+  ComboBox drop{*this, "cmbDrop", -1, &first};
+  CheckBox hide{*this, "chkHide", -1, &first};
   PictureBox picture{*this, "picSample", -1, &second};
   Label label{*this, "lblSample", -1, &picture};
   CommandButton ok{*this, "cmdOK"};
@@ -208,11 +219,57 @@ class ControlsContract : public testing::TestWithParam<Backend> {
   void AccessKey(char16_t key) {
 #ifdef _WIN32
     if (real()) {
-      PostMessageW(Window(form->ok), WM_SYSCHAR, key, 1 << 29);
+      const HWND focus = GetFocus();
+      const HWND own = static_cast<HWND>(LongToHandle(form->hWnd()));
+      PostMessageW(IsChild(own, focus) ? focus : Window(form->ok), WM_SYSCHAR, key, 1 << 29);
       return desktop->DoEvents();
     }
 #endif
-    form->UserTabKey(key);
+    form->UserAccessKey(key, static_cast<MemoryPeer*>(form->peer())->focus);
+  }
+  /// Goes to another window and comes back.
+  void LeaveAndReturn() {
+#ifdef _WIN32
+    if (real()) {
+      const HWND own = static_cast<HWND>(LongToHandle(form->hWnd()));
+      const HWND other = CreateWindowExW(0, L"STATIC", L"Other", WS_OVERLAPPEDWINDOW | WS_VISIBLE,
+                                         0, 0, 200, 100, nullptr, nullptr, nullptr, nullptr);
+      SetActiveWindow(other);
+      desktop->DoEvents();
+      EXPECT_EQ(GetActiveWindow(), other);
+      SetActiveWindow(own);
+      desktop->DoEvents();
+      EXPECT_EQ(GetActiveWindow(), own);
+      DestroyWindow(other);
+      return desktop->DoEvents();
+    }
+#endif
+    auto& memory = static_cast<MemoryDesktop&>(*desktop);
+    memory.SwitchAway();
+    memory.SwitchBack();
+  }
+  /// Opens the drop-down list and clicks a row.
+  void ChooseRow(int row) {
+#ifdef _WIN32
+    if (real()) {
+      const HWND combo = Window(form->drop);
+      SetFocus(combo);
+      SendMessageW(combo, CB_SHOWDROPDOWN, TRUE, 0);
+      desktop->DoEvents();
+      COMBOBOXINFO info = {};
+      info.cbSize = sizeof info;
+      GetComboBoxInfo(combo, &info);
+      RECT area = {};
+      SendMessageW(info.hwndList, LB_GETITEMRECT, static_cast<WPARAM>(row),
+                   reinterpret_cast<LPARAM>(&area));
+      const LPARAM at = MAKELPARAM(10, (area.top + area.bottom) / 2);
+      SendMessageW(info.hwndList, WM_MOUSEMOVE, 0, at);
+      SendMessageW(info.hwndList, WM_LBUTTONDOWN, MK_LBUTTON, at);
+      SendMessageW(info.hwndList, WM_LBUTTONUP, 0, at);
+      return desktop->DoEvents();
+    }
+#endif
+    form->drop.UserSelectRow(row);
   }
   /// The rows that the screen shows: of the native list, or of the control itself.
   std::vector<Text> Shown(const ListBox& list) const {
@@ -230,6 +287,21 @@ class ControlsContract : public testing::TestWithParam<Backend> {
     }
 #endif
     for (int row = 0; row < list.ListCount(); ++row) rows.push_back(list.List(row));
+    return rows;
+  }
+
+  /// The rows that the screen shows as selected.
+  std::vector<int> Selection(const ListBox& list) const {
+    std::vector<int> rows;
+    for (int row = 0; row < list.ListCount(); ++row) {
+      bool selected = list.Selected(row);
+#ifdef _WIN32
+      if (real()) {
+        selected = SendMessageW(Window(list), LB_GETSEL, static_cast<WPARAM>(row), 0) > 0;
+      }
+#endif
+      if (selected) rows.push_back(row);
+    }
     return rows;
   }
 
@@ -258,7 +330,8 @@ TEST_P(ControlsContract, AClickOnABoxTicksAndSelects) {
   Release(2);
   Press(1, false);
   Release(1);
-  EXPECT_EQ(form->heard, (Heard{"check 2", "down 2", "up 2", "down 1", "up 1"}));
+  EXPECT_EQ(form->heard,
+            (Heard{"check 2", "choose 2", "down 2", "up 2", "choose 1", "down 1", "up 1"}));
   EXPECT_TRUE(form->checks.Selected(2));
   EXPECT_FALSE(form->checks.Selected(1));
 }
@@ -282,7 +355,106 @@ TEST_P(ControlsContract, TheSelectionFollowsThePressedMouse) {
   MoveTo(3);
   Release(3);
   MoveTo(0);
-  EXPECT_EQ(form->heard, (Heard{"down 0", "move 1", "move 3", "up 3", "move 3"}));
+  EXPECT_EQ(form->heard, (Heard{"choose 0", "down 0", "choose 1", "move 1", "choose 3", "move 3",
+                                "up 3", "move 3"}));
+}
+
+TEST_P(ControlsContract, APressOnTheRowThatIsChosenIsAClick) {
+  for (int press = 0; press < 2; ++press) {
+    Press(1, false);
+    MoveTo(1);
+    Release(1);
+  }
+  EXPECT_EQ(form->heard, (Heard{"choose 1", "down 1", "move 1", "up 1", "choose 1", "down 1",
+                                "move 1", "up 1"}));
+  form->heard.clear();
+  form->checks.SetListIndex(1);
+  EXPECT_TRUE(form->heard.empty());
+}
+
+TEST_P(ControlsContract, APressOnRowsThatAreSelectedIsOneClick) {
+  SelectMany(1, false);
+  SelectMany(1, false);
+  SelectMany(3, true);
+  EXPECT_EQ(form->heard, (Heard{"many 1", "many 1", "many 2"}));
+}
+
+TEST_P(ControlsContract, ChoosingTheRowOfADropDownListAgainIsAClick) {
+  ChooseRow(2);
+  ChooseRow(2);
+  EXPECT_EQ(form->heard, (Heard{"drop 2", "drop 2"}));
+  EXPECT_EQ(form->drop.ListIndex(), 2);
+  form->heard.clear();
+  form->drop.SetListIndex(2);
+  EXPECT_TRUE(form->heard.empty());
+}
+
+TEST_P(ControlsContract, ARowThatIsAddedJoinsTheSelection) {
+  SelectMany(0, false);
+  SelectMany(2, true);
+  form->many.SetSelected(form->many.AddItem(u"e"), true);
+  EXPECT_EQ(Selection(form->many), (std::vector<int>{0, 2, 4}));
+  EXPECT_EQ(form->many.SelCount(), 3);
+}
+
+TEST_P(ControlsContract, ASharedAccessKeyGoesFromOneToTheNextAndRound) {
+  form->tabs.SetFocus();
+  AccessKey(u's');
+  EXPECT_EQ(form->heard, (Heard{"hide 1"}));
+  AccessKey(u's');
+  EXPECT_EQ(form->heard, (Heard{"hide 1", "tab 2"}));
+  AccessKey(u's');
+  EXPECT_EQ(form->heard, (Heard{"hide 1", "tab 2"})) << "the box is not seen";
+  AccessKey(u'f');
+  form->hide.SetFocus();
+  form->heard.clear();
+  AccessKey(u's');
+  EXPECT_EQ(form->heard, (Heard{"tab 2"}));
+}
+
+TEST_P(ControlsContract, FocusThatComesBackWithItsFormIsNoGotFocus) {
+  for (Control* const control :
+       std::initializer_list<Control*>{&form->hide, &form->drop, &form->ok}) {
+    control->GotFocus = [this, control] { form->heard.push_back("focus " + control->name()); };
+  }
+  form->hide.SetFocus();
+  LeaveAndReturn();
+  form->drop.SetFocus();
+  LeaveAndReturn();
+  LeaveAndReturn();
+  form->ok.SetFocus();
+  form->drop.SetFocus();
+  form->drop.SetFocus();
+  EXPECT_EQ(form->heard, (Heard{"focus chkHide", "focus cmbDrop", "focus cmdOK", "focus cmbDrop"}));
+}
+
+TEST_P(ControlsContract, WorkIsToldByThePointerUntilTheLastOneEnds) {
+#ifdef _WIN32
+  const auto points = [this](const wchar_t* name) {
+    // As the platform asks when the mouse moves.
+    const HWND window = static_cast<HWND>(LongToHandle(form->hWnd()));
+    SendMessageW(window, WM_SETCURSOR, reinterpret_cast<WPARAM>(window),
+                 MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    return GetCursor() == LoadCursorW(nullptr, name);
+  };
+#endif
+  EXPECT_FALSE(desktop->working());
+  {
+    const WorkingPointer outer(*desktop);
+    { const WorkingPointer inner(*desktop); }
+    EXPECT_TRUE(desktop->working());
+#ifdef _WIN32
+    if (real()) {
+      EXPECT_TRUE(points(IDC_APPSTARTING));
+    }
+#endif
+  }
+  EXPECT_FALSE(desktop->working());
+#ifdef _WIN32
+  if (real()) {
+    EXPECT_TRUE(points(IDC_ARROW));
+  }
+#endif
 }
 
 TEST_P(ControlsContract, ARowDraggedMovesUnderTheMouse) {
@@ -354,6 +526,7 @@ TEST_P(ControlsContract, AClickOnATabShowsItsPage) {
 }
 
 TEST_P(ControlsContract, TheAccessKeyOfATabShowsItsPage) {
+  form->hide.SetCaption(u"Same");
   AccessKey(u's');
   AccessKey(u'x');
   EXPECT_EQ(form->heard, (Heard{"tab 2"}));
@@ -409,6 +582,7 @@ class NativeControls : public ControlsContract {
 };
 
 TEST_P(NativeControls, FocusLeavesAPageThatIsHiddenForTheTabs) {
+  form->hide.SetCaption(u"Same");
   SetFocus(Window(form->many));
   AccessKey(u's');
   EXPECT_TRUE(HasFocusWithin(Window(form->tabs)));

@@ -73,7 +73,7 @@ class OptionsWindow : public SwitchboardTest {
     const auto there = [&] {
       return dialog.Button(kTabButtons[static_cast<std::size_t>(tab)]) != nullptr;
     };
-    // On the general tab the key of the last one is that of a box too.
+    // On the general tab the key of the last one is that of a box too, and may go there first.
     if (tab == 3 && dialog.Button(kTabButtons[1])) GoTo(dialog, 0);
     if (!there()) Chord({VK_MENU}, static_cast<WORD>(kTabKeys[static_cast<std::size_t>(tab)]));
     return WaitUntil(there);
@@ -606,6 +606,49 @@ TEST_F(OptionsWindow, FocusComesBackWhereItWas) {
   ASSERT_TRUE(display.Gone());
   EXPECT_TRUE(dialog.FocusGoesTo(dialog.Button(kTabButtons[0])));
   EXPECT_TRUE(dialog.Leave(L"Cancel"));
+}
+
+// The English texts give Alt+H to a box of the general page and to the last tab.
+TEST_F(OptionsWindow, TheSharedAccessKeyGoesToTheBoxAndThenToTheTab) {
+  const Dialog dialog = Open();
+  ASSERT_TRUE(dialog);
+  ASSERT_TRUE(GoTo(dialog, 1));
+  const wchar_t* const caption = kBoxes[5].caption;
+  const HWND box = dialog.Button(caption);
+  ASSERT_TRUE(box);
+  ASSERT_TRUE(dialog.ClickOn(dialog.Button(kBoxes[2].caption)));
+  ASSERT_TRUE(dialog.FocusGoesTo(dialog.Button(kBoxes[2].caption)));
+  Chord({VK_MENU}, 'H');
+  EXPECT_TRUE(WaitUntil([&] { return dialog.Checked(caption); }));
+  EXPECT_TRUE(dialog.FocusGoesTo(box));
+  Chord({VK_MENU}, 'H');
+  EXPECT_TRUE(WaitUntil([&] { return dialog.Button(kTabButtons[3]) != nullptr; }));
+  ASSERT_TRUE(GoTo(dialog, 1));
+  EXPECT_TRUE(dialog.Checked(caption)) << "once";
+  EXPECT_TRUE(Leave(dialog, L"Cancel"));
+  EXPECT_TRUE(Close(*marl));
+}
+
+TEST_F(OptionsWindow, AddKeepsTheOtherRowsSelectedAndRemoveTakesThemAll) {
+  PutStored(kListKey, "RegEx1", Text("one"));
+  PutStored(kListKey, "RegEx2", Text("two"));
+  const Dialog dialog = Open();
+  ASSERT_TRUE(dialog);
+  ASSERT_TRUE(GoTo(dialog, 3));
+  const HWND list = dialog.Find(L"ListBox");
+  const HWND field = dialog.Find(L"Edit");
+  ASSERT_TRUE(list && field);
+  Click(RowOf(list, 1));
+  ASSERT_TRUE(WaitUntil([&] { return TextOf(field) == L"two"; }));
+  ASSERT_TRUE(dialog.FocusGoesTo(field));
+  ASSERT_TRUE(dialog.Press(L"&Add"));
+  ASSERT_TRUE(WaitUntil([&] { return TextOf(field) == L"[New Expression]"; }));
+  EXPECT_EQ(SelectionOf(list), (std::vector<int>{1, 2}));
+  dialog.Picture("frmOptions-added");
+  ASSERT_TRUE(dialog.Press(L"&Remove"));
+  EXPECT_TRUE(WaitUntil([&] { return RowsOf(list) == std::vector<std::wstring>{L"one"}; }));
+  EXPECT_TRUE(Leave(dialog, L"Cancel"));
+  EXPECT_TRUE(Close(*marl));
 }
 
 TEST_F(OptionsWindow, AccessKeysToggleBoxesAndEnterIsOk) {

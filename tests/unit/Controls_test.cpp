@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+#include <string>
 #include <vector>
 
 #include "platform/RuntimeError.h"
@@ -108,6 +110,83 @@ TEST_F(Controls, SelectingARowOfASingleSelectionMovesIt) {
   EXPECT_EQ(list.ListIndex(), 2) << "another row was not selected anyway";
   list.SetSelected(2, false);
   EXPECT_EQ(list.ListIndex(), -1);
+}
+
+TEST_F(Controls, ChoosingTheRowThatIsChosenIsAClickByTheUserAlone) {
+  ListBox list(form, "lst");
+  ComboBox drop(form, "cmb");
+  ComboBox editable(form, "cmb2");
+  editable.Editable = true;
+  for (ItemList* const rows : std::initializer_list<ItemList*>{&list, &drop, &editable}) {
+    SCOPED_TRACE(rows->name());
+    Fill(*rows);
+    int clicks = 0;
+    rows->Click = [&] { ++clicks; };
+    rows->UserSelectRow(-1);
+    EXPECT_EQ(clicks, 0) << "none is no row";
+    rows->UserSelectRow(2);
+    EXPECT_EQ(clicks, 1);
+    rows->UserSelectRow(2);
+    EXPECT_EQ(clicks, 2);
+    rows->SetListIndex(2);
+    EXPECT_EQ(clicks, 2) << "the program's own writing is silent";
+    rows->SetListIndex(1);
+    EXPECT_EQ(clicks, 3);
+    rows->UserSelectRow(4);
+    EXPECT_EQ(clicks, 3) << "there is no such row";
+    EXPECT_EQ(rows->ListIndex(), 1);
+  }
+  drop.SetText(u"B");
+  EXPECT_EQ(drop.ListIndex(), 1);
+  list.SetSelected(1, true);
+}
+
+TEST_F(Controls, APressOnTheChosenRowIsAClickAndMovingOnItIsNone) {
+  ListBox list(form, "lst");
+  Fill(list);
+  int clicks = 0;
+  list.Click = [&] { ++clicks; };
+  for (int press = 1; press <= 2; ++press) {
+    list.UserMouseDown(1);
+    list.UserMouseMove(1);
+    list.UserMouseUp();
+    EXPECT_EQ(clicks, press);
+  }
+  list.UserMouseDown(-1);
+  list.UserMouseMove(1);
+  list.UserMouseMove(9);
+  EXPECT_EQ(clicks, 2);
+  list.UserMouseMove(2);
+  EXPECT_EQ(clicks, 3);
+}
+
+TEST_F(Controls, FocusThatComesBackWithTheFormIsNoGotFocus) {
+  CommandButton first(form, "first");
+  CommandButton second(form, "second");
+  std::vector<std::string> heard;
+  first.GotFocus = [&] { heard.push_back("first"); };
+  second.GotFocus = [&] { heard.push_back("second"); };
+  form.Show();
+  first.SetFocus();
+  desktop.SwitchAway();
+  desktop.SwitchBack();
+  EXPECT_EQ(heard, (std::vector<std::string>{"first"}));
+  second.SetFocus();
+  first.SetFocus();
+  EXPECT_EQ(heard, (std::vector<std::string>{"first", "second", "first"}));
+  // The user comes back by a click on another control.
+  form.UserDeactivate(&first);
+  second.UserFocus();
+  first.UserFocus();
+  form.UserActivate();
+  EXPECT_EQ(heard.size(), 5u);
+  // Nothing had the focus, or what had it was given none on the way back.
+  form.UserDeactivate(nullptr);
+  first.UserFocus();
+  form.UserDeactivate(&second);
+  form.UserActivate();
+  second.UserFocus();
+  EXPECT_EQ(heard.size(), 7u);
 }
 
 TEST_F(Controls, TheUserSelectsSeveralRowsAtOnce) {
@@ -426,13 +505,75 @@ TEST_F(Controls, AnAccessKeySelectsItsTab) {
   TabStrip tabs(form, "tab");
   tabs.AddPart({u"&Switchboard", u"", u""});
   tabs.AddPart({u"R&&D &General", u"", u""});
-  EXPECT_TRUE(form.UserTabKey(u'g'));
+  EXPECT_TRUE(form.UserAccessKey(u'g', nullptr));
   EXPECT_EQ(tabs.SelectedItem(), 2);
-  EXPECT_FALSE(form.UserTabKey(u'd'));
-  EXPECT_TRUE(form.UserTabKey(u'S'));
+  EXPECT_FALSE(form.UserAccessKey(u'd', nullptr));
+  EXPECT_TRUE(form.UserAccessKey(u'S', nullptr));
   EXPECT_EQ(tabs.SelectedItem(), 1);
   tabs.SetEnabled(false);
-  EXPECT_FALSE(form.UserTabKey(u'g'));
+  EXPECT_FALSE(form.UserAccessKey(u'g', nullptr));
+}
+
+TEST_F(Controls, AnAccessKeyClicksButtonsAndLeadsFromLabelsToWhatFollows) {
+  CheckBox box(form, "chk");
+  OptionButton option(form, "opt");
+  CommandButton button(form, "cmd");
+  Frame frame(form, "fra");
+  Label label(form, "lbl");
+  TextBox field(form, "txt");
+  box.SetCaption(u"&Box");
+  option.SetCaption(u"&Option");
+  button.SetCaption(u"&Press");
+  frame.SetCaption(u"&Frame");
+  label.SetCaption(u"&Label");
+  field.SetText(u"text");
+  int pressed = 0;
+  button.Click = [&] { ++pressed; };
+  form.Show();
+  const auto focus = [&] { return static_cast<MemoryPeer*>(form.peer())->focus; };
+  EXPECT_TRUE(form.UserAccessKey(u'b', nullptr));
+  EXPECT_EQ(box.Value(), 1);
+  EXPECT_EQ(focus(), &box);
+  EXPECT_TRUE(form.UserAccessKey(u'B', &box));
+  EXPECT_EQ(box.Value(), 0) << "the only one with this key gets it again";
+  EXPECT_TRUE(form.UserAccessKey(u'o', &box));
+  EXPECT_TRUE(option.Value());
+  EXPECT_TRUE(form.UserAccessKey(u'p', &box));
+  EXPECT_EQ(pressed, 1);
+  EXPECT_EQ(focus(), &button);
+  EXPECT_TRUE(form.UserAccessKey(u'l', &box));
+  EXPECT_EQ(focus(), &field);
+  EXPECT_EQ(field.SelStart(), 0);
+  EXPECT_EQ(field.SelLength(), 4);
+  box.SetFocus();
+  EXPECT_TRUE(form.UserAccessKey(u'f', &box));
+  EXPECT_EQ(focus(), &field);
+  button.SetEnabled(false);
+  EXPECT_FALSE(form.UserAccessKey(u'p', nullptr));
+  EXPECT_EQ(pressed, 1);
+}
+
+TEST_F(Controls, ASharedAccessKeyGoesToTheNextOfItsControlsAndRoundTheEnd) {
+  TabStrip tabs(form, "tab");
+  tabs.AddPart({u"&One", u"", u""});
+  tabs.AddPart({u"&Hidden", u"", u""});
+  PictureBox page(form, "pic", 0);
+  CheckBox box(form, "chk", -1, &page);
+  box.SetCaption(u"&Hide");
+  Label label(form, "lbl");
+  label.SetCaption(u"&Host");
+  TextBox field(form, "txt");
+  CommandButton button(form, "cmd");
+  EXPECT_EQ(form.AccessKeyTarget(u'h'), &tabs);
+  EXPECT_EQ(form.AccessKeyTarget(u'h', &tabs), &box);
+  EXPECT_EQ(form.AccessKeyTarget(u'h', &box), &field);
+  EXPECT_EQ(form.AccessKeyTarget(u'h', &field), &tabs);
+  EXPECT_EQ(form.AccessKeyTarget(u'H', &button), &tabs);
+  page.SetVisible(false);
+  EXPECT_EQ(form.AccessKeyTarget(u'h', &tabs), &field) << "what is not seen has no key";
+  field.SetEnabled(false);
+  button.SetVisible(false);
+  EXPECT_EQ(form.AccessKeyTarget(u'h', &tabs), &tabs) << "a label that leads nowhere has none";
 }
 
 TEST_F(Controls, TabsAreWalkedRoundTheEnd) {

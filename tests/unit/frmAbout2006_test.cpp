@@ -126,10 +126,25 @@ TEST_F(About, AcceleratorOfALinkPutsTheFocusBehindItAndThatOpensIt) {
   for (const auto& row : table) {
     Control* const target = form.AccessKeyTarget(row.key);
     ASSERT_EQ(target, form.cmdShell[static_cast<std::size_t>(row.button)].get());
+    form.cmdOK->SetFocus();
     opened.clear();
     target->SetFocus();
     EXPECT_EQ(opened, std::vector<Opened>{Link(row.address)});
   }
+}
+
+TEST_F(About, ReturnToTheProgramOpensNoLinkAgain) {
+  form.Show();
+  EXPECT_TRUE(form.UserAccessKey(u's', form.cmdOK.get()));
+  EXPECT_EQ(opened, std::vector<Opened>{Link(kSupportPage)});
+  for (int time = 0; time < 2; ++time) {
+    desktop.SwitchAway();
+    desktop.SwitchBack();
+  }
+  EXPECT_EQ(opened.size(), 1u);
+  EXPECT_TRUE(form.UserAccessKey(u'i', form.cmdShell[1].get()));
+  EXPECT_TRUE(form.UserAccessKey(u's', form.cmdShell[0].get()));
+  EXPECT_EQ(opened.size(), 3u);
 }
 
 TEST_F(About, HiddenButtonsFollowTheirLabelsInTheTabOrderBeyondTheEdgeOfTheForm) {

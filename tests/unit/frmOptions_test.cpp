@@ -599,10 +599,27 @@ TEST_F(Options, AccessKeysOfTheTabsSelectThem) {
   Open([&](frmOptions& form) {
     for (const auto& [key, tab] : std::initializer_list<std::pair<char16_t, int>>{
              {u'g', 2}, {u'L', 3}, {u'h', 4}, {u'S', 1}}) {
-      EXPECT_TRUE(form.UserTabKey(key));
+      EXPECT_TRUE(form.UserAccessKey(key, &form.cmdOK));
       EXPECT_EQ(form.tabOptions.SelectedItem(), tab);
       EXPECT_TRUE(form.picTab[static_cast<std::size_t>(tab) - 1].Visible());
     }
+  });
+}
+
+// The English texts give Alt+H to the tab of the hidden segments and to a box of the general page.
+TEST_F(Options, TheSharedAccessKeyGoesToTheBoxAndThenToTheTab) {
+  Open([&](frmOptions& form) {
+    form.tabOptions.UserSelectTab(2);
+    EXPECT_TRUE(form.UserAccessKey(u'h', &form.tabOptions));
+    EXPECT_EQ(FocusOf(form), &form.chkOptions[5]);
+    EXPECT_EQ(form.chkOptions[5].Value(), 1);
+    EXPECT_EQ(form.tabOptions.SelectedItem(), 2);
+    EXPECT_TRUE(form.UserAccessKey(u'h', FocusOf(form)));
+    EXPECT_EQ(form.chkOptions[5].Value(), 1);
+    EXPECT_EQ(form.tabOptions.SelectedItem(), 4);
+    EXPECT_TRUE(form.UserAccessKey(u'h', &form.tabOptions)) << "the box is not seen any more";
+    EXPECT_EQ(form.chkOptions[5].Value(), 1);
+    EXPECT_EQ(form.tabOptions.SelectedItem(), 4);
   });
 }
 
