@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/FoldCase.h"
 #include "platform/memory/CodePage1252.h"
+#include "platform/memory/UpperCase.h"
 
 namespace marl {
 namespace {
@@ -18,7 +18,7 @@ constexpr std::size_t kLongestValueName = 16383;
 NarrowText Name(const NarrowText& text) { return text.substr(0, text.find('\0')); }
 
 /// What names are compared and sorted by.
-Text Folded(const NarrowText& name) { return FoldCase(FromCodePage1252(name)); }
+Text Folded(const NarrowText& name) { return UpperCase(FromCodePage1252(name)); }
 
 std::uint32_t Size(const NarrowText& text) { return static_cast<std::uint32_t>(text.size()); }
 

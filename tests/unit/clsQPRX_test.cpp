@@ -131,6 +131,13 @@ TEST_F(ProjectFile, PrefixIsTheDescriptionOrTheCode) {
   }
 }
 
+TEST_F(ProjectFile, PrefixMeetsItsCapitalsInEveryScript) {
+  EXPECT_TRUE(
+      Parse("<language description=\"Ph\u01B0\u01A1ng \u0219 \u10D0 \u03C2\"/>"
+            "<document path=\"PH\u01AF\u01A0NG \u0218 \u1C90 \u03A3\\a.qtd\"/>"));
+  EXPECT_EQ(Documents(), DocumentList({u"a.qtd"}));
+}
+
 TEST_F(ProjectFile, OnlyOneWholePrefixIsCut) {
   EXPECT_TRUE(
       Parse("<language description=\"French\"/><document path=\"French\"/>"
