@@ -29,7 +29,7 @@ clsRegistry SettingsKey(RegistryStore& store) {
 }  // namespace
 
 TrackingServer::TrackingServer(const Ports& ports, View view)
-    : ServerList(ports.registry),
+    : ServerList(ports.registry, ports.locale),
       ports_(ports),
       view_(std::move(view)),
       client_({ports.components, ports.files, ports.strings}) {}

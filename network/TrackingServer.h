@@ -19,6 +19,7 @@ class TrackingServer {
     Components& components;
     const FileSystem& files;
     const StringTable& strings;
+    const Locale& locale;
   };
   /// What the main form shows of the server.
   struct View {

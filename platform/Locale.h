@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <span>
 
+#include "platform/Text.h"
+
 namespace marl {
 
 /// LOCALE_IDEFAULTANSICODEPAGE: the number of a locale's 8-bit code page, in decimal.
@@ -21,6 +23,10 @@ class Locale {
   /// bytes written; 0, and an untouched buffer, for an unknown locale or fact or too little room.
   virtual int LocaleInfo(std::uint32_t locale, std::uint32_t type,
                          std::span<char> buffer) const = 0;
+  /// True when both texts are the same in the user's collation but for case (CompareStringW with
+  /// NORM_IGNORECASE): a letter and its accent count as the letter with the accent, the sharp s as
+  /// "ss"; the dotted and the dotless i are two letters.
+  virtual bool SameText(TextView a, TextView b) const = 0;
 };
 
 }  // namespace marl

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/FoldCase.h"
 #include "support/Numbers.h"
 
 namespace marl {
@@ -28,7 +27,7 @@ void clsMRU::SaveList() {
 
 void clsMRU::AddMRU(TextView text) {
   auto place = std::find_if(entries_.begin(), entries_.end(),
-                            [text](const Text& entry) { return SameText(entry, text); });
+                            [&](const Text& entry) { return locale_.SameText(entry, text); });
   if (place == entries_.end()) {
     if (Count() < MaxLength) entries_.emplace_back();
     // A list of length 0 has no place for it.

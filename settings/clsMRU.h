@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/Locale.h"
 #include "settings/clsRegistry.h"
 
 namespace marl {
@@ -12,7 +13,8 @@ namespace marl {
 /// refuses gives a shorter list, or keeps the one it had.
 class clsMRU {
  public:
-  explicit clsMRU(RegistryStore& store) : registry_(store) {}
+  /// `locale` compares the entries.
+  clsMRU(RegistryStore& store, const Locale& locale) : registry_(store), locale_(locale) {}
 
   /// Root handle, one of RootKey.
   void hkey(std::uint32_t root) { registry_.hkey = root; }
@@ -28,8 +30,9 @@ class clsMRU {
   void LoadList();
   /// Makes the key and writes all `MaxLength` values, the unused ones as empty texts.
   void SaveList();
-  /// Puts the text first. An entry that differs in case only moves there and takes the new
-  /// spelling; otherwise, in a full list, the last one goes. Saves nothing.
+  /// Puts the text first. An entry that is the same text in the system's collation, but for case,
+  /// moves there and takes the new spelling; otherwise, in a full list, the last one goes. Saves
+  /// nothing.
   void AddMRU(TextView text);
 
   std::int32_t Count() const { return static_cast<std::int32_t>(entries_.size()); }
@@ -42,6 +45,7 @@ class clsMRU {
   bool Holds(std::int32_t index) const { return index >= 1 && index <= Count(); }
 
   clsRegistry registry_;
+  const Locale& locale_;
   std::vector<Text> entries_;
 };
 

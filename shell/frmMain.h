@@ -185,7 +185,7 @@ class frmMain : public Form, public HookedForm {
   GradientPicture panel_;
   modSetIcon icons_{platform_.icons, platform_.process};
   TrackingServer servers_{{platform_.desktop, platform_.registry, platform_.components,
-                           platform_.files, platform_.strings},
+                           platform_.files, platform_.strings, platform_.locales},
                           {[this](TextView name) { ShowServer(name); },
                            [this](bool enabled) { EnableTracking(enabled); }}};
   modMarl hook_{platform_.hooks, platform_.tray, *this};

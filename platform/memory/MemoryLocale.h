@@ -32,6 +32,8 @@ class MemoryLocale : public Locale {
     facts[{threadLocale, kLocaleDefaultAnsiCodePage}] = std::move(codePage);
   }
 
+  bool SameText(TextView a, TextView b) const override;
+
   std::uint32_t ThreadLocale() const override { return threadLocale; }
   int LocaleInfo(std::uint32_t locale, std::uint32_t type, std::span<char> buffer) const override {
     const auto found = facts.find({locale, type});

@@ -13,4 +13,13 @@ int LocaleWin32::LocaleInfo(std::uint32_t locale, std::uint32_t type,
   return GetLocaleInfoA(locale, type, buffer.data(), static_cast<int>(buffer.size()));
 }
 
+bool LocaleWin32::SameText(TextView a, TextView b) const {
+  // The platform's lengths are signed, and a text of no length may not be given as no text.
+  const auto text = [](TextView of) {
+    return of.empty() ? L"" : reinterpret_cast<const wchar_t*>(of.data());
+  };
+  return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, text(a), static_cast<int>(a.size()),
+                        text(b), static_cast<int>(b.size())) == CSTR_EQUAL;
+}
+
 }  // namespace marl::win32

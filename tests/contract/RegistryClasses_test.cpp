@@ -2,6 +2,7 @@
 #include <random>
 #include <sstream>
 
+#include "platform/memory/MemoryLocale.h"
 #include "settings/cRegistry.h"
 #include "settings/clsMRU.h"
 #include "settings/clsRegistry.h"
@@ -14,7 +15,7 @@ namespace {
 class Use {
  public:
   Use(RegistryStore& store, const Text& root, unsigned seed)
-      : cursor_(store), accessor_(store), list_(store), root_(root), random_(seed) {
+      : cursor_(store), accessor_(store), list_(store, locale_), root_(root), random_(seed) {
     cursor_.ClassKey = kCurrentUser;
     accessor_.hkey = kCurrentUser;
     accessor_.KeyRoot = root;
@@ -124,6 +125,7 @@ class Use {
 
   cRegistry cursor_;
   clsRegistry accessor_;
+  MemoryLocale locale_;
   clsMRU list_;
   Text root_;
   std::mt19937 random_;

@@ -1,13 +1,26 @@
 #include "settings/clsMRU.h"
 
+#include <memory>
+
+#include "platform/memory/MemoryLocale.h"
 #include "tests/contract/RegistryWorld.h"
+#ifdef _WIN32
+#include "platform/win32/LocaleWin32.h"
+#endif
 
 namespace marl {
 namespace {
 
 class clsMRUTest : public RegistryTest {
  protected:
-  clsMRUTest() : list(store()) { Point(list); }
+  clsMRUTest() : locale(MakeLocale()), list(store(), *locale) { Point(list); }
+
+  static std::unique_ptr<Locale> MakeLocale() {
+#ifdef _WIN32
+    if (GetParam() == Backend::kWin32) return std::make_unique<win32::LocaleWin32>();
+#endif
+    return std::make_unique<MemoryLocale>();
+  }
 
   void Point(clsMRU& at) {
     at.hkey(kCurrentUser);
@@ -28,6 +41,7 @@ class clsMRUTest : public RegistryTest {
     return entries;
   }
 
+  std::unique_ptr<Locale> locale;
   clsMRU list;
 };
 MARL_OVER_ALL_BACKENDS(clsMRUTest);
@@ -68,6 +82,19 @@ TEST_P(clsMRUTest, AddingEntryOneInOtherCaseTakesTheNewSpelling) {
   EXPECT_EQ(All(list), (Entries{u"\u00C4rger", u"two"}));
 }
 
+TEST_P(clsMRUTest, EntriesAreComparedAsTheCollationOfTheUserSeesThem) {
+  Add({u"stra\u00DFe", u"\u03BF\u03B4\u03CC\u03C2", u"caf\u00E9", u"\u0131"});
+  Add({u"STRASSE"});
+  EXPECT_EQ(All(list), (Entries{u"STRASSE", u"\u0131", u"caf\u00E9", u"\u03BF\u03B4\u03CC\u03C2"}));
+  Add({u"Cafe\u0301"});
+  EXPECT_EQ(All(list),
+            (Entries{u"Cafe\u0301", u"STRASSE", u"\u0131", u"\u03BF\u03B4\u03CC\u03C2"}));
+  Add({u"\u039F\u0394\u038C\u03A3"});
+  EXPECT_EQ(list.Count(), 4);
+  Add({u"I"});
+  EXPECT_EQ(list.Count(), 5) << "the dotless i is a letter of its own";
+}
+
 TEST_P(clsMRUTest, OnlyTheFirstOfEqualEntriesMoves) {
   Add({u"b", u"a", u"x"});
   list.Item(3, u"A");
@@ -104,7 +131,7 @@ TEST_P(clsMRUTest, SaveListMakesTheKeyAndWritesEveryPlace) {
 TEST_P(clsMRUTest, SavedAndLoadedItIsTheSame) {
   Add({u"h", u"g", u"f", u"e", u"d", u"c", u"b", u"a"});
   list.SaveList();
-  clsMRU loaded(store());
+  clsMRU loaded(store(), *locale);
   Point(loaded);
   loaded.LoadList();
   EXPECT_EQ(All(loaded), All(list));

@@ -73,7 +73,7 @@ TEST_F(FormFonts, OfTheCodePageAreOnEveryFormBeforeItsTexts) {
   const auto setIcon = [](WindowHandle) {};
   Form owner(w.desktop, "frmOwner");
   NoSamples samples(owner);
-  clsMRU list(w.registry);
+  clsMRU list(w.registry, w.locales);
   frmUI::Switchboard switchboard;
   for (std::size_t i = 0; i < switchboard.captions.size(); ++i) {
     switchboard.captions[i] = w.strings.Get(2000 + static_cast<int>(i));

@@ -8,6 +8,7 @@
 #include "platform/memory/MemoryComponents.h"
 #include "platform/memory/MemoryDesktop.h"
 #include "platform/memory/MemoryFileSystem.h"
+#include "platform/memory/MemoryLocale.h"
 #include "platform/memory/MemoryRegistryStore.h"
 #include "platform/memory/MemoryStrings.h"
 
@@ -58,11 +59,12 @@ class Tracking : public testing::Test {
   MemoryRegistryStore registry;
   MemoryComponents components;
   MemoryFileSystem files;
+  MemoryLocale locale;
   MemoryStrings resource;
   StringTable strings{resource};
   std::vector<Text> names;    ///< each name that was shown
   std::vector<bool> enabled;  ///< each state that was set
-  TrackingServer server{{desktop, registry, components, files, strings},
+  TrackingServer server{{desktop, registry, components, files, strings, locale},
                         {[this](TextView name) { names.emplace_back(name); },
                          [this](bool state) { enabled.push_back(state); }}};
 };
@@ -261,7 +263,7 @@ TEST_F(Tracking, SavedServerComesBackAtTheNextStart) {
   server.Start();
   server.SetTrackingServer(u"R&D \u20AC", true);
   server.SaveServerSettings();
-  TrackingServer next({desktop, registry, components, files, strings},
+  TrackingServer next({desktop, registry, components, files, strings, locale},
                       {[](TextView) {}, [](bool) {}});
   next.Start();
   EXPECT_EQ(next.CurrentServerTag, server.CurrentServerTag);
@@ -283,7 +285,7 @@ TEST_F(Tracking, RefusingStoreIsSilent) {
       return kAccessDenied;
     }
   } denied;
-  TrackingServer unsaved({desktop, denied, components, files, strings},
+  TrackingServer unsaved({desktop, denied, components, files, strings, locale},
                          {[](TextView) {}, [](bool) {}});
   unsaved.Start();
   unsaved.SetTrackingServer(kAlpha, true);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/memory/MemoryLocale.h"
 #include "settings/cRegistry.h"
 #include "settings/clsMRU.h"
 #include "tests/unit/WatchedRegistry.h"
@@ -80,7 +81,8 @@ TEST(clsRegistryOnMemory, NamesLongerThanThePlatformTakesAreRefused) {
 
 TEST(clsMRUOnMemory, ARefusedSaveLeavesTheStoreAsItWas) {
   WatchedRegistry store;
-  clsMRU list(store);
+  const MemoryLocale locale;
+  clsMRU list(store, locale);
   list.hkey(kCurrentUser);
   list.KeyRoot(u"Software\\Oru\\Marl");
   list.Subkey(u"ServerMRU");
@@ -89,7 +91,7 @@ TEST(clsMRUOnMemory, ARefusedSaveLeavesTheStoreAsItWas) {
   list.AddMRU(u"new");
   store.refuseWriting = true;
   list.SaveList();
-  clsMRU loaded(store);
+  clsMRU loaded(store, locale);
   loaded.hkey(kCurrentUser);
   loaded.KeyRoot(u"Software\\Oru\\Marl");
   loaded.Subkey(u"ServerMRU");

@@ -27,7 +27,7 @@ class ChangeServer : public testing::Test {
   MemoryPictures pictures;
   MemoryStrings resource;
   StringTable strings{resource};
-  clsMRU list{registry};
+  clsMRU list{registry, locale};
   frmChangeServer form{{desktop, locale, pictures, strings}, list};
 };
 
