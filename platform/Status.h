@@ -13,6 +13,8 @@ enum Status : long {
   kNoMoreFiles = 18,
   kSharingViolation = 32,
   kInvalidParameter = 87,
+  kInvalidName = 123,
+  kAlreadyExists = 183,
   kMoreData = 234,
   kNoMoreItems = 259,
   kKeyDeleted = 1018,

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/FoldCase.h"
+#include "platform/FileNames.h"
+#include "platform/memory/UpperCase.h"
 
 namespace marl {
 
@@ -20,15 +21,25 @@ namespace {
 
 bool HasWildcard(TextView path) { return path.find_first_of(u"*?") != TextView::npos; }
 
+/// True for a path with a character that no name has; wildcards are among them.
+bool HasForbidden(TextView path) {
+  if (path.starts_with(kLongPathPrefix)) path.remove_prefix(kLongPathPrefix.size());
+  return std::any_of(path.begin(), path.end(), [](char16_t unit) {
+    return unit < u' ' || TextView(u"*?\"<>|").find(unit) != TextView::npos;
+  });
+}
+
+bool NamesAFolder(TextView path) { return path.ends_with(u'\\') || path.ends_with(u'/'); }
+
 TextView ParentOf(TextView path) {
   const std::size_t slash = path.rfind(u'\\');
   return slash == TextView::npos ? TextView() : path.substr(0, slash);
 }
 
-// The platform's rules: "*" is any run of units, "?" one unit or none at the end, and "*.*" every
-// name, one without a point too. Both texts are folded.
+// The platform's rules: "*" is any run of units, "?" one unit or none at the end, and ".*" at the
+// end nothing too where the name has no point. Both texts are in capitals.
 bool Matches(TextView name, TextView pattern) {
-  if (pattern == u"*.*") return true;
+  if (pattern.ends_with(u".*") && name.find(u'.') == TextView::npos) pattern.remove_suffix(2);
   std::size_t n = 0, p = 0, star = TextView::npos, mark = 0;
   while (n < name.size()) {
     if (p < pattern.size() && pattern[p] == u'*') {
@@ -86,16 +97,22 @@ MemoryFileSystem::MemoryFileSystem() { SetTempPath(u"C:\\Users\\Translator\\Temp
 
 MemoryFileSystem::~MemoryFileSystem() = default;
 
-/// Drive, backslash and names: without empty parts, "." and "..", and without a last backslash.
-/// A path without a drive counts from the root of drive C.
+/// Drive, backslash and names: without empty parts, "." and "..", and without a last backslash, nor
+/// blanks and dots at the end. A path without a drive counts from the root of drive C. One with the
+/// prefix keeps every name that it has.
 Text MemoryFileSystem::FullPath(TextView path) {
+  const bool asItStands = path.starts_with(kLongPathPrefix);
+  if (asItStands) path.remove_prefix(kLongPathPrefix.size());
   Text slashed(path);
-  std::replace(slashed.begin(), slashed.end(), u'/', u'\\');
+  if (!asItStands) std::replace(slashed.begin(), slashed.end(), u'/', u'\\');
   TextView rest = slashed;
   Text full = u"C:";
   if (rest.size() >= 2 && rest[1] == u':') {
     full = rest.substr(0, 2);
     rest.remove_prefix(2);
+  } else if (asItStands && rest.starts_with(u"UNC\\")) {
+    full = u"\\";
+    rest.remove_prefix(4);
   } else if (rest.starts_with(u"\\\\")) {
     full = u"\\";
     rest.remove_prefix(1);
@@ -103,25 +120,30 @@ Text MemoryFileSystem::FullPath(TextView path) {
   const std::size_t root = full.size();
   while (!rest.empty()) {
     const std::size_t slash = rest.find(u'\\');
-    const TextView part = rest.substr(0, slash);
+    TextView part = rest.substr(0, slash);
     rest = slash == TextView::npos ? TextView() : rest.substr(slash + 1);
-    if (part.empty() || part == u".") continue;
-    if (part == u"..") {
-      full.resize(std::max(root, std::min(full.size(), full.rfind(u'\\'))));
-      continue;
+    if (!asItStands) {
+      if (part == u".") continue;
+      if (part == u"..") {
+        full.resize(std::max(root, std::min(full.size(), full.rfind(u'\\'))));
+        continue;
+      }
+      while (rest.empty() && (part.ends_with(u'.') || part.ends_with(u' '))) part.remove_suffix(1);
     }
+    if (part.empty()) continue;
     full += u'\\';
     full += part;
   }
   return full;
 }
 
-Text MemoryFileSystem::Key(TextView fullPath) { return FoldCase(fullPath); }
+Text MemoryFileSystem::Key(TextView fullPath) { return UpperCase(fullPath); }
 
 MemoryFileSystem::NodePointer MemoryFileSystem::Look(TextView path) const {
-  if (path.empty() || path.find(u'\0') != TextView::npos) return nullptr;
+  if (!IsPath(path)) return nullptr;
   const auto found = nodes_.find(Key(FullPath(path)));
-  return found == nodes_.end() ? nullptr : found->second;
+  if (found == nodes_.end() || (NamesAFolder(path) && !found->second->folder())) return nullptr;
+  return found->second;
 }
 
 MemoryFileSystem::NodePointer MemoryFileSystem::Meet(TextView path) const {
@@ -135,7 +157,8 @@ MemoryFileSystem::NodePointer MemoryFileSystem::Meet(TextView path) const {
 }
 
 Status MemoryFileSystem::Absence(TextView path) const {
-  if (path.empty() || path.find(u'\0') != TextView::npos) return kPathNotFound;
+  if (!IsPath(path)) return kPathNotFound;
+  if (HasForbidden(path)) return kInvalidName;
   const NodePointer parent = Look(ParentOf(FullPath(path)));
   return parent && parent->folder() ? kFileNotFound : kPathNotFound;
 }
@@ -153,14 +176,13 @@ std::optional<Status> MemoryFileSystem::Begin(FileAction action, TextView path) 
 }
 
 bool MemoryFileSystem::NormalFileExists(TextView path) const {
-  if (Begin(FileAction::kTest, path) || path.ends_with(u'\\')) return false;
-  if (path.find_first_of(u"*?\"<>") != TextView::npos) return false;
+  if (Begin(FileAction::kTest, path) || !IsExactPath(path) || NamesAFolder(path)) return false;
   const NodePointer node = Meet(path);
   return node && !(node->attributes & (kDirectory | kHidden | kSystem));
 }
 
 bool MemoryFileSystem::FileExists(TextView path) const {
-  if (Begin(FileAction::kTest, path) || path.ends_with(u'\\')) return false;
+  if (Begin(FileAction::kTest, path)) return false;
   const NodePointer node = Meet(path);
   return node && !node->folder();
 }
@@ -195,12 +217,11 @@ std::unique_ptr<OutputFile> MemoryFileSystem::Create(TextView path, Status& stat
     return nullptr;
   }
   if (!node) {
-    const Text full = FullPath(path);
-    const NodePointer parent = Look(ParentOf(full));
-    if (!parent || !parent->folder() || HasWildcard(path) || path.find(u'\0') != TextView::npos) {
-      status = parent && HasWildcard(path) ? static_cast<Status>(123) : kPathNotFound;
+    if (const Status absence = Absence(path); absence != kFileNotFound || NamesAFolder(path)) {
+      status = absence == kFileNotFound ? kInvalidName : absence;
       return nullptr;
     }
+    const Text full = FullPath(path);
     node = std::make_shared<Node>(Node{full, {}, kArchive});
     nodes_[Key(full)] = node;
   }
@@ -224,20 +245,21 @@ Status MemoryFileSystem::Copy(TextView from, TextView to) {
   const NodePointer source = Meet(from);
   if (!source) return Absence(from);
   const NodePointer target = Look(to);
-  if (source->folder() || (target && (target->attributes & (kDirectory | kReadOnly)))) {
-    return kAccessDenied;
+  constexpr std::uint32_t kKept = kDirectory | kReadOnly | kHidden;
+  if (source->folder() || (target && (target->attributes & kKept))) return kAccessDenied;
+  if (target && (target == source || target->writers > 0)) return kSharingViolation;
+  if (!target) {
+    if (const Status absence = Absence(to); absence != kFileNotFound) return absence;
+    if (NamesAFolder(to)) return kInvalidName;
   }
-  const NodePointer parent = Look(ParentOf(FullPath(to)));
-  if (!parent || !parent->folder()) return kPathNotFound;
   Put(to, source->bytes, source->attributes);
   return kOk;
 }
 
 Status MemoryFileSystem::MakeFolder(TextView path) {
   if (const auto failure = Begin(FileAction::kMakeFolder, path)) return *failure;
-  if (Look(path)) return static_cast<Status>(183);  // ERROR_ALREADY_EXISTS
-  const NodePointer parent = Look(ParentOf(FullPath(path)));
-  if (!parent || !parent->folder()) return kPathNotFound;
+  if (IsPath(path) && Look(FullPath(path))) return kAlreadyExists;
+  if (const Status absence = Absence(path); absence != kFileNotFound) return absence;
   PutFolder(path);
   return kOk;
 }
@@ -259,15 +281,17 @@ Status MemoryFileSystem::SetAttributes(TextView path, std::uint32_t attributes) 
 }
 
 std::unique_ptr<FileSearch> MemoryFileSystem::Find(TextView pattern) const {
-  if (Begin(FileAction::kFind, pattern) || pattern.empty() || pattern.ends_with(u'\\') ||
-      pattern.find(u'\0') != TextView::npos) {
+  if (Begin(FileAction::kFind, pattern) || !IsPath(pattern) || NamesAFolder(pattern)) {
     return nullptr;
   }
   const std::size_t slash = pattern.find_last_of(u"\\/");
   const Text folder = FullPath(slash == TextView::npos ? TextView() : pattern.substr(0, slash + 1));
   const NodePointer node = Look(folder);
   if (!node || !node->folder()) return nullptr;
-  const Text wanted = FoldCase(slash == TextView::npos ? pattern : pattern.substr(slash + 1));
+  Text wanted = UpperCase(slash == TextView::npos ? pattern : pattern.substr(slash + 1));
+  if (!HasWildcard(wanted)) {
+    while (wanted.ends_with(u'.') || wanted.ends_with(u' ')) wanted.pop_back();
+  }
   std::vector<FoundEntry> entries;
   if (HasWildcard(wanted) && folder.size() > 2) {
     for (const TextView dots : {u".", u".."}) {

@@ -3,27 +3,23 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/FileNames.h"
 #include "platform/win32/Handle.h"
 
 namespace marl::win32 {
 
 namespace {
 
-using UniqueFile = Unique<HANDLE, HandleKind::kFile, CloseAny>;
-
 Status LastStatus() {
   const DWORD error = GetLastError();
   return error == ERROR_SUCCESS ? kGeneralFailure : static_cast<Status>(error);
 }
 
-/// A text that holds a NUL is the name of nothing: the platform would take what stands before it.
-bool IsName(TextView path) { return !path.empty() && path.find(u'\0') == TextView::npos; }
-
 /// A path too long for the plain form is given in the form that has no limit.
 Text Native(TextView path) {
   constexpr std::size_t kPlainLimit = 248;
   Text plain(path);
-  if (path.size() < kPlainLimit || path.starts_with(u"\\\\?\\")) return plain;
+  if (path.size() < kPlainLimit || path.starts_with(kLongPathPrefix)) return plain;
   Text full(32768, u'\0');
   const DWORD length = GetFullPathNameW(Wide(plain), static_cast<DWORD>(full.size()),
                                         reinterpret_cast<wchar_t*>(full.data()), nullptr);
@@ -39,7 +35,7 @@ UniqueFile Open(TextView path, DWORD access, DWORD share, DWORD disposition) {
 }
 
 DWORD AttributesOf(TextView path) {
-  if (!IsName(path)) {
+  if (!IsPath(path)) {
     SetLastError(ERROR_PATH_NOT_FOUND);
     return INVALID_FILE_ATTRIBUTES;
   }
@@ -66,8 +62,13 @@ class Output : public OutputFile {
   UniqueFile file_;
 };
 
-void CloseSearch(HANDLE search) { FindClose(search); }
-using UniqueSearch = Unique<HANDLE, HandleKind::kFile, CloseSearch>;
+/// Begins a listing, and gives its first entry.
+UniqueSearch Start(TextView pattern, WIN32_FIND_DATAW& first) {
+  // Without the short names that nobody asks for, and many entries at a time.
+  const HANDLE search = FindFirstFileExW(Wide(Native(pattern)), FindExInfoBasic, &first,
+                                         FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
+  return UniqueSearch(search == INVALID_HANDLE_VALUE ? nullptr : search);
+}
 
 class Search : public FileSearch {
  public:
@@ -90,12 +91,9 @@ class Search : public FileSearch {
 }  // namespace
 
 bool FileSystemWin32::NormalFileExists(TextView path) const {
-  if (!IsName(path) || path.find_first_of(u"*?\"<>") != TextView::npos) return false;
+  if (!IsExactPath(path)) return false;
   WIN32_FIND_DATAW data;
-  const HANDLE search = FindFirstFileW(Wide(Native(path)), &data);
-  if (search == INVALID_HANDLE_VALUE) return false;
-  FindClose(search);
-  return !(data.dwFileAttributes & (kDirectory | kHidden | kSystem));
+  return Start(path, data) && !(data.dwFileAttributes & (kDirectory | kHidden | kSystem));
 }
 
 bool FileSystemWin32::FileExists(TextView path) const {
@@ -109,7 +107,7 @@ bool FileSystemWin32::FolderExists(TextView path) const {
 }
 
 Status FileSystemWin32::ReadAll(TextView path, Bytes& out) const {
-  if (!IsName(path)) return kPathNotFound;
+  if (!IsPath(path)) return kPathNotFound;
   const UniqueFile file = Open(
       path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING);
   if (!file) return LastStatus();
@@ -136,8 +134,15 @@ Status FileSystemWin32::ReadAll(TextView path, Bytes& out) const {
 }
 
 std::unique_ptr<OutputFile> FileSystemWin32::Create(TextView path, Status& status) {
-  if (!IsName(path)) {
+  if (!IsPath(path)) {
     status = kPathNotFound;
+    return nullptr;
+  }
+  // Windows refuses these by itself; Wine lets some users through.
+  const DWORD attributes = AttributesOf(path);
+  if (attributes != INVALID_FILE_ATTRIBUTES &&
+      (attributes & (kDirectory | kReadOnly | kHidden | kSystem))) {
+    status = kAccessDenied;
     return nullptr;
   }
   UniqueFile file = Open(path, GENERIC_WRITE, FILE_SHARE_READ, CREATE_ALWAYS);
@@ -147,7 +152,7 @@ std::unique_ptr<OutputFile> FileSystemWin32::Create(TextView path, Status& statu
 }
 
 Status FileSystemWin32::Remove(TextView path, bool force) {
-  if (!IsName(path)) return kPathNotFound;
+  if (!IsPath(path)) return kPathNotFound;
   const Text name = Native(path);
   const DWORD attributes = GetFileAttributesW(Wide(name));
   const bool locked = attributes != INVALID_FILE_ATTRIBUTES && (attributes & kReadOnly);
@@ -160,12 +165,23 @@ Status FileSystemWin32::Remove(TextView path, bool force) {
 }
 
 Status FileSystemWin32::Copy(TextView from, TextView to) {
-  if (!IsName(from) || !IsName(to)) return kPathNotFound;
-  return CopyFileW(Wide(Native(from)), Wide(Native(to)), FALSE) ? kOk : LastStatus();
+  if (!IsPath(from) || !IsPath(to)) return kPathNotFound;
+  const Text source = Native(from);
+  const Text target = Native(to);
+  const DWORD wanted = GetFileAttributesW(Wide(source));
+  const DWORD before = GetFileAttributesW(Wide(target));
+  const bool there = before != INVALID_FILE_ATTRIBUTES;
+  // As for Create; and what is replaced would keep its attributes on Wine.
+  if (wanted != INVALID_FILE_ATTRIBUTES && there && (before & (kReadOnly | kHidden))) {
+    return kAccessDenied;
+  }
+  if (!CopyFileW(Wide(source), Wide(target), FALSE)) return LastStatus();
+  if (there) SetFileAttributesW(Wide(target), wanted);
+  return kOk;
 }
 
 Status FileSystemWin32::MakeFolder(TextView path) {
-  if (!IsName(path)) return kPathNotFound;
+  if (!IsPath(path)) return kPathNotFound;
   return CreateDirectoryW(Wide(Native(path)), nullptr) ? kOk : LastStatus();
 }
 
@@ -177,18 +193,16 @@ Status FileSystemWin32::Attributes(TextView path, std::uint32_t& out) const {
 }
 
 Status FileSystemWin32::SetAttributes(TextView path, std::uint32_t attributes) {
-  if (!IsName(path)) return kPathNotFound;
+  if (!IsPath(path)) return kPathNotFound;
   return SetFileAttributesW(Wide(Native(path)), attributes) ? kOk : LastStatus();
 }
 
 std::unique_ptr<FileSearch> FileSystemWin32::Find(TextView pattern) const {
-  if (!IsName(pattern)) return nullptr;
-  WIN32_FIND_DATAW data;
-  // Without the short names that nobody asks for, and many entries at a time.
-  const HANDLE search = FindFirstFileExW(Wide(Native(pattern)), FindExInfoBasic, &data,
-                                         FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
-  if (search == INVALID_HANDLE_VALUE) return nullptr;
-  return std::make_unique<Search>(UniqueSearch(search), data);
+  if (!IsPath(pattern)) return nullptr;
+  WIN32_FIND_DATAW first;
+  UniqueSearch search = Start(pattern, first);
+  if (!search) return nullptr;
+  return std::make_unique<Search>(std::move(search), first);
 }
 
 Text FileSystemWin32::TempPath() const {

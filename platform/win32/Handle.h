@@ -19,6 +19,7 @@ enum class HandleKind {
   kMenu,
   kKey,
   kFile,
+  kSearch,
   kMutex,
   kThread,
   kCount
@@ -74,6 +75,7 @@ inline void ClosePen(HPEN pen) { DeleteObject(pen); }
 inline void CloseContext(HDC context) { DeleteDC(context); }
 inline void CloseMenu(HMENU menu) { DestroyMenu(menu); }
 inline void CloseAny(HANDLE handle) { CloseHandle(handle); }
+inline void CloseSearch(HANDLE search) { FindClose(search); }
 
 using UniqueIcon = Unique<HICON, HandleKind::kIcon, CloseIcon_>;
 using UniqueBitmap = Unique<HBITMAP, HandleKind::kBitmap, CloseBitmap>;
@@ -82,6 +84,8 @@ using UniqueBrush = Unique<HBRUSH, HandleKind::kBrush, CloseBrush>;
 using UniquePen = Unique<HPEN, HandleKind::kPen, ClosePen>;
 using UniqueContext = Unique<HDC, HandleKind::kDeviceContext, CloseContext>;
 using UniqueMenu = Unique<HMENU, HandleKind::kMenu, CloseMenu>;
+using UniqueFile = Unique<HANDLE, HandleKind::kFile, CloseAny>;
+using UniqueSearch = Unique<HANDLE, HandleKind::kSearch, CloseSearch>;
 using UniqueMutex = Unique<HANDLE, HandleKind::kMutex, CloseAny>;
 using UniqueThread = Unique<HANDLE, HandleKind::kThread, CloseAny>;
 

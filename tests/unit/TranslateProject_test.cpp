@@ -303,6 +303,21 @@ TEST_F(Translate, LongPathsReachTheEditor) {
   }
 }
 
+TEST_F(Translate, TheLongFormOfAPathIsTaken) {
+  const Text folder = u"\\\\?\\C:\\P\\";
+  files.Put(u"C:\\P\\French\\a.qtd", "");
+  RunXml("<language lc=\"fr\"/><document path=\"a.doc\"/>", folder + u"job.qprx");
+  EXPECT_EQ(edited, Rows{u"\"" + folder + u"French\\a.qtd\""});
+  EXPECT_TRUE(desktop.messages.empty());
+}
+
+TEST_F(Translate, SystemFilesAreNoNormalFiles) {
+  files.Put(u"C:\\P\\French\\a.qtd", "", kSystem);
+  RunXml("<language lc=\"fr\"/><document path=\"a.doc\"/>");
+  ASSERT_EQ(desktop.messages.size(), 1u);
+  EXPECT_EQ(desktop.messages[0].text, u"File not found : C:\\P\\French\\a.qtd");
+}
+
 TEST_F(Translate, PathsThatLeadOutAreSoughtWhereTheyLead) {
   files.Put(u"C:\\elsewhere\\a.qtd", "");
   RunXml("<language lc=\"fr\"/><document path=\"..\\..\\elsewhere\\a.doc\"/>");
