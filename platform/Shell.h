@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Status.h"
 #include "platform/Text.h"
 
 namespace marl {
@@ -26,9 +27,10 @@ class Shell {
   /// characters). Returns its code, above 32 for success; `program` is the buffer up to its first
   /// NUL then, else untouched.
   virtual int FindProgram(TextView file, TextView directory, Text& program) = 0;
-  /// Starts a program by its command line (CreateProcess) with a window that gets the focus.
-  /// False when it cannot be started.
-  virtual bool Run(TextView commandLine, int show) = 0;
+  /// Starts `program`, a full path, with this command line (CreateProcess) and a window that gets
+  /// the focus. Without a program the platform takes it from the command line and searches for it.
+  /// kElevationRequired for one that only the shell may start, after it has asked the user.
+  virtual Status Run(TextView program, TextView commandLine, int show) = 0;
   /// Opens a help file for the main form's window (WinHelp).
   virtual void Help(TextView file, int command, int data) = 0;
 };

@@ -17,6 +17,7 @@ enum Status : long {
   kAlreadyExists = 183,
   kMoreData = 234,
   kNoMoreItems = 259,
+  kElevationRequired = 740,
   kKeyDeleted = 1018,
   kGeneralFailure = 31,
 };

@@ -6,6 +6,7 @@
 #include "settings/frmOptions.h"
 #include "settings/frmSegmentation.h"
 #include "support/Numbers.h"
+#include "support/StartCommand.h"
 #include "support/modI18N.h"
 
 // The options: most of them are kept for the suite's other programs, which read the same keys.
@@ -109,7 +110,9 @@ void frmMain::mnuToolsOptions() {
 // Another program of the suite does it; its effect is seen when the options are opened again.
 void frmMain::ToggleContextMenu(bool enabled) {
   const Text command = JoinPath(ProgramFolder(), u"Q17Shell.exe") + (enabled ? u" /U" : u" /R");
-  if (!platform_.shell.Run(command, kShowMinimised)) throw RuntimeError(53, u"File not found");
+  if (!StartCommand(platform_.shell, platform_.files, command, kShowMinimised)) {
+    throw RuntimeError(53, u"File not found");
+  }
 }
 
 void frmMain::ShowLanSettings(Form& owner) {

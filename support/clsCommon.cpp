@@ -8,6 +8,7 @@
 #include "platform/forms/Controls.h"
 #include "platform/forms/Form.h"
 #include "support/Numbers.h"
+#include "support/StartCommand.h"
 
 namespace marl {
 
@@ -110,7 +111,7 @@ void clsCommon::StartSysInfo() const {
       command = folder + u"\\MSINFO32.EXE";
       if (!ports_.files.NormalFileExists(command)) return;
     }
-    started = ports_.shell.Run(command, kShowNormal);
+    started = StartCommand(ports_.shell, ports_.files, command, kShowNormal);
   });
   if (!started) ports_.desktop.MsgBox(ports_.strings.Get(kNoSystemInfoString), kOkOnly, kTitle);
 }

@@ -29,7 +29,8 @@ class MemoryShell : public Shell {
   int findCode = 33;
   std::vector<Text> asked;                ///< the files whose program was asked for
   std::vector<std::pair<Text, int>> ran;  ///< command lines and show commands
-  bool runs = true;
+  std::vector<Text> programs;             ///< the program of each command line
+  Status runStatus = kOk;                 ///< what becomes of it
   struct HelpCall {
     Text file;
     int command = 0;
@@ -49,9 +50,14 @@ class MemoryShell : public Shell {
     if (findCode > 32) program = browser;
     return findCode;
   }
-  bool Run(TextView commandLine, int show) override {
+  Status Run(TextView program, TextView commandLine, int show) override {
+    if (commandLine.empty() || commandLine.find(u'\0') != TextView::npos ||
+        program.find(u'\0') != TextView::npos) {
+      return kInvalidParameter;
+    }
+    programs.emplace_back(program);
     ran.emplace_back(commandLine, show);
-    return runs;
+    return runStatus;
   }
   void Help(TextView file, int command, int data) override {
     help.push_back({Text(file), command, data});

@@ -22,6 +22,7 @@ enum class HandleKind {
   kSearch,
   kMutex,
   kThread,
+  kProcess,
   kCount
 };
 
@@ -87,6 +88,7 @@ using UniqueMenu = Unique<HMENU, HandleKind::kMenu, CloseMenu>;
 using UniqueFile = Unique<HANDLE, HandleKind::kFile, CloseAny>;
 using UniqueSearch = Unique<HANDLE, HandleKind::kSearch, CloseSearch>;
 using UniqueMutex = Unique<HANDLE, HandleKind::kMutex, CloseAny>;
+using UniqueProcess = Unique<HANDLE, HandleKind::kProcess, CloseAny>;
 using UniqueThread = Unique<HANDLE, HandleKind::kThread, CloseAny>;
 
 /// Text as the platform's wide entry points take it.

@@ -30,22 +30,25 @@ int ShellWin32::FindProgram(TextView file, TextView directory, Text& program) {
   return result;
 }
 
-bool ShellWin32::Run(TextView commandLine, int show) {
-  if (commandLine.empty() || commandLine.find(u'\0') != TextView::npos) return false;
+Status ShellWin32::Run(TextView program, TextView commandLine, int show) {
+  const auto cut = [](TextView text) { return text.find(u'\0') != TextView::npos; };
+  if (commandLine.empty() || cut(commandLine) || cut(program)) return kInvalidParameter;
   // The platform writes into the command line that it is given.
   Text line(commandLine);
+  const Text path(program);
   STARTUPINFOW startup = {};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESHOWWINDOW;
   startup.wShowWindow = static_cast<WORD>(show);
   PROCESS_INFORMATION process = {};
-  if (!CreateProcessW(nullptr, reinterpret_cast<wchar_t*>(line.data()), nullptr, nullptr, FALSE, 0,
-                      nullptr, nullptr, &startup, &process)) {
-    return false;
+  if (!CreateProcessW(path.empty() ? nullptr : Wide(path), reinterpret_cast<wchar_t*>(line.data()),
+                      nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process)) {
+    const DWORD error = GetLastError();
+    return error == ERROR_SUCCESS ? kGeneralFailure : static_cast<Status>(error);
   }
-  CloseHandle(process.hThread);
-  CloseHandle(process.hProcess);
-  return true;
+  const UniqueProcess started(process.hProcess);
+  const UniqueThread thread(process.hThread);
+  return kOk;
 }
 
 void ShellWin32::Help(TextView file, int command, int data) {

@@ -15,7 +15,7 @@ class ShellWin32 : public Shell {
   int Execute(ShellOwner owner, TextView verb, TextView file, TextView parameters,
               TextView directory, int show) override;
   int FindProgram(TextView file, TextView directory, Text& program) override;
-  bool Run(TextView commandLine, int show) override;
+  Status Run(TextView program, TextView commandLine, int show) override;
   void Help(TextView file, int command, int data) override;
 
  private:

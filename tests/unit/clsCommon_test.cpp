@@ -140,8 +140,10 @@ class SysInfo : public Common {
 
 TEST_F(SysInfo, RunsTheRegisteredProgramAsItStands) {
   PutValue(kLocalMachine, kSysInfoKey, "PATH", kRegSz, std::string("C:\\Tools\\info.exe /x\0", 21));
+  files.Put(u"C:\\Tools\\info.exe", "");
   common.StartSysInfo();
   EXPECT_EQ(shell.ran, (Ran{{u"C:\\Tools\\info.exe /x", kShowNormal}}));
+  EXPECT_EQ(shell.programs, std::vector<Text>{u"C:\\Tools\\info.exe"});
   EXPECT_TRUE(desktop.messages.empty());
 }
 
@@ -170,9 +172,17 @@ TEST_F(SysInfo, SaysSoWhenTheSharedProgramIsMissing) {
 }
 
 TEST_F(SysInfo, SaysSoWhenTheProgramCannotBeStarted) {
-  PutValue(kLocalMachine, kSysInfoKey, "PATH", kRegSz, "C:\\missing.exe");
-  shell.runs = false;
+  PutValue(kLocalMachine, kSysInfoKey, "PATH", kRegSz, "C:\\info.exe");
+  files.Put(u"C:\\info.exe", "");
+  shell.runStatus = kAccessDenied;
   common.StartSysInfo();
+  EXPECT_EQ(desktop.messages, unavailable);
+}
+
+TEST_F(SysInfo, StartsNothingInThePlaceOfAProgramThatIsMissing) {
+  PutValue(kLocalMachine, kSysInfoKey, "PATH", kRegSz, "C:\\Program Files\\info.exe");
+  common.StartSysInfo();
+  EXPECT_TRUE(shell.ran.empty());
   EXPECT_EQ(desktop.messages, unavailable);
 }
 

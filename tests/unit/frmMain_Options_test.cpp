@@ -250,6 +250,27 @@ TEST_F(MainOptions, ContextMenuProgramIsStartedOnlyOnAChange) {
   EXPECT_EQ(world.shell.ran, (Ran{{u"C:\\Suite\\Q17Shell.exe /U", kShowMinimised}}));
 }
 
+TEST_F(MainOptions, ContextMenuProgramIsStartedByItsFullPath) {
+  world.Install(u"C:\\Program Files\\The Suite");
+  world.icons.Put(u"C:\\Program Files\\The Suite\\q17icl.oru", 117, 1, 2);
+  world.files.Put(u"C:\\Program", "");
+  world.files.Put(u"C:\\Program.exe", "");
+  Choose({1, 0, 0, 1, 1, 0, 0, 1, 1});
+  ASSERT_EQ(world.shell.ran.size(), 1u);
+  EXPECT_EQ(world.shell.ran[0].first, u"C:\\Program Files\\The Suite\\Q17Shell.exe /R");
+  EXPECT_EQ(world.shell.programs, std::vector<Text>{u"C:\\Program Files\\The Suite\\Q17Shell.exe"});
+}
+
+TEST_F(MainOptions, ContextMenuProgramThatNeedsMoreRightsIsStartedByTheShell) {
+  world.shell.runStatus = kElevationRequired;
+  Choose({1, 0, 0, 1, 1, 0, 0, 1, 1});
+  ASSERT_FALSE(world.shell.started.empty());
+  EXPECT_EQ(world.shell.started.back(),
+            (MemoryShell::Started{ShellOwner::kMainForm, u"", u"C:\\Suite\\Q17Shell.exe", u"/R",
+                                  u"", kShowMinimised}));
+  EXPECT_FALSE(world.desktop.ended());
+}
+
 TEST_F(MainOptions, PreviousStateIsTheOneBeforeTheDialogOpened) {
   Open([&](frmOptions& form) {
     PutEntry();
@@ -276,7 +297,7 @@ TEST_F(MainOptions, ProgramAtTheRootOfADriveGetsNoSecondSeparator) {
 }
 
 TEST_F(MainOptions, ContextMenuProgramThatDoesNotStartEndsTheProgram) {
-  world.shell.runs = false;
+  world.shell.runStatus = kAccessDenied;
   Choose({0, 0, 1, 1, 0, 0, 0, 1, 1});
   EXPECT_EQ(world.Messages(), std::vector<Text>{u"File not found"});
   EXPECT_TRUE(world.desktop.ended());

@@ -1,0 +1,58 @@
+#include "support/StartCommand.h"
+
+#include <algorithm>
+
+namespace marl {
+
+namespace {
+
+constexpr int kShellSuccess = 32;  // the shell's codes above it are no errors
+
+bool IsFullPath(TextView path) {
+  return path.starts_with(u"\\\\") ||
+         (path.size() > 2 && path[1] == u':' && (path[2] == u'\\' || path[2] == u'/'));
+}
+
+struct Command {
+  TextView program;
+  TextView arguments;
+};
+
+TextView WithoutBlanksBefore(TextView text) {
+  const std::size_t first = text.find_first_not_of(u' ');
+  return first == TextView::npos ? TextView() : text.substr(first);
+}
+
+Command Quoted(TextView text) {
+  const TextView program = text.substr(0, text.find(u'"'));
+  const std::size_t behind = std::min(program.size() + 1, text.size());
+  return {program, WithoutBlanksBefore(text.substr(behind))};
+}
+
+/// Without a program when no part of the text is an existing file.
+Command Unquoted(const FileSystem& files, TextView text) {
+  for (std::size_t end = text.size(); end != TextView::npos; end = text.rfind(u' ', end - 1)) {
+    if (end == 0) break;
+    const TextView program = text.substr(0, end);
+    if (!program.ends_with(u' ') && files.FileExists(program)) {
+      return {program, WithoutBlanksBefore(text.substr(end))};
+    }
+  }
+  return {};
+}
+
+}  // namespace
+
+bool StartCommand(Shell& shell, const FileSystem& files, TextView command, int show) {
+  const bool quoted = command.starts_with(u'"');
+  const TextView text = quoted ? command.substr(1) : command;
+  if (!IsFullPath(text)) return shell.Run(u"", command, show) == kOk;
+  const auto [program, arguments] = quoted ? Quoted(text) : Unquoted(files, text);
+  if (program.empty()) return false;
+  const Status status = shell.Run(program, command, show);
+  if (status != kElevationRequired) return status == kOk;
+  const int code = shell.Execute(ShellOwner::kMainForm, u"", program, arguments, u"", show);
+  return code > kShellSuccess || code == kAccessDenied;  // what it answers when the user refuses
+}
+
+}  // namespace marl
