@@ -26,7 +26,8 @@ struct FileDialogSettings {
 
 enum class FileDialogResult { kChosen, kCancelled, kFailed };
 
-/// The platform's dialogs for the choice of a file, above a form and modal to it.
+/// The platform's dialogs for the choice of a file, above a form and modal to it. The program's
+/// current folder stays what it was.
 class FileDialogs {
  public:
   virtual ~FileDialogs() = default;

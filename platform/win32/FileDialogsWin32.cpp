@@ -4,6 +4,7 @@
 #include <commdlg.h>
 
 #include <algorithm>
+#include <string>
 
 #include "platform/forms/Form.h"
 #include "platform/win32/FormWin32.h"
@@ -15,6 +16,21 @@ namespace {
 constexpr std::size_t kLongestPath = 32767;
 
 const wchar_t* OrNone(const Text& text) { return text.empty() ? nullptr : Wide(text); }
+
+/// The program's current folder, put back at the end: a dialog for opening changes it with each
+/// folder that the user looks into, whatever the flags say.
+class KeptFolder {
+ public:
+  KeptFolder() : folder_(GetCurrentDirectoryW(0, nullptr), L'\0') {
+    folder_.resize(GetCurrentDirectoryW(static_cast<DWORD>(folder_.size()), folder_.data()));
+  }
+  ~KeptFolder() { SetCurrentDirectoryW(folder_.c_str()); }
+  KeptFolder(const KeptFolder&) = delete;
+  KeptFolder& operator=(const KeptFolder&) = delete;
+
+ private:
+  std::wstring folder_;
+};
 
 FileDialogResult Show(BOOL(WINAPI* dialog)(OPENFILENAMEW*), const Form* owner,
                       const FileDialogSettings& settings, Text& path) {
@@ -37,8 +53,8 @@ FileDialogResult Show(BOOL(WINAPI* dialog)(OPENFILENAMEW*), const Form* owner,
   record.lpstrInitialDir = OrNone(settings.Folder);
   record.lpstrTitle = OrNone(settings.Title);
   record.lpstrDefExt = OrNone(settings.Extension);
-  // The program's current folder is no business of a choice.
-  record.Flags = static_cast<DWORD>(settings.Flags) | OFN_EXPLORER | OFN_NOCHANGEDIR;
+  record.Flags = static_cast<DWORD>(settings.Flags) | OFN_EXPLORER;
+  const KeptFolder kept;
   if (!dialog(&record)) {
     return CommDlgExtendedError() == 0 ? FileDialogResult::kCancelled : FileDialogResult::kFailed;
   }
