@@ -6,7 +6,8 @@
 
 namespace marl {
 
-/// INI files, which are 8-bit in the system's code page. Section and key names ignore case. A file
+/// INI files, which are 8-bit in the system's code page. Section and key names ignore the case of
+/// the letters A to Z; of others the platform says. A file
 /// name without folder is looked for in the platform's own folder. Texts end at their first NUL.
 class Profile {
  public:

@@ -6,7 +6,8 @@
 namespace marl {
 
 /// The per-user store of texts that the form-based programs of the suite share, addressed by
-/// application, section and key. Names are found without regard to case.
+/// application, section and key. Names are found without regard to case; one that is empty or holds
+/// a NUL names nothing. Texts end at their first NUL.
 class SettingsStore {
  public:
   virtual ~SettingsStore() = default;
@@ -14,9 +15,18 @@ class SettingsStore {
   /// Reading writes nothing.
   virtual Text GetSetting(TextView application, TextView section, TextView key,
                           TextView default_) const = 0;
-  /// Stores a text, persistent at once. Empty names are refused with kInvalidParameter.
+  /// Stores a text, persistent at once. Names of nothing are refused with kInvalidParameter.
   virtual Status SaveSetting(TextView application, TextView section, TextView key,
                              TextView value) = 0;
+
+ protected:
+  /// True when none of the names is empty or holds a NUL.
+  static bool AreNames(TextView application, TextView section, TextView key) {
+    for (const TextView name : {application, section, key}) {
+      if (name.empty() || name.find(u'\0') != TextView::npos) return false;
+    }
+    return true;
+  }
 };
 
 }  // namespace marl

@@ -5,8 +5,8 @@
 #include <tuple>
 #include <vector>
 
-#include "platform/FoldCase.h"
 #include "platform/SettingsStore.h"
+#include "platform/memory/UpperCase.h"
 
 namespace marl {
 
@@ -40,7 +40,7 @@ class MemorySettingsStore : public SettingsStore {
   }
   Status SaveSetting(TextView application, TextView section, TextView key,
                      TextView value) override {
-    if (application.empty() || section.empty() || key.empty()) return kInvalidParameter;
+    if (!AreNames(application, section, key)) return kInvalidParameter;
     if (failure != kOk) return failure;
     writes.push_back({Text(application), Text(section), Text(key), Text(value)});
     values_[Name(application, section, key)] = value.substr(0, value.find(u'\0'));
@@ -58,7 +58,7 @@ class MemorySettingsStore : public SettingsStore {
  private:
   using Address = std::tuple<Text, Text, Text>;
   static Address Name(TextView application, TextView section, TextView key) {
-    return {FoldCase(application), FoldCase(section), FoldCase(key)};
+    return {UpperCase(application), UpperCase(section), UpperCase(key)};
   }
   std::map<Address, Text> values_;
 };

@@ -21,6 +21,7 @@ Text SectionPath(TextView application, TextView section) {
 
 Text SettingsStoreWin32::GetSetting(TextView application, TextView section, TextView key,
                                     TextView default_) const {
+  if (!AreNames(application, section, key)) return Text(default_);
   HKEY raw = nullptr;
   if (RegOpenKeyExW(HKEY_CURRENT_USER, Wide(SectionPath(application, section)), 0, KEY_QUERY_VALUE,
                     &raw) != ERROR_SUCCESS) {
@@ -46,7 +47,7 @@ Text SettingsStoreWin32::GetSetting(TextView application, TextView section, Text
 
 Status SettingsStoreWin32::SaveSetting(TextView application, TextView section, TextView key,
                                        TextView value) {
-  if (application.empty() || section.empty() || key.empty()) return kInvalidParameter;
+  if (!AreNames(application, section, key)) return kInvalidParameter;
   HKEY raw = nullptr;
   LSTATUS status =
       RegCreateKeyExW(HKEY_CURRENT_USER, Wide(SectionPath(application, section)), 0, nullptr,

@@ -1,6 +1,8 @@
 #include "platform/Profile.h"
 
 #include <memory>
+#include <random>
+#include <span>
 #include <string>
 
 #include "platform/memory/MemoryFileSystem.h"
@@ -164,6 +166,120 @@ TEST_P(ProfileContract, AFileThatCannotBeWrittenIsAFailure) {
 }
 
 MARL_OVER_ALL_BACKENDS(ProfileContract);
+
+#ifdef _WIN32
+
+/// A file of each backend, used alike.
+class TwoProfiles {
+ public:
+  TwoProfiles() {
+    path_ = real_.TempPath() + real_.TempName() + u".ini";
+    memory_.SetTempPath(real_.TempPath());
+  }
+  ~TwoProfiles() { real_.Remove(path_, true); }
+
+  void Put(std::string_view content) {
+    for (FileSystem* const files :
+         {static_cast<FileSystem*>(&real_), static_cast<FileSystem*>(&memory_)}) {
+      Status status = kOk;
+      const auto output = files->Create(path_, status);
+      ASSERT_TRUE(output);
+      ASSERT_EQ(output->Write(content.data(), content.size()), kOk);
+    }
+  }
+  void Set(TextView section, TextView key, TextView value) {
+    ASSERT_EQ(realProfile_.SetString(section, key, value, path_),
+              memoryProfile_.SetString(section, key, value, path_));
+  }
+  void Get(TextView section, TextView key, std::size_t size) {
+    ASSERT_EQ(realProfile_.GetString(section, key, u"none ", size, path_),
+              memoryProfile_.GetString(section, key, u"none ", size, path_))
+        << Content(memory_);
+  }
+  /// Each reads the other's file as its own. Blanks and the spelling of names may differ.
+  void CompareFiles(std::span<const TextView> names) {
+    const std::string content = Content(memory_);
+    MemoryFileSystem files;
+    files.Put(u"C:\\x.ini", Content(real_));
+    const MemoryProfile reader(files);
+    const Text path = path_ + u"2";
+    {
+      Status status = kOk;
+      const auto output = real_.Create(path, status);
+      ASSERT_TRUE(output);
+      ASSERT_EQ(output->Write(content.data(), content.size()), kOk);
+    }
+    for (const TextView section : names) {
+      for (const TextView key : names) {
+        const Text value = realProfile_.GetString(section, key, u"-", 1024, path_);
+        EXPECT_EQ(memoryProfile_.GetString(section, key, u"-", 1024, path_), value) << content;
+        EXPECT_EQ(reader.GetString(section, key, u"-", 1024, u"C:\\x.ini"), value)
+            << Content(real_);
+        EXPECT_EQ(realProfile_.GetString(section, key, u"-", 1024, path), value) << content;
+      }
+    }
+    real_.Remove(path, true);
+  }
+
+ private:
+  std::string Content(const FileSystem& files) const {
+    Bytes bytes;
+    if (files.ReadAll(path_, bytes) != kOk) return "-";
+    return {bytes.begin(), bytes.end()};
+  }
+
+  win32::FileSystemWin32 real_;
+  win32::ProfileWin32 realProfile_;
+  MemoryFileSystem memory_;
+  MemoryProfile memoryProfile_{memory_};
+  Text path_;
+};
+
+// Whole files of every shape, then 20,000 random readings and writings.
+TEST(Profiles, RandomUseGivesTheSameAnswersAndLeavesFilesThatReadAlike) {
+  constexpr int kFiles = 200;
+  constexpr int kSteps = 100;
+  std::mt19937 random(20071130);
+  const auto draw = [&](std::size_t below) { return random() % below; };
+  const TextView names[] = {u"Languages", u"LANGUAGES", u"Count",        u"count",
+                            u"Target0",   u"a b",       u"Source Files", u"\u00E4"};
+  const TextView values[] = {
+      u"",    u"1",      u"de",          u"sub\\report.doc", u"a=b",           u" a ", u"\"q\"",
+      u"'q'", u"\"open", u";no comment", u"[no section]",    u"\u20AC \u4E2D", u"x\ty"};
+  const std::string_view lines[] = {
+      "[Languages]",    "[Source Files]", "  [a b]  ", "[languages]", "Count=2",
+      " count = 3 ",    "Target0=\"de\"", "a b='x'",   "; note",      "",
+      "no value",       "[open",          "=no key",   ";Count=9",    "\xE4=\xC4\x80",
+      "\tCount\t=\t4\t"};
+  for (int file = 0; file < kFiles; ++file) {
+    TwoProfiles profiles;
+    if (file % 4 != 0) {
+      std::string content;
+      for (std::size_t line = draw(12); line > 0; --line) {
+        content += lines[draw(std::size(lines))];
+        content += draw(5) == 0 ? "\n" : "\r\n";
+      }
+      if (draw(4) == 0) content += "Target0=last";
+      profiles.Put(content);
+    }
+    SCOPED_TRACE(file);
+    for (int step = 0; step < kSteps; ++step) {
+      const TextView section = names[draw(std::size(names))];
+      const TextView key = names[draw(std::size(names))];
+      if (draw(3) == 0) {
+        ASSERT_NO_FATAL_FAILURE(profiles.Set(section, key, values[draw(std::size(values))]))
+            << step;
+      } else {
+        ASSERT_NO_FATAL_FAILURE(profiles.Get(section, key, draw(10) == 0 ? draw(2) : 1024)) << step;
+      }
+    }
+    if (file % 10 == 0) {
+      ASSERT_NO_FATAL_FAILURE(profiles.CompareFiles(names));
+    }
+  }
+}
+
+#endif
 
 }  // namespace
 }  // namespace marl
