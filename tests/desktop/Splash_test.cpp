@@ -322,7 +322,7 @@ TEST_F(About, LinksOpenTheirSitesByClickAndByAccessKey) {
     DestroyWindow(other);
     ASSERT_TRUE(BringForward(about));
   }
-  Chord(VK_MENU, 'I');
+  Chord({VK_MENU}, 'I');
   EXPECT_EQ(opened(4).size(), 4u);
   EXPECT_EQ(opened(4).back(), L"\"http://www.marl.example\"");
 }
