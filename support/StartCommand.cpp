@@ -49,7 +49,13 @@ bool StartCommand(Shell& shell, const FileSystem& files, TextView command, int s
   if (!IsFullPath(text)) return shell.Run(u"", command, show) == kOk;
   const auto [program, arguments] = quoted ? Quoted(text) : Unquoted(files, text);
   if (program.empty()) return false;
-  const Status status = shell.Run(program, command, show);
+  // Given the program by name, the platform does not put the quotes around it that it adds when it
+  // has found the program itself. Without them the program would take its own path apart.
+  Text line(command);
+  if (!quoted && program.find(u' ') != TextView::npos) {
+    line = u'"' + Text(program) + u'"' + Text(text.substr(program.size()));
+  }
+  const Status status = shell.Run(program, line, show);
   if (status != kElevationRequired) return status == kOk;
   const int code = shell.Execute(ShellOwner::kMainForm, u"", program, arguments, u"", show);
   return code > kShellSuccess || code == kAccessDenied;  // what it answers when the user refuses

@@ -51,7 +51,29 @@ TEST_F(StartCommandTest, TheProgramIsTheLongestPartThatIsAFile) {
     shell.ran.clear();
     EXPECT_TRUE(Start(row.command)) << testing::PrintToString(row.command);
     EXPECT_EQ(shell.programs, std::vector<Text>{Text(row.program)});
-    EXPECT_EQ(shell.ran, (std::vector<std::pair<Text, int>>{{Text(row.command), kShowMinimised}}));
+    ASSERT_EQ(shell.ran.size(), 1u);
+    EXPECT_EQ(shell.ran[0].second, kShowMinimised);
+  }
+}
+
+TEST_F(StartCommandTest, OnlyAProgramThatHoldsABlankGetsQuotes) {
+  files.Put(u"C:\\Suite\\tool.exe", "");
+  const struct {
+    TextView command;
+    TextView line;
+  } rows[] = {
+      {u"C:\\Program Files\\Suite\\tool.exe /R", u"\"C:\\Program Files\\Suite\\tool.exe\" /R"},
+      {u"C:\\Program Files\\Suite\\tool.exe  a  b",
+       u"\"C:\\Program Files\\Suite\\tool.exe\"  a  b"},
+      {u"C:\\Program Files\\Suite\\tool.exe", u"\"C:\\Program Files\\Suite\\tool.exe\""},
+      {u"\"C:\\Program Files\\Suite\\tool.exe\" /R", u"\"C:\\Program Files\\Suite\\tool.exe\" /R"},
+      {u"C:\\Suite\\tool.exe /R", u"C:\\Suite\\tool.exe /R"},
+      {u"tool.exe /R", u"tool.exe /R"},
+  };
+  for (const auto& row : rows) {
+    shell.ran.clear();
+    EXPECT_TRUE(Start(row.command)) << testing::PrintToString(row.command);
+    EXPECT_EQ(shell.ran, (std::vector<std::pair<Text, int>>{{Text(row.line), kShowMinimised}}));
   }
 }
 

@@ -257,7 +257,7 @@ TEST_F(MainOptions, ContextMenuProgramIsStartedByItsFullPath) {
   world.files.Put(u"C:\\Program.exe", "");
   Choose({1, 0, 0, 1, 1, 0, 0, 1, 1});
   ASSERT_EQ(world.shell.ran.size(), 1u);
-  EXPECT_EQ(world.shell.ran[0].first, u"C:\\Program Files\\The Suite\\Q17Shell.exe /R");
+  EXPECT_EQ(world.shell.ran[0].first, u"\"C:\\Program Files\\The Suite\\Q17Shell.exe\" /R");
   EXPECT_EQ(world.shell.programs, std::vector<Text>{u"C:\\Program Files\\The Suite\\Q17Shell.exe"});
 }
 
