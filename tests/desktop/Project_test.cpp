@@ -14,7 +14,7 @@ using Starts = std::vector<Started>;
 
 constexpr wchar_t kCleanQuestion[] =
     L"This will remove all Marl files from the folder.  Are you sure you want to continue?";
-constexpr int kNameField = 0x480;       // the field of the platform's file dialogs
+constexpr int kNameField = 0x480;  // the field of the platform's file dialogs
 constexpr int kNameCombo = 0x47C;  // and in some of them
 
 HWND WaitForFileDialog(const RunningMarl& marl) {
