@@ -130,10 +130,18 @@ TEST_F(PanelLeaks, ThousandsOfLayoutsAndHighlightsLoseNothing) {
   // leak that the bytes of the program do not show, if it is but of one small block a call, goes
   // on.
   EXPECT_GT(states[0].memory, 0);
-  constexpr std::size_t kMiddle = kBatches / 2;
   constexpr int kSmallBlock = 64;  // bytes, what goes with it included
-  EXPECT_LE(states[kBatches].memory - states[kMiddle].memory,
-            (kLayouts + kHighlights) / 2 * kSmallBlock);
+  constexpr std::size_t kHalf = kBatches / 2;
+  // The platform takes and gives back several hundred thousand bytes between two batches; the
+  // medians of the two halves hardly move.
+  const auto median = [&](std::size_t first) {
+    std::array<std::int64_t, kHalf> memory;
+    for (std::size_t i = 0; i < kHalf; ++i) memory[i] = states[first + i].memory;
+    std::sort(memory.begin(), memory.end());
+    return memory[kHalf / 2];
+  };
+  const std::int64_t leaked = (kLayouts + kHighlights) / 2 * kSmallBlock;
+  EXPECT_LE(median(1 + kHalf) - median(1), leaked / 2);
   RecordProperty("PrivateBytes", std::to_string(states[kBatches].memory - states[0].memory));
 }
 
