@@ -45,7 +45,8 @@ void CleanFolder::Run(TextView projectFile) const {
     say(kNothingFoundString, kInformation);
     return;
   }
-  // MIF files of other names count up to here: with nothing else the question leads to nothing.
+  // Other MIF files are counted so far: if there is nothing else, the answer to the question has no
+  // effect.
   if (say(kQuestionString, kQuestion | kYesNo) != kAnswerYes) return;
   std::int16_t entry = 0;
   for (const Text& path : found) {

@@ -18,12 +18,13 @@ class CleanFolder {
   };
   CleanFolder(const Ports& ports, modFindFiles& search) : ports_(ports), search_(search) {}
 
-  /// Searches the folder of `projectFile`, with the pointer of work in the background, asks, and
-  /// deletes what was found. A file that cannot be deleted stays, without a word. Throws "Overflow"
-  /// behind the first 32,767 files.
+  /// Searches the folder of `projectFile` (showing the "working in background" pointer), asks, and
+  /// deletes what was found. Files that cannot be deleted are left without a message. Throws
+  /// "Overflow" after the first 32,767 files.
   void Run(TextView projectFile) const;
 
-  /// True for a file that is the suite's by its name: of all MIF files only three are.
+  /// True if the name is that of a working file of the suite. Of all MIF files only three names
+  /// are.
   static bool IsWorkingFile(TextView path);
 
  private:

@@ -17,13 +17,13 @@ constexpr TextView kCount = u"Count";
 
 char Capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
 
-/// The numbers below `count`, which is above 0, that stand behind `prefix` anywhere in the file, in
-/// order. No key with another number can have a value: a count of two thousand millions is no
-/// reason to ask for as many keys.
+/// The numbers below `count` (above 0) that follow `prefix` anywhere in the file, in order. Keys
+/// with other numbers have no value, and a damaged count may be two thousand million: too many keys
+/// to ask for.
 std::vector<std::int32_t> Numbers(const Bytes& file, TextView prefix, std::int32_t count) {
   if (count <= 0) return {};
   std::string content;
-  // A file in wide characters has the same letters with zeros between them.
+  // A file of wide characters has the same letters with zeros in between.
   for (const unsigned char byte : file) {
     if (byte != 0) content += Capital(static_cast<char>(byte));
   }

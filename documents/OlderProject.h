@@ -9,20 +9,19 @@
 
 namespace marl {
 
-/// Reads project files of the older form, INI files with numbered keys (".qpj"). A missing key, or
-/// a missing file, has its default. All numbers throw "Type mismatch" or "Overflow" when their
-/// texts are none.
+/// Reads project files of the older format, INI files with numbered keys (".qpj"). A missing key or
+/// file gives the default. Numbers throw "Type mismatch" or "Overflow" if their text is not one.
 class OlderProject {
  public:
   OlderProject(const FileSystem& files, const clsCommon& common, TextView path)
       : files_(files), common_(common), path_(path) {}
 
-  /// 1 when language folders are named by code.
+  /// 1 if language folders are named by code.
   std::int16_t ShortLang() const;
   std::int32_t LangCount() const;
   std::int32_t DocCount() const;
 
-  /// The values of the keys numbered from 0 up to `count` less 1 that are not empty, in order.
+  /// The values, in order, of the keys numbered 0 to `count` - 1; empty ones are left out.
   std::vector<Text> Languages(std::int32_t count) const;
   std::vector<Text> Documents(std::int32_t count) const;
 

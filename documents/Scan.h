@@ -10,15 +10,15 @@
 #include <emmintrin.h>
 #endif
 
-// Looking through bytes and units a block at a time. Places within a block are the bits of
-// a number, the lowest one for the first place.
+// Searches bytes and units block by block. Positions within a block are the bits of a number, the
+// lowest bit for the first position.
 
 namespace marl {
 
-/// Bytes or units looked at in one step.
+/// Bytes or units examined in one step.
 constexpr std::size_t kBlock = 16;
 
-/// Number of the lowest bit that is set; `bits` is not 0.
+/// Index of the lowest set bit; `bits` must not be 0.
 inline unsigned LowestBit(std::size_t bits) {
   if constexpr (sizeof(bits) > sizeof(unsigned))
     return static_cast<unsigned>(__builtin_ctzll(bits));
@@ -38,16 +38,17 @@ inline Block LoadBlock(const char16_t* at) {
   return _mm_packus_epi16(_mm_loadu_si128(halves), _mm_loadu_si128(halves + 1));
 }
 
-/// Marks one character: a byte above 127 where it is, 0 elsewhere.
+/// Marks the positions of one character: 0xFF there, 0 elsewhere.
 inline Block Matches(char wanted, Block block) {
   return _mm_cmpeq_epi8(block, _mm_set1_epi8(wanted));
 }
-/// Bytes with the bits of both.
+/// Bitwise or.
 inline Block Joined(Block a, Block b) { return _mm_or_si128(a, b); }
-/// Places of bytes above 127.
+/// Positions of bytes above 127.
 inline unsigned PlacesIn(Block block) { return static_cast<unsigned>(_mm_movemask_epi8(block)); }
 
-/// Places of what may end the head of a tag's name: all up to the blank, "/", "<" and ">".
+/// Positions of units that may end the first part of a tag's name: everything up to the blank, "/",
+/// "<" and ">".
 inline unsigned PlacesOfNameBreaks(Block block) {
   const __m128i blank = _mm_set1_epi8(' ');
   const __m128i low = _mm_cmpeq_epi8(_mm_max_epu8(block, blank), blank);
@@ -57,7 +58,7 @@ inline unsigned PlacesOfNameBreaks(Block block) {
   return static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(_mm_or_si128(low, slash), angle)));
 }
 
-/// Places of one unit, whatever it is.
+/// Positions of one unit of any value.
 inline unsigned PlacesOf(char16_t wanted, const char16_t* at) {
   const __m128i all = _mm_set1_epi16(static_cast<short>(wanted));
   const auto* const halves = reinterpret_cast<const __m128i*>(at);
@@ -66,7 +67,7 @@ inline unsigned PlacesOf(char16_t wanted, const char16_t* at) {
                                         _mm_cmpeq_epi16(_mm_loadu_si128(halves + 1), all))));
 }
 
-/// Makes units of a block of bytes below 128.
+/// Widens a block of bytes below 128 to units.
 inline void WidenBlock(Block block, char16_t* to) {
   auto* const halves = reinterpret_cast<__m128i*>(to);
   _mm_storeu_si128(halves, _mm_unpacklo_epi8(block, _mm_setzero_si128()));
@@ -128,16 +129,16 @@ inline void WidenBlock(const Block& block, char16_t* to) {
 
 #endif
 
-/// Places of one byte, whatever it is.
+/// Positions of one byte of any value.
 inline unsigned PlacesOf(char wanted, const char* at) {
   return PlacesIn(Matches(wanted, LoadBlock(at)));
 }
 
-/// Places in several blocks: as many as a number has bits.
+/// Positions in several blocks: as many as a number has bits.
 using Stretch = std::size_t;
 constexpr std::size_t kStretch = 8 * sizeof(Stretch);
 
-/// Places in the stretch at an address, of what `marksOf` marks in each of its blocks.
+/// Positions in the stretch at `at` of what `marksOf` marks in each of its blocks.
 template <typename Unit, typename MarksOf>
 [[gnu::always_inline]] inline Stretch StretchOf(const Unit* at, MarksOf marksOf) {
   Stretch places = 0;
@@ -147,8 +148,8 @@ template <typename Unit, typename MarksOf>
   return places;
 }
 
-/// First place from `from` on that `placesAt` tells of the block at an address; the size of the
-/// text if there is none.
+/// First position, from `from` on, that `placesAt` reports for the block at an address; the size of
+/// the text if there is none.
 template <typename Unit, typename PlacesAt>
 [[gnu::always_inline]] inline std::size_t FindPlace(std::basic_string_view<Unit> text,
                                                     std::size_t from, PlacesAt placesAt) {
@@ -161,7 +162,7 @@ template <typename Unit, typename PlacesAt>
       places = placesAt(data + from);
       if (places != 0) return from + LowestBit(places);
     }
-    // The last block reaches back over places that are done with.
+    // The last block overlaps positions that are already done.
     places = placesAt(data + last) >> (from - last);
   } else {
     Unit block[kBlock] = {};
@@ -171,14 +172,14 @@ template <typename Unit, typename PlacesAt>
   return places != 0 ? from + LowestBit(places) : size;
 }
 
-/// First place from `from` on of one byte or unit; the size of the text if there is none.
+/// First position of a byte or unit, from `from` on; the size of the text if there is none.
 template <typename Unit>
 [[gnu::always_inline]] inline std::size_t FindUnit(std::basic_string_view<Unit> text,
                                                    std::size_t from, Unit wanted) {
   return FindPlace(text, from, [wanted](const Unit* at) { return PlacesOf(wanted, at); });
 }
 
-/// First place of one byte, soon found when it is near; the size of the bytes if there is none.
+/// First position of a byte, found fast if it is near; the number of bytes if there is none.
 [[gnu::always_inline]] inline std::size_t FindByte(std::string_view bytes, char wanted) {
   const char* const data = bytes.data();
   const std::size_t size = bytes.size();
@@ -194,25 +195,25 @@ template <typename Unit>
   return FindUnit(bytes, from, wanted);
 }
 
-/// How many bytes at the front are below 128.
+/// Number of leading bytes below 128.
 inline std::size_t CountASCII(std::string_view bytes) {
   std::size_t count = 0;
   const auto block = [&](std::size_t i) { return LoadBlock(bytes.data() + count + i * kBlock); };
-  // Four blocks a step, as far as they are all ASCII.
+  // Four blocks per step while they are all ASCII.
   for (; bytes.size() - count >= 4 * kBlock; count += 4 * kBlock) {
     if (PlacesIn(Joined(Joined(block(0), block(1)), Joined(block(2), block(3)))) != 0) break;
   }
   return FindPlace(bytes, count, [](const char* at) { return PlacesIn(LoadBlock(at)); });
 }
 
-/// Widens the bytes below 128 at the front to units at `out`; returns how many.
+/// Widens the leading bytes below 128 to units at `out`; returns their number.
 inline std::size_t WidenASCII(std::string_view bytes, char16_t* out) {
   const char* const data = bytes.data();
   const std::size_t size = bytes.size();
   std::size_t done = 0;
   if (size >= kBlock) {
     while (done != size) {
-      // The last block reaches back over bytes that are done.
+      // The last block overlaps bytes that are already done.
       const std::size_t place = std::min(done, size - kBlock);
       const Block block = LoadBlock(data + place);
       WidenBlock(block, out + place);
@@ -226,13 +227,13 @@ inline std::size_t WidenASCII(std::string_view bytes, char16_t* out) {
   return done;
 }
 
-/// What WidenTag saw.
+/// What WidenTag found.
 struct WidenedTag {
   bool plain;     ///< all bytes are below 128
-  bool entities;  ///< one may be an ampersand
+  bool entities;  ///< there may be an ampersand
 };
 
-/// Widens all bytes to units at `out`, which are right if they are plain.
+/// Widens all bytes to units at `out`; the units are valid only if the result is `plain`.
 inline WidenedTag WidenTag(std::string_view bytes, char16_t* out) {
   if (bytes.size() < kBlock) return {WidenASCII(bytes, out) == bytes.size(), true};
   const std::size_t last = bytes.size() - kBlock;

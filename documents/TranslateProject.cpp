@@ -25,15 +25,15 @@ bool IsXmlName(TextView path) {
          SameText(path.substr(path.size() - kXmlExtension.size()), kXmlExtension);
 }
 
-/// A document's path with the extension of its translation.
+/// The document's path with the extension of its translation.
 Text TranslationOf(TextView path) {
   return clsCommon::strParseFileName(path, 0) + clsCommon::strParseFileName(path, 1) + u".qtd";
 }
 
 }  // namespace
 
-/// What the command wants of a project. Numbers are asked for in the order of the command's steps,
-/// so that what is wrong with a later one shows only when it is its turn.
+/// What the command needs from a project. Numbers are read in the order of the command's steps, so
+/// that a bad number fails only at the step that needs it.
 class ProjectLists {
  public:
   virtual ~ProjectLists() = default;
@@ -127,7 +127,7 @@ void TranslateProject::Run(TextView projectFile, Form* owner) const {
   form.Unload();
 }
 
-// An XML project that cannot be read goes on as an older one, where nothing is found in it.
+// An XML project that cannot be read is treated as an older one, in which nothing is found.
 std::unique_ptr<ProjectLists> TranslateProject::Read(TextView projectFile) const {
   if (IsXmlName(projectFile)) {
     auto xml = std::make_unique<XmlLists>(ports_.files);
@@ -136,11 +136,12 @@ std::unique_ptr<ProjectLists> TranslateProject::Read(TextView projectFile) const
   return std::make_unique<OlderLists>(ports_.files, ports_.common, projectFile);
 }
 
-/// Lists the languages whose codes the table has, exactly so. Gives the table's index of each row.
+/// Lists the languages whose codes are in the table, case included. Returns the table index for
+/// each row.
 std::vector<std::int32_t> TranslateProject::FillLanguages(const ProjectLists& project,
                                                           frmSelectFile& form) const {
   const clsLanguages& languages = ports_.languages();
-  std::map<Text, std::int32_t> table;  // of two languages with one code the first counts
+  std::map<Text, std::int32_t> table;  // the first of two languages with the same code counts
   for (std::int32_t i = 0; i <= languages.LanguageCount(); ++i) {
     table.emplace(languages.LanguageCode(i), i);
   }

@@ -18,8 +18,8 @@ namespace marl {
 class ProjectLists;
 class frmSelectFile;
 
-/// Opens a translation document of a project in the interactive editor: reads the project, XML or
-/// of the older form, has the user pick a target language and a document, and starts the editor.
+/// Opens a document of a project in the interactive editor: reads the project (XML or the older
+/// format), lets the user pick a target language and a document, and starts the editor.
 class TranslateProject {
  public:
   struct Ports {
@@ -28,7 +28,7 @@ class TranslateProject {
     const Locale& locale;
     const StringTable& strings;
     const clsCommon& common;
-    /// The table of languages; made when it is asked for first.
+    /// The table of languages, created at first use.
     std::function<const clsLanguages&()> languages;
     /// Gives a window the program's icon.
     std::function<void(WindowHandle window)> setIcon;
@@ -37,13 +37,13 @@ class TranslateProject {
   };
   explicit TranslateProject(Ports ports) : ports_(std::move(ports)) {}
 
-  /// Runs the command on a project file, with its dialog above `owner`. A number of an older
-  /// project that is none throws "Type mismatch" or "Overflow"; a tag of an XML project with an
-  /// attribute twice throws error 457.
+  /// Runs the command on a project file, with its dialog above `owner`. A bad number in an older
+  /// project throws "Type mismatch" or "Overflow"; a duplicate attribute in an XML project throws
+  /// error 457.
   void Run(TextView projectFile, Form* owner) const;
 
-  /// Name of a language's folder in the project's: the code under style 1, otherwise the
-  /// description. `index` counts in the table of languages.
+  /// Name of a language's folder in the project's folder: the code if the style is 1, otherwise the
+  /// description. `index` is the one in the table of languages.
   Text GetLanguageFolder(std::int32_t index, std::int16_t style) const;
 
  private:

@@ -8,7 +8,7 @@ namespace marl {
 
 namespace {
 
-/// The record at `index`. The counts can be set from outside, so the list may be shorter.
+/// The record at `index`, if there is one: callers can set the counts, so the list may be shorter.
 template <typename Record>
 const Record& At(const std::vector<Record>& records, std::int32_t index) {
   if (static_cast<std::size_t>(index) >= records.size()) throw RuntimeError::SubscriptOutOfRange();
@@ -27,7 +27,7 @@ bool clsQPRX::ParseProjectFile(TextView path) {
   for (;;) {
     switch (engine.GetToken(token)) {
       case xtEndOfDocument: StripSourceFolder(); return true;
-      case xtDeclaration: return false;  // the whole notion of an invalid file
+      case xtDeclaration: return false;  // the only thing that makes a file invalid
       case xtOpenTag:
       case xtEmptyTag:
         tag.ParseTag(token);
@@ -69,7 +69,7 @@ void clsQPRX::AddLanguage(TextView lc, TextView description) {
 }
 
 void clsQPRX::AddDocument(TextView path) {
-  // The documents of the first language stand for all: their repeats are not read.
+  // The documents are the same for all languages, so only those of the first are read.
   if (LangCount > 1) return;
   documents_.push_back({LangCount, Text(path)});
   ++DocCount;

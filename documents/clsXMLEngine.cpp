@@ -13,14 +13,15 @@ namespace {
 
 constexpr char16_t kByteOrderMark = 0xFEFF;
 
-// Units decoded at once and units kept for that: both fit into the fastest caches.
+// Units decoded at once, and units kept: small enough for the L1 cache.
 constexpr std::size_t kChunk = 4096;
 constexpr std::size_t kWindow = 4 * kChunk;
 
-// The longest of the beginnings that tell a token.
+// Length of the longest prefix that decides a token's kind.
 constexpr std::size_t kLongestHead = 9;
 
-/// How a token is cut: its kind by its beginning, and what stands before the ">" at its end.
+/// How to cut a token: its kind, judged by its first characters, and what must precede the ">" that
+/// ends it.
 struct Cut {
   XMLTokenKind kind;
   std::string_view before;
@@ -36,8 +37,8 @@ bool StartsWith(View text, std::string_view keyword) {
   });
 }
 
-/// How to cut the token at the front of `text`, which begins with "<". The kind of a tag is told
-/// by its end too.
+/// How to cut the token at the front of `text`, which begins with "<". For a tag, the kind also
+/// depends on its end.
 template <typename View>
 Cut CutOf(View text) {
   const auto second = text.size() > 1 ? text[1] : 0;
@@ -55,7 +56,7 @@ bool EndsWith(View text, std::string_view end) {
          std::equal(end.begin(), end.end(), text.end() - static_cast<std::ptrdiff_t>(end.size()));
 }
 
-/// The kind of a whole tag that began as `kind`.
+/// The final kind of a tag, which its first characters showed as `kind`.
 template <typename View>
 XMLTokenKind KindOfTag(XMLTokenKind kind, View token) {
   return kind == xtOpenTag && EndsWith(token, "/>") ? xtEmptyTag : kind;
@@ -65,7 +66,7 @@ XMLTokenKind KindOfTag(XMLTokenKind kind, View token) {
 [[gnu::noinline]] std::size_t LengthOfOther(std::string_view rest, XMLTokenKind& kind) {
   const Cut cut = CutOf(rest);
   kind = cut.kind;
-  // The search starts at the first byte: "<?>" and "<!-->" are whole.
+  // The search starts at the first byte: "<?>" and "<!-->" are complete tokens.
   for (std::size_t length = 0;;) {
     const std::size_t angle = FindUnit(rest, length, '>');
     if (angle == rest.size()) return angle;
@@ -112,7 +113,7 @@ bool clsXMLEngine::OpenXMLW(TextView text) {
   return true;
 }
 
-/// Cuts the next token as bytes. False when the document is to be cut as units, from here on.
+/// Cuts the next token as bytes. False if the document has to be cut as units from here on.
 [[gnu::always_inline]] inline bool clsXMLEngine::TakeBytes(XMLToken& token) {
   if (byUnits_) return false;
   const std::string_view rest(reinterpret_cast<const char*>(bytes_.data()) + next_,
@@ -166,13 +167,13 @@ XMLTokenKind clsXMLEngine::GetToken(XMLToken& token) {
   return token.kind;
 }
 
-/// Looks whether the bytes are plain up to `end`; if so, and some way beyond, they are known to be.
+/// Checks whether the bytes are plain up to `end`, and moves `plain_` forward, usually beyond it.
 bool clsXMLEngine::IsPlain(std::size_t end) {
   const unsigned char* const bytes = bytes_.data();
   const std::size_t far = std::min(std::max(end, plain_ + kChunk), bytes_.size());
   while (plain_ < far) {
     plain_ += CountASCII({reinterpret_cast<const char*>(bytes) + plain_, far - plain_});
-    // Forms, each of a lead and one or two bytes that are no ASCII either.
+    // Multi-byte sequences: a lead and one or two more bytes, none of them ASCII.
     for (; plain_ < far && bytes[plain_] >= 0x80;) {
       const std::size_t more = bytes[plain_] < 0xE0 ? 1 : 2;
       char16_t unit = 0;
@@ -187,7 +188,7 @@ bool clsXMLEngine::IsPlain(std::size_t end) {
   return true;
 }
 
-/// Cuts the next token off the units.
+/// Cuts the next token from the units.
 XMLTokenKind clsXMLEngine::TakeUnits(TextView& token) {
   Fill(kLongestHead);
   if (first_ == last_) {
@@ -208,7 +209,7 @@ XMLTokenKind clsXMLEngine::TakeUnits(TextView& token) {
     return xtText;
   }
   const Cut cut = CutOf(Window());
-  // The search starts at the first unit: "<?>" and "<!-->" are whole.
+  // The search starts at the first unit: "<?>" and "<!-->" are complete tokens.
   for (;;) {
     length = FindUnit(Window(), length, u'>');
     if (length == last_ - first_) {
@@ -222,7 +223,7 @@ XMLTokenKind clsXMLEngine::TakeUnits(TextView& token) {
   return KindOfTag(cut.kind, token);
 }
 
-/// Decodes until `count` units are there; false when the document has fewer left.
+/// Decodes until `count` units are available; false if the document has fewer left.
 bool clsXMLEngine::Fill(std::size_t count) {
   while (last_ - first_ < count) {
     if (!More()) return false;
@@ -230,7 +231,8 @@ bool clsXMLEngine::Fill(std::size_t count) {
   return true;
 }
 
-/// Decodes some more; false when all is decoded. Moves the window: pointers into it go stale.
+/// Decodes some more; false if everything is decoded. May move the window, which invalidates
+/// pointers into it.
 bool clsXMLEngine::More() {
   if (next_ == bytes_.size()) return false;
   const std::size_t wanted = std::min(kChunk, bytes_.size() - next_);
@@ -248,8 +250,8 @@ void clsXMLEngine::MakeRoom() {
   if (live + std::min(kChunk, rest) <= room_) {
     std::memmove(window_.get(), First(), live * sizeof(char16_t));
   } else {
-    // A token that outgrows the window: room for all the rest at once, since growing by steps
-    // would hold two copies. Bytes never give more units than they are.
+    // The token is larger than the window: make room for the whole rest at once, since growing in
+    // steps would hold two copies. A byte never decodes to more than one unit.
     room_ = live + rest;
     auto window = std::make_unique_for_overwrite<char16_t[]>(room_);
     if (live != 0) std::memcpy(window.get(), First(), live * sizeof(char16_t));
@@ -259,7 +261,7 @@ void clsXMLEngine::MakeRoom() {
   last_ = live;
 }
 
-/// Empties the window and gives it this much room.
+/// Empties the window and sets its capacity.
 void clsXMLEngine::Restart(std::size_t room) {
   first_ = last_ = 0;
   if (room != room_) window_ = std::make_unique_for_overwrite<char16_t[]>(room);

@@ -12,20 +12,20 @@ namespace marl {
 
 /// What a token is.
 enum XMLTokenKind : std::int32_t {
-  xtDeclaration = 0,    ///< any "<!" construct that is none of the three below
-  xtInstruction = 1,    ///< "<?" up to "?>", the prolog included
+  xtDeclaration = 0,    ///< any other "<!" construct
+  xtInstruction = 1,    ///< "<?" up to "?>", including the prolog
   xtDocType = 2,        ///< "<!DOCTYPE" in any case, up to "]>"
   xtComment = 3,        ///< "<!--" up to "-->"
   xtCData = 4,          ///< "<![CDATA[" in any case, up to "]]>"
-  xtText = 5,           ///< all before the next "<"
+  xtText = 5,           ///< everything before the next "<"
   xtOpenTag = 6,        ///< any other "<" construct, up to ">"
-  xtCloseTag = 7,       ///< the same with "/" as second character
+  xtCloseTag = 7,       ///< the same with "/" as its second character
   xtEmptyTag = 8,       ///< the same with "/>" at its end
   xtEndOfDocument = 9,  ///< nothing is left
 };
 
-/// A token where it stands in the document, for readers in a hurry: as the UTF-8 that the file
-/// holds or, where the document is no such file, as units. Good until the engine's next operation.
+/// A view of a token in the document, without decoding: UTF-8 for a file, units otherwise. Valid
+/// until the engine's next operation.
 struct XMLToken {
   XMLTokenKind kind = xtEndOfDocument;
   std::string_view bytes;
@@ -34,24 +34,25 @@ struct XMLToken {
   Text text() const;
 };
 
-/// Cuts a document into a flat stream of tokens. No nesting, no validation: terminators are found
-/// by plain search, also within quotes, and a token whose terminator is missing is all the rest.
-/// The suite's files are read by exactly these rules.
+/// Cuts a document into a flat stream of tokens, without nesting or validation: terminators are
+/// found by plain search, even within quotes, and a token without its terminator extends to the
+/// end. All programs of the suite read their files by these rules, so they must not be made
+/// stricter.
 class clsXMLEngine {
  public:
   explicit clsXMLEngine(const FileSystem& files) : files_(files) {}
 
-  /// Loads a normal file, always as UTF-8; a byte order mark at its start is dropped. If false,
-  /// the document opened before stays as it was.
+  /// Loads a normal file, always as UTF-8, without its byte order mark. If false, the current
+  /// document stays as it was.
   bool OpenDocument(TextView path);
-  /// Takes `text` as the document, without a leading U+FEFF. Always true; an empty text leaves
-  /// an empty document and fails as an invalid argument.
+  /// Takes `text` as the document, without a leading U+FEFF. Always true; an empty text leaves an
+  /// empty document and throws "Invalid procedure call or argument".
   bool OpenXMLW(TextView text);
 
-  /// Sets `token` to the next token, raw, and returns its kind. Never fails; at the end the token
-  /// is empty, as often as it is asked for.
+  /// Sets `token` to the next token, raw, and returns its kind. Never fails; at the end of the
+  /// document the token is empty, however often it is called.
   XMLTokenKind GetToken(Text& token);
-  /// The same without a copy: the view is good until the next operation of this object.
+  /// The same without a copy: the view is valid until the next operation of this object.
   XMLTokenKind GetToken(TextView& token);
   /// The same without decoding.
   XMLTokenKind GetToken(XMLToken& token);
@@ -68,12 +69,12 @@ class clsXMLEngine {
   TextView Window() const { return TextView(First(), last_ - first_); }
 
   const FileSystem& files_;
-  // The unread remainder: units [first_, last_) of the window, then the bytes from next_ on.
+  // The unread rest: units [first_, last_) of the window, then the bytes from next_ on.
   //
-  // A file is cut as bytes as long as that comes to the same, that is, as long as every byte below
-  // 128 is a unit by itself and every other unit is above 127: bytes before plain_ are known to be
-  // so. From the first token on that goes beyond, bytes are decoded into the window, as the search
-  // for the end of a token gets there.
+  // A file is cut as bytes while that gives the same tokens: while every byte below 128 is a unit
+  // and all other units are above 127. Bytes before plain_ are known to be like that. From the
+  // first token that is not, bytes are decoded into the window as the search for the token's end
+  // advances.
   Bytes bytes_;
   std::size_t next_ = 0;
   std::size_t plain_ = 0;

@@ -12,15 +12,15 @@ namespace marl {
 
 namespace {
 
-// Up to this many attributes a walk is faster than a table.
+// Up to this many attributes a linear search is faster than a table.
 constexpr std::size_t kFew = 16;
 
-/// Room to keep a tag of this size: some more for the next one, but not twice a huge one.
+/// Capacity for a tag of this size: some more for the next tag, but not twice a huge one.
 constexpr std::size_t RoomFor(std::size_t size) {
   return std::max<std::size_t>(size + std::min<std::size_t>(size, 4096), 256);
 }
 
-/// A bit for each unit that ends a name, and for each that is dropped in it.
+/// Bits for the units that end a name and for those that are dropped from it.
 constexpr std::uint64_t BitOf(char16_t unit) { return std::uint64_t{1} << unit; }
 constexpr std::uint64_t kNameEnds =
     BitOf(u'\t') | BitOf(u'\r') | BitOf(u'\n') | BitOf(u' ') | BitOf(u'>');
@@ -30,15 +30,15 @@ constexpr bool IsOneOf(std::uint64_t units, char16_t unit) {
   return unit < 64 && (units >> unit & 1) != 0;
 }
 
-// Tags of up to this many units, which most are, are marked as a whole.
+// Tags of up to this many units (most are) are marked in one go.
 constexpr std::size_t kMarked = 256;
 
-/// The places of "=" and of double quotes in a tag, all found at once, so that most attributes are
-/// read without another search.
+/// The positions of "=" and double quotes in a tag, found in one pass, so that most attributes need
+/// no search of their own.
 struct Marks {
   Stretch stretches[kMarked / kStretch];
 
-  /// Marks a tag of at most kMarked units and at least one.
+  /// Marks a tag of 1 to kMarked units.
   template <typename Unit>
   [[gnu::always_inline]] explicit Marks(std::basic_string_view<Unit> tag) {
     const auto marksOf = [](Block block) {
@@ -51,7 +51,7 @@ struct Marks {
     for (; size - done >= kStretch; done += kStretch) *stretch++ = StretchOf(data + done, marksOf);
     if (done == size) return;
     if (done != 0) {
-      // The last stretch reaches back over places that are done with.
+      // The last stretch overlaps positions that are already done.
       const std::size_t back = done + kStretch - size;
       *stretch = StretchOf(data + done - back, marksOf) >> back;
       return;
@@ -71,10 +71,10 @@ struct Marks {
   }
 };
 
-/// A kind of names as a bit: by first unit and length, the same whatever their case.
+/// One bit for a group of names: by first unit and length, ignoring case.
 template <typename Unit>
 std::uint32_t KindOf(const Unit* name, std::size_t length) {
-  // Of an empty name it is what stands behind it, always the same.
+  // For an empty name this is the unit after it, always the same.
   std::size_t first = static_cast<std::make_unsigned_t<Unit>>(*name);
   if (sizeof(Unit) > 1 && first >= 0x80) first = 0;
   return std::uint32_t{1} << (first + 4 * length) % 32;
@@ -91,7 +91,7 @@ std::uint64_t Hash(TextView name, std::uint64_t seed) {
 
 }  // namespace
 
-/// Reads the name and the unit that ends it; returns where the attributes begin.
+/// Reads the name and the unit that ends it; returns the start of the attributes.
 template <typename Unit>
 inline std::size_t clsXMLTag::ReadName(std::basic_string_view<Unit> tag) {
   const std::size_t size = tag.size();
@@ -101,7 +101,7 @@ inline std::size_t clsXMLTag::ReadName(std::basic_string_view<Unit> tag) {
   std::size_t at = 0;
   while (at != size && is(kDropped, at)) ++at;
   name_ = at;
-  // In one piece, as nearly always?
+  // Nearly always the name is in one piece.
   for (;; ++at) {
     at = FindPlace(tag, at, [](const Unit* block) { return PlacesOfNameBreaks(LoadBlock(block)); });
     nameLength_ = at - name_;
@@ -115,8 +115,8 @@ inline std::size_t clsXMLTag::ReadName(std::basic_string_view<Unit> tag) {
   return std::min(at + 1, size);
 }
 
-/// Reads attributes from a place on as long as they are few and in double quotes; returns where it
-/// stopped. A name that may be there already stops it too.
+/// Reads attributes from a position on while they are few and in double quotes; returns where it
+/// stopped. Also stops at a name that may be a duplicate.
 template <typename Unit>
 [[gnu::always_inline]] inline std::size_t clsXMLTag::ReadPlain(std::basic_string_view<Unit> tag,
                                                                std::size_t next) {
@@ -128,7 +128,7 @@ template <typename Unit>
   const std::size_t size = tag.size();
   const Stretch* stretch = marks.stretches + (next - 1) / kStretch;
   std::size_t begin = (next - 1) & ~(kStretch - 1);
-  // What is not passed yet in the current stretch.
+  // What is left of the current stretch.
   Stretch left = *stretch & ~Stretch{1} << (next - 1 - begin);
   std::uint32_t kinds = 0;
   Attribute* attribute = attributes_.data();
@@ -139,7 +139,7 @@ template <typename Unit>
       if (begin >= size) return keep(attribute, size);
       left = *++stretch;
     }
-    // A "=" and a double quote behind it?
+    // A "=" followed by a double quote?
     const Stretch lowest = left & -left;
     const std::size_t nameEnd = begin + LowestBit(left);
     if ((left & lowest << 1) == 0 || tag[nameEnd] != '=' || tag[nameEnd + 1] != '"') break;
@@ -165,18 +165,17 @@ template <typename Unit>
   return keep(attribute, next);
 }
 
-/// Reads the attributes from a place on, whatever they are like; false when it came to a name that
-/// is there already.
+/// Reads attributes of any form from a position on; false at a duplicate name.
 template <typename Unit>
 [[gnu::noinline]] bool clsXMLTag::ReadOdd(std::basic_string_view<Unit> tag, std::size_t next) {
-  // Only the blank counts as space between attributes, and none is trimmed beside the "=".
+  // Only blanks separate attributes, and none is trimmed around the "=".
   std::size_t end = tag.size();
   while (end != next && tag[end - 1] == ' ') --end;
   for (;; ++count_) {
     while (next != end && tag[next] == ' ') ++next;
     const std::size_t nameEnd = FindUnit(tag, next, static_cast<Unit>('='));
     if (nameEnd + 1 >= end) return true;
-    // The quote is whatever stands behind the "=".
+    // Whatever follows the "=" is the quote.
     const std::size_t valueEnd = FindUnit(tag, nameEnd + 2, tag[nameEnd + 1]);
     if (valueEnd >= end) return true;
     const TextView name(raw_.data() + next, nameEnd - next);
@@ -187,7 +186,7 @@ template <typename Unit>
   }
 }
 
-/// Reads the tag, which stands in raw_ too.
+/// Reads the tag, which is also in raw_.
 template <typename Unit>
 [[gnu::always_inline]] inline void clsXMLTag::Read(std::basic_string_view<Unit> tag,
                                                    bool entities) {
@@ -210,7 +209,7 @@ template <typename Unit>
 clsXMLTag::clsXMLTag() : attributes_(kFew) {}
 
 void clsXMLTag::ParseTag(TextView tag) {
-  // `tag` may be a view into this very object.
+  // `tag` may be a view into this object.
   if (raw_.size() < tag.size()) {
     std::vector<char16_t> grown(RoomFor(tag.size()));
     std::copy(tag.begin(), tag.end(), grown.begin());
@@ -227,7 +226,7 @@ void clsXMLTag::ParseTag(const XMLToken& token) {
   if (raw_.size() < size) raw_.resize(RoomFor(size));
   const WidenedTag tag = WidenTag(token.bytes, raw_.data());
   if (tag.plain) {
-    // Read where it stands: units that were just written would have to be waited for.
+    // Read from the bytes: reading units that were just written would stall.
     Read(token.bytes, tag.entities);
   } else {
     const auto* const bytes = reinterpret_cast<const unsigned char*>(token.bytes.data());
@@ -235,7 +234,7 @@ void clsXMLTag::ParseTag(const XMLToken& token) {
   }
 }
 
-/// Reads the tag from raw_, where it has this many units.
+/// Reads the tag in the first `size` units of raw_.
 void clsXMLTag::ReadKept(std::size_t size) {
   const TextView tag(raw_.data(), size);
   Read(tag, FindUnit(tag, 0, u'&') != size);
@@ -246,7 +245,7 @@ TextView clsXMLTag::AttributeValue(TextView key) const {
   return found ? ValueOf(*found) : TextView();
 }
 
-/// Enters the name of the next attribute, one of many, into the table; false if it is there.
+/// Enters the name of the next attribute into the table; false if it is already there.
 bool clsXMLTag::Enter(TextView name) {
   if ((count_ + 1) * 2 > slots_.size()) Index(std::max(4 * kFew, slots_.size() * 2));
   std::size_t& slot = slots_[SlotOf(name)];
@@ -266,7 +265,7 @@ const clsXMLTag::Attribute* clsXMLTag::Find(TextView name) const {
   return nullptr;
 }
 
-/// The slot that holds the place of `name`, or the free one where it belongs.
+/// The slot of `name`, or the free slot where it belongs.
 std::size_t clsXMLTag::SlotOf(TextView name) const {
   const std::size_t mask = slots_.size() - 1;
   std::size_t at = static_cast<std::size_t>(Hash(name, seed_)) & mask;
@@ -276,10 +275,10 @@ std::size_t clsXMLTag::SlotOf(TextView name) const {
   return at;
 }
 
-/// Makes the table anew with this many slots.
+/// Rebuilds the table with this many slots.
 void clsXMLTag::Index(std::size_t slots) {
   slots_.assign(slots, 0);
-  // Where the table lies is not known outside, so names cannot be chosen to collide.
+  // The table's address is not known outside, so names cannot be chosen to collide.
   seed_ = reinterpret_cast<std::uintptr_t>(slots_.data());
   for (std::size_t i = 0; i != count_; ++i) {
     slots_[SlotOf(NameOf(attributes_[i]))] = i + 1;

@@ -10,22 +10,22 @@
 
 namespace marl {
 
-/// One tag token taken apart into a name and attributes. Meant to be used again from tag to tag.
-/// Views that it gives are good until its next ParseTag, and as long as it lives.
+/// A tag token split into name and attributes. Meant to be reused from tag to tag. Its views are
+/// valid until the next ParseTag.
 class clsXMLTag {
  public:
   clsXMLTag();
-  // Copies only: an object that was moved from would have no room for attributes.
+  // Copy only: a moved-from object would have no attribute slots.
   clsXMLTag(const clsXMLTag&) = default;
   clsXMLTag& operator=(const clsXMLTag&) = default;
 
-  /// A free slot for the caller; ParseTag clears it.
+  /// For the caller's use; ParseTag clears it.
   void TextContent(TextView text) { textContent_ = text; }
   const Text& TextContent() const { return textContent_; }
 
-  /// Replaces the whole state by what `tag` holds. Stops quietly at the first malformed attribute
-  /// and keeps those before it. An attribute name that is there already, but for case, raises
-  /// error 457: the attributes read so far stay, the rest of the tag is not read.
+  /// Parses `tag`. Stops silently at the first malformed attribute and keeps those before it. A
+  /// duplicate attribute name, ignoring case, throws error 457: the attributes before it stay, the
+  /// rest of the tag is not read.
   void ParseTag(TextView tag);
   /// The same for a token as the engine holds it.
   void ParseTag(const XMLToken& token);
@@ -34,23 +34,23 @@ class clsXMLTag {
   TextView name() const { return TextView(raw_.data() + name_, nameLength_); }
   std::int32_t AttributeCount() const { return static_cast<std::int32_t>(count_); }
 
-  /// Value of the attribute of this name, but for case; empty if there is none.
+  /// Value of the attribute of this name, ignoring case; empty if there is none.
   TextView AttributeValue(TextView key) const;
   TextView AttributeValue(const char16_t* key) const { return AttributeValue(TextView(key)); }
-  /// Value of the attribute at this place, from 1; empty if there is none.
+  /// Value of the attribute at this position, from 1; empty if there is none.
   TextView AttributeValue(std::int32_t position) const {
     const std::size_t place = static_cast<std::size_t>(position) - 1;
     return place < count_ ? ValueOf(attributes_[place]) : TextView();
   }
 
  private:
-  /// An attribute by the places of its texts in raw_.
+  /// An attribute, by positions in raw_.
   struct Attribute {
     std::size_t name;
     std::size_t nameEnd;
     std::size_t valueEnd;
 
-    /// Behind the "=" and the quote.
+    /// After the "=" and the quote.
     std::size_t value() const { return nameEnd + 2; }
   };
   void ReadKept(std::size_t size);
@@ -73,16 +73,16 @@ class clsXMLTag {
     return TextView(raw_.data() + attribute.value(), attribute.valueEnd - attribute.value());
   }
 
-  // The tag, and behind it whatever is left of longer ones. The name without its dropped units and
-  // the values without their entities are shorter than they were, and stand where they stood.
+  // The tag, followed by remains of longer ones. Name and values are unescaped in place: they only
+  // get shorter.
   std::vector<char16_t> raw_;
   std::size_t name_ = 0;
   std::size_t nameLength_ = 0;
-  // The attributes, and behind them room for more.
+  // The attributes, followed by free elements.
   std::vector<Attribute> attributes_;
   std::size_t count_ = 0;
   Text textContent_;
-  // Places by name, once there are many attributes: a power of two, each 0 or place + 1.
+  // Attributes by name, once there are many: a power of two of slots, each 0 or index + 1.
   std::vector<std::size_t> slots_;
   std::uint64_t seed_ = 0;
 };

@@ -10,7 +10,7 @@
 namespace marl {
 
 /// Asks for a target language and a document of a project. The caller loads the form, fills both
-/// lists, which know nothing of each other, shows it, and reads them when it was accepted.
+/// lists (they are independent), shows it, and reads them if it was accepted.
 class frmSelectFile : public Form {
  public:
   struct Ports {
@@ -22,7 +22,7 @@ class frmSelectFile : public Form {
   };
   explicit frmSelectFile(Ports ports);
 
-  /// True once the form was left with OK.
+  /// True if the form was closed with OK.
   bool Accepted = false;
 
   Label lblLanguage{*this, "lblLanguage"};

@@ -21,7 +21,7 @@ class NameFilter {
 
   bool Matches(TextView name) const {
     if (!plainEnd_) return Like(FoldCase(name), pattern_);
-    // By far the most common form: any name with a certain end.
+    // By far the most common form: any name with a given ending.
     const TextView end = TextView(pattern_).substr(1);
     return name.size() >= end.size() &&
            std::equal(end.begin(), end.end(), name.end() - std::ssize(end),
@@ -42,11 +42,11 @@ std::vector<NameFilter> Filters(TextView list) {
   return filters;
 }
 
-/// A folder whose entries are being looked at.
+/// A folder that is being searched.
 struct Level {
-  std::size_t length;  ///< of its path, with the backslash
+  std::size_t length;  ///< of its path, including the backslash
   std::unique_ptr<FileSearch> search;
-  std::optional<bool> matches;  ///< its path, by the pattern for the whole
+  std::optional<bool> matches;  ///< whether its path matches `pattern`
 };
 
 }  // namespace
@@ -57,8 +57,7 @@ void modFindFiles::FindFiles(Text& folder, TextView pattern, TextView filters, s
                              std::vector<Text>& result) {
   if (!folder.ends_with(u'\\')) folder += u'\\';
   const std::vector<NameFilter> wanted = Filters(filters);
-  // One path grows and shrinks with the way through the folders, which may be nested deeper than
-  // the stack would bear.
+  // A loop over one path, not a recursion: folders may be nested too deep for the stack.
   Text path = folder;
   std::vector<Level> levels;
   const auto enter = [&] {

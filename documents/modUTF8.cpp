@@ -12,7 +12,7 @@ namespace marl {
 
 namespace {
 
-/// One entity, from the ampersand on, and the unit it stands for.
+/// An entity, including its ampersand, and the unit it stands for.
 struct Entity {
   TextView text;
   char16_t unit;
@@ -40,14 +40,14 @@ RuntimeError FileError(Status status) {
 
 constexpr char16_t Unit(unsigned value) { return static_cast<char16_t>(value); }
 
-/// True when four bytes at least are left and all four are ASCII: worth a run.
+/// True if the next four bytes exist and are ASCII: worth the fast path.
 bool StartsRun(const unsigned char* in, const unsigned char* end) {
   std::uint32_t four = 0;
   if (end - in < 4) return false;
   std::memcpy(&four, in, sizeof(four));
   return (four & 0x80808080u) == 0;
 }
-/// Bytes that the units take as UTF-8.
+/// Number of bytes that the units take as UTF-8.
 std::size_t CountUTF8(TextView text) {
   const char16_t* in = text.data();
   const char16_t* const end = in + text.size();
@@ -56,7 +56,7 @@ std::size_t CountUTF8(TextView text) {
   const __m128i one = _mm_set1_epi16(1);
   const __m128i none = _mm_setzero_si128();
   while (end - in >= 8) {
-    // Each lane counts the bytes that are not needed, two a unit at most, in 16 bits.
+    // Each 16-bit lane counts the bytes that are not needed, at most two per unit.
     const std::ptrdiff_t blocks = std::min<std::ptrdiff_t>((end - in) / 8, 10000);
     __m128i spared = none;
     for (std::ptrdiff_t i = 0; i < blocks; ++i, in += 8) {
@@ -76,7 +76,7 @@ std::size_t CountUTF8(TextView text) {
   return count;
 }
 
-/// Narrows the ASCII units at the front, as long as units and room last; returns how many.
+/// Narrows the leading ASCII units; returns their number.
 std::size_t NarrowASCII(const char16_t* in, std::size_t count, unsigned char* out) {
   std::size_t done = 0;
 #if defined(__SSE2__)
@@ -100,7 +100,7 @@ std::size_t NarrowASCII(const char16_t* in, std::size_t count, unsigned char* ou
   return done;
 }
 
-/// Puts one unit in its one, two or three bytes; returns where the next one goes.
+/// Writes one unit as one, two or three bytes; returns the next position.
 inline unsigned char* PutUnit(unsigned unit, unsigned char* out) {
   if (unit <= 0x7F) {
     out[0] = static_cast<unsigned char>(unit);
@@ -120,11 +120,11 @@ inline unsigned char* PutUnit(unsigned unit, unsigned char* out) {
 /// The same 16 bits four times.
 constexpr std::uint64_t Four(std::uint64_t unit) { return unit * 0x0001000100010001u; }
 
-/// Encodes the units from `out` on, where there is room for all of them.
+/// Encodes the units at `out`, which must have room for all of them.
 void EncodeUTF8(TextView text, unsigned char* out) {
   const char16_t* in = text.data();
   const char16_t* const end = in + text.size();
-  // More units follow than are looked at, so that there is room for a byte too many.
+  // At least one more unit follows, so that writing a byte too many stays in the buffer.
   for (; end - in > 4; in += 4) {
     std::uint64_t units = 0;
     std::memcpy(&units, in, sizeof(units));
@@ -159,8 +159,8 @@ void EncodeUTF8(TextView text, unsigned char* out) {
 }  // namespace
 
 Text XMLEscape(TextView text) {
-  // One pass gives what four whole replacements in turn give, the ampersand first: no entity
-  // holds a character that a later step replaces.
+  // One pass has the same result as four replacements one after the other, ampersand first: no
+  // entity contains a character that a later step replaces.
   Text escaped;
   escaped.reserve(text.size());
   for (const char16_t unit : text) {
@@ -181,8 +181,8 @@ Text XMLUnescape(TextView text) {
 }
 
 std::size_t XMLUnescape(char16_t* text, std::size_t size) {
-  // One pass again: entities cannot overlap, and the ampersand, which could make new ones, is
-  // the last to be replaced.
+  // One pass here too: entities cannot overlap, and the ampersand, which could form new ones, would
+  // be replaced last.
   const TextView source(text, size);
   std::size_t done = 0;
   std::size_t left = 0;
@@ -218,7 +218,7 @@ DecodedUTF8 DecodeUTF8(const unsigned char* bytes, std::size_t size, char16_t* o
       to += count;
       continue;
     }
-    // As many forms as fit for sure, then what is left one by one.
+    // As many sequences as certainly fit, then the rest one by one.
     std::ptrdiff_t whole = std::min((end - in) / 3, full - to);
     for (; whole > 0; --whole) {
       const unsigned lead = *in;
@@ -244,7 +244,7 @@ DecodedUTF8 DecodeUTF8(const unsigned char* bytes, std::size_t size, char16_t* o
       *to++ = Unit((lead & 31) << 6 | (second & 63));
       in += std::min<std::ptrdiff_t>(2, end - in);
     } else {
-      // Two bytes at most are left: the last one stands for the third.
+      // At most two bytes are left: the last one is used as the third.
       *to++ = Unit((lead & 15) << 12 | (second & 63) << 6 | (second & 63));
       in = end;
     }
@@ -291,7 +291,7 @@ void modUTF8::CloseUTF8File() {
 }
 
 std::int32_t modUTF8::ToUTF8Bytes(TextView text) {
-  // A text of ASCII alone is done when its units are narrowed; any other is measured first.
+  // Pure ASCII is done after narrowing; any other text is measured first.
   outputBytes_.resize(text.size());
   const std::size_t plain = NarrowASCII(text.data(), text.size(), outputBytes_.data());
   if (plain != text.size()) {

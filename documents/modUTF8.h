@@ -12,13 +12,13 @@ namespace marl {
 /// Replaces "&", "<", ">" and the double quote by their entities.
 Text XMLEscape(TextView text);
 
-/// Replaces "&quot;", "&gt;", "&lt;" and "&amp;" by what they stand for, once: "&amp;lt;" gives
-/// "&lt;". Every other entity stays as it is. The inverse of XMLEscape for any text.
+/// Replaces "&quot;", "&gt;", "&lt;" and "&amp;" by their characters, once: "&amp;lt;" becomes
+/// "&lt;". Other entities stay as they are. The inverse of XMLEscape for any text.
 Text XMLUnescape(TextView text);
 /// The same in place, for `size` units; returns how many are left.
 std::size_t XMLUnescape(char16_t* text, std::size_t size);
 
-/// How far a decoding came: bytes taken and units given.
+/// How far a decoding got: bytes read and units written.
 struct DecodedUTF8 {
   std::size_t bytes = 0;
   std::size_t units = 0;
@@ -26,16 +26,16 @@ struct DecodedUTF8 {
 
 /// Decodes `size` bytes into at most `room` units at `out`, unit by unit and without validity
 /// checks: the lead byte alone tells the form (below 128 one byte, below 224 two, else three), and
-/// at the end of the bytes the last one stands in for those that are missing. So any bytes give
-/// a text of at most as many units, and what ToUTF8Bytes made gives its text back exactly.
+/// if bytes are missing at the end, the last one is used in their place. So any bytes give a text
+/// of at most as many units, and the result of ToUTF8Bytes decodes to exactly its source.
 DecodedUTF8 DecodeUTF8(const unsigned char* bytes, std::size_t size, char16_t* out,
                        std::size_t room);
 
 /// Decodes all the bytes.
 Text DecodeUTF8(const Bytes& bytes);
 
-/// The one writer of structured text: keeps one output file open and writes indented lines into
-/// it as UTF-8 without a byte order mark. Failures of the file system leave as `RuntimeError`.
+/// The one writer of structured text: keeps one output file open and writes indented lines into it
+/// as UTF-8 without a byte order mark. File system failures are thrown as `RuntimeError`.
 class modUTF8 {
  public:
   /// Flags of a line; they add up.
@@ -46,23 +46,23 @@ class modUTF8 {
 
   explicit modUTF8(FileSystem& files) : files_(files) {}
 
-  /// Creates `path` in place of a file of that name, read-only or not. With `echo` the lines are
-  /// also collected in EchoText. A file that is still open is lost track of: close it first.
+  /// Creates `path`, replacing an existing file, even a read-only one. With `echo` the lines are
+  /// also collected in EchoText. A file that is still open is closed.
   void OpenUTF8File(TextView path, bool echo);
-  /// Writes `text` behind the indent, with carriage return and line feed.
+  /// Writes the indent, `text`, and a carriage return and line feed.
   void WriteUTF8Line(std::uint8_t flags, TextView text);
   /// Closes the file if one is open, and sets the indent to 0.
   void CloseUTF8File();
 
-  /// Encodes each unit by itself into OutputBytes and returns their number; surrogates are units
-  /// like any other and take three bytes each.
+  /// Encodes each unit separately into OutputBytes and returns the number of bytes; a surrogate is
+  /// a unit like any other and takes three bytes.
   std::int32_t ToUTF8Bytes(TextView text);
   /// Result of the last ToUTF8Bytes.
   const Bytes& OutputBytes() const { return outputBytes_; }
 
-  /// The lines since the last echoing OpenUTF8File, without indents and line ends.
+  /// The lines since the last OpenUTF8File with `echo`, without indents and line ends.
   const Text& EchoText() const { return echoText_; }
-  /// Blanks before the next line.
+  /// Number of blanks before the next line.
   std::int32_t Indent() const { return indent_; }
 
  private:
