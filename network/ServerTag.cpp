@@ -45,7 +45,7 @@ Text TrackingSite(const clsXMLTag& tag) {
   Text address = ssl ? u"https://" : u"http://";
   address += tag.AttributeValue(u"server");
   const TextView port = tag.AttributeValue(u"port");
-  // As text: an empty port leaves its colon.
+  // Compared as text: an empty port still adds a colon.
   if (port != DefaultPort(ssl)) {
     address += u':';
     address += port;

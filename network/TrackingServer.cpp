@@ -9,11 +9,12 @@ namespace marl {
 
 namespace {
 
-constexpr int kNoServer = 1075;  // string of the name that is shown
+constexpr int kNoServer = 1075;  // string id of the name to show
 constexpr TextView kKeyRoot = u"Software\\Oru\\Marl";
 constexpr TextView kSubkey = u"Settings";
 constexpr TextView kValue = u"TrackingServer";
-// No tag equals it: the first setting counts as a change and shows title and button.
+// Differs from every tag, so that the first setting counts as a change and updates title and
+// button.
 constexpr TextView kNotYetSet = u"#";
 
 bool IsBlank(TextView text) { return text.find_first_not_of(u' ') == TextView::npos; }
@@ -59,8 +60,7 @@ bool TrackingServer::SetTrackingServer(TextView server, bool showError) {
   return changed;
 }
 
-/// The tag that is current once the component has seen the server: its own, the one before, or
-/// none.
+/// The current tag after asking the component: the new one, the previous one, or none.
 Text TrackingServer::Accepted(TextView server, bool showError) {
   if (IsBlank(server)) return {};
   Text wanted = IsServerTag(server) ? Text(server) : BareNameTag(server);

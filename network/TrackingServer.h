@@ -23,22 +23,22 @@ class TrackingServer {
   };
   /// What the main form shows of the server.
   struct View {
-    /// Called when the server has changed, with its name or the text for no server.
+    /// Called when the server has changed, with its name or the text that says there is none.
     std::function<void(TextView name)> ShowName;
-    /// Called at each setting: whether there is a site to open.
+    /// Called at each setting, with whether there is a site to open.
     std::function<void(bool enabled)> EnableTracking;
   };
   TrackingServer(const Ports& ports, View view);
 
   Text CurrentServerTag;  ///< tag of the current server; empty for none
-  clsMRU ServerList;      ///< tags of earlier servers; may hold bare names too
+  clsMRU ServerList;      ///< tags of earlier servers; may contain bare names too
 
-  /// Loads the list and makes the stored server current, quietly. One that the component refuses
-  /// leaves no server.
+  /// Loads the list and makes the stored server current, without messages. If the component refuses
+  /// it, there is no current server.
   void Start();
-  /// Makes a tag or a bare host name current; true when the current tag has changed. A server that
-  /// the component refuses leaves the old one, and its description is shown if `showError` is set.
-  /// An empty name removes the server.
+  /// Makes a tag or a bare host name current; true if the current tag has changed. If the component
+  /// refuses the server, the old one stays, and the reason is shown if `showError` is set. An empty
+  /// name removes the server.
   bool SetTrackingServer(TextView server, bool showError);
   /// Writes the current tag and the list.
   void SaveServerSettings();

@@ -40,7 +40,7 @@ bool IsServerDocument(TextView document, const FileSystem& files) {
   if (engine.GetToken(token) != xtInstruction || token != kServerProlog) return false;
   if (engine.GetToken(token) != xtEmptyTag) return false;
   clsXMLTag tag;
-  // Not read leniently: an attribute that stands there twice is no well-formed element.
+  // Strict here: an element with a duplicate attribute is not well-formed.
   if (!Skip([&] { tag.ParseTag(token); })) return false;
   if (tag.name() != u"project-tracking" || tag.AttributeValue(u"server").empty()) return false;
   if (engine.GetToken(token) == xtText && token.find_first_not_of(u" \t\r\n") == Text::npos) {

@@ -8,9 +8,9 @@
 
 namespace marl {
 
-/// Hands server documents to the suite's component "Marl.TrackingServerClient", operation
-/// SetServer(document). One instance is made at the first call and kept. Where none is registered,
-/// a built-in one accepts each well-formed server document and refuses all else.
+/// Passes server documents to the suite's component "Marl.TrackingServerClient", operation
+/// SetServer(document). One instance is created at the first call and kept. If the component is not
+/// registered, a built-in one accepts well-formed server documents and refuses everything else.
 class TrackingServerClient {
  public:
   struct Ports {
@@ -20,8 +20,8 @@ class TrackingServerClient {
   };
   explicit TrackingServerClient(const Ports& ports) : ports_(ports) {}
 
-  /// False when the component refuses the document or cannot be made; `failure` then holds its
-  /// description, and is untouched otherwise.
+  /// False if the component refuses the document or cannot be created; `failure` then holds the
+  /// description, otherwise it is unchanged.
   bool SetServer(TextView document, Text& failure);
 
  private:
@@ -30,7 +30,7 @@ class TrackingServerClient {
 };
 
 /// True for U+FEFF, the prolog and one empty element `project-tracking` that names a server; only
-/// blanks and line ends may follow it. The system's own reader decides what an element is.
+/// blanks and line ends may follow it. clsXMLEngine decides what an element is.
 bool IsServerDocument(TextView document, const FileSystem& files);
 
 }  // namespace marl

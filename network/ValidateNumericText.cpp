@@ -17,13 +17,13 @@ bool IsGood(TextView text, std::int32_t minimum, std::int32_t maximum, bool allo
   std::int64_t value = 0;
   for (const char16_t unit : text) {
     if (unit < u'0' || unit > u'9') return false;
-    // Above the maximum is above it, however many digits follow.
+    // Once above the maximum, more digits cannot bring it back.
     value = std::min<std::int64_t>(value * 10 + (unit - u'0'), std::int64_t{1} << 32);
   }
   return value >= minimum && value <= maximum;
 }
 
-/// Text, start and length of the last good state. A good text holds no bar.
+/// Text, start and length of the last valid state. Valid text contains no bar.
 std::array<Text, 3> Split(TextView state) {
   std::array<Text, 3> pieces;
   std::size_t piece = 0;

@@ -6,12 +6,12 @@
 
 namespace marl {
 
-/// Keeps a field to decimal digits in a range: called at each change, it takes back one that would
-/// leave anything else, and the selection with it. An empty field is good when `allowEmpty` is set.
+/// Restricts a field to decimal digits in a range: called at each change, it undoes one that leaves
+/// anything else, and restores the selection. An empty field is valid if `allowEmpty` is set.
 ///
-/// The field's `Tag` belongs to the filter: the last good state as `text|start|length`, and "*"
-/// while the filter itself writes into the field. A number with a first digit below `minimum`
-/// cannot be typed, since every step on the way has to be good.
+/// The field's `Tag` belongs to the filter: it holds the last valid state as `text|start|length`,
+/// and "*" while the filter itself writes into the field. Every intermediate state must be valid,
+/// so a number cannot be typed if its first digit is below `minimum`.
 void ValidateNumericText(TextBox& field, std::int32_t minimum, std::int32_t maximum,
                          bool allowEmpty);
 

@@ -14,11 +14,11 @@ namespace marl {
 
 namespace {
 
-// Fewer than real ports, and not the range of the proxy's port.
+// The range for tracking servers, deliberately smaller than that of the proxy's port.
 constexpr std::int32_t kLowestPort = 1;
 constexpr std::int32_t kHighestPort = 20000;
 
-constexpr int kPictureTile = 6;  // the button's own picture in the strip of an icon set
+constexpr int kPictureTile = 6;  // index of the button's picture in the icon strip
 constexpr int kPictureTwips = 720;
 constexpr std::array<Drawing, 3> kStrip = {
     {{MARL_PICTURE_SET1_48, 96}, {MARL_PICTURE_SET1_72, 144}, {MARL_PICTURE_SET1_96, 192}}};

@@ -10,7 +10,7 @@
 
 namespace marl {
 
-/// Asks for the project tracking server. The caller loads the form, writes `Server`, shows it, and
+/// Asks for the project tracking server. The caller loads the form, sets `Server`, shows it, and
 /// reads `Server` unless it was cancelled.
 class frmChangeServer : public Form {
  public:
@@ -20,15 +20,15 @@ class frmChangeServer : public Form {
     Pictures& pictures;
     const StringTable& strings;
   };
-  /// Bare names in `list` become tags when the form loads, whatever its user then does.
+  /// Bare names in `list` become tags when the form loads, even if the user cancels.
   frmChangeServer(const Ports& ports, clsMRU& list);
 
-  /// False once the form was left with OK.
+  /// False if the form was closed with OK.
   bool Cancelled = true;
 
   /// Fills the fields from a tag.
   void Server(TextView tag);
-  /// The tag that the fields make, with the name as it was typed: nothing in it is escaped.
+  /// The tag from the fields, with the name as typed: nothing is escaped.
   Text Server() const;
 
   Image Image1{*this, "Image1"};

@@ -9,8 +9,8 @@ namespace marl {
 
 namespace {
 
-constexpr int kIncomplete = 5018;  // string of the message
-// One more than the highest port: the range that the dialog has always taken.
+constexpr int kIncomplete = 5018;  // string id of the message
+// One more than the highest valid port: earlier versions stored it, so it must stay accepted.
 constexpr std::int32_t kHighestPort = 65536;
 
 Text Trim(TextView text) {
@@ -90,7 +90,7 @@ void frmLanSettings::OkClicked() {
   if (optDefault.Value()) {
     registry_.DeleteKey();
   } else {
-    // With the proxy off the fields are kept too, for the next opening.
+    // With the proxy off, the fields are stored too, for the next time.
     Write(u"UseProxy", kRegDword, std::int32_t{chkUseProxy.Value() != 0 ? 1 : 0});
     Write(u"Port", kRegDword, std::int32_t{0});
     if (IsNumeric(txtProxyPort.Text())) {
@@ -101,7 +101,7 @@ void frmLanSettings::OkClicked() {
   Unload();
 }
 
-// Other programs write here too: what they leave is converted as in the options.
+// Other programs write here too, so values are converted by the runtime's rules, as in the options.
 std::int32_t frmLanSettings::ReadNumber(TextView name) {
   return RegistryNumber(Read(name, kRegDword, std::int32_t{0}), UserNumberFormat(ports_.locale));
 }

@@ -9,8 +9,8 @@
 
 namespace marl {
 
-/// Proxy settings of the suite, which override those of the system. They live in one key of the
-/// registry; that the key exists is the override itself. Nothing is written before `cmdOK`.
+/// Proxy settings of the suite, which override those of the system. They are one registry key, and
+/// the existence of the key is the override. Nothing is written before `cmdOK`.
 class frmLanSettings : public Form {
  public:
   using Ports = SettingsDialogPorts;

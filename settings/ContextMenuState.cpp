@@ -10,7 +10,7 @@ bool ContextMenuEnabled(RegistryStore& store, TextView label) {
   registry.SectionKey = u".rtf";
   registry.ValueKey = u"";
   registry.valueType = kRegSz;
-  // Without a class of its own, the extension stands for itself.
+  // Without a class, the entry is under the extension itself.
   registry.Default = Text(u".rtf");
   const Text ofClass = RegistryText(registry.Value());
   registry.SectionKey = ofClass + u"\\shell\\" + Text(label) + u"\\command";

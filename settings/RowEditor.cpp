@@ -27,8 +27,8 @@ void RowEditor::FieldChanged() {
 }
 
 void RowEditor::AddRow() {
-  // Selecting a row is a click on it: the field takes the focus, ready for the text. The other rows
-  // keep their selection.
+  // Selecting the row raises its click, which puts the focus into the field. Other rows stay
+  // selected.
   list_.SetSelected(list_.AddItem(newRow_), true);
 }
 

@@ -4,10 +4,10 @@
 
 namespace marl {
 
-/// Makes a list of texts editable: the field shows the current row, and what is typed there goes
-/// into the row at each keystroke. `add` appends a row that holds `newRow`, makes it current and
-/// selects it too, `remove` takes all selected rows out. Wires the handlers of all four; they live
-/// as long as this.
+/// Makes a list of texts editable: the field shows the current row, and each keystroke there
+/// changes the row. `add` appends a row with the text `newRow`, makes it current and selects it;
+/// `remove` removes all selected rows. Sets the handlers of all four controls, which must not
+/// outlive this object.
 class RowEditor {
  public:
   RowEditor(ListBox& list, TextBox& field, CommandButton& add, CommandButton& remove,

@@ -7,7 +7,7 @@
 
 namespace marl {
 
-/// What a dialog needs that shows values of the registry and stores them.
+/// The ports of a dialog that edits registry values.
 struct SettingsDialogPorts {
   Desktop& desktop;
   RegistryStore& registry;

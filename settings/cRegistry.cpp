@@ -7,10 +7,10 @@
 namespace marl {
 namespace {
 
-/// The class's own buffer for names of sub-keys.
+/// Buffer size for names of sub-keys.
 constexpr std::size_t kSectionBuffer = 255;
 
-/// A percent sign and a second one at least two places after the first.
+/// True if there is a percent sign and another one at least two characters later.
 bool HoldsPercentName(TextView text) {
   const std::size_t first = text.find(u'%');
   return first != TextView::npos && text.find(u'%', first + 2) != TextView::npos;
@@ -43,7 +43,7 @@ bool cRegistry::DeleteValue() {
 }
 
 RegistryValue cRegistry::Value() {
-  // A key that does not open leaves no handle, and the query fails by itself.
+  // If the key does not open, there is no handle and the query fails.
   OpenKeyHandle key;
   store_.OpenKey(Root(), Section(), kKeyQueryValue, key);
   const NarrowText name = store_.ToNarrow(ValueKey);
@@ -54,7 +54,7 @@ RegistryValue cRegistry::Value() {
   valueType = static_cast<std::int32_t>(kind);
 
   if (IsTextKind(kind)) {
-    // Text of no bytes has not even a terminator to leave out.
+    // Text of size 0 has no terminator to drop.
     if (size == 0) return Default;
     const Text text = ReadText(key.get(), size);
     return kind == kRegExpandSz ? ExpandEnvironment(text) : text;
@@ -65,7 +65,8 @@ RegistryValue cRegistry::Value() {
     const std::int32_t number = DwordValue({bytes.data(), bytes.size()});
     return valueType == kRegDword ? number : SwapBytes(number);
   }
-  // The array's upper bound is the size: sister programs count on the zero behind the data.
+  // The array's upper bound is the size, so it is one byte longer: sister programs rely on the zero
+  // after the data.
   Bytes bytes(static_cast<std::size_t>(size) + 1);
   const std::span<char> buffer(reinterpret_cast<char*>(bytes.data()), size);
   if (size != 0) store_.QueryValue(key.get(), name, kind, buffer, size);
@@ -111,8 +112,8 @@ Status cRegistry::Write(const RegistryValue& value) {
     }
     case kRegBinary:
       if (const auto* bytes = std::get_if<Bytes>(&value)) {
-        // Two bytes fewer than there are: what this class reads has one too many already, and
-        // the programs that share these values know the count as it is.
+        // Two bytes fewer than there are: arrays that this class reads have one byte too many, and
+        // the programs that share these values expect this count.
         status = bytes->size() < 2
                      ? kInvalidParameter
                      : WriteAs(key.get(), kRegBinary, NarrowText(bytes->begin(), bytes->end() - 2));

@@ -8,9 +8,10 @@
 
 namespace marl {
 
-/// A cursor over the registry: set root, key, value name and kind, then read or assign `Value`.
-/// Reading never fails but yields `Default`; assigning makes the key on the way. No failure is
-/// raised, and no key stays open between calls.
+/// A cursor over the registry, for several values of one key: set root, key, value name and kind,
+/// then read or assign `Value`. Reading never fails but returns `Default`; assigning creates the
+/// key. Nothing throws, and no key stays open between calls. `clsRegistry` is the class for lists
+/// and single values.
 class cRegistry {
  public:
   explicit cRegistry(RegistryStore& store) : store_(store) {}
@@ -24,49 +25,49 @@ class cRegistry {
 
   /// True when the key opens for reading values.
   bool KeyExists();
-  /// Makes the key, and all that is missing of its path. True also when it was there.
+  /// Creates the key and all missing keys on its path. True also if it already existed.
   bool CreateKey();
-  /// Deletes the key; one with sub-keys stays.
+  /// Deletes the key, unless it has sub-keys.
   bool DeleteKey();
-  /// Deletes the value; false also when the key does not open.
+  /// Deletes the value; false also if the key does not open.
   bool DeleteValue();
 
-  /// Reads the value (RegQueryValueExA). `valueType` takes the kind found and so governs the next
-  /// assignment. A multi-string keeps its inner NULs; REG_EXPAND_SZ comes expanded; binary data
-  /// and all other kinds come with one byte of zero behind them.
+  /// Reads the value (RegQueryValueExA). `valueType` is set to the kind found, which the next
+  /// assignment then uses. A multi-string keeps its inner NULs; REG_EXPAND_SZ is expanded; binary
+  /// data and all other kinds get one zero byte appended.
   RegistryValue Value();
-  /// As the assignment. True when the value was written.
+  /// Like the assignment. True if the value was written.
   bool SetValue(const RegistryValue& value);
-  /// Writes the value by `valueType` (RegSetValueExA), which has to fit the value. Text that holds
-  /// a name between percent signs becomes REG_EXPAND_SZ.
+  /// Writes the value as `valueType` (RegSetValueExA), which has to match the value. Text that
+  /// contains a name between percent signs becomes REG_EXPAND_SZ.
   void Value(const RegistryValue& value);
 
-  /// Names of the key's values, from index 1; element 0 is unused. True in any case.
+  /// Names of the key's values, from index 1; element 0 is unused. Always true.
   bool EnumerateValues(std::vector<Text>& names, std::int32_t& count);
-  /// Names of the sub-keys, from index 1; element 0 is unused. Ends at a name of 255 characters.
-  /// True in any case.
+  /// Names of the sub-keys, from index 1; element 0 is unused. Stops at a name of 255 characters.
+  /// Always true.
   bool EnumerateSections(std::vector<Text>& names, std::int32_t& count);
 
-  /// Gives an executable a file type of its own, below HKEY_CLASSES_ROOT and Software\Classes of
-  /// HKEY_LOCAL_MACHINE: extension (without its dot), class, menu entries with the switches /p,
-  /// /a and /n, icon. Empty menu texts take the usual ones; an icon index of -1 means no icon.
-  /// What cannot be written under one root is still tried under the other.
+  /// Registers a file type for an executable, below HKEY_CLASSES_ROOT and Software\Classes of
+  /// HKEY_LOCAL_MACHINE: extension (without its dot), class, menu entries with the switches /p, /a
+  /// and /n, icon. Empty menu texts get the usual ones; an icon index of -1 means no icon. If
+  /// writing below one root fails, the other is still tried.
   void CreateEXEAssociation(TextView exePath, TextView className, TextView classDescription,
                             TextView extension, TextView openMenuText, bool supportPrint,
                             TextView printMenuText, bool supportNew, TextView newMenuText,
                             bool supportInstall, TextView installMenuText,
                             std::int32_t defaultIconIndex);
-  /// Gives a class that is there further menu entries: triples of verb key, menu text and command
-  /// line. Writes nothing when the items are no triples or the class is missing below `ClassKey`.
+  /// Adds menu entries to an existing class: triples of verb key, menu text and command line.
+  /// Writes nothing if the items are not triples or the class does not exist below `ClassKey`.
   void CreateAdditionalEXEAssociations(TextView className, const std::vector<RegistryValue>& items);
 
-  /// Kind to write, and after a read the kind found.
+  /// Kind to write; after a read, the kind found.
   std::int32_t valueType = 0;
-  /// What a failed read yields.
+  /// Result of a failed read.
   RegistryValue Default;
 
  private:
-  /// Assigns the text below both roots of the associations; `ClassKey` stays the second one.
+  /// Assigns the text below both roots; afterwards `ClassKey` is the second one.
   void SetDualClassValue(TextView text);
   /// The same for the default value of a key.
   void SetDualClassValue(TextView section, TextView text);

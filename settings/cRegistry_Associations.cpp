@@ -11,7 +11,7 @@ Text Trimmed(TextView text) {
   return Text(text.substr(first, text.find_last_not_of(u' ') - first + 1));
 }
 
-/// Between double quotes; those that are there already stay.
+/// Adds double quotes, unless they are already there.
 Text Quoted(Text path) {
   if (!path.starts_with(u'"')) path.insert(path.begin(), u'"');
   if (!path.ends_with(u'"')) path += u'"';

@@ -30,7 +30,7 @@ void clsMRU::AddMRU(TextView text) {
                             [&](const Text& entry) { return locale_.SameText(entry, text); });
   if (place == entries_.end()) {
     if (Count() < MaxLength) entries_.emplace_back();
-    // A list of length 0 has no place for it.
+    // A list of length 0 cannot take it.
     if (entries_.empty()) return;
     place = entries_.end() - 1;
   }

@@ -9,8 +9,8 @@
 namespace marl {
 
 /// A list of texts, the most recently used first, kept as values `MRU1`, `MRU2`, ... of one key.
-/// Assign `hkey`, `KeyRoot` and `Subkey`, then load. No failure is reported: a registry that
-/// refuses gives a shorter list, or keeps the one it had.
+/// Set `hkey`, `KeyRoot` and `Subkey`, then load. Failures are not reported: the list is shorter,
+/// or the stored one stays.
 class clsMRU {
  public:
   /// `locale` compares the entries.
@@ -21,22 +21,22 @@ class clsMRU {
   void KeyRoot(TextView path) { registry_.KeyRoot = path; }
   void Subkey(TextView path) { registry_.Subkey = path; }
 
-  /// How many entries AddMRU lets the list grow to, and how many values are loaded and saved.
-  /// Assigning neither trims nor fills the list.
+  /// Maximum length for AddMRU, and number of values that are loaded and saved. Setting it does not
+  /// change the list.
   std::int32_t MaxLength = 8;
 
-  /// Appends the stored entries to the list, passing over empty and missing ones. The list is
-  /// not cleared first.
+  /// Appends the stored entries to the list, without empty and missing ones. Does not clear the
+  /// list first.
   void LoadList();
-  /// Makes the key and writes all `MaxLength` values, the unused ones as empty texts.
+  /// Creates the key and writes all `MaxLength` values, the unused ones as empty texts.
   void SaveList();
-  /// Puts the text first. An entry that is the same text in the system's collation, but for case,
-  /// moves there and takes the new spelling; otherwise, in a full list, the last one goes. Saves
-  /// nothing.
+  /// Puts the text first. An equal entry (by the user's collation, ignoring case) moves there and
+  /// takes the new spelling; otherwise, if the list is full, the last entry is dropped. Does not
+  /// save.
   void AddMRU(TextView text);
 
   std::int32_t Count() const { return static_cast<std::int32_t>(entries_.size()); }
-  /// Entry from 1, the newest, to `Count`; nothing outside.
+  /// Entry 1 (the newest) to `Count`; empty outside this range.
   Text Item(std::int32_t index) const;
   /// Replaces the entry. Ignored outside the list.
   void Item(std::int32_t index, TextView text);

@@ -82,7 +82,7 @@ std::vector<clsRegistry::NamedData> clsRegistry::EnumRegistryValues(std::uint32_
       data.resize(size);
       status = store_.EnumValue(key, index, name, length, kind, data, size);
     }
-    // What is left then is a name that the buffer does not take.
+    // The remaining case is a name that does not fit the buffer.
     if (status == kMoreData) continue;
     if (status != kOk) return values;
     values.push_back(
@@ -142,7 +142,7 @@ RegistryValue clsRegistry::Get(KeyHandle root, TextView name, const RegistryValu
       return store_.FromNarrow(Without(data, 1));
     case kRegExpandSz:
       if (data.empty()) return fallback;
-      // The room is that of the stored text with its terminator, and no second try is made.
+      // The buffer is as long as the stored text with its terminator; there is no second try.
       return ExpandWithin(NarrowText(Without(data, 1)), data.size());
     case kRegBinary: return Bytes(data.begin(), data.end());
     case kRegDword: return DwordValue(data);
@@ -206,8 +206,8 @@ RegistryValue clsRegistry::WriteRemoteRegistryValue(TextView machine, std::uint3
 }
 
 Text clsRegistry::ExpandWithin(const NarrowText& text, std::size_t room) {
-  // Room counts the terminator; the result is all the characters before it, or as many as the
-  // call reports.
+  // `room` includes the terminator; the result has all characters before it, or as many as the call
+  // reports.
   NarrowText buffer(room, '\0');
   const std::uint32_t reported = store_.ExpandEnvironment(text, buffer);
   if (!buffer.empty()) buffer.pop_back();

@@ -9,9 +9,10 @@
 
 namespace marl {
 
-/// Values of one registry key by name: set `hkey`, `KeyRoot` and `Subkey` once, then name values.
-/// The key is always `KeyRoot`, a backslash and `Subkey`. Writing does not make the key. No
-/// failure is raised, and no key stays open between calls.
+/// Values of one registry key by name, for lists and single values: set `hkey`, `KeyRoot` and
+/// `Subkey` once, then pass value names. The key is always `KeyRoot`, a backslash and `Subkey`.
+/// Writing does not create the key. Nothing throws, and no key stays open between calls.
+/// `cRegistry` is the class for several settings of one key.
 class clsRegistry {
  public:
   explicit clsRegistry(RegistryStore& store) : store_(store) {}
@@ -29,34 +30,34 @@ class clsRegistry {
   Text Subkey;
 
   bool KeyExists();
-  /// Makes the key `KeyRoot`\`name`, or `KeyRoot`\`Subkey`. Gives "0", or nothing on failure.
+  /// Creates the key `KeyRoot`\`name`, or `KeyRoot`\`Subkey`. Returns "0", or nothing on failure.
   Text CreateKey(std::optional<TextView> name = std::nullopt);
-  /// Deletes `KeyRoot`\`name`; gives the platform's status.
+  /// Deletes `KeyRoot`\`name`; returns the platform's status.
   Status DeleteKey(TextView name);
-  /// Gives the status of opening the key or of the deletion.
+  /// Returns the status of opening the key or of the deletion.
   Status DeleteValue(TextView name);
-  /// Names of the keys below `path`, or below the root itself when it is empty.
+  /// Names of the keys below `path`, or below the root itself if it is empty.
   std::vector<Text> EnumRegistryKeys(std::uint32_t root, TextView path);
-  /// Names and data of the key's values. Binary data comes as pairs of hexadecimal digits, a
-  /// multi-string with commas, REG_EXPAND_SZ expanded, REG_DWORD in decimal, other kinds as
-  /// nothing.
+  /// Names and data of the key's values. Binary data becomes pairs of hexadecimal digits, a
+  /// multi-string is joined with commas, REG_EXPAND_SZ is expanded, REG_DWORD is decimal, other
+  /// kinds are empty.
   std::vector<NamedData> EnumRegistryValues(std::uint32_t root, TextView path);
 
-  /// The value, or `fallback` when key or value are missing, the text has no bytes, the
-  /// multi-string is empty or the kind is another. REG_EXPAND_SZ is expanded within the room of
-  /// the stored text, and its length counts the expansion's terminator where that fits.
+  /// The value, or `fallback` if key or value are missing, the text has no bytes, the multi-string
+  /// is empty or the kind is another. REG_EXPAND_SZ is expanded into a buffer of the stored text's
+  /// size; the length includes the expansion's terminator if it fits.
   RegistryValue GetRegistryValue(TextView name, const RegistryValue& fallback = {});
-  /// Writes the value as `kind`; text without its terminator counted. False when the key does not
-  /// open, the store refuses or the value does not fit. Kinds 5, 6 and unknown ones write nothing
-  /// and are a success.
+  /// Writes the value as `kind`; the size of text does not include its terminator. False if the key
+  /// does not open, the store refuses or the value does not match. Kinds 5, 6 and unknown ones
+  /// write nothing and succeed.
   bool SetRegistryValue(TextView name, const RegistryValue& value, std::int32_t kind);
-  /// The same on another machine (RegConnectRegistryA). "Error!" when it is not reached.
+  /// The same on another machine (RegConnectRegistryA). "Error!" if it cannot be reached.
   RegistryValue ReadRemoteRegistryValue(TextView machine, std::uint32_t root, TextView name,
                                         const RegistryValue& fallback = {});
-  /// -1 when written, 0 when not, as 16-bit integers; "Error!" when the machine is not reached.
+  /// -1 if written, 0 if not, as 16-bit integers; "Error!" if the machine cannot be reached.
   RegistryValue WriteRemoteRegistryValue(TextView machine, std::uint32_t root, TextView name,
                                          const RegistryValue& value, std::int32_t kind);
-  /// All before the first NUL.
+  /// The text before the first NUL.
   static Text TrimNull(TextView text);
 
  private:

@@ -11,7 +11,7 @@ namespace marl {
 namespace {
 
 constexpr TextView kExpressionsKey = u"Software\\Oru\\Marl\\HiddenSegments";
-constexpr TextView kExpression = u"RegEx";  // and the number of the row
+constexpr TextView kExpression = u"RegEx";  // followed by the number of the row
 
 constexpr int kTitle = 4000;
 constexpr int kOkString = 20000;
@@ -82,7 +82,7 @@ frmOptions::frmOptions(const Ports& ports, Dialogs dialogs, const Form& mainForm
   cmdCancel.SetBounds({6345, 4260, 1125, 345});
   cmdCancel.Cancel = true;
 
-  // From the top of each panel to its foot.
+  // Tab order: from the top of each panel to its bottom.
   int place = 0;
   for (Control* const control : std::initializer_list<Control*>{
            &tabOptions,     &picTab[0],      &chkOptions[0], &chkOptions[1],   &chkOptions[4],
@@ -109,7 +109,7 @@ void frmOptions::OnLoad() {
   Accepted = false;
   ApplyLocaleFont(*this, ports_.locale);
   SetCaptions();
-  // Halves of a twip go to the even one.
+  // Half a twip is rounded to even.
   Move(CLng(mainForm_.Left() + (mainForm_.Width() - Width()) / 2.0),
        CLng(mainForm_.Top() + (mainForm_.Height() - Height()) / 2.0));
   LoadExpressions();
@@ -150,7 +150,7 @@ void frmOptions::LoadExpressions() {
   for (int n = 1;; ++n) {
     registry.ValueKey = ExpressionName(n);
     const Text expression = RegistryText(registry.Value());
-    // A gap and an empty expression end the list alike.
+    // Both a gap and an empty expression end the list.
     if (expression.empty()) return;
     lstRegEx.AddItem(expression);
   }

@@ -12,26 +12,26 @@
 namespace marl {
 
 /// The options of switchboard and suite. The caller loads the form, sets the nine boxes, shows it,
-/// and applies the boxes when it was accepted. The list of expressions that hide segments is the
-/// form's own: it is read at loading and stored by `cmdOK`.
+/// and applies the boxes if it was accepted. The form itself reads the expressions that hide
+/// segments when it loads, and stores them at `cmdOK`.
 class frmOptions : public Form {
  public:
   using Ports = SettingsDialogPorts;
-  /// The dialogs behind the buttons. Each is shown modally above `owner` and acts at once,
-  /// whichever way the options are left.
+  /// The dialogs behind the buttons. Each is shown modally above `owner` and takes effect at once,
+  /// even if the options are cancelled.
   struct Dialogs {
     std::function<void(Form& owner)> displaySettings;
     std::function<void(Form& owner)> lanSettings;
     std::function<void(Form& owner)> segmentationRules;
   };
-  /// The form comes up over the middle of `mainForm`.
+  /// The form is centred over `mainForm`.
   frmOptions(const Ports& ports, Dialogs dialogs, const Form& mainForm);
 
-  /// True once the form was left with OK.
+  /// True if the form was closed with OK.
   bool Accepted = false;
 
   TabStrip tabOptions{*this, "tabOptions"};
-  /// One panel a tab.
+  /// One panel per tab.
   std::array<PictureBox, 4> picTab{{PictureBox{*this, "picTab", 0}, PictureBox{*this, "picTab", 1},
                                     PictureBox{*this, "picTab", 2},
                                     PictureBox{*this, "picTab", 3}}};

@@ -8,7 +8,7 @@ namespace marl {
 
 namespace {
 
-constexpr int kNewRow = 30024;  // string of a row that nobody has written yet
+constexpr int kNewRow = 30024;  // string id of the text in a new row
 
 void Fill(ListBox& list, const std::vector<Text>& rules) {
   const ItemList::Batch batch(list);
@@ -16,7 +16,7 @@ void Fill(ListBox& list, const std::vector<Text>& rules) {
   for (const Text& rule : rules) list.AddItem(rule);
 }
 
-/// The rows, without those that still hold the text of a new one.
+/// The rows, without those that still have the text of a new row.
 std::vector<Text> Rows(const ListBox& list, TextView newRow) {
   std::vector<Text> rows;
   for (int row = 0; row < list.ListCount(); ++row) {
@@ -25,7 +25,7 @@ std::vector<Text> Rows(const ListBox& list, TextView newRow) {
   return rows;
 }
 
-/// One list with its caption, its field and its buttons; `left` in twips, the texts as tags.
+/// One list with its caption, field and buttons; `left` in twips, the texts as string ids.
 void DesignColumn(int left, TextView caption, TextView addText, TextView removeText, Label& label,
                   ListBox& list, TextBox& field, CommandButton& add, CommandButton& remove) {
   label.SetBounds({left, 120, 3780, 225});

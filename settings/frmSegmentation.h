@@ -7,10 +7,10 @@
 
 namespace marl {
 
-/// Where text is parted into segments: strings behind which no segment ends although it looks like
-/// it, and strings behind which one always ends. Stands in where the suite's component for these
-/// rules is not installed. Both lists are kept below one key of the registry, as values
-/// `DontSplit1`, ... and `ForceSplit1`, ...; nothing is written before `cmdOK`.
+/// Edits where text is split into segments: strings after which no segment ends although it looks
+/// like it, and strings after which one always ends. Used if the suite's component for these rules
+/// is not installed. SegmentationRules.h says how the lists are stored; nothing is written before
+/// `cmdOK`.
 class frmSegmentation : public Form {
  public:
   using Ports = SettingsDialogPorts;
