@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::int64_t kLargestSize = 2048 * 10000;
 
-/// Parts one to three of the font spec; what follows is of no meaning. An empty spec has none.
+/// The first three parts of the font spec; further ones are ignored. An empty spec has none.
 std::vector<TextView> Parts(TextView spec) {
   std::vector<TextView> parts;
   if (spec.empty()) return parts;

@@ -9,12 +9,12 @@
 
 namespace marl {
 
-/// Sets the font from a font spec, the text "name|size|styles": the size is a decimal as the user
-/// writes it, in points; the styles are letters of "biu", in any order and case. Parts that the
-/// spec lacks leave the font as it is, an empty third part clears the styles. A part that cannot be
-/// used (no number, a size outside 0 to 2048 points) is skipped; nothing is reported.
+/// Sets the font from a font spec, the text "name|size|styles": the size is in points, a decimal in
+/// the user's format; the styles are letters of "biu", in any order and case. Missing parts leave
+/// the font as it is, an empty third part clears the styles. A part that is not valid (no number, a
+/// size outside 0 to 2048 points) is skipped; nothing is reported.
 void ApplyFontSpec(Font& font, TextView spec, const NumberFormat& format = {});
-/// The same on a control.
+/// The same for a control.
 void ApplyFontSpec(Control& control, TextView spec, const NumberFormat& format = {});
 
 /// Sets the size, in ten-thousandths of a point. Throws "Invalid property value" outside 0 to 2048

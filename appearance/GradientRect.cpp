@@ -14,7 +14,7 @@
 #include "platform/RuntimeError.h"
 #include "support/Numbers.h"
 
-// The same picture everywhere needs arithmetic that rounds each step to its own type.
+// The picture is the same on every platform only if each step rounds to its own type.
 static_assert(FLT_EVAL_METHOD == 0, "compile with -msse2 -mfpmath=sse");
 
 namespace marl {
@@ -24,13 +24,13 @@ constexpr std::uint64_t kRadianBits = 0x3F91DF46A2529D34;  // 0.0174532925199432
 constexpr int kLastSystemColor = 24;
 constexpr std::int64_t kMostEntries = std::int64_t{1} << 27;
 
-/// An angle in degrees, brought into one turn.
+/// An angle in degrees, reduced to one turn.
 float WithinTurn(double degrees) {
   return static_cast<float>(degrees - Int(Int(degrees / 360.0) * 360.0));
 }
 
 /// Rounds half to even, inline: the ramp rounds three numbers for each line. Adding 1.5 * 2^52
-/// leaves a double no room for a fraction, so the sum's low half is the rounded value.
+/// leaves no bits for a fraction, so the low half of the sum is the rounded value.
 std::uint32_t RoundSmall(double value) {
   return static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value + 6755399441055744.0));
 }
@@ -70,15 +70,15 @@ void WalkLine(Point from, Point to, Pixel&& pixel) {
   }
 }
 
-/// Where the first line lies in one row or column across the sweep.
+/// Extent of the first line in one row or column across the sweep.
 struct Span {
   int low = std::numeric_limits<int>::max();
   int high = std::numeric_limits<int>::min();
   bool empty() const { return low > high; }
 };
 
-/// The lines of a sweep seen along one of its rows (columns): line k covers `low + k * step` to
-/// `high + k * step`, and where lines overlap the later one stands.
+/// The lines of a sweep along one row (column): line k covers `low + k * step` to `high + k *
+/// step`; where lines overlap, the later one is seen.
 class Track {
  public:
   Track(const Span& span, int step, int lines) : span_(span), step_(step), lines_(lines) {}
@@ -93,9 +93,9 @@ class Track {
     const std::int64_t at = std::int64_t{place} - std::int64_t{step_} * (lines_ - 1);
     return at >= span_.low && at <= span_.high ? lines_ - 1 : -1;
   }
-  /// Where the first line is seen last: `LineAt(place)` is `(place - edge) * step`.
+  /// Last position at which the first line is seen: `LineAt(place)` is `(place - edge) * step`.
   int edge() const { return step_ > 0 ? span_.low : span_.high; }
-  /// True when no place from 0 up to `size` needs a look at the ends of the sweep.
+  /// True if no position from 0 to `size` is outside the sweep.
   bool Covers(int size) const {
     const auto inside = [this](std::int64_t place) {
       const std::int64_t line = (place - edge()) * step_;
@@ -114,12 +114,12 @@ class Track {
 void PaintRows(const std::vector<Span>& spans, int step, const std::vector<std::uint32_t>& ramp,
                Picture& picture) {
   const int lines = static_cast<int>(ramp.size());
-  // A sweep to the left shows the ramp from its end.
+  // A sweep to the left reverses the ramp.
   const auto firstOf = [&](const Track& row) {
     return step > 0 ? -row.edge() : lines - 1 - row.edge();
   };
-  // Copies are fastest between places of one alignment. The first row gets that; where the lines
-  // stand upright, so do all others.
+  // Copies are fastest between equally aligned addresses. The first row is aligned; if the lines
+  // are vertical, all others are too.
   constexpr std::uintptr_t kAlignment = 8;
   std::uint32_t* out = picture.pixels.data();
   std::vector<std::uint32_t> room(ramp.size() + kAlignment);
@@ -150,7 +150,7 @@ void PaintRows(const std::vector<Span>& spans, int step, const std::vector<std::
   }
 }
 
-/// Neighbouring columns in step show one colour in every row: fills them as one. `lines` are the
+/// Neighbouring columns that show the same line in every row are filled together. `lines` are the
 /// lines that the columns show in row 0.
 void FillRuns(const std::vector<std::int32_t>& lines, int step,
               const std::vector<std::uint32_t>& ramp, Picture& picture) {
@@ -171,22 +171,22 @@ void FillRuns(const std::vector<std::int32_t>& lines, int step,
   }
 }
 
-/// Where four neighbouring columns take their pixels: at `first` in row 0, `stride` further on for
-/// each line.
+/// Source of the pixels of four neighbouring columns: `first` in row 0, `stride` further for each
+/// line.
 struct QuadSource {
   const std::uint32_t* first;
   std::ptrdiff_t stride;
 };
 
-/// Four neighbouring columns differ by the same number of lines in every row, and few such
-/// differences occur in a picture: a digital line knows but four. For each there is a ramp of four
-/// pixels at once; along a diagonal that is the ramp itself, or its mirror image.
+/// Four neighbouring columns differ by the same number of lines in every row, and a digital line
+/// has at most four such differences. For each there is a ramp of four pixels at once; along a
+/// diagonal it is the ramp itself or its mirror image.
 class QuadRamps {
  public:
   explicit QuadRamps(const std::vector<std::uint32_t>& ramp)
       : ramp_(ramp), mirrored_(ramp.rbegin(), ramp.rend()) {}
 
-  /// For columns that show these four lines in row 0.
+  /// The source for columns that show these four lines in row 0.
   QuadSource For(const std::int32_t* lines) {
     const Differences differences = {lines[1] - lines[0], lines[2] - lines[0], lines[3] - lines[0]};
     if (differences == Differences{1, 2, 3}) return {ramp_.data() + lines[0], 1};
@@ -209,7 +209,7 @@ class QuadRamps {
 
   const Made& Make(const Differences& differences) {
     const auto count = static_cast<std::int32_t>(ramp_.size());
-    // Entries whose columns leave the ramp are in no picture.
+    // Entries whose columns are outside the ramp are never shown.
     const auto color = [&](std::int32_t line) {
       return line >= 0 && line < count ? ramp_[static_cast<std::size_t>(line)] : 0;
     };
@@ -248,7 +248,7 @@ void CopyQuads(const std::vector<std::int32_t>& lines, int step,
   }
 }
 
-/// Columns are shifted copies of the ramp; painted row by row, as memory lies.
+/// Columns are shifted copies of the ramp; painted row by row, in memory order.
 void PaintColumns(const std::vector<Span>& spans, int step, const std::vector<std::uint32_t>& ramp,
                   Picture& picture) {
   const int width = picture.width;
@@ -274,7 +274,7 @@ void PaintColumns(const std::vector<Span>& spans, int step, const std::vector<st
     return;
   }
 
-  constexpr int kLongRun = 32;  // from here on filling runs of one colour is the faster way
+  constexpr int kLongRun = 32;  // from this length on, filling runs of one colour is faster
   if (width / runs >= kLongRun) {
     FillRuns(lines, step, ramp, picture);
   } else {
@@ -388,7 +388,7 @@ std::int32_t clsGradient::BlendColors(Color Color1, Color Color2, std::int32_t S
   double slope[3];
   for (int place = 0; place < 3; ++place) {
     start[place] = channel(Color1, place);
-    // By the number of steps and not of the gaps between them: the ramp falls one step short.
+    // Divided by the number of steps, not of the gaps between them: the ramp ends one step short.
     slope[place] =
         static_cast<float>(SafeDivide(channel(Color2, place) - channel(Color1, place), Steps));
   }
@@ -414,7 +414,7 @@ void clsGradient::SetAngle(float angle) {
 std::int32_t clsGradient::DrawGradient(GradientTarget& target, std::int32_t width,
                                        std::int32_t height) {
   bool failed = false;
-  // A failing statement is shown, and the next one runs.
+  // A failure is shown, and the next statement runs.
   const auto attempt = [&](auto&& statement) {
     try {
       statement();
@@ -486,14 +486,14 @@ GradientSweep clsGradient::Compute(std::int32_t width, std::int32_t height,
     y0 = -double{std::max(a.Y, b.Y)};
     sweep.stepY = 1;
   }
-  // An end that leaves 32 bits stays 0.
+  // An end outside 32 bits stays 0.
   attempt([&] { sweep.from.x = CLng(x0 + a.X); });
   attempt([&] { sweep.from.y = CLng(y0 + a.Y); });
   attempt([&] { sweep.to.x = CLng(x0 + b.X); });
   attempt([&] { sweep.to.y = CLng(y0 + b.Y); });
 
-  // One axis moves. The sweep ends as soon as the newest two entries have both left the area:
-  // entry n has gone `n / 2` steps from its start.
+  // One axis moves. The sweep ends when the last two entries are both outside the area: entry n is
+  // `n / 2` steps from its start.
   const auto distance = [&](const Point& start) -> std::int64_t {
     if (sweep.stepX > 0) return std::int64_t{width} - start.x;
     if (sweep.stepX < 0) return start.x;
@@ -504,14 +504,14 @@ GradientSweep clsGradient::Compute(std::int32_t width, std::int32_t height,
   };
   const std::int64_t even = firstOutside(distance(sweep.from), 0);
   const std::int64_t odd = firstOutside(distance(sweep.to), 1);
-  // Both are outside from the later one on; its neighbour stands next to it or has gone before.
+  // Both are outside once the later one is; its neighbour is next to it or further out.
   const std::int64_t last = std::max<std::int64_t>({even, odd, 2});
   attempt([&] {
     if (last >= kMostEntries) throw RuntimeError(7, u"Out of memory");
     sweep.entries = static_cast<int>(last) + 1;
   });
   attempt([&] { BlendColors(color1_, color2_, CLng(sweep.entries / 2.0), sweep.ramp); });
-  // Colours that a failure has left out are 0.
+  // Colours that a failure has skipped are 0.
   if (std::ssize(sweep.ramp) < sweep.lines()) {
     sweep.ramp.resize(static_cast<std::size_t>(sweep.lines()));
   }

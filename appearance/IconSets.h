@@ -7,15 +7,14 @@
 namespace marl {
 
 /// The four icon sets of the panel, 36 pictures each: numbers 1 to 18 are the dull pictures of the
-/// buttons, 19 to 36 the bright ones. A set is cut out of its strip when it is first asked for; one
-/// set is kept.
+/// buttons, 19 to 36 the bright ones. A set is cut out of its strip at first use; one set is kept.
 class IconSets {
  public:
   explicit IconSets(Pictures& pictures) : pictures_(pictures) {}
 
-  /// Picture `number`, 1 to 36, of the set 0 to 3, `size` pixels square. The nearest strip that is
-  /// large enough is scaled down where the sizes differ. Null when the program carries no such
-  /// strip; throws "Subscript out of range" outside the numbers.
+  /// Picture `number`, 1 to 36, of the set 0 to 3, `size` pixels square. If no strip has this size,
+  /// the next larger one is scaled down. Null if the program has no such strip; throws "Subscript
+  /// out of range" for other numbers.
   PicturePtr Image(int set, int number, int size);
 
  private:

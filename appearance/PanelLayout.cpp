@@ -87,8 +87,8 @@ std::array<BevelLine, 8> BevelLines(const Box& frame, const PixelTwips& pixel) {
     lines[i + 1] = {{left, top}, {right, top}, true};
     lines[i + 2] = {{right, top}, {right, bottom}, false};
     lines[i + 3] = {{right, bottom}, {left, bottom}, false};
-    // The inner square: the top moves by a pixel's width and the right side by its height. On a
-    // screen whose pixels are no squares the bevel is drawn so all the same.
+    // The inner square: the top moves by a pixel's width and the right side by its height. The
+    // bevel keeps this rule even where pixels are not square.
     left = CLng(left + pixel.x);
     top = CLng(top + pixel.x);
     right = CLng(right - pixel.y);

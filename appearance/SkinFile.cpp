@@ -46,9 +46,9 @@ bool LoadSkinFile(const FileSystem& files, TextView path, SkinTarget& target,
   for (;;) {
     const XMLTokenKind kind = document.GetToken(token);
     if (kind == xtEndOfDocument) return true;
-    // Parameters count wherever they stand: nothing asks for the root element.
+    // Parameters count anywhere in the file; the root element is not checked.
     if (kind != xtEmptyTag) continue;
-    // A tag with an attribute twice counts as far as it was read.
+    // Of a tag with a duplicate attribute, the attributes before it count.
     Skip([&] { tag.ParseTag(token); });
     if (tag.name() != u"parameter") continue;
     Skip([&] {

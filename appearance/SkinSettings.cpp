@@ -9,12 +9,12 @@ namespace marl {
 namespace {
 
 std::int32_t Any(std::int32_t stored) { return stored; }
-// What is no set is the second one, which is not the default.
+// A number that is no set means the second one, not the default.
 std::int32_t NormalIcons(std::int32_t stored) { return stored < 0 || stored > 3 ? 1 : stored; }
 std::int32_t NormalBorderWidth(std::int32_t stored) { return stored == 1 ? 1 : 2; }
 std::int32_t NormalTwoState(std::int32_t stored) { return stored == 0 ? 0 : kTwoStateOff; }
 
-/// What a value of any kind gives where a 32-bit integer is wanted.
+/// A value of any kind as a 32-bit integer.
 std::int32_t ToNumber(const RegistryValue& value, const NumberFormat& format) {
   std::int32_t number = 0;
   if (RegistryInteger(value, number)) return number;
@@ -96,7 +96,7 @@ void WriteSkin(RegistryStore& store, const SkinSettings& skin) {
 std::vector<DisplayPosition> SplitDisplayIcons(TextView displayIcons, std::size_t most,
                                                const NumberFormat& format) {
   std::vector<DisplayPosition> order;
-  // An empty text has no entry at all, not an empty one.
+  // An empty text has no entry, not one empty entry.
   bool more = !displayIcons.empty();
   while (more && order.size() < most) {
     const std::size_t bar = displayIcons.find(u'|');

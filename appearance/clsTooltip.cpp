@@ -61,7 +61,7 @@ WindowHandle clsTooltip::Create(WindowHandle parent, int left, int top, int righ
   if (initialTitle_.empty()) initialTitle_ = title_;
 
   tool_.lpszText = ReplaceAll(text, u"|", kLineBreak);
-  // A tip without a title shows one line.
+  // A tip without a title has a single line.
   if (title_.empty()) tool_.lpszText = ReplaceAll(tool_.lpszText, kLineBreak, u" ");
   if (initialText_.empty()) initialText_ = tool_.lpszText;
 
@@ -71,7 +71,7 @@ WindowHandle clsTooltip::Create(WindowHandle parent, int left, int top, int righ
   foreCol_ = resolve(ForeCol);
   backCol_ = resolve(BackCol);
   if (foreCol_ == backCol_) {
-    // Used as they stand: the platform takes the references too.
+    // References to system colours, which the platform accepts too.
     foreCol_ = kTipText;
     backCol_ = kTipBackground;
   }

@@ -8,7 +8,7 @@ namespace marl {
 /// rectangle of a window or a whole control.
 class clsTooltip {
  public:
-  /// `desktop` tells the values of system colours.
+  /// `desktop` provides the values of system colours.
   clsTooltip(TipWindows& tips, const Desktop& desktop);
   ~clsTooltip();
   clsTooltip(const clsTooltip&) = delete;
@@ -18,15 +18,15 @@ class clsTooltip {
   bool Centered() const { return (tool_.uFlags & kToolCenterTip) != 0; }
   /// Destroys the tip window.
   void Reset();
-  /// Makes the tip anew for a rectangle of `parent`, in pixels. `Style` is 0, 1 (also over
-  /// inactive windows), 64 (balloon) or 65; `Icon` is 0 to 3 (none, information, warning, error);
-  /// anything else is refused. "|" in the text starts a line, if there is a title. Colours may be
-  /// system colours; the times are in milliseconds, -1 for the platform's own. Returns the tip
-  /// window, 0 on refusal.
+  /// Recreates the tip for a rectangle of `parent`, in pixels. `Style` is 0, 1 (also over inactive
+  /// windows), 64 (balloon) or 65; `Icon` is 0 to 3 (none, information, warning, error); anything
+  /// else is refused. "|" in the text starts a line, if there is a title. Colours may be system
+  /// colours; the times are in milliseconds, -1 for the platform's own. Returns the tip window, 0
+  /// on refusal.
   WindowHandle Create(WindowHandle parent, int left, int top, int right, int bottom, TextView text,
                       int Style, bool Centered, int Icon, TextView title, Color ForeCol,
                       Color BackCol, int HoverTime, int PopupTime);
-  /// The same for the whole of a control that has a window; 0 for one without.
+  /// The same for a whole control that has a window; returns 0 for one without.
   WindowHandle CreateForControl(const Control& control, TextView text, int Style, bool Centered,
                                 int Icon, TextView title, Color ForeCol, Color BackCol,
                                 int HoverTime, int PopupTime);
@@ -35,11 +35,11 @@ class clsTooltip {
   Color ForeCol() const { return foreCol_; }
   int HoverTime() const { return hoverTime_; }
   int Icon() const { return icon_; }
-  /// The first text, and the first title, that were ever given.
+  /// The first text and the first title that were ever set.
   const marl::Text& InitialText() const { return initialText_; }
   const marl::Text& InitialTitle() const { return initialTitle_; }
   int PopupTime() const { return popupTime_; }
-  /// -1 when there is no tip.
+  /// -1 if there is no tip.
   int Style() const { return style_; }
 
  private:

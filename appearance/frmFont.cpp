@@ -12,7 +12,7 @@ namespace marl {
 namespace {
 
 constexpr std::array<TextView, 8> kSizes = {u"6", u"7", u"8", u"9", u"10", u"11", u"12", u"14"};
-// The styles are being set by the program.
+// In a `Tag` while the program itself sets the styles.
 constexpr TextView kGuard = u"*";
 
 }  // namespace
@@ -43,7 +43,7 @@ frmFont::frmFont(const Ports& ports, SampleForm& samples)
   lblSize.Alignment = Alignment::kRight;
   lblSize.Tag = u"3102";
   txtSize.SetBounds({4275, 1545, 600, 315});
-  // Only its arrow is seen: with the field it makes one drop-down field. The keyboard has the
+  // Only its arrow shows, so that list and field look like one combo box. The keyboard uses the
   // field.
   cmbSize.SetBounds({4875, 1545, 300, 315});
   cmbSize.Editable = true;
@@ -85,7 +85,7 @@ void frmFont::OnLoad() {
   FillFontList(cmbFont, ports_.fontList);
   cmbSize.Clear();
   for (const TextView size : kSizes) cmbSize.AddItem(size);
-  // As designed, when the form is loaded once more.
+  // Back to the design, if the form is loaded again.
   cmbSize.SetText(u"");
   txtSize.SetText(u"");
 }
@@ -107,7 +107,7 @@ void frmFont::SyncStyleControls() {
   chkStyle[1]->SetValue(lblSample.Font().Italic ? 1 : 0);
   chkStyle[2]->SetValue(lblSample.Font().Underline ? 1 : 0);
   chkStyle[0]->Tag.clear();
-  // Half up. The field's change makes the rounded size the sample's.
+  // Rounded half up. The field's `Change` then sets the sample's size.
   txtSize.SetText(NumberText((lblSample.Font().Size + 5000) / 10000));
   cmbSize.SetText(txtSize.Text());
 }
@@ -155,7 +155,7 @@ void frmFont::SetSampleFont(const marl::Font& font) {
   CentreSample();
 }
 
-// A label writes from its top. A line is a fifth higher than its font's size, in most faces.
+// Labels draw from the top. In most fonts a line is a fifth higher than the font's size.
 void frmFont::CentreSample() {
   const int line = static_cast<int>(
       std::min<std::int64_t>(lblSample.Font().Size * 20 * 6 / 5 / 10000, picGrad.Height()));

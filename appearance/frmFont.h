@@ -16,10 +16,10 @@
 
 namespace marl {
 
-/// The form whose sample labels `frmFont` edits, as far as `frmFont` needs it.
+/// What `frmFont` needs of the form whose sample labels it edits.
 class SampleForm {
  public:
-  /// `lblSample(index)`: 0 is the normal one, 1 the highlighted one.
+  /// `lblSample(index)`: 0 is the normal label, 1 the highlighted one.
   virtual Label& Sample(int index) = 0;
   /// Fill colour of `shpColor(index)`: 0 and 1 are the colours of the gradient.
   virtual Color GradientColor(int index) const = 0;
@@ -30,9 +30,9 @@ class SampleForm {
   ~SampleForm() = default;
 };
 
-/// Edits font and colour of one sample label, on a sample of its own in front of the real gradient.
-/// The caller sets `SampleIndex`, calls `SetInitialFont` and shows the form modally;
-/// `cmdDismiss(0)` carries the result over to the label.
+/// Edits font and colour of one sample label, with a sample of its own on the real gradient. The
+/// caller sets `SampleIndex`, calls `SetInitialFont` and shows the form modally; `cmdDismiss(0)`
+/// copies the result to the label.
 class frmFont : public Form {
  public:
   struct Ports {

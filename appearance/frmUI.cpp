@@ -23,15 +23,14 @@ constexpr std::array<int, 4> kIconSetNames = {3066, 3067, 3068, 3072};
 constexpr int kFewestColumns = 3;
 constexpr int kMostColumns = 6;
 constexpr int kLastAngle = 359;
-/// Rows that the list takes; the panel looks at the first eighteen.
+/// Maximum number of rows; the panel uses the first eighteen.
 constexpr std::size_t kMostRows = 1000;
-/// A picture is 48 pixels wide at 96 dots an inch.
+/// A picture is 48 pixels wide at 96 dpi.
 constexpr int kPictureTwips = 720;
-/// The button whose pictures stand for all in the sample.
+/// The button whose pictures the sample shows.
 constexpr int kSampleButton = 5;
 
-// Of the two that move a row, cmdMove(0) goes up; of the two that end the dialog, cmdDismiss(0)
-// is OK.
+// cmdMove(0) moves a row up, cmdMove(1) down; cmdDismiss(0) is OK, cmdDismiss(1) Cancel.
 constexpr int kUp = 0;
 constexpr int kAccept = 0;
 
@@ -45,9 +44,8 @@ frmUI::frmUI(Ports ports, Switchboard switchboard)
   Wire();
 }
 
-// Two columns: what colours the panel at the left, around the sample; what stands on it at the
-// right. Within the groups everything hangs on one grid: two halves with a gap of 240 between them,
-// each a swatch and its button.
+// Two columns: the colours and the sample on the left, the contents of the panel on the right.
+// Groups share one grid: two halves, 240 apart, each with a swatch and its button.
 void frmUI::Arrange() {
   Tag = u"3050";
   Design = {10920, 6750};
@@ -166,8 +164,8 @@ void frmUI::OnLoad() {
   for (int columns = kFewestColumns; columns <= kMostColumns; ++columns) {
     cmbIconsPerRow.AddItem(NumberText(columns));
   }
-  // A control may refuse what the registry holds: it then keeps what is on the screen, and failing
-  // that its default.
+  // A control may refuse the stored value: it then shows the panel's present value, or else its
+  // default.
   const SkinSettings stored = ReadSkinValues(ports_.registry, switchboard_.skin, numbers_);
   ShowSkin({});
   ShowSkin(switchboard_.skin);
@@ -188,7 +186,7 @@ void frmUI::Localise() {
 const frmUI::NumberControl frmUI::kNumberControls[] = {
     {&SkinSettings::Angle, [](const frmUI& form) { return form.hsbAngle.Value(); },
      [](frmUI& form, std::int32_t number) {
-       // A direction that the bar refuses is shown all the same.
+       // The text shows the direction even if the bar refuses it.
        Skip([&] { form.hsbAngle.SetValue(number); });
        form.lblAngleValue.SetCaption(NumberText(number));
      }},
@@ -215,7 +213,7 @@ const frmUI::NumberControl frmUI::kNumberControls[] = {
     {&SkinSettings::IconsPerRow,
      [](const frmUI& form) { return form.cmbIconsPerRow.ListIndex() + kFewestColumns; },
      [](frmUI& form, std::int32_t number) {
-       // The list itself would take the index -1 for "none".
+       // The list itself accepts the index -1 as "none".
        if (!IsColumns(number)) throw RuntimeError::InvalidPropertyValue();
        form.cmbIconsPerRow.SetListIndex(number - kFewestColumns);
      }},
@@ -265,7 +263,8 @@ void frmUI::SetText(Text SkinSettings::*field, TextView text) {
 }
 
 void frmUI::SetDisplayIcons(TextView text) {
-  // The panel ends the program over an order that it cannot use, so none gets into the list.
+  // The panel would end the program if it could not use the order, so such an order is refused
+  // here.
   std::vector<DisplayPosition> order = SplitDisplayIcons(text, kMostRows + 1, numbers_);
   if (order.size() > kMostRows) throw RuntimeError::Overflow();
   CompleteOrder(order);
@@ -339,8 +338,8 @@ void frmUI::SetDefaults() {
   RefreshSample();
 }
 
-// Always the row at `i` goes in front of the one at `i - 1`. The row to be selected is chosen
-// before the old one is removed: after a step down the highlight does not follow.
+// The row at `i` is inserted before the one at `i - 1`, and the new selection is set before the old
+// row is removed: after a step down no row is selected.
 void frmUI::MoveRow(int direction) {
   int i = lstIcons.ListIndex();
   if (i < 0) return;
@@ -363,7 +362,7 @@ frmUI::Row frmUI::SelectedRow() const {
   return {lstIcons.List(row), row, lstIcons.ItemData(row), lstIcons.Selected(row)};
 }
 
-// The list's own selection follows the mouse; the row that was taken hold of follows it.
+// The list's selection follows the mouse, and the dragged row follows the selection.
 void frmUI::Drag() {
   const int target = lstIcons.ListIndex();
   if (dragging_ && target != dragged_.position && target >= 0 && dragged_.position >= 0) {

@@ -26,9 +26,9 @@
 
 namespace marl {
 
-/// Display settings: the look of the switchboard, designed on a sample. The dialog opens on what
-/// the registry holds and works on its own controls alone; OK writes the registry. It stays loaded
-/// when it is left: the caller reads `Cancelled`, applies the skin, and unloads it.
+/// Display settings: edits the look of the switchboard on a sample. The dialog shows the stored
+/// values and changes nothing but its own controls; OK writes the registry. It stays loaded when it
+/// is closed: the caller reads `Cancelled`, applies the skin, and unloads it.
 class frmUI : public Form, private SkinTarget, private SampleForm {
  public:
   struct Ports {
@@ -44,15 +44,15 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
     /// Gives a window the program's icon.
     std::function<void(WindowHandle window)> setIcon;
   };
-  /// What the dialog takes from the main form.
+  /// What the dialog needs from the main form.
   struct Switchboard {
-    SkinSettings skin;  ///< the look on the screen: stands for what the registry lacks
+    SkinSettings skin;  ///< the panel's present look, used where the registry has no value
     std::array<Text, kButtonCount> captions;  ///< of the buttons, by their index
     Text applicationFolder;
   };
   frmUI(Ports ports, Switchboard switchboard);
 
-  /// True when the dialog was left with its Cancel button.
+  /// True if the dialog was closed with its Cancel button.
   bool Cancelled = false;
 
   Frame fraGradient{*this, "fraGradient"};
@@ -62,12 +62,12 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
 
   Frame fraText{*this, "fraText"};
   PictureBox picContainer{*this, "picContainer", 2, &fraText};
-  /// The buttons' normal and highlighted picture in the chosen set.
+  /// The sample's normal and highlighted picture in the chosen set.
   std::array<Image, 2> imgSample{
       {Image{*this, "imgSample", 0, &picContainer}, Image{*this, "imgSample", 1, &picContainer}}};
   std::array<Label, 2> lblSample{
       {Label{*this, "lblSample", 0, &picContainer}, Label{*this, "lblSample", 1, &picContainer}}};
-  /// The keyboard's way to what a click on a sample opens.
+  /// Opens from the keyboard what a click on a sample opens.
   std::array<CommandButton, 2> cmdSample{{CommandButton{*this, "cmdSample", 0, &fraText},
                                           CommandButton{*this, "cmdSample", 1, &fraText}}};
 
@@ -89,14 +89,14 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
   std::array<CommandButton, 2> cmdDismiss{
       {CommandButton{*this, "cmdDismiss", 0}, CommandButton{*this, "cmdDismiss", 1}}};
 
-  /// Swatches: 0 and 1 are the gradient's colours, 4 and 5 the bevel's. No others exist.
+  /// Swatches: 0 and 1 are the gradient's colours, 4 and 5 the bevel's. There are no others.
   Shape& shpColor(int index) { return swatches_[PlaceOf(index)]; }
   const Shape& shpColor(int index) const { return swatches_[PlaceOf(index)]; }
   /// The button beside a swatch.
   CommandButton& cmdSetColor(int index) { return setters_[PlaceOf(index)]; }
 
-  /// Fills the list from a display order's text. One that the panel could not use leaves the list
-  /// as it is and throws: "Subscript out of range" for fewer than `kStoredPositions` entries or a
+  /// Fills the list from a display order's text. If the panel could not use it, the list stays as
+  /// it is and this throws: "Subscript out of range" for fewer than `kStoredPositions` entries or a
   /// button that does not exist, "Type mismatch" or "Overflow" for a part that is no number,
   /// "Overflow" for more than 1000 entries.
   void SetDisplayIcons(TextView text);
@@ -109,7 +109,7 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
   void OnLoad() override;
 
  private:
-  /// A row of the list that the mouse has taken hold of.
+  /// A row of the list that is being dragged.
   struct Row {
     Text text;
     int position = -1;
@@ -117,7 +117,8 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
     bool ticked = false;
   };
 
-  /// How the controls show a parameter. A control that refuses a value throws and keeps its own.
+  /// How the controls show a parameter. A control that refuses a value throws and keeps its old
+  /// one.
   struct NumberControl {
     std::int32_t SkinSettings::*field;
     std::int32_t (*get)(const frmUI& form);
@@ -162,9 +163,9 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
 
   Ports ports_;
   Switchboard switchboard_;
-  NumberFormat numbers_;  ///< of the user
+  NumberFormat numbers_;  ///< the user's format
   IconSets icons_{ports_.pictures};
-  std::unique_ptr<clsGradient> gradient_;  ///< made at first use
+  std::unique_ptr<clsGradient> gradient_;  ///< created at first use
   GradientPicture sample_;
   bool dragging_ = false;
   Row dragged_;

@@ -5,7 +5,7 @@
 
 namespace marl {
 
-/// Adds the names of all fonts to the combo box, as they come: the box sorts them.
+/// Adds the names of all fonts to the combo box, which sorts them.
 void FillFontList(ComboBox& combo, FontList& fonts);
 
 }  // namespace marl

@@ -4,7 +4,8 @@ namespace marl {
 
 namespace {
 
-// InitCommonControlsEx's record and the class of extended combo boxes.
+// Size of InitCommonControlsEx's record, and the class of extended combo boxes
+// (ICC_USEREX_CLASSES).
 constexpr int kRecordSize = 8;
 constexpr int kUserExClasses = 0x200;
 

@@ -7,15 +7,15 @@
 
 namespace marl {
 
-/// The program: what lives from its first to its last moment, on a given platform.
+/// The program on a given platform, from its start to its end.
 ///
-/// Start reading here: `Run` makes the main form, whose load sequence (frmMain_Load.cpp) calls into
+/// Start reading here: `Run` creates the main form, whose load sequence (frmMain_Load.cpp) calls
 /// everything else.
 class Application {
  public:
   explicit Application(Platform platform, bool debugLog = kDebugLog);
 
-  /// Runs the program to its end. Returns the process's exit code.
+  /// Runs the program until it ends. Returns the process's exit code.
   int Run();
 
   frmMain& mainForm() { return *main_; }

@@ -5,12 +5,12 @@
 
 namespace marl {
 
-/// The choice of a file, kept between showings: what the common file dialog starts from and what
-/// it ends with.
+/// The state of the common file dialog, kept from one use to the next: what it starts with and what
+/// it returns.
 struct FileDialog {
   Text FileName;
   Text DialogTitle;
-  Text Filter;  ///< descriptions and patterns in turn, separated by "|"
+  Text Filter;  ///< alternating descriptions and patterns, separated by "|"
   Text InitDir;
   int Flags = kHideReadOnly | kFileMustExist;
 };

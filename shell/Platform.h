@@ -24,7 +24,7 @@ namespace marl {
 /// Title of the program, on its windows and messages.
 constexpr TextView kApplicationTitle = u"Marl";
 
-/// All that the program needs from the outside: the real thing, or a desktop in memory.
+/// All ports of the program: Windows, or a desktop in memory.
 struct Platform {
   Desktop& desktop;
   FileSystem& files;

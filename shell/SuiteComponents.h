@@ -4,10 +4,10 @@
 
 namespace marl {
 
-/// The tools of the suite that run inside the switchboard's process. Each operation makes the
-/// component, calls it once and releases it; it returns when the tool has ended. A component that
-/// is not installed says so in a message; one that is, and cannot be made or fails, ends in a
-/// `RuntimeError` with its words.
+/// The tools of the suite that run inside the switchboard's process. Each operation creates the
+/// component, calls it once and releases it; it returns when the tool has finished. If the
+/// component is not installed, a message says so; if it cannot be created or fails, its error text
+/// is thrown as a `RuntimeError`.
 class SuiteComponents {
  public:
   explicit SuiteComponents(Platform& platform) : platform_(platform) {}

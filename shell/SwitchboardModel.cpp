@@ -25,7 +25,7 @@ const std::array<SwitchboardButton, kButtonCount> kSwitchboard = {{
 
 namespace {
 
-// Each button has its two texts, and neither run reaches into what stands behind it.
+// Each button has its two texts, and the two ranges of ids do not overlap.
 #define MARL_STRING(id, text) +((id) >= kCaptionString && (id) < kTooltipString)
 constexpr int kCaptions = 0
 #include "resources/strings/en.inc"

@@ -7,7 +7,7 @@
 
 namespace marl {
 
-/// Buttons that the logic names.
+/// The buttons that code refers to.
 enum ButtonIndex {
   kAnalyse = 0,
   kEdit = 5,
@@ -19,32 +19,32 @@ enum ButtonIndex {
   kExit = 17,
 };
 
-/// The state of a button whose program is missing, in its label's `Tag`.
+/// In a label's `Tag`: the button's program is missing.
 constexpr TextView kDead = u"*";
 
-/// One slot of the switchboard. The index never changes, whatever the display order.
+/// One button of the switchboard. Its index is the same in every display order.
 struct SwitchboardButton {
-  /// Program of the slot as it stands in the label's `Tag` until the missing-tools pass; empty for
-  /// a slot that starts none.
+  /// The button's program, in the label's `Tag` until start-up has looked for missing tools; empty
+  /// for a button that starts none.
   TextView tag;
-  /// The same program as it is started.
+  /// The same program, spelled as it is started.
   TextView program;
 };
 
-/// The table of the slots, by index.
+/// The buttons, by index.
 extern const std::array<SwitchboardButton, kButtonCount> kSwitchboard;
 
-constexpr int kCaptionString = 2000;  ///< string of a slot's caption, less its index
-constexpr int kTooltipString = 2020;  ///< string of a slot's tooltip text, less its index
+constexpr int kCaptionString = 2000;  ///< string id of the first button's caption
+constexpr int kTooltipString = 2020;  ///< string id of the first button's tip
 
-/// The word that opens the display settings, and how far it has been typed.
+/// The word that opens the display settings, and how much of it has been typed.
 class HiddenKeySequence {
  public:
-  /// 1-based place of the key that comes next.
+  /// 1-based position of the next key.
   int position() const { return position_; }
   void Reset() { position_ = 1; }
-  /// Takes one character, in upper case. True when it completes the word; the sequence then
-  /// stands behind its end until `Reset`. A wrong key resets it and does not count as a beginning.
+  /// Takes one character, in upper case. True if it completes the word; `Reset` must follow then. A
+  /// wrong key starts over, and does not count as the first letter.
   bool Take(char16_t character);
 
  private:

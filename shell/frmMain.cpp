@@ -8,7 +8,7 @@ namespace marl {
 
 namespace {
 
-// The design has five columns; a picture is 48 pixels wide at 96 dots an inch.
+// The design has five columns; a picture is 48 pixels wide at 96 dpi.
 constexpr int kColumns = 5;
 constexpr Size kFrame{1695, 1215};
 constexpr Size kLabel{1695, 435};
@@ -56,7 +56,7 @@ frmMain::frmMain(Platform& platform, bool debugLog)
     linRun[i]->SetVisible(false);
   }
   tmrOver.SetInterval(50);
-  tmrOver.SetEnabled(false);  // until start-up has ended
+  tmrOver.SetEnabled(false);  // until start-up is complete
   tmrOver.Tick = [this] { tmrOver_Tick(); };
   mnuPopup.SetVisible(false);
   mnuMarl[8]->SetVisible(false);
@@ -78,8 +78,8 @@ void frmMain::OnActivate() {
 }
 
 void frmMain::OnResize() {
-  if (State() == WindowState::kMinimised) Hide();  // the notification area keeps it
-  // A menu bar that wraps takes its line from the inner height: the form grows by it.
+  if (State() == WindowState::kMinimised) Hide();  // its icon stays in the notification area
+  // When the menu bar wraps, its second line reduces the inner height: the form grows by as much.
   if (ClientHeight == 0 || State() != WindowState::kNormal) return;
   Move({Left(), Top(), Width(), ClientHeight - inner().height + Height()});
   ClientHeight = inner().height;

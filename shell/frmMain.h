@@ -28,15 +28,14 @@ namespace marl {
 
 /// The switchboard: a panel of 18 large buttons that start the tools of the suite.
 ///
-/// Start-up and shutdown, which are sequences of decisions over settings and files, stand in
-/// frmMain_Load.cpp; what a press and the menu entries do, in frmMain_Commands.cpp.
+/// frmMain_Load.cpp has start-up and shutdown, frmMain_Commands.cpp what buttons and menu items do.
 class frmMain : public Form, public HookedForm {
  public:
-  /// `debugLog`: the debug log is written.
+  /// `debugLog`: write the debug log.
   explicit frmMain(Platform& platform, bool debugLog = kDebugLog);
 
-  // State of the main form for its whole life.
-  int ClientHeight = 0;           ///< wanted inner height, in twips
+  // State of the main form.
+  int ClientHeight = 0;           ///< inner height to keep, in twips
   bool TrayReady = false;         ///< the message hook is in place
   bool TooltipsEnabled = true;    ///< setting `Tooltips`
   bool ToolsMenuVisible = false;  ///< setting `Tools`
@@ -50,7 +49,7 @@ class frmMain : public Form, public HookedForm {
   std::array<Text, kButtonCount> TooltipTexts;
   std::array<std::unique_ptr<clsTooltip>, kButtonCount> TooltipObjects;
 
-  // Controls of a slot share its index.
+  // The controls of a button have its index.
   std::array<std::unique_ptr<Shape>, kButtonCount> shpRun;
   std::array<std::unique_ptr<Image>, kButtonCount> imgRun;
   std::array<std::unique_ptr<Label>, kButtonCount> lblRun;
@@ -60,23 +59,23 @@ class frmMain : public Form, public HookedForm {
   Menu mnuPopup{*this, "mnuPopup"};
   std::array<std::unique_ptr<Menu>, kButtonCount> mnuMarl;
   FileDialog dlgOpen;                 ///< its file name is the current project file
-  std::unique_ptr<frmSplash> splash;  ///< stands while the program starts
+  std::unique_ptr<frmSplash> splash;  ///< shown while the program starts
 
-  /// Reads the skin and lays out the panel: the buttons in their order, the form around them, the
-  /// gradient behind them, the tips over them. A skin that cannot be used throws.
+  /// Reads the skin and lays out the panel: buttons, size of the form, gradient, tips. Throws if
+  /// the skin cannot be used.
   void SetUI();
   /// Repaints picture and label of every button, in button order.
   void RefreshButtons() override;
   /// Runs the resize handler.
   void Resized() override;
-  /// Back from the notification area: in normal state, visible, in front.
+  /// Restores the window from the notification area: normal state, visible, in front.
   void RestoreWindow() override;
-  /// Shows the menu of all buttons at the mouse. Throws while start-up has not made it yet.
+  /// Shows the menu of all buttons at the mouse. Throws if start-up has not created it yet.
   void SystrayMenu() override;
   WindowHandle HookedWindow() const override { return hWnd(); }
-  /// Makes the balloon tips of all visible buttons anew; none with `TooltipsEnabled` off.
+  /// Recreates the balloon tips of all visible buttons; removes them if `TooltipsEnabled` is off.
   void BindTooltips();
-  /// The one press action: what image, label, hovered frame and tray entry of a slot all end in.
+  /// Presses a button, whether by its image, its label, its frame or the tray menu.
   void Press(int index);
   /// Tag of the current tracking server, or empty.
   const Text& CurrentServerTag() const { return servers_.CurrentServerTag; }
@@ -110,7 +109,7 @@ class frmMain : public Form, public HookedForm {
   void mnuHelpTutorial();
   void mnuHelpAbout();
 
-  /// Shows or hides the programs of the Tools menu as `ToolsMenuVisible` says.
+  /// Shows or hides the programs in the Tools menu, by `ToolsMenuVisible`.
   void ApplyToolsMenu();
 
  protected:
@@ -157,7 +156,7 @@ class frmMain : public Form, public HookedForm {
   Text ProjectFile();
   const clsLanguages& Languages();
 
-  /// Shows the display settings modally above `owner` and applies them unless they were cancelled.
+  /// Shows the display settings modally above `owner` and applies them unless cancelled.
   void ShowDisplaySettings(Form& owner);
   void ToggleContextMenu(bool enabled);
   void ShowLanSettings(Form& owner);
@@ -177,9 +176,9 @@ class frmMain : public Form, public HookedForm {
   clsCommon common_{{platform_.desktop, platform_.files, platform_.profile, platform_.registry,
                      platform_.process, platform_.shell, platform_.strings}};
   modFindFiles search_{platform_.files, [this] { platform_.desktop.DoEvents(); }};
-  std::unique_ptr<clsLanguages> languages_;  ///< made at its first use
+  std::unique_ptr<clsLanguages> languages_;  ///< created at first use
   SuiteComponents components_{platform_};
-  NumberFormat numbers_;  ///< of the user, as the last `SetUI` found it
+  NumberFormat numbers_;  ///< the user's format, as the last `SetUI` read it
   IconSets iconSets_{platform_.pictures};
   std::unique_ptr<clsGradient> gradient_;
   GradientPicture panel_;
@@ -192,7 +191,7 @@ class frmMain : public Form, public HookedForm {
   std::unique_ptr<PopupMenu> m_cPopupMenu;
   std::vector<std::unique_ptr<Menu>> menuBar_;  ///< in the order of the design
   modLogging log_;
-  bool settingsRead_ = false;  ///< what the exit sequence saves has been read
+  bool settingsRead_ = false;  ///< the settings that the exit sequence saves have been read
   bool QaBusy = false;
   bool CommentReportBusy = false;
 };

@@ -2,8 +2,7 @@
 
 #include "network/ServerTag.h"
 
-// What a press and the entries of the menu bar do. The program table is here: names in exactly
-// this spelling, started from the program's own folder and from nowhere else.
+// What buttons and menu items do. Programs are started only from the program's own folder.
 
 namespace marl {
 
@@ -12,8 +11,8 @@ namespace {
 constexpr std::array<TextView, 5> kToolsApps = {u"FaceMap.exe", u"Q17Morph.exe", u"WordRich.exe",
                                                 u"PageTool.exe", u"FrameTool.exe"};
 
-/// Sets a flag for as long as this lives. What fails meanwhile may be passed over further up (the
-/// tray's menu does so): the entry must work again then.
+/// Sets a flag while it lives. A failure may be dropped further up (the tray menu does that), and
+/// the entry must then work again.
 class Busy {
  public:
   explicit Busy(bool& flag) : flag_(flag) { flag_ = true; }
@@ -32,7 +31,7 @@ void frmMain::Press(int index) {
   if (lblRun[slot]->Tag == kDead) return;
   clsXMLTag server;
   ReadServerTag(servers_.CurrentServerTag, server);
-  // The tool that is about to start finds the current server in the registry.
+  // The tool reads the current server from the registry.
   servers_.SaveServerSettings();
   switch (index) {
     case kChangeServer: mnuProjectChangeServer(); break;
@@ -77,7 +76,7 @@ void frmMain::mnuToolsApp(int index) {
 
 void frmMain::mnuToolsQACheck() { RunQaCheck(0); }
 
-// A second click while a run is in progress is ignored: the component pumps messages.
+// The component pumps messages, so a second click can arrive during a run. It is ignored.
 void frmMain::RunQaCheck(int kind) {
   if (QaBusy) return;
   const Busy busy(QaBusy);

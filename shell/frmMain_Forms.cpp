@@ -3,7 +3,7 @@
 #include "appearance/frmUI.h"
 #include "support/frmAbout2006.h"
 
-// The main form's smaller companions.
+// Forms that the main form shows: splash, about box, display settings.
 
 namespace marl {
 
@@ -13,7 +13,7 @@ void frmMain::ShowSplash() {
   splash->Refresh();
 }
 
-// Start-up stays here until the splash has gone.
+// Start-up waits here until the splash is closed.
 void frmMain::WaitForSplash() {
   splash->SetCanDismiss(true);
   while (desktop().forms().size() > 1) {

@@ -5,8 +5,8 @@
 #include "support/Numbers.h"
 #include "support/clsCommon.h"
 
-// Start-up and shutdown of the main form. The order of the steps is a promise to the suite's other
-// programs: what a second start may touch, and what a first run leaves behind, follows from it.
+// Start-up and shutdown of the main form. The suite's other programs rely on the order of the
+// steps: it decides what a second start may touch and what a first run leaves behind.
 
 namespace marl {
 
@@ -49,7 +49,7 @@ void frmMain::OnLoad() {
   tmrOver.SetEnabled(true);
 }
 
-// Before everything else: a second start that ends at once has registered the components too.
+// First of all: even a second instance, which ends at once, has then registered the components.
 void frmMain::RunRegistrar() {
   launcher_.RunProgram(ProgramFolder(), u"RegLib.EXE", u"/s", kShowNormal, false);
 }
@@ -74,7 +74,7 @@ void frmMain::EndIfSecondInstance() {
 
 void frmMain::AskFirstRunQuestions() {
   if (Setting(u"FirstRun", u"Y") != u"Y") return;
-  // Whoever takes the demonstration is asked again at the next start: `FirstRun` keeps its "Y".
+  // After the demonstration the user is asked again at the next start: `FirstRun` stays "Y".
   if (Ask(9027) && launcher_.RunProgram(ProgramFolder(), u"MarlTour.exe", u"", kShowNormal, true)) {
     throw ProcessEnd{};
   }
@@ -127,7 +127,8 @@ void frmMain::RestorePosition() {
   const Size screen = desktop().ScreenSize();
   int left = CLng(Setting(u"Left", u"-1"));
   int top = CLng(Setting(u"Top", u"-1"));
-  // A window that just fits stays: only what would stand out is centred, in both directions.
+  // A window that just fits stays where it is. If any part of it would be off the screen, it is
+  // centred in both directions.
   const bool outside = left < 0 || top < 0 || std::int64_t{left} + Width() > screen.width ||
                        std::int64_t{top} + Height() > screen.height;
   if (outside) {
@@ -178,7 +179,7 @@ void frmMain::MarkMissingTools() {
 
 void frmMain::OnUnload() {
   hook_.RemoveTrayIcon(icons_);
-  // Whoever leaves while start-up still asks leaves what is stored as it is.
+  // If the program ends during the first questions, the stored settings must not change.
   if (settingsRead_) SaveSettings();
   hook_.UnhookWindow(hWnd());
   log_.CloseDebugLog();
@@ -213,7 +214,7 @@ Text frmMain::ProgramFolder() const {
   const Text path = platform_.process.ProgramPath();
   const std::size_t slash = path.rfind(u'\\');
   if (slash == Text::npos) return {};
-  // A drive's root keeps its backslash: without it the path would mean that drive's own folder.
+  // A drive's root keeps its backslash: "C:" alone means the drive's current folder.
   return path.substr(0, slash == 2 && path[1] == u':' ? 3 : slash);
 }
 

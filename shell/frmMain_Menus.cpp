@@ -1,6 +1,6 @@
 #include "shell/frmMain.h"
 
-// The menu bar: its entries with their texts, shortcuts and what they lead to.
+// The menu bar: items with their texts, shortcuts and handlers.
 
 namespace marl {
 
@@ -15,7 +15,7 @@ constexpr Shortcut ShiftF(int number) { return {kKeyF1 + number - 1, false, true
 
 struct Entry {
   const char* name;
-  int string;  ///< number of the caption's text, or kSeparator
+  int string;  ///< string id of the caption, or kSeparator
   Shortcut shortcut = {};
   void (frmMain::*handler)() = nullptr;
   int index = -1;
@@ -115,7 +115,7 @@ void frmMain::SetMenuCaptions() {
       Menu& item = **menu++;
       if (entry.string == kSeparator) continue;
       Text caption = platform_.strings.Get(entry.string);
-      // The numbers are no translator's business: every language keeps their access keys.
+      // The numbers are not translated: they are the access keys in every language.
       if (IsToolsApp(item)) {
         caption = Text{u'&', static_cast<char16_t>(u'1' + entry.index), u' '} + caption;
       }

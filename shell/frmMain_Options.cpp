@@ -9,18 +9,18 @@
 #include "support/StartCommand.h"
 #include "support/modI18N.h"
 
-// The options: most of them are kept for the suite's other programs, which read the same keys.
+// The options: most of them are stored for the suite's other programs, which read the same keys.
 
 namespace marl {
 
 namespace {
 
-constexpr int kContextMenuEntry = 4007;  // string of the entry's label
+constexpr int kContextMenuEntry = 4007;  // string id of the entry's label
 constexpr TextView kBenchKey = u"Software\\Oru\\Oru Bench\\Settings";
 constexpr TextView kMarlKey = u"Software\\Oru\\Marl";
 constexpr TextView kSegmentation = u"Marl.SegmentationComponent";
 
-/// The nine boxes, by their places in the dialog.
+/// The nine boxes, by their index in the dialog.
 enum Option : std::size_t {
   kTooltips,
   kTools,
@@ -45,7 +45,7 @@ std::int32_t ReadNumber(cRegistry& registry, TextView section, TextView name, st
   return RegistryNumber(registry.Value(), format);
 }
 
-/// Writes by the kind that the last read has left in `valueType`.
+/// Writes with the kind that the last read has set in `valueType`.
 void Write(cRegistry& registry, TextView section, TextView name, const RegistryValue& value) {
   registry.SectionKey = section;
   registry.ValueKey = name;
@@ -107,7 +107,8 @@ void frmMain::mnuToolsOptions() {
   options.Unload();
 }
 
-// Another program of the suite does it; its effect is seen when the options are opened again.
+// Another program of the suite does the work; the options show the effect when they are opened
+// again.
 void frmMain::ToggleContextMenu(bool enabled) {
   const Text command = JoinPath(ProgramFolder(), u"Q17Shell.exe") + (enabled ? u" /U" : u" /R");
   if (!StartCommand(platform_.shell, platform_.files, command, kShowMinimised)) {

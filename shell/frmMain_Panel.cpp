@@ -5,13 +5,13 @@
 #include "support/Numbers.h"
 #include "support/modI18N.h"
 
-// The panel: what the skin makes of it, and the button under the mouse.
+// The panel: applying the skin, and highlighting the button under the mouse.
 
 namespace marl {
 
 namespace {
 
-/// A picture is 48 pixels wide at 96 dots an inch.
+/// A picture is 48 pixels wide at 96 dpi.
 constexpr int kPictureTwips = 720;
 
 }  // namespace
@@ -52,7 +52,7 @@ void frmMain::PaintGradient() {
   gradient_->SetAngle(static_cast<float>(Skin.Angle));
   gradient_->SetColor1(Skin.Color1);
   gradient_->SetColor2(Skin.Color2);
-  // Let go first, the picture that was shown so far is drawn on again.
+  // Released first, so that the memory of the current picture is reused.
   SetBackground(nullptr);
   panel_.Begin({desktop().PixelsX(inner().width), desktop().PixelsY(inner().height)}, BackColor());
   gradient_->Draw(panel_);
@@ -106,7 +106,8 @@ void frmMain::HighlightButton(int index, bool show) {
   for (std::size_t i = 0; i < drawn; ++i) linRun[i]->SetVisible(show);
 }
 
-// No mouse event tells that the mouse has left the form, or that another window came to the front.
+// No mouse event reports that the mouse has left the form, or that another window came to the
+// front.
 void frmMain::tmrOver_Tick() {
   const Point cursor = platform_.tray.CursorPosition();
   const Point origin = ClientOrigin();

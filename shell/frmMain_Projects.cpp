@@ -4,7 +4,7 @@
 #include "documents/TranslateProject.h"
 #include "support/BuiltInComponents.h"
 
-// The current project: how it is chosen, its documents, its working files.
+// The current project: choosing it, its documents, its working files.
 
 namespace marl {
 
@@ -32,8 +32,7 @@ void frmMain::mnuProjectOpen() {
   }
 }
 
-/// The current project file; one that is asked for now if there is none. Empty if the user does
-/// not choose.
+/// The current project file; asks the user if there is none. Empty if the user cancels.
 Text frmMain::ProjectFile() {
   if (dlgOpen.FileName.empty()) mnuProjectOpen();
   return dlgOpen.FileName;
@@ -45,7 +44,7 @@ void frmMain::mnuProjectClean() {
   CleanFolder({desktop(), platform_.strings, common_}, search_).Run(project);
 }
 
-/// The one table of languages; it is read at its first use.
+/// The table of languages, read at first use.
 const clsLanguages& frmMain::Languages() {
   if (!languages_) {
     BuiltInComponents components(platform_.components);

@@ -3,7 +3,7 @@
 #include "network/ServerTag.h"
 #include "network/frmChangeServer.h"
 
-// What the main form does with the tracking server: shows it, has it changed, opens its site.
+// The tracking server in the main form: shows it, changes it, opens its site.
 
 namespace marl {
 

@@ -2,7 +2,7 @@
 
 #include "support/Numbers.h"
 
-// Balloon tips on the buttons, which are places on the form and have no windows of their own.
+// Balloon tips of the buttons, which are rectangles of the form without windows of their own.
 
 namespace marl {
 

@@ -1,12 +1,12 @@
 #include "shell/frmMain.h"
 
-// The switchboard in the notification area: the icon, its menu, and the way back to the window.
+// The switchboard in the notification area: the icon, its menu, and restoring the window.
 
 namespace marl {
 
 namespace {
 
-// From here on the screen's dots an inch call for the larger menu pictures.
+// From this resolution on the larger menu pictures are used.
 constexpr int kLargePicturesDpi = 120;
 
 }  // namespace
@@ -31,9 +31,9 @@ void frmMain::FillPopup() {
 
 void frmMain::SystrayMenu() {
   if (!TrayReady) return;
-  // Active, so that the menu closes when the user clicks elsewhere.
+  // The form must be active, or the menu would not close when the user clicks elsewhere.
   BringToFront();
-  // The icon is there before its menu is: start-up may still wait for the splash.
+  // The icon exists before its menu: start-up may still be waiting for the splash.
   if (!m_cPopupMenu) throw RuntimeError(91, u"Object variable or With block variable not set");
   m_cPopupMenu->Show(platform_.tray.CursorPosition());
 }

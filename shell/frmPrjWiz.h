@@ -10,8 +10,8 @@
 
 namespace marl {
 
-/// Asks which way the project wizard is to go: import or export. The caller reads `Cancelled` and
-/// the options, and unloads the form.
+/// Asks whether the project wizard should import or export. The caller reads `Cancelled` and the
+/// options, and unloads the form.
 class frmPrjWiz : public Form {
  public:
   frmPrjWiz(Desktop& desktop, const Locale& locales, const StringTable& strings);

@@ -7,16 +7,15 @@
 
 namespace marl {
 
-/// Lists programs that still run and offers to switch to one of them or to exit all the same. The
-/// caller fills the list, giving each entry a value of its own, shows the form, reads `Result` and
-/// unloads the form.
+/// Lists programs that are still running and offers to switch to one of them or to exit anyway. The
+/// caller fills the list, gives each entry a value, shows the form, reads `Result` and unloads the
+/// form.
 class frmRunningApps : public Form {
  public:
   frmRunningApps(Desktop& desktop, const Locale& locales, const StringTable& strings);
 
   enum Choice : int { kExitAllTheSame = 0, kStay = 1 };
-  /// A `Choice`, or the value of the entry to switch to. Who closes the dialog by its title bar
-  /// stays.
+  /// A `Choice`, or the value of the entry to switch to. The close box means kStay.
   std::int32_t Result = kStay;
 
   Label lblWarning{*this, "lblWarning"};

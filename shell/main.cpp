@@ -1,4 +1,4 @@
-// The entry point on Windows: puts the real platform together and runs the program on it.
+// The entry point on Windows: creates the ports and runs the program on them.
 
 #include "platform/win32/ColorDialogWin32.h"
 #include "platform/win32/ComponentsWin32.h"

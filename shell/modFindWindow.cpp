@@ -8,7 +8,7 @@ namespace {
 
 constexpr int kTitleBuffer = 1024;
 
-// Both texts are folded already.
+// Both texts are already case-folded.
 bool Matches(const Text& title, const Text& wanted, int mode) {
   switch (mode) {
     case kTitleBegins: return title.starts_with(wanted);

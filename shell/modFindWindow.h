@@ -4,8 +4,7 @@
 
 namespace marl {
 
-/// When a window's title is the wanted one; without regard to letter case. Any other value matches
-/// no title.
+/// How a window's title is compared, ignoring case. Any other value matches no title.
 enum TitleMatchMode : int {
   kTitleBegins = 1,
   kTitleEnds = 2,
@@ -14,9 +13,9 @@ enum TitleMatchMode : int {
 };
 
 /// Finds the first visible top-level window, of any program, whose title matches `text` by `mode`
-/// (a `TitleMatchMode`). Of a title the first 1023 characters count. Hidden windows, such as those
-/// of a program that sits in the tray, are never found. Without a match `window` is 0 and `title`
-/// empty, and the result false.
+/// (a `TitleMatchMode`). Only the first 1023 characters of a title count. Hidden windows, such as
+/// those of a program in the notification area, are never found. Without a match the result is
+/// false, `window` is 0 and `title` empty.
 bool FindWindowByTitle(Desktop& desktop, TextView text, int mode, WindowHandle& window,
                        Text& title);
 

@@ -8,7 +8,7 @@ namespace marl {
 
 namespace {
 
-// Numbers of the platform's messages, and what the two parameters say.
+// Values of the platform's messages and of their parameters.
 constexpr std::uint32_t kWmSize = 5;
 constexpr std::uint32_t kWmActivate = 6;
 constexpr std::uintptr_t kSizeMinimized = 1;
@@ -28,7 +28,7 @@ void modMarl::RegisterShellMessages() {
 }
 
 void modMarl::HookWindow(WindowHandle window) {
-  // Before the hook is in place: the first message may come at once.
+  // Set before the hook is installed: the first message may arrive at once.
   PassToPrevious = true;
   PreviousWindowProc = hooks_.Replace(window, *this);
   hooked_ = window;
@@ -71,7 +71,7 @@ std::intptr_t modMarl::SwitchboardWindowProc(WindowHandle window, std::uint32_t 
 }
 
 void modMarl::Handle(std::uint32_t message, std::uintptr_t wParam, std::intptr_t lParam) {
-  // The unregistered slots are 0, so that this swallows WM_NULL, a message without meaning.
+  // The unregistered slots are 0, which is WM_NULL: dropping it does no harm.
   if (message == RegisteredMessages[msgMarlStart] || message == RegisteredMessages[msgMarlCheck] ||
       message == RegisteredMessages[msgMarlEnd]) {
     PassToPrevious = false;
@@ -79,7 +79,7 @@ void modMarl::Handle(std::uint32_t message, std::uintptr_t wParam, std::intptr_t
     if (lParam == kLeftDoubleClick) form_.RestoreWindow();
     if (lParam == kRightButtonUp) form_.SystrayMenu();
   } else if (message == RegisteredMessages[TaskbarCreated]) {
-    // Removed first: the shell may still know the icon.
+    // Removed first, in case the shell still has the icon.
     tray_.NotifyIcon(kNotifyDelete, TrayIconRecord);
     tray_.NotifyIcon(kNotifyAdd, TrayIconRecord);
   } else if (message == kWmActivate && wParam == kInactive) {

@@ -8,7 +8,7 @@
 
 namespace marl {
 
-/// What the message hook asks of the main form.
+/// What the message hook needs from the main form.
 class HookedForm {
  public:
   virtual ~HookedForm() = default;
@@ -19,12 +19,11 @@ class HookedForm {
   virtual void Resized() = 0;
 };
 
-/// Messages that reach the program beside those that forms know: from the notification area and
-/// from the shell. A procedure in front of the main window's own sees them.
+/// Messages that forms do not handle: those of the notification area and the shell. They are seen
+/// by a procedure in front of the main window's own.
 class modMarl : private MessageListener {
  public:
-  /// Slots of `RegisteredMessages`. The first three have names and no number: nobody registers
-  /// them, and they stay 0.
+  /// Indexes of `RegisteredMessages`. The first three are never registered and stay 0.
   enum Slot { msgMarlStart, msgMarlCheck, msgMarlEnd, msgMarlMenu, TaskbarCreated, kSlots };
 
   modMarl(WindowHooks& hooks, Tray& tray, HookedForm& form)
@@ -36,22 +35,22 @@ class modMarl : private MessageListener {
   ProcAddress PreviousWindowProc = 0;  ///< the window's procedure before the hook; 0 without one
   bool PassToPrevious = false;         ///< messages go on to the window's procedure
   std::array<std::uint32_t, kSlots> RegisteredMessages = {};
-  NotifyIconData TrayIconRecord;  ///< kept filled, so that the icon can be added again
+  NotifyIconData TrayIconRecord;  ///< kept, so that the icon can be added again
 
-  /// Asks for the numbers of `msgMarlMenu` and `TaskbarCreated`, in this order.
+  /// Registers the messages `msgMarlMenu` and `TaskbarCreated`, in this order.
   void RegisterShellMessages();
   /// Puts `SwitchboardWindowProc` in front of the window's procedure. Failures are ignored.
   void HookWindow(WindowHandle window);
-  /// Takes it away again, if it is there.
+  /// Removes it again, if it is installed.
   void UnhookWindow(WindowHandle window);
 
   /// Fills the record with the main form's window and this icon, which the record then owns, and
-  /// adds the icon to the notification area. A refusal is not noticed.
+  /// adds the icon to the notification area. Failures are ignored.
   void AddTrayIcon(IconHandle icon);
-  /// Frees the icon and takes it out of the notification area, if it was added.
+  /// Destroys the icon and removes it from the notification area, if it was added.
   void RemoveTrayIcon(const modSetIcon& icons);
 
-  /// The procedure itself. Nothing that fails in it leaves the window without one.
+  /// The window procedure. Failures inside it are dropped, so that messages still reach the window.
   std::intptr_t SwitchboardWindowProc(WindowHandle window, std::uint32_t message,
                                       std::uintptr_t wParam, std::intptr_t lParam);
 

@@ -1,14 +1,13 @@
-// A stand-in for any tool of the suite: it shows what it was started with, and records it.
+// A stand-in for any tool of the suite: shows and logs what it was started with.
 //
-// One program under many names. It tells its own file name, the arguments and the working
-// directory in a small window, and appends the same as one line of JSON to a log:
-//   MARL_SUITE_LOG     the log's path; without it nothing is written
+// One program under many names. It shows its own file name, the arguments and the working directory
+// in a small window, and appends the same to a log as one line of JSON:
+//   MARL_SUITE_LOG     path of the log; without it nothing is written
 //   MARL_SUITE_LINGER  milliseconds until the window closes by itself; 0 shows no window at all;
 //                      without it the window stays until the user closes it
 // A stand-in that is started hidden, or silently by "/s", shows no window and ends at once.
 //
-// It is copied some twenty times over, so it stays small: no heap, no runtime beyond the
-// platform's.
+// It is copied some twenty times, so it stays small: no heap, no C runtime library.
 
 #include <windows.h>
 
@@ -16,9 +15,9 @@
 
 namespace {
 
-// No command line and no path is longer.
+// The limit of command lines and paths.
 constexpr std::size_t kLongest = 32768;
-// Four texts, each unit six characters at most, and the words between them.
+// Four texts, each unit at most six characters, and the text between them.
 constexpr std::size_t kLineSize = 4 * 6 * kLongest + 256;
 
 constexpr COLORREF kGreen = RGB(0, 77, 57);
@@ -36,14 +35,14 @@ struct Start {
   int show;
 };
 
-/// One line of text in the making; what doesn't fit is dropped.
+/// Builds a line of text; what does not fit is dropped.
 class Line {
  public:
   void Raw(const char* text) {
     while (*text) Put(*text++);
   }
 
-  /// A JSON string. Half a surrogate pair has no UTF-8 form and is written as an escape.
+  /// A JSON string. Half a surrogate pair cannot be encoded in UTF-8 and is written as an escape.
   void Quoted(const wchar_t* text) {
     Put('"');
     for (; *text; ++text) {
@@ -117,7 +116,7 @@ const wchar_t* BehindProgramName(const wchar_t* at) {
   } else {
     while (*at && *at != L' ' && *at != L'\t') ++at;
   }
-  // One blank separates; any other belongs to the arguments.
+  // The first blank separates; further ones belong to the arguments.
   if (*at == L' ' || *at == L'\t') ++at;
   return at;
 }
@@ -148,7 +147,7 @@ void Record(const Start& start, const wchar_t* log) {
   g_line.Raw(", \"show\": ");
   g_line.Number(start.show);
   g_line.Raw("}\n");
-  // Appending alone, in one write: stand-ins that start together don't mix their lines.
+  // Append mode and a single write, so that stand-ins that start together do not mix their lines.
   const HANDLE file = CreateFileW(log, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                   nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return;
@@ -190,7 +189,7 @@ int DpiOfScreen() {
   return dpi;
 }
 
-/// A column of texts in a window, from top to bottom, at the screen's resolution.
+/// A column of labels in a window, at the screen's resolution.
 class Column {
  public:
   static constexpr int kWidth = 460;
@@ -218,7 +217,7 @@ class Column {
     top_ += Pixels(12);
     Add(kCaptionId, caption, plain_, left, top_, width, Pixels(18), SS_LEFT);
     top_ += Pixels(18);
-    // As tall as the text wants to be, within reason.
+    // As tall as the text needs, up to a limit.
     RECT area = {0, 0, width, 0};
     const HDC context = GetDC(window_);
     const HGDIOBJ before = SelectObject(context, plain_);
