@@ -7,7 +7,7 @@ namespace marl {
 
 namespace {
 
-// Statuses of the two operations that fill a record.
+// Status of the two operations that fill a record.
 constexpr std::int32_t kFilled = 0;
 constexpr std::int32_t kNoSuchRecord = 1;
 

@@ -4,9 +4,9 @@
 
 namespace marl {
 
-/// The suite's components with a stand-in for the lists of "Marl.QaComponent" where that is not
-/// registered. The stand-in answers LanguageCount, GetLanguage, CodePageCount and GetCodePage from
-/// the built-in tables and refuses every other operation, so ask the bare components for checks.
+/// The suite's components, with built-in lists if "Marl.QaComponent" is not registered. The
+/// built-in component provides LanguageCount, GetLanguage, CodePageCount and GetCodePage from
+/// tables and refuses every other operation, so do not use it for QA checks.
 class BuiltInComponents : public Components {
  public:
   explicit BuiltInComponents(Components& installed) : installed_(installed) {}

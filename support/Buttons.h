@@ -2,8 +2,8 @@
 
 namespace marl {
 
-/// Buttons of the switchboard. All that has one of something for each button takes its length from
-/// here. Their table is in shell/SwitchboardModel.cpp.
+/// Number of buttons of the switchboard, for everything that has one element per button. The
+/// buttons themselves are in shell/SwitchboardModel.cpp.
 inline constexpr int kButtonCount = 18;
 
 }  // namespace marl

@@ -10,18 +10,18 @@ namespace marl {
 
 namespace {
 
-/// The part that one pixel of a row or column has in one of the scaled picture.
+/// The weight of a pixel of a row or column in a pixel of the scaled picture.
 struct Share {
   int pixel = 0;
   double weight = 0;
 };
 using Shares = std::vector<Share>;
 
-/// For each of `to` pixels its shares of `from` pixels; the weights of a pixel make 1.
+/// For each of `to` pixels its weights of `from` pixels; the weights of a pixel add up to 1.
 std::vector<Shares> SharesOf(int from, int to) {
   std::vector<Shares> all(static_cast<std::size_t>(to));
   const double step = static_cast<double>(from) / to;
-  // A pixel reaches as far as it covers, and at least to its neighbours on both sides.
+  // A pixel takes the area that it covers, and at least its neighbours on both sides.
   const double reach = std::max(step, 1.0);
   for (int i = 0; i < to; ++i) {
     Shares& shares = all[static_cast<std::size_t>(i)];
@@ -30,7 +30,7 @@ std::vector<Shares> SharesOf(int from, int to) {
     const double end = middle + reach / 2;
     for (int pixel = static_cast<int>(std::floor(start)); pixel < end; ++pixel) {
       const double weight = std::min(end, pixel + 1.0) - std::max<double>(start, pixel);
-      // What lies beyond the edge is as the edge.
+      // Beyond the edge, the edge's pixels continue.
       if (weight > 1e-9) shares.push_back({std::clamp(pixel, 0, from - 1), weight / reach});
     }
   }

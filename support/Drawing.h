@@ -6,25 +6,25 @@
 
 namespace marl {
 
-/// One size in which the program carries a picture.
+/// One of the sizes in which the program has a picture.
 struct Drawing {
   int id = 0;   ///< MARL_PICTURE_..., resources/ids.h
   int dpi = 0;  ///< the resolution that it was drawn for
 };
 
-/// The drawing to show at a resolution: the coarsest that is fine enough, or the finest. The
-/// drawings are not empty and stand in the order of their resolutions.
+/// The drawing to use at a resolution: the smallest that is large enough, or the largest.
+/// `drawings` is not empty and sorted by resolution.
 const Drawing& DrawingFor(std::span<const Drawing> drawings, int dpi);
 
-/// The picture at a resolution, made larger or smaller where no drawing is of just that one. Null
-/// when the program carries none.
+/// The picture at a resolution, scaled if no drawing has exactly that one. Null if the program has
+/// none.
 PicturePtr LoadDrawing(Pictures& pictures, std::span<const Drawing> drawings, int dpi);
 
-/// The part of a picture that begins at `left`, `top`; what lies outside it is transparent.
+/// The part of a picture that begins at `left`, `top`; outside the picture it is transparent.
 Picture CutOut(const Picture& picture, int left, int top, int width, int height);
 
 /// The picture at another size. Smaller: each pixel is the mean of the area that it covers. Larger:
-/// of the pixels around it, weighted by their nearness.
+/// the mean of the pixels around it, weighted by distance.
 Picture Scaled(const Picture& picture, int width, int height);
 
 }  // namespace marl

@@ -8,13 +8,13 @@ namespace {
 
 RuntimeError InvalidPattern() { return {93, u"Invalid pattern string"}; }
 
-/// True when the unit is in the set, whose text is what stands between the brackets.
+/// True if the unit is in the set; `set` is the text between the brackets.
 bool InSet(char16_t unit, TextView set) {
   const bool excluded = set.size() > 1 && set[0] == u'!';
   if (excluded) set.remove_prefix(1);
   bool found = false;
   for (std::size_t i = 0; i < set.size(); ++i) {
-    // A hyphen at either end is one of the set.
+    // A hyphen at either end belongs to the set.
     if (i + 2 < set.size() && set[i + 1] == u'-') {
       if (set[i] > set[i + 2]) throw InvalidPattern();
       found = found || (unit >= set[i] && unit <= set[i + 2]);
@@ -48,7 +48,8 @@ bool IsNothing(TextView element) { return element == u"[]"; }
 }  // namespace
 
 bool Like(TextView text, TextView pattern) {
-  // Only the last star is ever tried again: what an earlier one took is as good as any other.
+  // Only the last star needs another try: what an earlier one has matched is as good as any other
+  // match.
   TextView behindStar;
   std::size_t taken = TextView::npos;
   std::size_t at = 0;

@@ -13,15 +13,15 @@ namespace {
 
 enum class Scan { kNumber, kNoNumber, kTooLarge };
 
-/// A number taken apart: its digits without leading zeros, and the power of ten of the last one.
-/// Hexadecimal and octal numbers come as digits of ten as well.
+/// The parts of a number: its digits without leading zeros, and the power of ten of the last one.
+/// Hexadecimal and octal numbers are converted to decimal digits too.
 struct Parts {
   bool negative = false;
   std::string digits;
   std::int64_t exponent = 0;
 };
 
-/// No exponent of a text gets further than this; what lies beyond is out of every range anyway.
+/// Exponents stop growing here; larger ones are out of range anyway.
 constexpr std::int64_t kExponentBound = 1'000'000'000;
 
 bool IsBlank(char16_t c) { return c == u' ' || (c >= u'\t' && c <= u'\r'); }
@@ -47,7 +47,7 @@ int DigitValue(char16_t c, int base) {
   return value < base ? value : -1;
 }
 
-/// "&H1F" and "&O17". What fits 16 bits is a signed 16-bit number: "&HFFFF" is -1.
+/// "&H1F" and "&O17". A number that fits 16 bits is a signed 16-bit number: "&HFFFF" is -1.
 Scan ScanPrefixed(TextView text, Parts& out) {
   if (text.size() < 3) return Scan::kNoNumber;
   const char16_t letter = LowerASCII(text[1]);
@@ -70,7 +70,7 @@ Scan ScanPrefixed(TextView text, Parts& out) {
   return Scan::kNumber;
 }
 
-/// Reads "e+12" from `at` on. Returns false when no digit stands there.
+/// Reads "e+12" from `at` on. Returns false if there is no digit.
 bool ScanExponent(TextView text, std::size_t& at, std::int64_t& exponent) {
   ++at;
   bool negative = false;
@@ -141,7 +141,7 @@ Scan ScanNumber(TextView text, const NumberFormat& format, double& out) {
   double value = 0;
   const auto result = std::from_chars(plain.data(), plain.data() + plain.size(), value);
   if (result.ec == std::errc::result_out_of_range) {
-    // Too large or too small: the place of the first digit tells which. Too small is zero.
+    // Too large or too small: the power of ten of the first digit shows which. Too small is zero.
     const auto size = static_cast<std::int64_t>(parts.digits.size());
     if (parts.exponent + size > 0) return Scan::kTooLarge;
     value = 0;
@@ -163,7 +163,7 @@ double NumberOrThrow(TextView text, const NumberFormat& format) {
 template <typename Integer>
 Integer RoundInto(double value) {
   const double rounded = RoundHalfEven(value);
-  // Written so that no number fails as well.
+  // Written so that NaN fails too.
   if (!(rounded >= std::numeric_limits<Integer>::min() &&
         rounded <= std::numeric_limits<Integer>::max())) {
     throw RuntimeError::Overflow();
@@ -238,12 +238,12 @@ std::int64_t CCur(TextView text, const NumberFormat& format) {
   }
   if (parts.digits.empty()) return 0;
 
-  // How many digits stand before the fifth decimal place: these make the number, the others round.
+  // Number of digits before the fifth decimal place: these are the result, the others round it.
   const std::int64_t kept = static_cast<std::int64_t>(parts.digits.size()) + parts.exponent + 4;
   if (kept < 0) return 0;
   if (kept > 19) throw RuntimeError::Overflow();
 
-  // 19 digits are below 10^19 and so fit 64 bits without a sign.
+  // 19 digits are below 10^19 and so fit an unsigned 64-bit integer.
   std::uint64_t value = 0;
   for (std::int64_t i = 0; i < kept; ++i) {
     const auto place = static_cast<std::size_t>(i);

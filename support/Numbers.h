@@ -7,7 +7,7 @@
 
 namespace marl {
 
-/// How the user writes numbers: decimal and digit-group separators of the locale.
+/// The user's number format: decimal and digit-group separators of the locale.
 struct NumberFormat {
   char16_t decimal = u'.';
   char16_t group = u',';
@@ -16,29 +16,30 @@ struct NumberFormat {
 /// Rounds to the nearest integer, ties to the even one; the result stays a float.
 double RoundHalfEven(double value);
 
-/// Rounds half to even into 32 bits. Throws "Overflow" outside the range or for no number.
+/// Rounds half to even into 32 bits. Throws "Overflow" outside the range and for NaN.
 std::int32_t CLng(double value);
 /// The same into 16 bits.
 std::int16_t CInt(double value);
 
-/// Largest integer that is not above `value`.
+/// The largest integer not above `value`.
 double Int(double value);
 
-/// The number that the text stands for, as the runtime's conversion reads it: blanks at the ends,
-/// a sign, digits with group separators, a decimal separator, an exponent, or a hexadecimal or
-/// octal number behind "&H" or "&O" (16 or 32 bits, signed). Nothing for any other text.
+/// Text to number by the runtime's rules: blanks at the ends, a sign, digits with group separators,
+/// a decimal separator, an exponent, or a hexadecimal or octal number after "&H" or "&O" (16 or 32
+/// bits, signed). Nothing for any other text.
 std::optional<double> ParseNumber(TextView text, const NumberFormat& format = {});
 
-/// True when the runtime would convert the text to a number.
+/// True if ParseNumber accepts the text.
 bool IsNumeric(TextView text, const NumberFormat& format = {});
 
-/// Text to 32-bit integer. Throws "Type mismatch" when it is no number, "Overflow" beyond range.
+/// Text to 32-bit integer. Throws "Type mismatch" if it is no number, "Overflow" if it is out of
+/// range.
 std::int32_t CLng(TextView text, const NumberFormat& format = {});
 /// Text to 16-bit integer.
 std::int16_t CInt(TextView text, const NumberFormat& format = {});
 
-/// Text to boolean: "True" and "False" in any case, "#TRUE#" and "#FALSE#", or a number, where any
-/// but zero is true. Throws "Type mismatch" for any other text.
+/// Text to boolean: "True" and "False" in any case, "#TRUE#" and "#FALSE#", or a number, which is
+/// true unless 0. Throws "Type mismatch" for any other text.
 bool CBool(TextView text, const NumberFormat& format = {});
 
 /// "True" or "False".

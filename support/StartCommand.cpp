@@ -6,7 +6,7 @@ namespace marl {
 
 namespace {
 
-constexpr int kShellSuccess = 32;  // the shell's codes above it are no errors
+constexpr int kShellSuccess = 32;  // the shell's codes above this are no errors
 
 bool IsFullPath(TextView path) {
   return path.starts_with(u"\\\\") ||
@@ -29,7 +29,7 @@ Command Quoted(TextView text) {
   return {program, WithoutBlanksBefore(text.substr(behind))};
 }
 
-/// Without a program when no part of the text is an existing file.
+/// The program is empty if no part of the text is an existing file.
 Command Unquoted(const FileSystem& files, TextView text) {
   for (std::size_t end = text.size(); end != TextView::npos; end = text.rfind(u' ', end - 1)) {
     if (end == 0) break;
@@ -49,8 +49,9 @@ bool StartCommand(Shell& shell, const FileSystem& files, TextView command, int s
   if (!IsFullPath(text)) return shell.Run(u"", command, show) == kOk;
   const auto [program, arguments] = quoted ? Quoted(text) : Unquoted(files, text);
   if (program.empty()) return false;
-  // Given the program by name, the platform does not put the quotes around it that it adds when it
-  // has found the program itself. Without them the program would take its own path apart.
+  // CreateProcess adds quotes to a path with blanks only if it has found the program itself. It is
+  // given the program here, so the quotes are added here: without them the program would split its
+  // own path.
   Text line(command);
   if (!quoted && program.find(u' ') != TextView::npos) {
     line = u'"' + Text(program) + u'"' + Text(text.substr(program.size()));
@@ -58,7 +59,7 @@ bool StartCommand(Shell& shell, const FileSystem& files, TextView command, int s
   const Status status = shell.Run(program, line, show);
   if (status != kElevationRequired) return status == kOk;
   const int code = shell.Execute(ShellOwner::kMainForm, u"", program, arguments, u"", show);
-  return code > kShellSuccess || code == kAccessDenied;  // what it answers when the user refuses
+  return code > kShellSuccess || code == kAccessDenied;  // the result when the user refuses
 }
 
 }  // namespace marl

@@ -4,7 +4,7 @@
 
 namespace marl {
 
-/// Strings of the switchboard's own, beside those that are shared with the suite.
+/// Strings of the switchboard's own, in addition to those that are shared with the suite.
 enum OwnString : int {
   kComponentMissingString = 30001,
   kNoSystemInfoString = 30002,
@@ -16,9 +16,9 @@ class StringTable {
  public:
   explicit StringTable(const StringResource& resource) : resource_(resource) {}
 
-  /// The text of `id`. A `RuntimeError` when the table has none.
+  /// The text of `id`. Throws a `RuntimeError` if there is none.
   Text Get(int id) const;
-  /// The text of `id`, if there is one: the form of `Get` that never fails.
+  /// The text of `id`, or nothing if there is none.
   bool Find(int id, Text& out) const { return resource_.Load(id, out); }
 
  private:

@@ -5,7 +5,7 @@
 
 namespace marl {
 
-/// The version as people write it.
+/// The version as text.
 constexpr TextView kVersion = u"" MARL_VERSION;
 
 }  // namespace marl

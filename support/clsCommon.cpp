@@ -16,21 +16,21 @@ namespace {
 
 constexpr TextView kTitle = u"Marl";
 
-// What MoveFile says: a message, the destination, and on the next line the detail.
+// A failure of MoveFile: a message, the destination, and on the next line the detail.
 constexpr int kCopyFailedString = 3003;
 constexpr int kDeletionFailedString = 3004;
 constexpr int kReadOnlyClearedString = 3005;
 
 std::size_t Length(TextView text) { return text.size(); }
 
-// The runtime's text functions, with positions from 1; what lies outside is empty.
+// The runtime's text functions, with positions from 1; outside the text the result is empty.
 TextView Left(TextView text, std::size_t length) { return text.substr(0, length); }
 TextView Mid(TextView text, std::size_t from) {
   return from > text.size() ? TextView() : text.substr(from - 1);
 }
 
-/// First place of `search` from `from` on; 0 when there is none. An empty text is found wherever
-/// it is looked for.
+/// First position of `search`, from `from` on; 0 if there is none. An empty text is found at
+/// `from`.
 std::size_t InStr(std::size_t from, TextView text, TextView search) {
   if (from > text.size()) return 0;
   const std::size_t at = text.find(search, from - 1);
@@ -54,7 +54,7 @@ Text Description(Status status) {
   }
 }
 
-/// "&h" and the digits of each byte from the last to the first, as a number.
+/// "&h" and the hexadecimal digits of each byte, from the last to the first, as a number.
 Text NumberOfBytes(std::string_view bytes) {
   constexpr char16_t kDigits[] = u"0123456789ABCDEF";
   Text digits = u"&h";
@@ -64,7 +64,7 @@ Text NumberOfBytes(std::string_view bytes) {
     digits += kDigits[value & 15];
   }
   const std::optional<double> number = ParseNumber(digits);
-  // What is no number is formatted as the text that it is.
+  // Text that is no number stays as it is.
   return number ? NumberText(CLng(*number)) : digits;
 }
 
@@ -195,7 +195,7 @@ std::int16_t clsCommon::MoveFile(TextView source, TextView destination, const Ad
     tell(kCopyFailedString, status);
     ++failures;
   }
-  // The source goes in every case: whoever moves a file wants it gone from where it was.
+  // The source is deleted even if the copy failed.
   files.Remove(source, false);
   return failures;
 }

@@ -9,8 +9,7 @@ namespace {
 
 using Arguments = std::vector<ComponentValue>;
 
-/// A late-bound value as a number: nothing counts as 0, a text as the number it writes, and what is
-/// no number as `otherwise`.
+/// A late-bound value as a number: nothing is 0, text is parsed, and anything else is `otherwise`.
 std::int32_t NumberOr(const ComponentValue& value, std::int32_t otherwise) {
   if (const auto* const plain = std::get_if<std::int32_t>(&value)) return *plain;
   if (std::holds_alternative<std::monostate>(value)) return 0;
@@ -26,9 +25,8 @@ Text TextField(const ComponentValue& value) {
   return number ? NumberText(*number) : Text();
 }
 
-/// Reads a list: asks for its length, then for each record until the status of one is not 0.
-/// `blank` holds the arguments of a record with the index first, `add` takes the filled ones. False
-/// when a call fails.
+/// Reads a list: asks for its length, then for each record until a status is not 0. `blank` has the
+/// arguments of a record with the index first, `add` takes the filled ones. False if a call fails.
 template <typename Add>
 bool ReadList(Component& component, TextView countOperation, TextView fillOperation,
               const Arguments& blank, Add&& add) {
@@ -41,7 +39,7 @@ bool ReadList(Component& component, TextView countOperation, TextView fillOperat
     Arguments record = blank;
     record[0] = i;
     if (!component.Call(fillOperation, record, result, ignored)) return false;
-    constexpr std::int32_t kNoStatus = -1;  // what is no number is no 0 either
+    constexpr std::int32_t kNoStatus = -1;  // a status that is no number is not 0
     if (NumberOr(result, kNoStatus) != 0) return true;
     add(record);
   }

@@ -8,14 +8,14 @@
 
 namespace marl {
 
-/// The translation languages of the suite and the code pages behind them. Copies both lists out
-/// of "Marl.QaComponent" when it is made, and answers from the copies. The component's operations
-/// are late-bound; a record travels as its fields, by reference:
-///   LanguageCount() and CodePageCount() give a number;
+/// The translation languages of the suite and the code pages behind them. Copies both lists from
+/// "Marl.QaComponent" when it is created. The component's operations are late-bound; a record is
+/// passed as its fields, by reference:
+///   LanguageCount() and CodePageCount() return a number;
 ///   GetLanguage(index, tag, description, code, encoding, localeId) and
 ///   GetCodePage(index, tag, description, code, number) fill the fields behind the index, from 0,
 ///   and give a status, 0 when they did. The tag goes in as 1.
-/// A missing component, or one that fails, leaves empty lists; nothing is reported.
+/// If the component is missing or fails, the lists are empty; nothing is reported.
 class clsLanguages {
  public:
   explicit clsLanguages(Components& components);
@@ -25,7 +25,7 @@ class clsLanguages {
   Text LanguageCode(std::int32_t index) const;
   std::int32_t LanguageEncoding(std::int32_t index) const;
   std::int32_t LanguageLCID(std::int32_t index) const;
-  /// Index of the first code page with the number of the language's encoding; -1 if none.
+  /// Index of the first code page with the number of the language's encoding; -1 if there is none.
   std::int32_t LanguageCodePage(std::int32_t index) const;
   Text CodePageDescription(std::int32_t index) const;
   std::int32_t CodePageNumber(std::int32_t index) const;

@@ -87,8 +87,7 @@ void frmAbout2006::FollowLink(int label) {
   if (label == kSupport) Open(u"Open", kSupportSite);
 }
 
-// Parameters and folder are the number 0, which arrives as the text "0": the shell takes neither
-// for an address.
+// The shell ignores parameters and folder of an address.
 void frmAbout2006::Open(TextView operation, TextView address) {
   ports_.shellOpen(operation, address, u"0", u"0", 1);
 }

@@ -12,8 +12,8 @@
 
 namespace marl {
 
-/// Name, version and copyright of the program, with links to three web sites. A link that cannot
-/// be opened does nothing that can be seen.
+/// Name, version and copyright of the program, with links to three web sites. A link that cannot be
+/// opened does nothing visible.
 class frmAbout2006 : public Form {
  public:
   struct Ports {
@@ -28,7 +28,7 @@ class frmAbout2006 : public Form {
   };
   explicit frmAbout2006(Ports ports);
 
-  /// Places in `lblLabel`.
+  /// Indexes of `lblLabel`.
   enum LabelIndex {
     kSuite = 0,
     kVersionLabel = 1,
@@ -40,9 +40,9 @@ class frmAbout2006 : public Form {
 
   Image imgLogo{*this, "imgLogo"};
   Line linBottom{*this, "linBottom"};
-  /// All labels; there is no element 4.
+  /// The labels; there is no element 4.
   std::array<std::unique_ptr<Label>, 7> lblLabel;
-  /// Beyond the edge of the form: where the access keys of the two link labels put the focus.
+  /// Off the form: they take the focus for the access keys of the two link labels.
   std::array<std::unique_ptr<CommandButton>, 2> cmdShell;
   std::unique_ptr<CommandButton> cmdOK;
 

@@ -7,24 +7,25 @@
 
 namespace marl {
 
-/// The picture that stands on the screen while the program starts. It stands until start-up is
-/// done, and then to the end of its five seconds, or to the first click or key press.
+/// The picture on the screen while the program starts. It closes after start-up is complete, at the
+/// end of its five seconds or at a click or key press.
 class frmSplash : public Form {
  public:
   frmSplash(Desktop& desktop, Pictures& pictures, const Locale& locales);
 
-  /// Number of the picture that fits the screen.
+  /// Resource id of the picture that fits the screen.
   static int PictureId(const Desktop& desktop);
 
-  /// True once start-up is done.
+  /// True once start-up is complete.
   bool CanDismiss() const { return canDismiss_; }
-  /// Start-up is done, or not. A splash whose time has run out goes at once when it may.
+  /// Says whether start-up is complete. If it is and the time is up, the splash closes at once.
   void SetCanDismiss(bool canDismiss);
 
   /// "Version 2007 SP3 Build 7044", from the numbers of the program's version resource; without a
-  /// service pack when there is none.
+  /// service pack if there is none.
   static Text ResourceVersion(int major, int minor, int revision);
-  /// What of a version is shown: from the first "S" or "(" on, or all of it without either.
+  /// The part of a version that is shown: from the first "S" or "(" on, or all of it if there is
+  /// neither.
   static Text ShownVersion(TextView version);
 
   Image img2006{*this, "img2006"};

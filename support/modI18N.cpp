@@ -20,7 +20,7 @@ constexpr std::int64_t kSmallestFarEastSize = 9 * 10000;
 struct CodePageFont {
   std::int32_t codePage;
   int charset;
-  TextView face;  ///< only where the script needs one
+  TextView face;  ///< only if the script needs one
 };
 
 constexpr CodePageFont kCodePageFonts[] = {

@@ -8,7 +8,7 @@ void modLogging::OpenDebugLog() {
   Status status = kOk;
   const bool root = folder_.ends_with(u'\\');
   file_ = files_.Create(folder_ + (root ? u"" : u"\\") + u"debug.log", status);
-  // The program keeps no other file open by number: the first one is always free.
+  // The program has no other file open by number, so the first one is always free.
   fileNumber_ = file_ ? 1 : 0;
 }
 

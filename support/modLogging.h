@@ -13,21 +13,21 @@ inline constexpr bool kDebugLog = true;
 inline constexpr bool kDebugLog = false;
 #endif
 
-/// Format of the time that stands in front of each line of the log.
+/// Format of the time at the start of each line of the log.
 inline constexpr TextView kLogTimeFormat = u"dd/mm/yy hh:mm:ss ";
 
-/// The debug log: `debug.log` in the program's folder. The build decides whether there is one; the
-/// program as it ships has none. Failures show nowhere.
+/// The debug log: `debug.log` in the program's folder. It is a build option, off in the program
+/// that ships. Failures are ignored.
 class modLogging {
  public:
   /// `folder` is the program's folder.
   modLogging(FileSystem& files, TextView folder, bool enabled = kDebugLog)
       : files_(files), folder_(folder), enabled_(enabled) {}
 
-  /// Closes the log that is open, and starts a fresh one when the build has a log.
+  /// Closes an open log, and starts a new one if the build has a log.
   void OpenDebugLog();
   void CloseDebugLog();
-  /// 0 when no log is open.
+  /// 0 if no log is open.
   std::int16_t FileNumber() const { return fileNumber_; }
 
  private:

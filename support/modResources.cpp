@@ -12,7 +12,7 @@ namespace marl {
 
 namespace {
 
-/// The text that `property` names by its number, if it is one.
+/// The text that `property` names by its string id, if it is a number.
 std::optional<Text> Named(TextView property, const StringTable& strings) {
   const std::optional<double> number = ParseNumber(property);
   if (!number) return {};

@@ -5,10 +5,10 @@ namespace marl {
 class Form;
 class StringTable;
 
-/// Puts the table's texts in place of the numbers that a form and its controls were designed with.
-/// A `Tag` that is a number names the caption (of a tab, tool bar button or column: of that part),
-/// a `ToolTipText` that is a number names the tool tip, a menu's caption names itself. All other
-/// texts stay, as does a number that the table does not know. Runs once, when the form loads.
+/// Replaces the string ids in the design of a form and its controls by their texts. A `Tag` that is
+/// a number is the id of the caption (for a tab, tool bar button or column, of that part's), a
+/// `ToolTipText` that is a number the id of the tool tip, a menu's caption its own. Other texts
+/// stay, and so do ids that the table does not have. Call it once, when the form loads.
 void LoadFormStrings(Form& form, const StringTable& strings);
 
 }  // namespace marl
