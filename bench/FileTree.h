@@ -10,7 +10,8 @@ namespace marl::bench {
 constexpr int kTops = 10;
 constexpr int kMiddles = 9;
 constexpr int kLeaves = 11;
-constexpr int kFolders = kTops * (1 + kMiddles * kLeaves);  // those in the middle hold folders only
+constexpr int kFolders =
+    kTops * (1 + kMiddles * kLeaves);  // those in the middle contain only folders
 constexpr int kFilesPerFolder = 100;
 constexpr int kFiles = kFolders * kFilesPerFolder;
 constexpr int kWanted = kFiles / 4;

@@ -15,8 +15,8 @@ inline void Keep(const T& value) {
   asm volatile("" : : "r,m"(value) : "memory");
 }
 
-/// Processor time of this thread in seconds: what others do on the machine hardly counts. On
-/// Windows it is elapsed time, since the system does much of the work for us elsewhere.
+/// Processor time of this thread in seconds, which hardly depends on other load. On Windows it is
+/// elapsed time, since other processes do much of the system's work there.
 inline double Now() {
   timespec time = {};
 #ifdef _WIN32
@@ -27,19 +27,19 @@ inline double Now() {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
 }
 
-/// Times several ways to do the same work in one run, turn by turn, so that a busy moment of the
-/// machine hits all of them; the best time of each counts.
+/// Times several competitors for the same work in one run. They take turns, so that a busy moment
+/// hits all of them; the best time of each counts.
 class Race {
  public:
   explicit Race(std::string name) : name_(std::move(name)) {}
 
-  /// Adds a runner; the first one is ours.
+  /// Adds a competitor; the first one is Marl.
   void Add(std::string runner, std::function<void()> work) {
     runners_.push_back({std::move(runner), std::move(work), 0});
   }
 
-  /// Runs every runner `rounds` times, `repeats` calls a time, and prints what came out. `bytes` is
-  /// the size of the work of one call.
+  /// Runs each competitor `rounds` times with `repeats` calls each, and prints the times. `bytes`
+  /// is the amount of work in one call.
   void Run(int rounds, int repeats, double bytes) {
     for (int round = 0; round <= rounds; ++round) {
       for (Runner& runner : runners_) {
@@ -56,7 +56,7 @@ class Race {
     }
   }
 
-  /// Seconds of a runner.
+  /// Seconds of a competitor.
   double Seconds(const std::string& runner) const {
     for (const Runner& candidate : runners_) {
       if (candidate.name == runner) return candidate.seconds;
@@ -65,7 +65,7 @@ class Race {
     std::exit(2);
   }
 
-  /// How many times faster ours is than `runner`.
+  /// How many times faster Marl is than `runner`.
   double Against(const std::string& runner) const {
     return Seconds(runner) / runners_.front().seconds;
   }
@@ -81,14 +81,14 @@ class Race {
   std::vector<Runner> runners_;
 };
 
-/// The goals of a benchmark, told at its end: one line each.
+/// The goals of a benchmark, printed at its end: one line each.
 class Goals {
  public:
-  /// A ratio that is to be `bound` or more.
+  /// A ratio that has to be at least `bound`.
   void AtLeast(const std::string& name, double ratio, double bound) {
     Add(name, ratio, bound, ratio >= bound);
   }
-  /// A ratio that is to be `bound` or less.
+  /// A ratio that has to be at most `bound`.
   void AtMost(const std::string& name, double ratio, double bound) {
     Add(name, ratio, bound, ratio <= bound);
   }

@@ -1,5 +1,5 @@
-// The search for a project's working files beside find(1) and fd, on a tree on the disk. A port
-// over the disk's own calls takes the place of Windows; the names are plain letters.
+// The search for a project's working files, compared with find(1) and fd, on a tree on disk. The
+// file system port is implemented by native calls; names are plain ASCII.
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -37,7 +37,7 @@ void Check(bool good, const char* what) {
   std::exit(2);
 }
 
-/// Listings of the machine's folders under paths with backslashes.
+/// Lists native folders by paths with backslashes.
 class DiskFiles : public MemoryFileSystem {
  public:
   std::unique_ptr<FileSearch> Find(TextView pattern) const override {
@@ -70,7 +70,7 @@ class DiskFiles : public MemoryFileSystem {
   };
 };
 
-/// A tree of its own on the disk, gone at the end.
+/// A temporary tree on disk.
 class Tree {
  public:
   Tree() {
@@ -100,7 +100,7 @@ class Tree {
   std::string root_;
 };
 
-/// Processor time of this process, or of its children that have ended, in seconds.
+/// Processor time of this process, or of its finished children, in seconds.
 double Used(int who) {
   rusage usage = {};
   getrusage(who, &usage);
@@ -110,7 +110,7 @@ double Used(int who) {
   return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-/// Runs a program to its end; its lines go into a pipe and are counted.
+/// Runs a program and counts the lines of its output.
 int CountLines(std::vector<std::string> line) {
   std::vector<char*> arguments;
   for (std::string& word : line) arguments.push_back(word.data());

@@ -1,5 +1,5 @@
-// The gradient beside cairo's linear gradient and beside a memory fill, all over one picture that
-// is there already: none has its memory nearer at hand than the others.
+// The gradient, compared with cairo's linear gradient and with a memory fill. All use one existing
+// picture, so that none has an advantage by warm memory.
 
 #include <cairo.h>
 
@@ -22,7 +22,7 @@ constexpr int kAngles[] = {0, 30, 45, 90, 217};
 constexpr Color kFrom = Rgb(182, 203, 197);
 constexpr Color kTo = Rgb(0, 77, 57);
 
-/// A target over a picture that others draw on too.
+/// A target on a picture that others also draw on.
 class SharedPicture : public GradientTarget {
  public:
   explicit SharedPicture(Picture& picture) : picture_(picture) {}
@@ -88,7 +88,7 @@ class CairoPicture {
   cairo_t* context_;
 };
 
-/// True when both draw the same thing: corners and centre differ by little.
+/// True if both draw the same: corners and centre differ only a little.
 bool SameLook(const Picture& a, const Picture& b) {
   const int right = a.width - 1;
   const int bottom = a.height - 1;

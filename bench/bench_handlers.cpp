@@ -1,6 +1,6 @@
 // What the panel's handlers cost when nothing changes: the mouse over one button or over none, the
-// tick of the timer, a resize that needs no correction. On the desktop in memory, so that the cost
-// is the program's own; what the platform takes for its answers comes on top.
+// tick of the timer, a resize that needs no correction. Runs on the memory desktop, so this is the
+// cost of the program alone; the platform's calls come on top.
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,10 +1,8 @@
-// The panel's kept picture, computed, beside the told drawing of it with a pen and a line for each
-// step of the sweep. Both leave 32-bit pixels in memory; putting them on the screen is the same
-// work after either.
+// The panel's background, computed, compared with drawing it line by line, with a pen for each step
+// of the sweep. Both leave 32-bit pixels in memory; showing them takes the same time.
 //
-// Then the whole of SetUI, in a real window: the skin read from the real registry, the layout, the
-// picture and the window painted anew, beside the same with the told drawing in the picture's
-// place.
+// Then the whole of SetUI in a real window (reading the skin from the real registry, layout,
+// picture, repainting), compared with the same with a background drawn line by line.
 
 #include <algorithm>
 #include <cstring>
@@ -39,7 +37,7 @@
 namespace marl {
 namespace {
 
-/// A device context over pixels of its own.
+/// A device context with its own pixels.
 class Surface : public GradientTarget {
  public:
   explicit Surface(Size size) : size_(size), context_(CreateCompatibleDC(nullptr)) {
@@ -71,7 +69,7 @@ class Surface : public GradientTarget {
   win32::CanvasWin32 canvas_{context_.get(), fonts_, 96};
 };
 
-/// The real registry, which keeps what it has, with an angle of the race's own.
+/// The real registry, read-only, with an angle that the benchmark sets.
 class ReadOnlyRegistry : public win32::RegistryStoreWin32 {
  public:
   std::int32_t angle = 0;
@@ -96,7 +94,7 @@ class ReadOnlyRegistry : public win32::RegistryStoreWin32 {
   Status DeleteValue(KeyHandle, const NarrowText&) override { return kAccessDenied; }
 };
 
-/// Strips with soft edges in place of the program's own: what is under them shines through.
+/// Strips with soft edges in place of the program's, so that blending takes part.
 class SoftPictures : public MemoryPictures {
  public:
   PicturePtr Load(int id) override {
@@ -108,13 +106,13 @@ class SoftPictures : public MemoryPictures {
   }
 };
 
-/// The program in a real window, with all that SetUI does not need in memory.
+/// The program in a real window; everything that SetUI does not need is in memory.
 class Switchboard {
  public:
   Switchboard() {
     settings_.Put(u"Marl", u"Settings", u"FirstRun", u"N");
     starting_ = &main;
-    // Nobody waits for the splash.
+    // The splash closes at once.
     const UINT_PTR timer = SetTimer(nullptr, 0, 20, ClickSplash);
     main.Show();
     KillTimer(nullptr, timer);
@@ -162,8 +160,8 @@ class Switchboard {
   frmMain main{platform_};
 };
 
-/// Times SetUI as it stands, its picture alone and the told drawing alone, at several angles.
-/// Returns how many times longer a SetUI with the told drawing takes, at the least.
+/// Times SetUI, its picture alone and drawing line by line alone, at several angles. Returns how
+/// many times longer a SetUI that draws line by line takes, in the worst case.
 double WholeSetUI() {
   Switchboard switchboard;
   frmMain& main = switchboard.main;
@@ -195,15 +193,15 @@ double WholeSetUI() {
     });
     race.Run(20, 4, 4.0 * size.width * size.height);
     const double whole = race.Seconds("marl");
-    const double told = whole - race.Seconds("its picture") + race.Seconds("pen and line");
-    worst = std::min(worst, told / whole);
+    const double byLine = whole - race.Seconds("its picture") + race.Seconds("pen and line");
+    worst = std::min(worst, byLine / whole);
   }
   return worst;
 }
 
 int Main() {
   double worst = std::numeric_limits<double>::infinity();
-  // The panel of five columns at 96 and at 144 dots an inch.
+  // The panel with five columns at 96 and at 144 dpi.
   for (const Size size : {Size{586, 362}, Size{879, 543}}) {
     for (const int angle : {0, 30, 45, 90, 217}) {
       MemoryDesktop desktop;

@@ -1,5 +1,5 @@
-// The registry classes beside the platform calls that they stand on: the same keys opened, values
-// queried and written, and keys closed, without a class around them.
+// The registry classes, compared with the bare platform calls: the same keys opened, values queried
+// and written, and keys closed.
 
 #include <windows.h>
 
@@ -18,8 +18,8 @@ namespace marl {
 namespace {
 
 constexpr const char* kPath = "Software\\Oru Test\\bench";
-// More than a thousand calls of each, in turns so short that one of them meets a quiet moment of a
-// busy machine.
+// More than a thousand calls of each, in turns short enough to hit a quiet moment of a busy
+// machine.
 constexpr int kCalls = 10;
 constexpr int kRounds = 400;
 
@@ -35,7 +35,7 @@ HKEY Open(REGSAM access) {
   return key;
 }
 
-/// What reading through cRegistry comes to: the size first, then the data.
+/// The calls of reading through cRegistry: first the size, then the data.
 void ReadTwice(const char* name, char* buffer, DWORD room) {
   const HKEY key = Open(KEY_QUERY_VALUE);
   DWORD kind = 0;
@@ -48,7 +48,7 @@ void ReadTwice(const char* name, char* buffer, DWORD room) {
   bench::Keep(buffer);
 }
 
-/// What reading through clsRegistry comes to.
+/// The calls of reading through clsRegistry.
 void ReadOnce(const char* name, char* buffer, DWORD room) {
   const HKEY key = Open(KEY_READ);
   DWORD kind = 0;
@@ -74,7 +74,7 @@ HKEY Create() {
   return key;
 }
 
-/// Takes the test's key away again, whatever happens.
+/// Deletes the test's key at the end.
 struct OwnKey {
   OwnKey() { RegCloseKey(Create()); }
   ~OwnKey() {
@@ -90,7 +90,7 @@ std::function<void()> Repeated(Work work) {
   };
 }
 
-/// Reads and writes through one class, and their sum beside the platform's.
+/// Reads and writes through one class, compared with the platform's calls.
 class Total {
  public:
   template <typename Ours, typename Bare>

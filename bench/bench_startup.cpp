@@ -1,8 +1,8 @@
 // Wall time from the creation of a process to its idle main window: Marl.exe, an empty window
-// program built with the same flags, and the platform's notepad, turn by turn in one run. Then the
-// size of Marl.exe, and what it costs while nobody uses it.
+// program built with the same flags, and the platform's notepad, taking turns in one run. Then the
+// size of Marl.exe, and its processor time while idle.
 //
-// The splash holds the start for the user's sake; here it is clicked away the moment it shows.
+// The splash delays the start on purpose; here it is clicked away as soon as it shows.
 
 #include <windows.h>
 
@@ -45,8 +45,8 @@ BOOL CALLBACK Visit(HWND window, LPARAM parameter) {
   return TRUE;
 }
 
-/// Starts the program, waits until its window has a title, is visible and answers, and ends it.
-/// Returns the seconds that took, or a negative number. `whileIdle` is called before the end.
+/// Starts the program, waits until its window has a title, is visible and responds, and ends it.
+/// Returns the seconds, or a negative number on failure. `whileIdle` is called before the end.
 template <typename WhileIdle>
 double Start(const std::wstring& path, WhileIdle whileIdle) {
   std::wstring commandLine = L"\"" + path + L"\"";

@@ -1,4 +1,4 @@
-// UTF-8 in both directions, beside ICU and iconv.
+// UTF-8 in both directions, compared with ICU and iconv.
 
 #include <iconv.h>
 #include <unicode/ustring.h>
@@ -14,14 +14,14 @@
 namespace marl {
 namespace {
 
-/// `sentence` again and again, about `units` units.
+/// `sentence` repeated to about `units` units.
 Text Repeat(TextView sentence, std::size_t units) {
   Text text;
   while (text.size() < units) text += sentence;
   return text;
 }
 
-/// Decodes or encodes with iconv; returns the bytes it made.
+/// Decodes or encodes with iconv; returns the number of bytes.
 std::size_t Iconv(iconv_t converter, const char* in, std::size_t size, char* out,
                   std::size_t room) {
   char* from = const_cast<char*>(in);

@@ -23,7 +23,7 @@ std::size_t g_peak = 0;
 
 }  // namespace
 
-// Counts what is allocated, for the one goal on memory.
+// Counts allocations, for the goal on memory.
 void* operator new(std::size_t size) {
   void* const block = std::malloc(size);
   if (!block) throw std::bad_alloc();
@@ -50,7 +50,7 @@ std::string Skin() {
   return text + "</skin>\r\n";
 }
 
-/// A project of 30 languages with as many documents each.
+/// A project with 30 languages and this many documents for each.
 std::string Project(int documents) {
   std::string text =
       "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<project name=\"Manuals\">\r\n"
@@ -71,7 +71,7 @@ std::string Project(int documents) {
   return text + "</project>\r\n";
 }
 
-/// What the visit of a document adds up: the same for every reader.
+/// Sums over a document, which must be the same for every reader.
 struct Sum {
   std::size_t elements = 0;
   std::size_t attributes = 0;
@@ -103,7 +103,7 @@ Sum ReadOurs(const FileSystem& file) {
 
 Sum ReadRapidXml(const std::string& text) {
   Sum sum;
-  std::string copy = text;  // it wants its input for itself
+  std::string copy = text;  // it modifies its input
   rapidxml::xml_document<char> document;
   document.parse<rapidxml::parse_fastest>(copy.data());
   const auto visit = [&sum](auto&& self, const rapidxml::xml_node<char>* node) -> void {
@@ -160,7 +160,7 @@ Sum ReadExpat(const std::string& text) {
   return sum;
 }
 
-/// The least that any reader does: finds each "<" and the ">" behind it.
+/// The minimum for any reader: finds each "<" and the next ">".
 std::size_t Scan(const std::string& text) {
   std::size_t found = 0;
   const char* at = text.data();
@@ -177,7 +177,8 @@ std::size_t Scan(const std::string& text) {
   return found;
 }
 
-/// The same as this compiler makes it, without the library's hand-written search: only shown.
+/// The same compiled from a loop, without the library's hand-written search; shown for comparison
+/// only.
 std::size_t ScanByBytes(const std::string& text) {
   std::size_t found = 0;
   char wanted = '<';
@@ -225,8 +226,8 @@ void Measure(const std::string& name, const std::string& text, int rounds, int r
   }
 }
 
-/// A hundred megabytes that no well-meaning program writes: as fast a byte as ten megabytes of the
-/// same, and no more memory than the file and one decoded copy.
+/// A hundred megabytes of bad input: as fast per byte as ten megabytes of the same, and no more
+/// memory than the file and one decoded copy.
 void MeasureBad(const std::string& name, const std::string& head, const std::string& pattern,
                 bench::Goals& goals) {
   constexpr std::size_t kSmall = 10'000'000;
@@ -267,7 +268,7 @@ void MeasureBad(const std::string& name, const std::string& head, const std::str
 }  // namespace marl
 
 int main() {
-  // Blocks stay with the process, so that nobody is measured by the system's page faults.
+  // Memory stays with the process, so that page faults do not distort the times.
   mallopt(M_MMAP_THRESHOLD, 1 << 30);
   mallopt(M_TRIM_THRESHOLD, 2'000'000'000);
   marl::bench::Goals goals;

@@ -1,4 +1,4 @@
-// The least that a program with a window can be: what a start costs on this machine at all.
+// A minimal program with a window: the least that a start costs on this machine.
 
 #include <windows.h>
 

@@ -7,7 +7,7 @@
 
 namespace marl::fuzz {
 
-/// A file system of one file, which every path leads to; nothing can be changed.
+/// A read-only file system in which every path is the same file.
 class OneFile : public FileSystem {
  public:
   OneFile(const std::uint8_t* data, std::size_t size) : bytes_(data, data + size) {}

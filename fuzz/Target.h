@@ -8,26 +8,26 @@ namespace marl::fuzz {
 
 using Body = void (*)(const std::uint8_t* data, std::size_t size);
 
-/// A target of the replay, which runs the corpus in the unit tests.
+/// A target for the unit tests, which replay the corpus.
 struct Target {
   Target(const char* name, Body body);
   const char* name;
   Body body;
-  Target* next;  ///< the one made before
+  Target* next;  ///< the one created before
 };
 
-/// The target made last.
+/// The target created last.
 Target*& Targets();
 
-/// Stops at a broken promise: the fuzzer reports it as a crash, the replay as a failure.
-inline void Expect(bool promise, const char* what) {
-  if (!promise) throw std::logic_error(what);
+/// Stops if the condition is false: the fuzzer reports a crash, the replay a failure.
+inline void Expect(bool holds, const char* what) {
+  if (!holds) throw std::logic_error(what);
 }
 
 }  // namespace marl::fuzz
 
-/// Heads the body of a target, which gets `data` and `size`. Its name is that of its source and
-/// of its folder below fuzz/corpus.
+/// Begins the definition of a target, whose body gets `data` and `size`. Its name is that of its
+/// source and of its folder below fuzz/corpus.
 #if defined(MARL_FUZZ)
 #define MARL_FUZZ_TARGET(name)                                                        \
   static void name(const std::uint8_t* data, std::size_t size);                       \

@@ -8,9 +8,9 @@ MARL_FUZZ_TARGET(decoder) {
   using namespace marl;
   const Bytes bytes(data, data + size);
   const Text text = DecodeUTF8(bytes);
-  fuzz::Expect(text == reference::Decode(bytes), "the text is told");
+  fuzz::Expect(text == reference::Decode(bytes), "the text is the reference's");
 
-  // In steps, of a length that the input chooses.
+  // In steps of a length that the input chooses.
   const std::size_t room = size == 0 ? 1 : 1 + data[0] % 64;
   Text steps;
   for (std::size_t next = 0; next != size;) {
@@ -31,7 +31,7 @@ MARL_FUZZ_TARGET(decoder) {
   for (const Text& source : {text, units}) {
     fuzz::Expect(utf8.ToUTF8Bytes(source) == static_cast<std::int32_t>(utf8.OutputBytes().size()),
                  "the count is that of the bytes");
-    fuzz::Expect(utf8.OutputBytes() == reference::Encode(source), "the bytes are told");
+    fuzz::Expect(utf8.OutputBytes() == reference::Encode(source), "the bytes are the reference's");
     fuzz::Expect(DecodeUTF8(utf8.OutputBytes()) == source, "decoding undoes encoding");
   }
 }

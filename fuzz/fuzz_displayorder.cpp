@@ -3,7 +3,8 @@
 #include "fuzz/Target.h"
 #include "platform/RuntimeError.h"
 
-// The first byte tells the columns; the rest is any text, read as a display order and laid out.
+// The first byte is the number of columns; the rest is any text, read as a display order and laid
+// out.
 MARL_FUZZ_TARGET(displayorder) {
   using namespace marl;
   if (size == 0) return;
@@ -23,7 +24,7 @@ MARL_FUZZ_TARGET(displayorder) {
 
   PanelLayout layout;
   const bool arranged = Skip([&] { layout = ArrangePanel(order, columns, {}); });
-  if (known && columns != 0) fuzz::Expect(arranged, "known buttons find a place");
+  if (known && columns != 0) fuzz::Expect(arranged, "known buttons are placed");
   if (!known) fuzz::Expect(!arranged, "unknown buttons are refused");
   if (!arranged) return;
   for (std::size_t p = 0; p < order.size(); ++p) {

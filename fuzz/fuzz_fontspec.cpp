@@ -2,7 +2,7 @@
 #include "documents/modUTF8.h"
 #include "fuzz/Target.h"
 
-// Any text, applied as a font spec under both ways to write a decimal.
+// Any text, applied as a font spec with both decimal separators.
 MARL_FUZZ_TARGET(fontspec) {
   using namespace marl;
   const Text spec = DecodeUTF8(Bytes(data, data + size));

@@ -3,7 +3,8 @@
 #include "fuzz/Target.h"
 #include "platform/RuntimeError.h"
 
-// Any bytes as a project file: an answer or the one failure, and lists as long as their counts.
+// Any bytes as a project file: a result or the one known failure, and lists as long as their
+// counts.
 MARL_FUZZ_TARGET(project) {
   using namespace marl;
   const fuzz::OneFile file(data, size);
@@ -11,9 +12,9 @@ MARL_FUZZ_TARGET(project) {
   try {
     project.ParseProjectFile(u"a.qprx");
   } catch (const RuntimeError& error) {
-    fuzz::Expect(error.number() == 457, "only an attribute name twice fails");
+    fuzz::Expect(error.number() == 457, "only a duplicate attribute fails");
   }
-  fuzz::Expect(project.LangCount >= 0 && project.DocCount >= 0, "counts are no debts");
+  fuzz::Expect(project.LangCount >= 0 && project.DocCount >= 0, "counts are not negative");
   Text lc, description, path;
   for (std::int32_t i = 0; i < project.LangCount; ++i) {
     fuzz::Expect(project.GetLanguage(i, lc, description), "each language is there");
@@ -24,5 +25,5 @@ MARL_FUZZ_TARGET(project) {
   lc = path = u"old";
   fuzz::Expect(!project.GetLanguage(project.LangCount, lc, description), "and no language more");
   fuzz::Expect(!project.GetDocument(project.DocCount, path), "and no document more");
-  fuzz::Expect(lc == u"old" && path == u"old", "outputs stay untouched");
+  fuzz::Expect(lc == u"old" && path == u"old", "outputs stay unchanged");
 }

@@ -6,7 +6,7 @@ namespace {
 
 using namespace marl;
 
-/// Takes every value, and minds what the reader has to settle.
+/// Accepts every value, and checks what the reader has to normalise.
 class Checked : public SkinTarget {
  public:
   SkinSettings skin;
@@ -15,7 +15,7 @@ class Checked : public SkinTarget {
     if (field == &SkinSettings::BorderWidth) {
       fuzz::Expect(number == 1 || number == 2, "a bevel has one line or two");
     } else if (field == &SkinSettings::Icons) {
-      fuzz::Expect(number >= 0 && number <= 3, "there are four icon sets");
+      fuzz::Expect(number >= 0 && number <= 3, "the icon set exists");
     } else if (field == &SkinSettings::TwoStateOffset) {
       fuzz::Expect(number == 0 || number == 18, "two-state icons are on or off");
     }
@@ -27,7 +27,7 @@ class Checked : public SkinTarget {
   }
 };
 
-/// Takes the one file that is written to it.
+/// Keeps the one file that is written.
 class Sink : public fuzz::OneFile {
  public:
   Sink() : OneFile(nullptr, 0) {}
@@ -54,7 +54,7 @@ class Sink : public fuzz::OneFile {
 
 }  // namespace
 
-// Any bytes, loaded as a skin; what came of them, saved and loaded again.
+// Any bytes, loaded as a skin; the result, saved and loaded again.
 MARL_FUZZ_TARGET(skin) {
   Checked first;
   fuzz::Expect(LoadSkinFile(fuzz::OneFile(data, size), u"x.qsk", first), "the file opens");

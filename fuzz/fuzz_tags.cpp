@@ -4,7 +4,7 @@
 #include "platform/RuntimeError.h"
 #include "tests/unit/XMLReference.h"
 
-// Any text, taken apart as a tag.
+// Any text, parsed as a tag.
 MARL_FUZZ_TARGET(tags) {
   using namespace marl;
   const Text source = DecodeUTF8(Bytes(data, data + size));
@@ -12,17 +12,18 @@ MARL_FUZZ_TARGET(tags) {
   const bool duplicate = !Skip([&] { tag.ParseTag(source); });
   for (std::int32_t i = -1; i <= tag.AttributeCount() + 1; ++i) tag.AttributeValue(i);
 
-  // The plain reading takes quadratic time.
+  // The reference takes quadratic time.
   if (source.size() > 8192) return;
   const reference::Tag expected = reference::ReadTag(source);
-  fuzz::Expect(duplicate == expected.duplicate, "a name twice fails");
-  fuzz::Expect(tag.name() == expected.name, "the name is told");
+  fuzz::Expect(duplicate == expected.duplicate, "a duplicate name fails");
+  fuzz::Expect(tag.name() == expected.name, "the name is the reference's");
   fuzz::Expect(static_cast<std::size_t>(tag.AttributeCount()) == expected.attributes.size(),
-               "the number of attributes is told");
+               "the number of attributes is the reference's");
   std::int32_t position = 0;
   for (const auto& [name, value] : expected.attributes) {
-    fuzz::Expect(tag.AttributeValue(++position) == value, "the value is told by place");
-    fuzz::Expect(tag.AttributeValue(name) == value, "the value is told by name");
+    fuzz::Expect(tag.AttributeValue(++position) == value,
+                 "the value at the position is the reference's");
+    fuzz::Expect(tag.AttributeValue(name) == value, "the value of the name is the reference's");
   }
   fuzz::Expect(XMLUnescape(XMLEscape(source)) == source, "unescaping undoes escaping");
   fuzz::Expect(XMLEscape(source) == reference::Escape(source), "escaping is replacing in turn");

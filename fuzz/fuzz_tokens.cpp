@@ -5,8 +5,8 @@
 #include "platform/RuntimeError.h"
 #include "tests/unit/XMLReference.h"
 
-// A file of any bytes, cut into tokens: together they are the document, and each is what the plain
-// reading of the rules says.
+// A file of any bytes, cut into tokens: together they are the document, and each is the one that
+// the reference finds.
 MARL_FUZZ_TARGET(tokens) {
   using namespace marl;
   const fuzz::OneFile file(data, size);
@@ -14,7 +14,7 @@ MARL_FUZZ_TARGET(tokens) {
   fuzz::Expect(engine.OpenDocument(u"a.xml"), "a file that is there opens");
 
   const Text document = reference::WithoutMark(reference::Decode(Bytes(data, data + size)));
-  // The plain reading takes quadratic time.
+  // The reference takes quadratic time.
   const bool compare = document.size() <= 8192;
   Text rest = compare ? document : Text();
   Text all;
@@ -22,17 +22,18 @@ MARL_FUZZ_TARGET(tokens) {
     Text token;
     const XMLTokenKind kind = engine.GetToken(token);
     if (compare) {
-      fuzz::Expect(reference::Token{kind, token} == reference::Next(rest), "the token is told");
+      fuzz::Expect(reference::Token{kind, token} == reference::Next(rest),
+                   "the token is the reference's");
     }
     if (kind == xtEndOfDocument) break;
-    fuzz::Expect(!token.empty(), "each token takes something");
+    fuzz::Expect(!token.empty(), "no token is empty");
     all += token;
   }
   fuzz::Expect(all == document, "the tokens are the document");
 
   Text token = u"old";
   fuzz::Expect(engine.GetToken(token) == xtEndOfDocument && token.empty(), "the end stays");
-  // As the engine holds them the tokens are the same, and so are the tags read from them.
+  // Undecoded tokens are the same, and so are the tags parsed from them.
   fuzz::Expect(engine.OpenDocument(u"a.xml"), "the file opens again");
   clsXMLEngine other(file);
   other.OpenDocument(u"a.xml");
