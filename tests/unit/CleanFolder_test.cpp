@@ -227,7 +227,7 @@ TEST_F(Clean, EntriesGoInTheOrderFound) {
   EXPECT_EQ(removed, (Paths{u"C:\\P\\a.qtd", u"C:\\P\\b\\1.qtd", u"C:\\P\\c.qtd"}));
 }
 
-/// Many files in a folder that never holds them in memory.
+/// A folder of many files, which are generated and not kept in memory.
 class ManyFiles : public MemoryFileSystem {
  public:
   explicit ManyFiles(int count) : count_(count) {}
@@ -257,7 +257,7 @@ class ManyFiles : public MemoryFileSystem {
   int count_;
 };
 
-/// Cleans a folder of so many files. Gives the number of the failure, 0 for none.
+/// Cleans a folder of this many files. Returns the failure's number, 0 for none.
 int CleanMany(ManyFiles& files) {
   ProjectWorld world;
   world.desktop.answers[Text(kQuestionText)] = kAnswerYes;

@@ -174,13 +174,13 @@ TEST_F(Controls, FocusThatComesBackWithTheFormIsNoGotFocus) {
   second.SetFocus();
   first.SetFocus();
   EXPECT_EQ(heard, (std::vector<std::string>{"first", "second", "first"}));
-  // The user comes back by a click on another control.
+  // The user returns with a click on another control.
   form.UserDeactivate(&first);
   second.UserFocus();
   first.UserFocus();
   form.UserActivate();
   EXPECT_EQ(heard.size(), 5u);
-  // Nothing had the focus, or what had it was given none on the way back.
+  // Nothing had the focus, or it was not given back.
   form.UserDeactivate(nullptr);
   first.UserFocus();
   form.UserDeactivate(&second);
@@ -303,7 +303,7 @@ TEST_F(Controls, ADropDownListIsSetByTextInAnyCase) {
   EXPECT_EQ(clicks, 1);
 }
 
-/// Takes F4, lets every other key pass.
+/// Handles F4, passes every other key on.
 class PreviewForm : public Form {
  public:
   explicit PreviewForm(Desktop& desktop) : Form(desktop, "frmPreview") {}
@@ -398,7 +398,7 @@ TEST_F(Controls, WhatIsSetWhileTheFormShowsReachesTheWindow) {
     row.set();
     EXPECT_EQ(changes, (Changes{{&row.control, row.property}})) << row.name;
     changes.clear();
-    // What is there already changes nothing.
+    // Setting the same value changes nothing.
     const TextView again(u"new tab pages row less no rows new row its selection selection");
     const Text name(row.name, row.name + std::char_traits<char>::length(row.name));
     if (again.find(name) != TextView::npos) continue;
@@ -605,7 +605,7 @@ TEST_F(Controls, ALabelOnAPictureIsHitWhileThePictureIsSeen) {
   EXPECT_EQ(form.HitTest(500, 500), nullptr);
 }
 
-/// Writes down what is painted on it.
+/// Records what is painted on it.
 class RecordingCanvas : public Canvas {
  public:
   std::vector<Text> strokes;

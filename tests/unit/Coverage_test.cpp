@@ -1,4 +1,4 @@
-// The table of docs/COVERAGE.md against the test sources on the disk.
+// Compares the table of docs/COVERAGE.md with the test sources on disk.
 
 #include <gtest/gtest.h>
 
@@ -52,7 +52,7 @@ struct Area {
   Names sources;
 };
 
-/// The rows of the table: area, what is held, and between backquotes the sources that hold it.
+/// The rows of the table: area, what is covered, and the sources, in backquotes.
 std::vector<Area> Areas(const std::string& page) {
   std::vector<Area> areas;
   std::istringstream lines(page);

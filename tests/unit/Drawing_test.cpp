@@ -56,7 +56,7 @@ TEST(Scaled, LargerGoesOverFromPixelToPixel) {
   Picture halves(2, 1);
   halves.At(0, 0) = 0xFF000000;
   halves.At(1, 0) = 0xFFFFFFFF;
-  // The middles of the four lie at a quarter, three quarters and so on of the two.
+  // The centres of the four pixels are at a quarter, three quarters and so on of the two.
   EXPECT_EQ(Scaled(halves, 4, 1).pixels,
             (std::vector<std::uint32_t>{0xFF000000, 0xFF404040, 0xFFBFBFBF, 0xFFFFFFFF}));
 }

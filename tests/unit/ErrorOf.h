@@ -4,7 +4,7 @@
 
 namespace marl {
 
-/// The number of the failure that `call` ends with; 0 when it succeeds.
+/// The number of the failure that `call` throws; 0 if it succeeds.
 template <typename Call>
 int ErrorOf(Call&& call) {
   try {

@@ -25,7 +25,7 @@ TEST(FoldCase, LettersOfOneRowMeetAndNoOthers) {
                                   u"\u00E5\u00C5\u212B",
                                   u"iI",
                                   u"\u0130",
-                                  u"\u0131",        // the Turkish letters are no pair
+                                  u"\u0131",        // the Turkish letters do not match
                                   u"\u00DF\u1E9E",  // the sharp s is one unit
                                   u"\u0219\u0218",
                                   u"\u015F\u015E",  // Romanian
@@ -35,7 +35,7 @@ TEST(FoldCase, LettersOfOneRowMeetAndNoOthers) {
                                   u"\u0259\u018F",
                                   u"\u01DD\u018E",  // Azerbaijani, and its neighbour
                                   u"\u0180\u0243",
-                                  u"\u2C65\u023A",        // capitals far away
+                                  u"\u2C65\u023A",        // capitals in another block
                                   u"\u01C4\u01C5\u01C6",  // three cases
                                   u"\u03C3\u03C2\u03A3",
                                   u"\u03B8\u03D1\u0398\u03F4",
@@ -81,8 +81,8 @@ TEST(FoldCase, LeadsToTheCapital) {
             u"MARL_IX \u01AF\u01C4\u03A3S\u1C90\u13A0");
 }
 
-// The numbers of Unicode 15: so many units are another letter case of one that stays, and no unit
-// is led on twice.
+// The count for Unicode 15: this many units fold to another one, and none of those folds any
+// further.
 TEST(FoldCase, CoversTheBasicPlane) {
   int led = 0;
   for (int number = 0; number < 0x10000; ++number) {

@@ -16,7 +16,7 @@ Font Verdana() {
   return font;
 }
 
-/// What is left of Verdana, 9 points, italic, after the font spec was applied.
+/// Verdana, 9 points, italic, after the font spec has been applied.
 Font Applied(TextView spec, const NumberFormat& format = {}) {
   Font font = Verdana();
   ApplyFontSpec(font, spec, format);

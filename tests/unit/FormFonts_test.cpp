@@ -1,4 +1,4 @@
-// The fonts of the eleven forms outside the Western code page.
+// The fonts of the eleven forms with other code pages than 1252.
 
 #include <gtest/gtest.h>
 
@@ -38,7 +38,7 @@ class FormFonts : public testing::Test {
  protected:
   FormFonts() { world.locales.UseCodePage("932"); }
 
-  /// Loads the form and looks at the fonts of its controls, and at each text that its windows get.
+  /// Loads the form and checks the fonts of its controls, and each text that its windows get.
   void Check(Form& form) {
     int texts = 0;
     world.desktop.whenChanged = [&](Control& control, Property property) {
@@ -58,7 +58,7 @@ class FormFonts : public testing::Test {
       }
     }
     EXPECT_EQ(plain, std::set<std::string>{}) << form.name();
-    // The splash has nothing to read but its version; all others have buttons.
+    // The splash has no text but its version; all others have buttons.
     EXPECT_TRUE(texts > 0 || form.name() == "frmSplash") << form.name();
     form.Unload();
     checked.insert(form.name());

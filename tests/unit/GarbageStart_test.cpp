@@ -1,5 +1,5 @@
-// Starts in which what the registry and the settings hold is of no use. The list of values is what
-// a start of the program really reads, so that it cannot fall behind.
+// Starts with garbage in the registry and the settings. The values are those that a start really
+// reads, so the list cannot become outdated.
 
 #include <gtest/gtest.h>
 
@@ -60,10 +60,10 @@ std::string Printable(const Text& text) {
   return printable;
 }
 
-/// How a start ended.
+/// Outcome of a start.
 struct Outcome {
   bool up = false;
-  Text error;  ///< the runtime's text, when it ended the program
+  Text error;  ///< the runtime's text, if a failure ended the program
 };
 
 const std::set<Text>& RuntimeTexts() {
@@ -72,7 +72,8 @@ const std::set<Text>& RuntimeTexts() {
   return texts;
 }
 
-/// Starts the program, and checks that it is up or has ended in the one told way.
+/// Starts the program, and checks that it is running or has ended with one runtime failure: a
+/// message, exit code 1, nothing left behind.
 Outcome StartIn(SuiteWorld& world) {
   const int code = world.Start();
   Outcome outcome;
@@ -95,8 +96,8 @@ Outcome StartIn(SuiteWorld& world) {
   return outcome;
 }
 
-/// Every value that a start reads from the registry. Values are asked for only in keys that are
-/// there, so the keys are made first.
+/// Every value that a start reads from the registry. Values are only read from keys that exist, so
+/// the keys are created first.
 std::set<Place> ValuesRead() {
   std::set<Place> keys;
   for (std::size_t before = ~std::size_t{0}; before != keys.size();) {
@@ -119,8 +120,7 @@ std::set<Setting> SettingsRead() {
   return world.settings.asked;
 }
 
-/// What the layout, the position and the flags make of a value may end the program; nothing else
-/// may.
+/// Only values of the layout, the position and the flags may end the program.
 bool MayEnd(const Place& value) {
   static const std::set<NarrowText> names = {
       "Angle", "Color1", "Color2",   "Border1",     "Border2",      "BorderWidth", "Text1",

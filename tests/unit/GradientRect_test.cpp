@@ -47,7 +47,7 @@ class Gradient : public testing::Test {
   }
 };
 
-/// Draws line by line, as a screen does, and keeps a list.
+/// Draws line by line, as a screen does, and records the lines.
 class LineTarget : public GradientPicture {
  public:
   using GradientPicture::GradientPicture;
@@ -110,7 +110,7 @@ TEST_F(Gradient, OtherNegativeColorsAreStoredAsTheyCome) {
   gradient.SetColor2(-1);
   EXPECT_EQ(gradient.Color1(), SystemColor(25));
   EXPECT_EQ(gradient.Color2(), -1);
-  // The ends of the ramp keep them whole, the blend takes their low bits.
+  // The ends of the ramp keep the whole value, the blend uses the low bits.
   std::vector<Color> ramp;
   gradient.BlendColors(gradient.Color1(), -1, 4, ramp);
   EXPECT_EQ(ramp.front(), SystemColor(25));
@@ -245,7 +245,7 @@ TEST_F(Gradient, EveryWholeAngleAgrees) {
 }
 
 TEST_F(Gradient, AnglesAroundTheDiagonalsAgree) {
-  // Here rounding can make a steep sweep of flat lines, and the other way round.
+  // Here rounding can turn a sweep of flat lines into a steep one, and the reverse.
   std::mt19937 random(7);
   for (int i = 0; i < 400; ++i) {
     const float angle = static_cast<float>(45 + 90 * (random() % 4)) +
@@ -362,7 +362,7 @@ TEST_F(Gradient, LineThatFailsIsShownAndTheLinesAfterItAreDrawn) {
   EXPECT_EQ(gradient.DrawGradient(whole, 10, 10), 2 * std::ssize(target.lines) + 4);
 }
 
-/// A gradient whose own steps fail as often as wanted.
+/// A gradient whose steps fail as often as the test wants.
 class FailingGradient : public clsGradient {
  public:
   using clsGradient::clsGradient;
@@ -390,7 +390,7 @@ TEST_F(Gradient, ComputationGoesOnBehindAStepThatFails) {
   EXPECT_EQ(desktop.messages,
             (std::vector{MemoryDesktop::Message{u"Overflow", kExclamation, u"GradientRect"}}));
   ASSERT_FALSE(target.lines.empty());
-  // The first end was turned upright, the other one stays level with the centre.
+  // The first end was rotated, the other one is still level with the centre.
   EXPECT_GT(target.lines[0].first.y, target.lines[0].second.y);
   EXPECT_EQ(target.lines[0].second.y, 5);
 }
@@ -525,7 +525,7 @@ TEST(GradientPicture, PicturesKeptByManyAreLetGo) {
   std::set<const Picture*> different;
   for (const PicturePtr& picture : kept) different.insert(picture.get());
   EXPECT_EQ(different.size(), 10u);
-  // Two stay with the target, so that they can serve again.
+  // The target keeps two for reuse.
   int alone = 0;
   for (const PicturePtr& picture : kept) alone += picture.use_count() == 1 ? 1 : 0;
   EXPECT_EQ(alone, 8);

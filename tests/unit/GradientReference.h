@@ -11,8 +11,8 @@
 
 namespace marl {
 
-/// The rules of the gradient once more, in the plainest form: every entry is stored, every line is
-/// drawn, every pixel of a line is computed by itself.
+/// A second, simple implementation of the gradient: every entry is stored, every line is drawn,
+/// every pixel of a line is computed on its own.
 namespace reference {
 
 using std::int64_t;

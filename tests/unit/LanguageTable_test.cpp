@@ -63,7 +63,7 @@ TEST(LanguageTable, EveryCodePageOfALanguageIsInTheOtherTable) {
     EXPECT_FALSE(page.description.empty()) << page.number;
   }
   for (const LanguageRow& row : LanguageTable()) {
-    // Languages that were never written in 8 bits have none.
+    // Languages without an 8-bit code page have none.
     if (row.codePage == 0) continue;
     EXPECT_TRUE(numbers.contains(row.codePage)) << row.codePage;
   }

@@ -1,5 +1,5 @@
-// Leaving the program from wherever it is: the exit sequence runs once and whole, nothing that was
-// half done is applied, and no code behind a dialog, message or call runs any more.
+// Exiting from any state: the exit sequence runs once and completely, nothing half done is applied,
+// and no code after a dialog, message or call runs.
 
 #include <gtest/gtest.h>
 
@@ -42,15 +42,15 @@ void EndTheSession(SuiteWorld& world) {
 struct Way {
   const char* name;
   void (*leave)(SuiteWorld&);
-  bool needsMenu = false;  ///< the tray's, which comes at the end of start-up
+  bool needsMenu = false;  ///< the tray menu, which exists only after start-up
 };
 
-/// Brings the program into a state, does something half there and leaves.
+/// Brings the program into a state, leaves something half done there and exits.
 using Leave = std::function<void()>;
 struct Place {
   const char* name;
   void (*go)(SuiteWorld& world, const Leave& leave);
-  bool starting = false;  ///< it goes there while it starts
+  bool starting = false;  ///< this happens during start-up
 };
 
 template <typename FormType>
@@ -218,7 +218,7 @@ const std::vector<Text> kSaved = {u"Left",  u"Top",         u"Tooltips",
 TEST_P(Leaving, RunsTheExitSequenceOnceAndAppliesNothing) {
   const auto& [place, way] = GetParam();
   if (place.starting && way.needsMenu)
-    return;  // there is no menu yet: modMarl and the tray's tests
+    return;  // there is no menu yet: covered by modMarl's and the tray's tests
   SuiteWorld world;
   world.files.Put(kProject, "<language lc=\"fr\"/><document path=\"a.doc\"/>");
   world.files.Put(kWorkingFile, "x");
@@ -245,7 +245,7 @@ TEST_P(Leaving, RunsTheExitSequenceOnceAndAppliesNothing) {
   EXPECT_TRUE(world.tray.icons.empty());
   EXPECT_TRUE(world.hooks.listeners.empty());
   EXPECT_EQ(world.registry.OpenKeys(), 0u);
-  // Saved once and whole, and as it was: no tick of the options has come to the flags.
+  // Saved once and completely, unchanged: no tick in the options has reached the flags.
   EXPECT_EQ(KeysOf(world.settings.writes), kSaved);
   EXPECT_EQ(world.Setting(u"Tooltips"), u"True");
   EXPECT_EQ(world.Setting(u"Tools"), u"False");
@@ -254,7 +254,7 @@ TEST_P(Leaving, RunsTheExitSequenceOnceAndAppliesNothing) {
                           "Software\\Oru\\Marl\\HiddenSegments", "Software\\Oru\\Marl\\Proxy"}) {
     EXPECT_FALSE(KeyExists(world.registry, key)) << key;
   }
-  // No code behind the dialog has run.
+  // No code after the dialog has run.
   EXPECT_EQ(world.desktop.messages.size(), messages);
   EXPECT_EQ(world.desktop.modal.size(), dialogs);
   EXPECT_TRUE(world.shell.started.empty());
@@ -413,7 +413,7 @@ struct WatchedServers : MemoryRegistryStore {
   }
 };
 
-/// A machine that writes down what the program does to the outside, in its order.
+/// A machine that records what the program does to the outside, in order.
 struct WatchedWorld : SuiteWorld {
   Journal journal;
   WatchedTray watchedTray;
@@ -428,7 +428,7 @@ struct WatchedWorld : SuiteWorld {
     watchedSettings.Put(u"Marl", u"Settings", u"FirstRun", u"N");
     watchedIcons.Put(u"C:\\Suite\\q17icl.oru", 117, 1171, 1172);
   }
-  ~WatchedWorld() { application.reset(); }  // before what it stands on
+  ~WatchedWorld() { application.reset(); }  // before the ports that it uses
 
   void Start(bool debugLog = false) {
     application = std::make_unique<Application>(
@@ -520,7 +520,7 @@ TEST(StartUpOrder, BrowserIsProbedBeforeTheWaitForTheSplash) {
 
 class LastMessage : public testing::Test {
  protected:
-  /// Makes an event fail, and acts behind the message.
+  /// Makes an event fail, and acts while the message is shown.
   void Fail(const std::function<void()>& act) {
     world.desktop.answer = [&, act](const MemoryDesktop::Message& message) {
       EXPECT_EQ(message.text, u"Type mismatch");

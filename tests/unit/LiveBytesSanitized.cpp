@@ -1,4 +1,4 @@
-// Under the sanitizers their own allocator counts, and no other may take its place.
+// Under the sanitizers, their own allocator counts; it must not be replaced.
 
 #include <cstddef>
 

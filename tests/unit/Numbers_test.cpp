@@ -13,7 +13,7 @@ namespace {
 
 constexpr NumberFormat kGerman{u',', u'.'};
 
-/// Number of the runtime error that `call` raises, 0 when it raises none.
+/// Number of the runtime error that `call` throws, 0 if none.
 constexpr int kMismatch = 13;
 
 TEST(Numbers, RoundsTiesToTheEvenNeighbour) {

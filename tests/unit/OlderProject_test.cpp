@@ -18,7 +18,7 @@ class OlderProjectTest : public testing::Test, protected ProjectWorld {
   using Values = std::vector<Text>;
 
   void Put(std::string_view content) { files.Put(kOlderProject, content); }
-  /// The error that reading a number raises; 0 for none.
+  /// The error that reading a number throws; 0 for none.
   template <typename Number>
   int Raises(Number (OlderProject::*number)() const) {
     try {

@@ -18,7 +18,7 @@ std::string Told(const Box& box) {
 }
 std::string Told(Point point) { return std::to_string(point.x) + ',' + std::to_string(point.y); }
 
-/// Keeps what is asked of it, in order.
+/// Records the calls, in order.
 class RecordingCanvas : public Canvas {
  public:
   void Fill(const Box& box, Color color) override {
@@ -70,7 +70,7 @@ class PaintedForm : public testing::Test {
   Loadable form{desktop, "frmPainted"};
 };
 
-// Twips are a fifteenth of a pixel on this desktop.
+// A twip is a fifteenth of a pixel on this desktop.
 TEST_F(PaintedForm, ControlsWithoutAWindowArePaintedInTheirOrderAboveThePicture) {
   form.SetBackColor(7);
   form.SetBackground(Square(9));

@@ -13,7 +13,7 @@ namespace {
 
 constexpr Size kDesign{8790, 5430};
 
-/// A main form as far as the layout touches it.
+/// What the layout uses of the main form.
 struct Panel {
   int columns = 5;
   Box bounds{100, 200, kDesign.width + 120, kDesign.height + 800};
@@ -21,7 +21,7 @@ struct Panel {
   std::array<bool, kButtonCount> visible{};
   std::array<PanelCell, kButtonCount> cells{};
 
-  /// As designed: all buttons in their order, five a row.
+  /// As designed: all buttons in their order, five per row.
   Panel() {
     for (int b = 0; b < kButtonCount; ++b) {
       visible[At(b)] = true;
@@ -47,7 +47,7 @@ struct Panel {
     columns = newColumns;
     return layout;
   }
-  /// Where the buttons stand that are shown, by index.
+  /// Cells of the buttons that are shown, by index.
   std::map<int, PanelCell> ShownCells() const {
     std::map<int, PanelCell> shown;
     for (int b = 0; b < kButtonCount; ++b) {
@@ -67,7 +67,7 @@ struct Panel {
 
 DisplayOrder AllShown() { return ParseDisplayIcons(SkinSettings().DisplayIcons); }
 
-/// The first `count` positions are shown.
+/// Shows the first `count` positions.
 DisplayOrder Shown(int count) {
   DisplayOrder order = AllShown();
   for (int p = count; p < kButtonCount; ++p) order[static_cast<std::size_t>(p)].shown = 0;
@@ -119,7 +119,7 @@ TEST(PanelLayout, HiddenButtonClosesTheGridAndKeepsItsPlace) {
   const PanelLayout layout = panel.Set(order, 5);
   EXPECT_EQ(layout.steps[4].button, 4);
   EXPECT_FALSE(panel.visible[4]);
-  EXPECT_EQ(panel.cells[4], CellAt(4, 5));  // where it last stood
+  EXPECT_EQ(panel.cells[4], CellAt(4, 5));  // where it was before
   for (int b = 5; b < kButtonCount; ++b) EXPECT_EQ(panel.cells[Panel::At(b)], CellAt(b - 1, 5));
 }
 
@@ -190,7 +190,7 @@ TEST(PanelLayout, PatternsOfHiddenButtonsAndBackRestoresTheSize) {
 TEST(PanelLayout, LaterPositionOfARepeatedButtonWins) {
   Panel panel;
   DisplayOrder order = AllShown();
-  order[17] = {0, 1};  // button 17 stands nowhere
+  order[17] = {0, 1};  // button 17 is nowhere
   panel.Set(order, 5);
   EXPECT_EQ(panel.cells[0], CellAt(17, 5));
   EXPECT_TRUE(panel.visible[17]);
@@ -208,8 +208,8 @@ TEST(PanelLayout, LaterPositionOfARepeatedButtonWins) {
 }
 
 TEST(PanelLayout, RepeatedButtonIsFoundWhereItsFirstVisitLeftIt) {
-  // Buttons 0 to 4 over and over. Before the first visit all stand in the first row; the last
-  // visits find them in the third row, and that is the bottom the form grows from.
+  // Buttons 0 to 4 again and again. At first all are in the first row; the last time they are in
+  // the third row, and the form grows from that bottom.
   DisplayOrder order;
   for (int p = 0; p < kButtonCount; ++p) order[Panel::At(p)] = {p % 5, 1};
   Panel panel;
@@ -261,7 +261,7 @@ TEST(PanelLayout, NoColumnsIsADivisionByZero) {
   } catch (const RuntimeError& error) {
     EXPECT_EQ(error.text(), u"Division by zero");
   }
-  EXPECT_NO_THROW(Panel().Set(Shown(0), 0));  // nothing is divided
+  EXPECT_NO_THROW(Panel().Set(Shown(0), 0));  // no division
 }
 
 TEST(PanelLayout, ColumnsOfAnyNumberDoNoMoreThanOverflow) {
@@ -309,7 +309,7 @@ TEST_F(PanelHits, EveryMiddleIsItsButton) {
 TEST_F(PanelHits, HiddenButtonIsSkippedThoughItsFrameStaysWhereItStood) {
   areas[3].pictureVisible = false;
   EXPECT_EQ(ButtonAt(areas, static_cast<float>(areas[3].frame.left + 10), 100), -1);
-  areas[9].frame = areas[3].frame;  // the grid has closed up
+  areas[9].frame = areas[3].frame;  // the grid has no gaps
   EXPECT_EQ(ButtonAt(areas, static_cast<float>(areas[3].frame.left + 10), 100), 9);
 }
 
@@ -357,7 +357,7 @@ TEST(PanelBevel, TwoSquaresTheInnerOnePixelSmaller) {
 }
 
 TEST(PanelBevel, PlacesAreRoundedToTheEvenTwip) {
-  // At 192 dots an inch.
+  // At 192 dpi.
   const auto lines = BevelLines({60, 60, 1695, 1215}, {7.5, 7.5});
   EXPECT_EQ(lines[1], (BevelLine{{60, 60}, {1748, 60}, true}));       // 1747.5
   EXPECT_EQ(lines[2], (BevelLine{{1748, 60}, {1748, 1268}, false}));  // 1267.5

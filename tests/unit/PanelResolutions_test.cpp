@@ -1,4 +1,4 @@
-// The panel at every resolution: what the mouse meets is the same by whichever way it is asked.
+// The panel at every resolution: all ways to find the button under the mouse agree.
 
 #include <gtest/gtest.h>
 
@@ -34,13 +34,13 @@ class PanelResolutions : public testing::TestWithParam<int> {
   int PixelsX(int twips) const { return world.desktop.PixelsX(twips); }
   int PixelsY(int twips) const { return world.desktop.PixelsY(twips); }
 
-  /// The button that is highlighted once the mouse has sent an event from this pixel.
+  /// The button that is highlighted after a mouse event at this pixel.
   int ByEvent(Point at) {
     Leave();
     form().UserMouseMove(0, 0, world.desktop.TwipsAtX(at.x), world.desktop.TwipsAtY(at.y));
     return form().HoverButton;
   }
-  /// The same, once the timer has looked where the mouse is.
+  /// The same, after a tick of the timer.
   int ByTimer(Point at) {
     Leave();
     const Point origin = form().ClientOrigin();
@@ -48,7 +48,7 @@ class PanelResolutions : public testing::TestWithParam<int> {
     form().tmrOver.Tick();
     return form().HoverButton;
   }
-  /// The button that a click there presses, when the mouse has come there just now.
+  /// The button that a click there presses, with no mouse event before.
   int ByClick(Point at) {
     const int hovered = ByEvent(at);
     const Control* const hit =
@@ -65,13 +65,13 @@ class PanelResolutions : public testing::TestWithParam<int> {
     }
     return kNone;
   }
-  /// True at the right and the lower edge of a frame, which the rectangle of a tip leaves out.
+  /// True at the right and the lower edge of a frame, which are outside the rectangle of a tip.
   bool BeyondTheTip(Point at, int button) const {
     const PixelRect& tip = tips_[static_cast<std::size_t>(button)];
     const auto edge = [](int place, int end) { return place >= end && place <= end + 1; };
     return edge(at.x, tip.right) || edge(at.y, tip.bottom);
   }
-  /// By the rules alone, at a place in twips.
+  /// By the rule, at a position in twips.
   int ByRule(float x, float y) const { return ButtonAt(areas_, x, y); }
 
   SuiteWorld world;
@@ -83,7 +83,7 @@ class PanelResolutions : public testing::TestWithParam<int> {
   std::array<PixelRect, kButtonCount> tips_;
 };
 
-/// Pixels where something differs: how many, and the first of them.
+/// Pixels where something differs: their number and the first one.
 struct Differences {
   int count = 0;
   std::string first;
@@ -97,8 +97,7 @@ struct Differences {
 };
 
 // Each column of pixels in the middle of every row of buttons and in a gap, each row of pixels in
-// the middle of every column and in a gap: frames are rectangles, so no pixel can differ from
-// these.
+// the middle of every column and in a gap. Frames are rectangles, so these represent all pixels.
 TEST_P(PanelResolutions, TimerMouseEventClickAndTipMeetTheSameButton) {
   const int width = PixelsX(form().inner().width);
   const int height = PixelsY(form().inner().height);
@@ -139,7 +138,7 @@ TEST_P(PanelResolutions, EveryPixelOfThePanelIsOneButtonsByEventAndByTimer) {
     const auto byTimer = static_cast<float>(CLng(pixel.y * y));
     for (int x = 0; x < width; ++x) {
       const auto& column = columns[static_cast<std::size_t>(x)];
-      if (column.first == column.second && byEvent == byTimer) continue;  // the same place
+      if (column.first == column.second && byEvent == byTimer) continue;  // the same position
       const int button = ByRule(column.first, byEvent);
       const int got = ByRule(column.second, byTimer);
       if (got != button) differences.Add("timer", {x, y}, button, got);

@@ -8,7 +8,7 @@
 #include "tests/unit/SuiteWorld.h"
 #include "tests/unit/VariedSkin.h"
 
-// The panel on the form: what a skin makes of it, and the button under the mouse.
+// The panel on the form: applying a skin, and the button under the mouse.
 
 namespace marl {
 namespace {
@@ -126,7 +126,7 @@ TEST_F(Panel, AHiddenButtonLeavesNoGapAndCannotBeHit) {
   EXPECT_EQ(form().imgRun[1]->Left(), CellAt(1, 5).picture.x);
   EXPECT_FALSE(form().imgRun[kAnalyse]->Visible());
   EXPECT_FALSE(form().lblRun[kAnalyse]->Visible());
-  // Its frame stands where it last stood, under the Exit button's.
+  // Its frame is where it was before, under the Exit button's.
   EXPECT_EQ(form().shpRun[kAnalyse]->bounds(), form().shpRun[kExit]->bounds());
   MouseTo(kExit);
   EXPECT_EQ(form().HoverButton, kExit);
@@ -295,7 +295,7 @@ TEST_F(Panel, GrowsByTheLineThatItsMenuBarWraps) {
   Start();
   const Box before = form().bounds();
   const Size inner = form().inner();
-  // The bar now takes one line more, or no longer does.
+  // The menu bar now has one line more, or one less.
   const auto wrap = [&](int line) {
     world.desktop.frame.height += line;
     const Size left{form().inner().width, form().inner().height - line};
@@ -340,12 +340,12 @@ TEST_F(Panel, ThousandsOfLayoutsAndHighlightsLoseNoByte) {
     }
     EXPECT_EQ(right, 10000 / kBatches);
     MouseTo(-1, -1);
-    // What the world of the test remembers.
+    // What the test's world keeps.
     static_cast<MemoryPeer*>(form().peer())->invalidated = {};
     world.pictures.loaded = {};
     return LiveBytes();
   };
-  // What is made once, at the first use, is there after the first batch.
+  // What is created at first use exists after the first batch.
   batch();
   std::array<std::int64_t, kBatches> bytes{};
   for (std::int64_t& live : bytes) live = batch();

@@ -2,7 +2,7 @@
 
 #include "tests/unit/SuiteWorld.h"
 
-// The one press action, the program table and the entries of the menu bar.
+// Pressing buttons, the table of programs and the items of the menu bar.
 
 namespace marl {
 namespace {

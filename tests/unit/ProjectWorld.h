@@ -11,7 +11,7 @@
 
 namespace marl {
 
-/// What the commands on projects need of a machine.
+/// The ports that the project commands need.
 struct ProjectWorld {
   MemoryDesktop desktop;
   MemoryFileSystem files;

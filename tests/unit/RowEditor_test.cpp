@@ -7,7 +7,7 @@
 namespace marl {
 namespace {
 
-/// Counts how often the rows of a list are shown anew.
+/// Counts how often the rows of a list are redrawn.
 class CountingPeer : public MemoryPeer {
  public:
   using MemoryPeer::MemoryPeer;

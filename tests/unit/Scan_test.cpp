@@ -10,7 +10,7 @@
 namespace marl {
 namespace {
 
-// All lengths around whole blocks and around what a number has bits.
+// All lengths around whole blocks and around the number of bits in a word.
 constexpr std::size_t kLongest = 5 * kBlock + 3;
 
 template <typename Unit>
@@ -51,7 +51,7 @@ TEST(Scan, FindsANearOrFarByte) {
     std::string bytes(size, ';');
     ASSERT_EQ(FindByte(bytes, '<'), size);
     for (std::size_t place = size; place-- > 0;) {
-      bytes[place] = '<';  // and all behind it
+      bytes[place] = '<';  // and everything after it
       ASSERT_EQ(FindByte(bytes, '<'), place) << size;
     }
   }
@@ -68,7 +68,7 @@ TEST(Scan, MarksAStretchPlaceByPlace) {
       units[place] = static_cast<char16_t>(wanted);
       EXPECT_EQ(StretchOf(bytes.data(), marksOf), Stretch{1} << place);
       EXPECT_EQ(StretchOf(units.data(), marksOf), Stretch{1} << place);
-      // Units that only end like it.
+      // Units with the same low byte.
       units[place] = static_cast<char16_t>(0x100 + wanted);
       EXPECT_EQ(StretchOf(units.data(), marksOf), 0u);
     }
@@ -82,7 +82,7 @@ TEST(Scan, FindsTheFirstOfMany) {
   EXPECT_EQ(FindUnit(std::string_view("a<b<c"), 2, '<'), 3u);
 }
 
-// A unit above 255 may be told to be a break, but no break may be missed.
+// A unit above 255 may be reported as a break, but no break may be missed.
 TEST(Scan, TellsWhatMayBreakAName) {
   for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
     char16_t units[kBlock];

@@ -82,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(
     HostileNames, ServerTagRows,
     testing::Values(Row{Tag(u"no", u"80", u"R&amp;D"), u"http://R&D", u"R&D /port=80"},
                     Row{Tag(u"no", u"80", u"R&D"), u"http://R&D", u"R&D /port=80"},
-                    // The attribute behind a quote that is cut short has lost its name.
+                    // After the early quote the next attribute has lost its name.
                     Row{Tag(u"no", u"80", u"a\"b"), u"http://a", u"a /port=80"},
                     Row{Tag(u"yes", u"443", u"a\"b"), u"http://a:443", u"a /port=443"},
                     Row{Tag(u"no", u"80", u"a%20b"), u"http://a%20b", u"a%20b /port=80"},

@@ -11,7 +11,7 @@
 #include "platform/memory/MemoryFileSystem.h"
 #include "tests/unit/SourceFolder.h"
 
-// The skins that lie in the program's Skins folder.
+// The skins that come with the program.
 
 namespace marl {
 namespace {
@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 class AllValues : public SkinTarget {
  public:
   SkinSettings skin;
-  std::set<std::ptrdiff_t> seen;  ///< places of the parameters in their table
+  std::set<std::ptrdiff_t> seen;  ///< positions of the parameters in their table
 
   void SetNumber(std::int32_t SkinSettings::*field, std::int32_t number) override {
     Saw([&](const SkinParameter& parameter) { return parameter.number == field; });
@@ -40,7 +40,7 @@ class AllValues : public SkinTarget {
   }
 };
 
-/// How light a colour looks, from 0 to 1.
+/// Relative luminance of a colour, from 0 to 1.
 double Lightness(Color color) {
   const auto linear = [&](int shift) {
     const double part = (color >> shift & 255) / 255.0;
@@ -49,7 +49,7 @@ double Lightness(Color color) {
   return 0.2126 * linear(0) + 0.7152 * linear(8) + 0.0722 * linear(16);
 }
 
-/// Contrast of two colours, from 1 to 21; small type wants 4.5.
+/// Contrast of two colours, from 1 to 21; small text needs 4.5.
 double Contrast(Color a, Color b) {
   const double light = std::max(Lightness(a), Lightness(b));
   const double dark = std::min(Lightness(a), Lightness(b));
@@ -106,7 +106,7 @@ TEST_F(ShippedSkins, EachIsAsTheProgramWritesIt) {
 
 TEST_F(ShippedSkins, LabelsAreReadableOnBothEndsOfTheGradient) {
   for (const Text& name : names) {
-    if (name == u"Marl.qsk") continue;  // its colours are given
+    if (name == u"Marl.qsk") continue;  // its colours are the program's defaults
     const SkinSettings skin = Load(name).skin;
     for (const Color ground : {skin.Color1, skin.Color2}) {
       EXPECT_GE(Contrast(skin.Text1, ground), 4.5) << fs::path(name);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr TextView kSkin = u"C:\\Marl\\Skins\\Test.qsk";
 
-/// Takes values as the dialog's controls do: what a control refuses leaves it as it was.
+/// Accepts values as the dialog's controls do: a refused value leaves the old one.
 class Controls : public SkinTarget {
  public:
   SkinSettings skin;

@@ -228,7 +228,7 @@ TEST_F(Skin, HostileDataNeverDoesMoreThanFail) {
         } catch (const RuntimeError& error) {
           EXPECT_TRUE(error.text() == u"Type mismatch" || error.text() == u"Overflow")
               << name << " " << kind;
-          // A number is a number in any amount of bytes.
+          // A number can have any number of bytes.
           EXPECT_NE(kind, kRegDword) << name;
           EXPECT_FALSE(isText(name) && IsTextKind(kind)) << name << " " << kind;
           ++refused;

@@ -41,7 +41,7 @@ TEST_F(StartCommandTest, TheProgramIsTheLongestPartThatIsAFile) {
       {u"\"C:\\Program Files\\Suite\\tool.exe\"", tool},
       {u"\"C:\\Program Files\\Suite\\tool.exe", tool},
       {u"\\\\server\\share\\tool.exe /x", u"\\\\server\\share\\tool.exe"},
-      // A name alone is what the platform searches for.
+      // The platform searches for a name without a folder.
       {u"tool.exe /R", u""},
       {u"\"tool.exe\" /R", u""},
       {u"C:tool.exe", u""},

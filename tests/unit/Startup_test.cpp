@@ -2,7 +2,8 @@
 
 #include "tests/unit/SuiteWorld.h"
 
-// Start-up and shutdown: the order of the load sequence, its questions, and what is left behind.
+// Start-up and shutdown: the order of the load sequence, its questions, and what remains
+// afterwards.
 
 namespace marl {
 namespace {
@@ -118,7 +119,7 @@ TEST_F(FirstRun, NoAndYes) {
   EXPECT_EQ(world.desktop.messages[1], (MemoryDesktop::Message{Text(kWizard), 0x24, u"Marl"}));
   EXPECT_EQ(world.Setting(u"FirstRun"), u"N");
   EXPECT_EQ(world.Setting(u"Wizard"), u"Y");
-  // The wizard was asked for just now: it comes instead of the switchboard.
+  // The user has just asked for the wizard: it starts instead of the switchboard.
   EXPECT_EQ(world.Tools(),
             (std::vector{Start(u"Q17Shell.exe", u"/R", 0), Start(u"Q17Shell.exe", u"1", 1)}));
   EXPECT_TRUE(world.desktop.ended());
@@ -450,7 +451,8 @@ TEST(MissingTools, WithEveryToolOnlyTheUntrackedSlotIsGrey) {
   SuiteWorld world;
   world.Start();
   for (std::size_t i = 0; i < kButtonCount; ++i) {
-    if (i == kTrackProjects) continue;  // greyed by the tracking server, not by a missing file
+    if (i == kTrackProjects)
+      continue;  // disabled because there is no tracking server, not because of a missing file
     EXPECT_EQ(world.main().lblRun[i]->Tag, u"") << i;
     EXPECT_TRUE(world.main().lblRun[i]->Enabled()) << i;
   }

@@ -8,7 +8,7 @@
 
 namespace marl {
 
-/// A value as it lies in the registry: its kind and every byte.
+/// A value as stored in the registry: its kind and every byte.
 struct Stored {
   std::uint32_t kind = 0;
   NarrowText bytes;
@@ -30,7 +30,7 @@ inline bool HasKey(RegistryStore& store, KeyHandle root, const NarrowText& path)
   return store.OpenKey(root, path, kKeyQueryValue, key) == kOk;
 }
 
-/// All values of a key, by name; none where there is no key.
+/// All values of a key, by name; none if there is no key.
 inline StoredValues ValuesOf(RegistryStore& store, KeyHandle root, const NarrowText& path) {
   StoredValues all;
   OpenKeyHandle key;

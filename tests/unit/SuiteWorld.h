@@ -6,7 +6,7 @@
 
 namespace marl {
 
-/// The tools of the suite, as they are started.
+/// The tools of the suite, spelled as they are started.
 constexpr TextView kTools[] = {
     u"Q17Gauge.exe", u"Q17Pair.exe",   u"Q17Lexis.exe",  u"Q17Cadence.exe", u"Q17Batch.exe",
     u"Q17Bench.exe", u"Q17Warden.exe", u"Q17Kit.exe",    u"Q17Vault.exe",   u"Q17Renew.exe",
@@ -14,7 +14,7 @@ constexpr TextView kTools[] = {
     u"RegLib.EXE",   u"Q17Shell.exe",  u"FaceMap.exe",   u"Q17Morph.exe",   u"WordRich.exe",
     u"PageTool.exe", u"FrameTool.exe"};
 
-/// A machine with the whole suite installed, and short words for what a user does there.
+/// A machine with the whole suite installed, and helpers for what a user does there.
 struct SuiteWorld : World {
   Text folder;
 
@@ -30,7 +30,7 @@ struct SuiteWorld : World {
     return settings.GetSetting(u"Marl", u"Settings", key, u"(missing)");
   }
 
-  /// What was started, without the registrar that every start runs first.
+  /// What was started, without the registrar, which every start runs first.
   std::vector<MemoryShell::Started> Tools() const {
     std::vector<MemoryShell::Started> tools;
     for (const auto& started : shell.started) {

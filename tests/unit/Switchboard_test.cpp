@@ -3,7 +3,7 @@
 #include "shell/SwitchboardModel.h"
 #include "tests/unit/SuiteWorld.h"
 
-// The model behind the panel, the keyboard entries and the commands of other programs.
+// The table of buttons, the hidden key sequence and the commands of other programs.
 
 namespace marl {
 namespace {
@@ -53,7 +53,7 @@ TEST(HiddenMenu, TwoOfItsEntriesAreHiddenByDesign) {
 
 struct KeyCase {
   TextView keys;
-  int position;  ///< where the sequence stands afterwards
+  int position;  ///< position in the sequence afterwards
   bool completed;
 };
 
@@ -75,7 +75,7 @@ TEST_P(HiddenKeys, Sequence) {
 INSTANTIATE_TEST_SUITE_P(Words, HiddenKeys,
                          testing::Values(KeyCase{u"", 1, false}, KeyCase{u"S", 2, false},
                                          KeyCase{u"SETGU", 6, false}, KeyCase{u"SETGUI", 1, true},
-                                         // A wrong key is no new beginning.
+                                         // A wrong key does not count as the first letter.
                                          KeyCase{u"SSETGUI", 1, false},
                                          KeyCase{u"SETGUS", 1, false}, KeyCase{u"SETGUC", 1, false},
                                          KeyCase{u"XSETGUI", 1, true},

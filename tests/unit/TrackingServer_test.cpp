@@ -37,7 +37,7 @@ class Tracking : public testing::Test {
     bytes.resize(size);
     return bytes;
   }
-  /// The component of the suite, which refuses each document that holds one of these.
+  /// The suite's component, which refuses documents that contain one of these.
   void Refuse(const Text& part) {
     components.registered[Text(kClient)] = [part](const Text&,
                                                   std::vector<ComponentValue>& arguments,
@@ -62,8 +62,8 @@ class Tracking : public testing::Test {
   MemoryLocale locale;
   MemoryStrings resource;
   StringTable strings{resource};
-  std::vector<Text> names;    ///< each name that was shown
-  std::vector<bool> enabled;  ///< each state that was set
+  std::vector<Text> names;    ///< all names that were shown
+  std::vector<bool> enabled;  ///< all states that were set
   TrackingServer server{{desktop, registry, components, files, strings, locale},
                         {[this](TextView name) { names.emplace_back(name); },
                          [this](bool state) { enabled.push_back(state); }}};
@@ -235,7 +235,7 @@ TEST_F(Tracking, SavingWritesTagAndListByteByByte) {
   server.SaveServerSettings();
   const NarrowText alpha("<project-tracking server=\"alpha\" ssl=\"no\" port=\"80\"/>");
   const NarrowText beta("<project-tracking server=\"beta\" ssl=\"yes\" port=\"443\"/>");
-  // The platform closes each text with a NUL of its own; an empty one has no bytes.
+  // The platform adds a NUL to each text; an empty one has no bytes.
   EXPECT_EQ(Stored(kSettingsKey, "TrackingServer"), alpha + '\0');
   EXPECT_EQ(Stored(kListKey, "MRU1"), alpha + '\0');
   EXPECT_EQ(Stored(kListKey, "MRU2"), beta + '\0');
@@ -297,7 +297,7 @@ TEST_F(Tracking, RefusingStoreIsSilent) {
 struct Hostile {
   std::uint32_t kind;
   NarrowText bytes;
-  Text tag;  ///< what becomes current
+  Text tag;  ///< the current tag afterwards
 };
 
 class TrackingHostile : public Tracking, public testing::WithParamInterface<Hostile> {};

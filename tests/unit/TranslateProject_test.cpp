@@ -42,7 +42,7 @@ class Translate : public testing::Test, protected ProjectWorld {
     };
   }
 
-  /// The user does this in the dialog, and not just OK.
+  /// The user does this in the dialog before OK.
   void UserDoes(std::function<void(frmSelectFile&)> user) {
     desktop.whenModal["frmSelectFile"] = [this, user](Form& shown) {
       LookAt(shown);
@@ -84,7 +84,7 @@ class Translate : public testing::Test, protected ProjectWorld {
   MemoryComponents components;
   Rows languages, documents;  ///< what the dialog listed
   int languageRow = -1, documentRow = -1;
-  std::vector<Text> edited;  ///< arguments that the editor got
+  std::vector<Text> edited;  ///< arguments of the editor
 };
 
 constexpr std::string_view kXml =
@@ -207,7 +207,7 @@ TEST_F(Translate, OlderContentUnderTheXmlExtensionHasNoLanguages) {
 TEST_F(Translate, XmlWithADeclarationIsReadAsAnOlderProject) {
   RunXml(std::string("<!ELEMENT>") + std::string(kXml));
   EXPECT_EQ(desktop.messages, Says(kNoLanguages));
-  // A file that is both at once is the older project that it holds.
+  // A file that is valid as both is read as the older format.
   desktop.messages.clear();
   RunXml("<!ELEMENT>\r\n" + std::string(kOlder));
   EXPECT_EQ(languages, (Rows{u"French", u"German"}));
@@ -325,8 +325,8 @@ TEST_F(Translate, PathsThatLeadOutAreSoughtWhereTheyLead) {
 }
 
 TEST_F(Translate, HostilePathsStartNothing) {
-  // Nothing is started even if the disk had a file of such a name, or one that the wildcards match:
-  // a quote would end the argument, and the rest of the name would be arguments of its own.
+  // Nothing is started, even if there is a file of such a name or one that the wildcards match: a
+  // quote would end the argument, and the rest of the name would become further arguments.
   files.Put(u"D:\\a.qtd", "");
   files.Put(u"C:\\P\\French\\a.qtd", "");
   const struct {
@@ -360,7 +360,8 @@ TEST_F(Translate, NulInAPathStartsNothing) {
 }
 
 TEST_F(Translate, CountsBelowZeroAreNotZero) {
-  // The lists are empty, but the command comes as far as to them: what is wrong later is said.
+  // The lists are empty, but the command goes on until it needs them, so a later problem is
+  // reported.
   RunOlder("[Languages]\r\nCount=-1\r\nTarget0=de\r\n[Source Files]\r\nCount=0\r\nFile0=a\r\n");
   EXPECT_EQ(desktop.messages, Says(kNoFiles));
   desktop.messages.clear();

@@ -38,7 +38,7 @@ class NumericText : public testing::Test {
 
   State Now() const { return {form.field.Text(), form.field.SelStart(), form.field.SelLength()}; }
 
-  /// Puts `insert` in place of the selection, as typing, pasting and dropping do.
+  /// Replaces the selection by `insert`, as typing, pasting and dropping do.
   State Edit(int start, int length, TextView insert) {
     Text text = form.field.Text();
     text.replace(static_cast<std::size_t>(start), static_cast<std::size_t>(length), insert);
@@ -46,7 +46,7 @@ class NumericText : public testing::Test {
     form.field.UserEdit(text, start + static_cast<int>(insert.size()), 0);
     return Now();
   }
-  /// Types the text behind what stands there, a character at a time.
+  /// Types the text at the end, one character at a time.
   State Type(TextView text) {
     for (const char16_t unit : text) {
       Edit(static_cast<int>(form.field.Text().size()), 0, TextView(&unit, 1));
@@ -77,7 +77,7 @@ TEST_F(NumericText, LetterBehindADigitDoesNotHappen) {
 }
 
 TEST_F(NumericText, PasteOverASelectionIsTakenBackWithTheEarlierSelection) {
-  // What was good last is a state with a selection: a drop leaves what was dropped selected.
+  // The last valid state has a selection: dropped text stays selected.
   form.field.UserEdit(u"80", 0, 2);
   ASSERT_EQ(field.Tag, u"80|0|2");
   form.field.UserEdit(u"12x", 3, 0);
@@ -89,7 +89,7 @@ TEST_F(NumericText, CaretGoesBackToWhereTheLastGoodChangeLeftIt) {
   Type(u"1234");
   Edit(1, 1, u"5");
   ASSERT_EQ(Now(), (State{u"1534", 2, 0}));
-  // Moving the caret is no change: it is the last change that counts.
+  // Moving the caret is not a change: the last change counts.
   field.UserSelect(4, 0);
   EXPECT_EQ(Edit(4, 0, u"."), (State{u"1534", 2, 0}));
 }

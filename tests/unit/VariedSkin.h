@@ -4,8 +4,8 @@
 
 namespace marl {
 
-/// Every value that the panel shows changes with `i`, each in a rhythm of its own; all have been
-/// there after `kVariedSkins`.
+/// Every value that the panel shows changes with `i`, each at its own interval; after
+/// `kVariedSkins` all have occurred.
 inline constexpr int kVariedSkins = 200;
 inline SkinSettings VariedSkin(int i) {
   SkinSettings skin;
@@ -18,10 +18,10 @@ inline SkinSettings VariedSkin(int i) {
   skin.Font1 = i % 5 ? u"Arial|10|b" : u"Tahoma|11|i";
   skin.Font2 = i % 7 ? u"Arial|10|b" : u"Tahoma|9|u";
   skin.TwoStateOffset = i % 4 ? 0 : 18;
-  // What is dear to change does so more seldom.
+  // What is expensive to change does so less often.
   skin.IconsPerRow = 3 + i / 50 % 4;
   skin.Icons = i / 25 % 4;
-  // A button goes, and comes back for the next one.
+  // One button is hidden at a time.
   DisplayOrder order = ParseDisplayIcons(skin.DisplayIcons);
   order[static_cast<std::size_t>(i) % order.size()].shown = i % 3 == 0 ? 0 : 1;
   skin.DisplayIcons = FormatDisplayIcons(order);

@@ -6,7 +6,7 @@
 
 namespace marl {
 
-/// A registry in memory that tells what was written where, and refuses one root on request.
+/// A registry in memory that records writes, and refuses one root on request.
 class WatchedRegistry : public MemoryRegistryStore {
  public:
   /// A value written: root, key and data as the caller gave them.
@@ -19,7 +19,7 @@ class WatchedRegistry : public MemoryRegistryStore {
     bool operator==(const Written&) const = default;
   };
 
-  /// A key opened or made: root, path and the rights asked for.
+  /// A key that was opened or created: root, path and requested access.
   struct Opened {
     std::uint32_t root;
     NarrowText path;

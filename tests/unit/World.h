@@ -45,7 +45,7 @@ struct World {
   MemoryFileDialogs fileDialogs;
   MemoryColorDialog colorDialog;
   MemoryFontList fontList;
-  RegistryStore* otherRegistry = nullptr;  ///< what the program gets in place of `registry`
+  RegistryStore* otherRegistry = nullptr;  ///< given to the program instead of `registry`
   std::unique_ptr<Application> application;
 
   World();
@@ -53,7 +53,7 @@ struct World {
 
   Platform platform();
 
-  /// Runs the program until nothing happens any more. Returns its exit code.
+  /// Runs the program until it is idle or has ended. Returns its exit code.
   int Start();
   frmMain& main() { return application->mainForm(); }
 };

@@ -11,8 +11,8 @@
 #include "platform/FoldCase.h"
 #include "platform/Text.h"
 
-/// A second reading of the document rules, kept slow and plain on purpose: one step a rule, every
-/// token cut off a copy of the rest. The engine must agree with it on every input.
+/// A second implementation of the reader, deliberately slow and simple: one step per rule, every
+/// token cut from a copy of the rest. The engine must agree with it on every input.
 namespace marl::reference {
 
 struct Token {
@@ -99,7 +99,7 @@ inline Token Next(Text& rest) {
   return token;
 }
 
-/// All tokens of a document, the end not included.
+/// All tokens of a document, without the end.
 inline std::vector<Token> Tokens(Text rest) {
   std::vector<Token> tokens;
   while (!rest.empty()) tokens.push_back(Next(rest));
@@ -136,7 +136,7 @@ inline Text Escape(Text text) {
 struct Tag {
   Text name;
   std::vector<std::pair<Text, Text>> attributes;
-  bool duplicate = false;  ///< the reading failed at a name that was there already
+  bool duplicate = false;  ///< parsing failed at a duplicate name
 
   Text Value(const Text& key) const {
     for (const auto& [attribute, value] : attributes) {
@@ -177,8 +177,7 @@ inline Tag ReadTag(Text s) {
   }
 }
 
-/// Documents made of the pieces that the rules are about, some of them damaged afterwards. Always
-/// the same ones.
+/// Random documents made of markup pieces, some of them damaged. The seed is fixed.
 class Documents {
  public:
   explicit Documents(unsigned seed) : random_(seed) {}
@@ -265,7 +264,7 @@ class Documents {
     return text;
   }
 
-  /// A tag as programs write it, with up to 20 attributes, some of them odd or damaged.
+  /// A typical tag, with up to 20 attributes, some of them odd or damaged.
   Text MakeTag() {
     static const Text kEnds[] = {u">", u"/>", u" />", u"", u"  ", u"\" ", u"="};
     Text tag = u"<" + MakeWord(8);
@@ -286,7 +285,7 @@ class Documents {
     return tag;
   }
 
-  /// The bytes of such a text, possibly cut short, with bytes changed at random.
+  /// The bytes of such a text, possibly truncated, with random changes.
   Bytes MakeBytes(std::size_t pieces) {
     Bytes bytes = Encode(Make(pieces));
     if (Below(4) == 0) bytes.resize(Below(bytes.size() + 1));
@@ -296,7 +295,7 @@ class Documents {
     return bytes;
   }
 
-  /// Any units at all.
+  /// Any units.
   Text MakeUnits(std::size_t most) {
     Text text(Below(most + 1), u'\0');
     for (char16_t& unit : text) {
@@ -319,7 +318,7 @@ class Documents {
   std::mt19937 random_;
 };
 
-/// How often a comparison is repeated: `usual`, or MARL_ROUNDS where that is set.
+/// How often a comparison is repeated: MARL_ROUNDS if that is set, otherwise `usual`.
 inline int Rounds(int usual) {
   const char* const told = std::getenv("MARL_ROUNDS");
   return told ? std::atoi(told) : usual;

@@ -33,7 +33,7 @@ class Associations : public testing::Test {
                                   in.icon);
   }
 
-  /// Each row is written twice, first below one root and then below the other.
+  /// Each row is written below one root and then below the other.
   void ExpectRows(const std::vector<Row>& rows) {
     std::vector<WatchedRegistry::Written> expected;
     for (const Row& row : rows) {
@@ -137,7 +137,7 @@ TEST_F(Associations, OneOrTwoPercentSignsSideBySideStayPlain) {
   const struct {
     const char16_t* exe;
     std::uint32_t kind;
-  } cases[] = {{u"C:\\100%.exe", kRegExpandSz},  // with the one of the argument it is a pair
+  } cases[] = {{u"C:\\100%.exe", kRegExpandSz},  // with the argument's percent sign it makes a pair
                {u"C:\\T.exe", kRegSz}};
   for (const auto& c : cases) {
     store.written.clear();
@@ -214,8 +214,8 @@ TEST_F(AdditionalAssociations, ItemsThatAreNoTriplesWriteNothing) {
   }
 }
 
-// The class is looked for below the root that is set: after a file type has been written that is
-// the machine's, which has no classes at its top.
+// The class is searched below the current root: after writing a file type this is
+// HKEY_LOCAL_MACHINE, which has no classes at the top.
 TEST_F(AdditionalAssociations, RightAfterAFileTypeWasMadeTheClassIsNotFound) {
   Create({});
   store.written.clear();

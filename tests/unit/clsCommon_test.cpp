@@ -49,8 +49,8 @@ TEST_F(Common, CentreFormHalvesWhatTheFormLeaves) {
   } rows[] = {
       {{15360, 11520}, {4000, 3000}, 5680, 4260},
       {{15360, 11520}, {15360, 11520}, 0, 0},
-      {{15360, 11520}, {15370, 11600}, -5, -40},   // nothing keeps it on the screen
-      {{15360, 11520}, {4001, 3003}, 5680, 4258},  // 5679.5 and 4258.5 go to the even neighbour
+      {{15360, 11520}, {15370, 11600}, -5, -40},   // it is not kept on the screen
+      {{15360, 11520}, {4001, 3003}, 5680, 4258},  // 5679.5 and 4258.5 are rounded to even
   };
   for (const auto& row : rows) {
     desktop.screen = row.screen;
@@ -156,7 +156,7 @@ TEST_F(SysInfo, ElseRunsTheProgramOfTheSharedToolsFolder) {
 }
 
 TEST_F(SysInfo, SaysSoWhenNothingIsRegistered) {
-  // Without a folder the program's name alone would be one in the root of the drive.
+  // Without a folder, the program's name would mean one in the root of the drive.
   files.Put(u"\\MSINFO32.EXE", "");
   files.Put(u"C:\\MSINFO32.EXE", "");
   common.StartSysInfo();
@@ -199,7 +199,7 @@ TEST_F(Common, GetKeyValueByKind) {
       {"text of 8 bits", kRegSz, std::string("\x80\xE4\0", 3), u"\u20AC\u00E4"},
       {"empty text", kRegSz, std::string("\0", 1), u""},
       {"text with two terminators loses one", kRegSz, std::string("a\0\0", 3), TextView(u"a\0", 2)},
-      // The last byte is dropped when it is NUL; each of the others gives its digits.
+      // The last byte is dropped if it is NUL; the others give their digits.
       {"number below 16", kRegDword, std::string("\x05\0\0\0", 4), u"5"},
       {"number of two digits", kRegDword, std::string("\x10\0\0\0", 4), u"16"},
       {"two bytes below 16", kRegDword, std::string("\x05\x01\0\0", 4), u"21"},
@@ -289,15 +289,15 @@ TEST(SandR, AReplacementOfAnotherLengthMovesAwayFromTheLaterPlaces) {
   } rows[] = {
       // Once: as expected.
       {u"a-b", u"-", u"--", u"a--b"},
-      // Twice: the second place, 4, is the original's; in "a<>b-c" a "b" stands there.
+      // Twice: the second position, 4, is that of the original; in "a<>b-c" there is a "b".
       {u"a-b-c", u"-", u"<>", u"a<><>-c"},
       // Shorter: the second "xx" is at 4 of the original; in "ay" + "bxxc" that is "xc".
       {u"axxbxxc", u"xx", u"y", u"aybxy"},
-      // The search goes on inside the place itself when the replacement is shorter.
+      // If the replacement is shorter, the search continues inside the occurrence.
       {u"aaa", u"aa", u"b", u"bb"},
-      // A long replacement jumps over the next place.
+      // A long replacement skips the next occurrence.
       {u"a-b-c", u"-", u"12345", u"a12345b-c"},
-      // An empty search text is found everywhere, up to the text's end.
+      // An empty search text is found at every position, up to the text's end.
       {u"abc", u"", u"x", u"xxxabc"},
   };
   for (const auto& row : rows) {
@@ -308,14 +308,14 @@ TEST(SandR, AReplacementOfAnotherLengthMovesAwayFromTheLaterPlaces) {
 TEST(SandR, CountsIn16Bits) {
   const auto text = [](std::size_t before) { return Text(before, u'x') + u"-" + Text(9, u'x'); };
   EXPECT_EQ(clsCommon::SandR(text(32765), u"-", u"+").substr(32764, 3), u"x+x");
-  // The place itself is 32767; what lies behind it is not counted any more.
+  // The position itself is 32767; the text after it does not count.
   EXPECT_EQ(ErrorOf([&] { return clsCommon::SandR(text(32766), u"-", u"+"); }), kOverflow);
   EXPECT_EQ(ErrorOf([&] { return clsCommon::SandR(text(32767), u"-", u"+"); }), kOverflow);
   EXPECT_EQ(ErrorOf([&] { return clsCommon::SandR(text(5), u"-", Text(32767, u'+')); }), kOverflow);
   EXPECT_EQ(clsCommon::SandR(Text(100000, u'x'), u"-", u"+").size(), 100000u);
 }
 
-/// Runs `call` in a process of its own and expects it to be at it still a second later.
+/// Runs `call` in a separate process and expects it to be still running after a second.
 template <typename Call>
 void ExpectEndless(Call call) {
   EXPECT_EXIT(
@@ -338,7 +338,7 @@ TEST(StrParseFileName, Parts) {
     TextView path, folder, name, extension;
   } rows[] = {
       {u"C:\\Work\\report.doc", u"C:\\Work\\", u"report", u"doc"},
-      {u"C:\\Work.old\\report", u"C:\\Work.old\\", u"report", u""},  // the only dot: a folder's
+      {u"C:\\Work.old\\report", u"C:\\Work.old\\", u"report", u""},  // the only dot is in a folder
       {u"C:\\Work.old\\report.doc", u"C:\\Work.old\\", u"report", u"doc"},
       {u"report.final.doc", u"", u"report.final", u"doc"},
       {u"report", u"", u"report", u""},
@@ -347,7 +347,7 @@ TEST(StrParseFileName, Parts) {
       {u"C:\\.doc", u"C:\\", u"", u"doc"},
       {u"C:\\Work\\", u"C:\\Work\\", u"", u""},
       {u"C:\\Work.old\\", u"C:\\Work.old\\", u"", u""},
-      {u"C:report.doc", u"", u"C:report", u"doc"},  // a drive alone is no folder
+      {u"C:report.doc", u"", u"C:report", u"doc"},  // a drive without a slash is no folder
       {u"C:/Work/report.doc", u"", u"C:/Work/report", u"doc"},
       {u"\\\\server\\share\\a.b", u"\\\\server\\share\\", u"a", u"b"},
       {u".", u"", u"", u""},
@@ -476,7 +476,7 @@ TEST_F(Move, AListThatFailsStopsNothing) {
 
 // SetCaption
 
-/// Ten units a character, as on a control with a font of even width.
+/// Ten units per character, as with a monospaced font.
 float TextWidth(TextView text) { return static_cast<float>(text.size()) * 10; }
 
 TEST(SetCaption, ATextThatFitsStays) {
@@ -490,7 +490,7 @@ TEST(SetCaption, CutsOutOfTheMiddle) {
     float width;
     TextView expected;
   } rows[] = {
-      // 5 and 5 characters; with the dots, 4 and 4 are wider than the text itself was.
+      // 5 and 5 characters; with the dots, 4 and 4 are wider than the text itself.
       {u"0123456789", 100, u"0123456789"},
       {u"0123456789", 99, u"01....89"},
       {u"0123456789", 95, u"01....89"},
@@ -519,7 +519,7 @@ TEST(SetCaption, FailsWhenTheDotsAreTooWide) {
   EXPECT_EQ(ErrorOf([] { return clsCommon::SetCaption(u"0123456789", TextWidth, 39); }),
             kInvalidCall);
   EXPECT_EQ(ErrorOf([] { return clsCommon::SetCaption(u"", TextWidth, -1); }), kInvalidCall);
-  // Half of one is none: there is nothing to drop on the left.
+  // Half of one is 0: there is nothing to drop on the left.
   EXPECT_EQ(ErrorOf([] { return clsCommon::SetCaption(u"x", TextWidth, 5); }), kInvalidCall);
 }
 
@@ -544,10 +544,10 @@ TEST(FormatString, KnowsSixTokens) {
 }
 
 TEST(FormatString, SearchesWhatItHasPutThere) {
-  // Later tokens are replaced in arguments as well, earlier ones are not.
+  // Later tokens are replaced in arguments too, earlier ones are not.
   EXPECT_EQ(clsCommon::FormatString(u"%1%", {u"<%2%>", u"b"}), u"<b>");
   EXPECT_EQ(clsCommon::FormatString(u"%2%", {u"a", u"<%1%>"}), u"<%1%>");
-  // A token that comes together by a replacement counts too.
+  // A token that is formed by a replacement counts too.
   EXPECT_EQ(clsCommon::FormatString(u"%%1%1%", {u""}), u"");
 }
 

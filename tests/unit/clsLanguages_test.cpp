@@ -13,7 +13,7 @@ namespace {
 
 using Arguments = std::vector<ComponentValue>;
 
-/// A component with lists of its own, and switches for what can go wrong.
+/// A component with its own lists, and switches for failures.
 struct Lists {
   struct Language {
     Text description, code;
@@ -25,11 +25,11 @@ struct Lists {
   };
   std::vector<Language> languages;
   std::vector<CodePage> pages;
-  ComponentValue languageCount, pageCount;  ///< told instead of the true ones
-  std::int32_t badLanguage = -1;            ///< filling it gives `status`
+  ComponentValue languageCount, pageCount;  ///< reported instead of the true ones
+  std::int32_t badLanguage = -1;            ///< filling it returns `status`
   std::int32_t badPage = -1;
   ComponentValue status = std::int32_t{5};
-  bool raise = false;       ///< the bad one fails as a call
+  bool raise = false;       ///< the call for the bad one fails
   bool wrongKinds = false;  ///< numbers come as texts, texts as numbers
 
   MemoryComponents::Body Body() {
@@ -84,7 +84,7 @@ class Languages : public testing::Test {
     components.registered[u"Marl.QaComponent"] = lists.Body();
   }
 
-  /// All that the object answers, from below its first index to above its last.
+  /// All answers of the object, from below its first index to above its last.
   static void ExpectEmpty(const clsLanguages& languages) {
     EXPECT_EQ(languages.LanguageCount(), -1);
     EXPECT_EQ(languages.CodePageCount(), -1);

@@ -167,7 +167,7 @@ TEST_F(ProjectFile, DeclarationsMakeItInvalidAndKeepWhatWasRead) {
               comment)
         << declaration;
     EXPECT_EQ(Languages(), LanguageList({{u"fr", u"French"}})) << declaration;
-    // Without a result there is no stripping either.
+    // Without a result the path is not shortened either.
     EXPECT_EQ(Documents(), DocumentList({comment ? u"a" : u"French\\a"})) << declaration;
   }
 }
@@ -258,7 +258,7 @@ TEST_F(ProjectFile, ADuplicateAttributeFailsOutOfTheParse) {
   EXPECT_EQ(project.DocCount, 0);
 }
 
-/// The rules once more, step by step on the reference's tokens.
+/// A second implementation, step by step on the reference's tokens.
 struct ReferenceProject {
   std::vector<std::pair<Text, Text>> languages;
   std::vector<Text> documents;

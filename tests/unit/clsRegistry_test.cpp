@@ -10,7 +10,7 @@
 namespace marl {
 namespace {
 
-// What a real registry cannot be made to do in a test.
+// Cases that a real registry cannot be brought into by a test.
 
 TEST(clsRegistryOnMemory, TextIsPassedWithoutItsTerminatorCounted) {
   WatchedRegistry store;
@@ -100,9 +100,9 @@ TEST(clsMRUOnMemory, ARefusedSaveLeavesTheStoreAsItWas) {
   EXPECT_EQ(loaded.Item(1), u"old");
 }
 
-// A user who may read a key but not write it is refused where a reader asks for more than it needs.
+// A user with read access only would be refused if a reader asked for more than it needs.
 
-/// The rights that `act` asks for, key by key; each on the key of the class's fields.
+/// The access that `act` asks for, key by key, always on the key of the class's fields.
 template <typename Act>
 std::vector<std::uint32_t> RightsOf(WatchedRegistry& store, Act act) {
   store.opened.clear();

@@ -18,7 +18,7 @@ using Sent = MemoryTipWindows::Sent;
 
 class Tooltip : public testing::Test {
  protected:
-  /// A tip that nothing is wrong with, apart from what the test chooses.
+  /// A valid tip, apart from what the test changes.
   WindowHandle Create(TextView text = u"text", int style = 65, int icon = 1,
                       TextView title = u"title", Color fore = 0x112233, Color back = 0x445566) {
     return tip.Create(kParent, 1, 2, 3, 4, text, style, false, icon, title, fore, back, 5, 6);

@@ -21,7 +21,7 @@ constexpr TextView kDocument = u"C:\\Docs\\a.xml";
 
 class XmlTokens : public testing::Test {
  protected:
-  /// Tokens left, without the end; the end must stay the end.
+  /// The remaining tokens, without the end, which must repeat.
   TokenList Rest() {
     TokenList tokens;
     Token token{};
@@ -255,7 +255,7 @@ TEST_F(XmlTokens, OpenXMLWTakesATokenOfTheSameEngine) {
   EXPECT_EQ(Rest(), TokenList({{xtOpenTag, u"<a>"}}));
 }
 
-// The engine decodes in steps; terminators and keywords must be found across them.
+// The engine decodes in steps; terminators and keywords must be found across step boundaries.
 TEST_F(XmlTokens, TokensAcrossEveryPlaceOfTheDecodingStep) {
   const Text tail = u"<![CDATA[]]><!DOCTYPE []><!-- --><?a?><a b=\"é\"/></a>€<!b>";
   for (std::size_t fill = 4096 - tail.size() - 4; fill < 4100; ++fill) {
@@ -327,7 +327,7 @@ TEST_F(XmlTokens, KindsOfTokensMayBeAskedForInTurn) {
   EXPECT_EQ(held.bytes, "<a>");
   EXPECT_EQ(engine.GetToken(view), xtEmptyTag);
   EXPECT_EQ(view, u"<b/>");
-  // Here a lead swallows the "<": bytes and units part.
+  // Here a lead byte consumes the "<", so cutting by bytes and by units differ.
   EXPECT_EQ(engine.GetToken(held), xtText);
   EXPECT_EQ(held.units, Text(1, 3 * 64 + 60));
   EXPECT_EQ(engine.GetToken(text), xtOpenTag);
@@ -346,9 +346,9 @@ TEST_F(XmlTokens, ConcatenatedTokensGiveBackTheDocument) {
   }
 }
 
-// How long they take is a matter of the benchmarks.
+// The benchmarks measure how long they take.
 TEST_F(XmlTokens, LargeDocumentsOfOneKindComeBackWhole) {
-  // Without any "<", never terminated, and nothing but the shortest tokens.
+  // Without "<", unterminated, and only shortest tokens.
   for (const std::string_view pattern :
        {"x", "<!--", "<![CDATA[ ]>", "<>", "<!DOCTYPE>", "<a>\n"}) {
     Bytes bytes;

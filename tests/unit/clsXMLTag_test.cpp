@@ -13,7 +13,7 @@ namespace {
 
 using reference::Documents;
 
-/// Attribute names cannot be listed, so the reader's names are asked for one by one.
+/// Attribute names cannot be enumerated, so the reference's names are checked one by one.
 struct Expected {
   Text name;
   std::vector<std::pair<Text, Text>> attributes;
@@ -185,7 +185,7 @@ TEST(XmlTag, AnObjectThatGaveItselfAwayCanBeUsedAgain) {
   ExpectTag(tag, {u"c", {{u"d", u"2"}, {u"e", u"3"}}}, u"used again");
 }
 
-// The reader looks at many units at once; nothing may be lost where its steps meet.
+// The reader handles many units at once; nothing may be lost at block boundaries.
 TEST(XmlTag, TextsAcrossEveryPlaceOfTheSteps) {
   clsXMLTag tag;
   for (std::size_t fill = 0; fill < 300; ++fill) {
@@ -237,7 +237,7 @@ TEST(XmlTag, ManyEntitiesTakeLinearTime) {
   EXPECT_EQ(tag.AttributeValue(1).size(), 300'000u * 3);
 }
 
-/// Reads `source` as a text and as a file's bytes; returns whether a name was there twice.
+/// Parses `source` as text and as a file's bytes; returns whether there was a duplicate name.
 bool ExpectLikeReference(clsXMLTag& tag, const Text& source) {
   const reference::Tag expected = reference::ReadTag(source);
   const Bytes bytes = reference::Encode(source);

@@ -28,7 +28,7 @@ class About : public testing::Test {
 
   static Opened Link(TextView address) { return {u"Open", Text(address), u"0", u"0", 1}; }
   Label& At(int index) { return *form.lblLabel[static_cast<std::size_t>(index)]; }
-  /// A click in the middle of the control, as the mouse makes it.
+  /// A mouse click in the middle of the control.
   void ClickOn(const Control& control) {
     const float x = static_cast<float>(control.Left() + control.Width() / 2);
     const float y = static_cast<float>(control.Top() + control.Height() / 2);

@@ -79,7 +79,7 @@ struct Fields {
   int useDefault;
   TextView port;
   bool portEnabled;
-  Text composed;  ///< what OK gives back, untouched
+  Text composed;  ///< what OK returns without a change
 };
 
 class ChangeServerFields : public ChangeServer, public testing::WithParamInterface<Fields> {};
@@ -116,7 +116,7 @@ INSTANTIATE_TEST_SUITE_P(
         Fields{Compose(u"a", false, u"20001"), u"a", 0, 0, u"", true, Compose(u"a", false, u"")},
         Fields{Compose(u"a", false, u"0"), u"a", 0, 0, u"", true, Compose(u"a", false, u"")},
         Fields{Compose(u"a", false, u"x"), u"a", 0, 0, u"", true, Compose(u"a", false, u"")},
-        // No port: that of the scheme.
+        // No port: the default of the scheme.
         Fields{u"<project-tracking server=\"a\" ssl=\"yes\"/>", u"a", 1, 1, u"", false,
                Compose(u"a", true, u"443")},
         Fields{Compose(u"a", false, u""), u"a", 0, 1, u"", false, Compose(u"a", false, u"80")},
@@ -126,7 +126,7 @@ INSTANTIATE_TEST_SUITE_P(
                Compose(u"a", false, u"80")},
         Fields{Compose(u"  a b ", false, u"80"), u"a b", 0, 1, u"", false,
                Compose(u"a b", false, u"80")},
-        // Escaped in the tag, raw when it is composed again: kept that way.
+        // Escaped in the tag, but not when it is composed again.
         Fields{BareNameTag(u"a\"&<b>"), u"a\"&<b>", 0, 1, u"", false,
                Compose(u"a\"&<b>", false, u"80")},
         Fields{u"", u"", 0, 1, u"", false, Compose(u"", false, u"80")}));
@@ -216,7 +216,7 @@ TEST_F(ChangeServer, DefaultPortLeavesTheLastGoodPortInTheDisabledField) {
   Load();
   form.Server(Compose(u"beta", false, u"8080"));
   form.cmbServer.UserSelectRow(0);
-  // The filter refuses the empty text as it refuses it from the user.
+  // The filter refuses the empty text, as if the user had typed it.
   EXPECT_EQ(form.txtPortNumber.Text(), u"8080");
   EXPECT_FALSE(form.txtPortNumber.Enabled());
   EXPECT_EQ(form.Server(), Compose(u"alpha", false, u"80"));

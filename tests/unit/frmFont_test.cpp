@@ -256,8 +256,8 @@ TEST_F(FontDialog, ASizeThatRoundsToNothingStaysAsItIs) {
 }
 
 TEST_F(FontDialog, TheGuardKeepsTheStylesFromBeingWrittenBackHalfWay) {
-  // Bold is cleared first: unguarded, its click would take the other styles from the sample with
-  // it.
+  // Bold is cleared first: without the guard, its click would also clear the other styles of the
+  // sample.
   samples.Put(0, u"Arial", 100000, true, false, false);
   samples.Put(1, u"Arial", 100000, false, true, true);
   Open(0, [](frmFont& form) {
@@ -267,7 +267,7 @@ TEST_F(FontDialog, TheGuardKeepsTheStylesFromBeingWrittenBackHalfWay) {
     EXPECT_TRUE(form.lblSample.Font().Italic);
     EXPECT_TRUE(form.lblSample.Font().Underline);
     EXPECT_EQ(form.chkStyle[2]->Value(), 1);
-    // The guard is gone, and with it the letter that stood there.
+    // The guard is gone, and so is the letter that was there.
     EXPECT_EQ(form.chkStyle[0]->Tag, u"");
   });
 }
@@ -290,7 +290,7 @@ TEST_F(FontDialog, TheProgramsTicksDoRaiseTheClick) {
 
 TEST_F(FontDialog, EveryClickOnAStyleSetsAllThree) {
   Open(0, [](frmFont& form) {
-    // Something else than the boxes say.
+    // Something other than the boxes.
     marl::Font font = form.lblSample.Font();
     font.Underline = true;
     form.lblSample.SetFont(font);

@@ -16,7 +16,7 @@ namespace {
 constexpr char kKey[] = "Software\\Oru\\Marl\\Proxy";
 constexpr TextView kIncomplete = u"Please provide the proxy server address and port";
 
-/// A value as it lies in the store: its kind and every byte.
+/// A value as stored: its kind and every byte.
 struct Stored {
   std::uint32_t kind = 0;
   NarrowText bytes;
@@ -143,7 +143,7 @@ class LanSettingsControls : public LanSettings, public testing::WithParamInterfa
 TEST_P(LanSettingsControls, FollowTheOptionsAndTheBox) {
   const ControlState& row = GetParam();
   Open([&](frmLanSettings& form) {
-    // Through the other state first, so that the clicks do the work.
+    // The other state first, so that each click has an effect.
     form.optOverride.UserClick();
     if (row.proxy) form.chkUseProxy.UserClick();
     (row.override_ ? form.optOverride : form.optDefault).UserClick();
@@ -364,7 +364,7 @@ TEST_F(LanSettings, RefusingStoreIsSilentAndTheDialogCloses) {
   EXPECT_TRUE(desktop.messages.empty());
 }
 
-// Values of other kinds than ours, as any program can leave them.
+// Values of other kinds, as any program can write them.
 TEST_F(LanSettings, ForeignKindsAreConvertedAsTheRuntimeDoes) {
   Plant("UseProxy", kRegSz, NarrowText("1", 2));
   Plant("Port", kRegSz, NarrowText("8080", 5));
@@ -390,7 +390,7 @@ TEST_F(LanSettings, WhatIsNoNumberEndsTheProgramWithTheRuntimesText) {
   struct Row {
     std::uint32_t kind;
     NarrowText data;
-    const char16_t* message;  ///< null when it counts
+    const char16_t* message;  ///< null if the value is accepted
   };
   const Row rows[] = {{kRegSz, NarrowText("yes", 4), u"Type mismatch"},
                       {kRegSz, NarrowText("", 1), u"Type mismatch"},

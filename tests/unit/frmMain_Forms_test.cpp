@@ -11,7 +11,7 @@ namespace {
 
 class SplashInStartUp : public testing::Test {
  protected:
-  /// The splash as it stands during start-up.
+  /// The splash during start-up.
   frmSplash& splash() { return *world.main().splash; }
 
   World world;

@@ -1,4 +1,4 @@
-// The menu bar: its tree, captions and shortcuts, and what changes it at run time.
+// The menu bar: its items, captions and shortcuts, and its changes at run time.
 
 #include <gtest/gtest.h>
 
@@ -81,7 +81,7 @@ class MenuBar : public testing::Test {
  protected:
   void Put(TextView key, TextView value) { world.settings.Put(u"Marl", u"Settings", key, value); }
 
-  /// The entries of a menu, or of the bar itself, in their order.
+  /// The items of a menu, or of the bar itself, in order.
   std::vector<Menu*> Entries(const Menu* parent) {
     std::vector<Menu*> entries;
     for (Control* control : world.main().controls()) {

@@ -26,7 +26,7 @@ using Boxes = std::array<int, 9>;
 
 class MainOptions : public testing::Test {
  protected:
-  // Start-up, which has settings of its own, lies behind the tests.
+  // Start-up, which reads settings too, is over.
   void Start() {
     world.Start();
     world.settings.writes.clear();
@@ -52,7 +52,7 @@ class MainOptions : public testing::Test {
     });
     return boxes;
   }
-  /// Sets the boxes as given and leaves with OK.
+  /// Sets the boxes and closes with OK.
   void Choose(const Boxes& boxes) {
     Open([&](frmOptions& form) {
       for (std::size_t i = 0; i < 9; ++i) {
@@ -325,7 +325,7 @@ TEST_F(MainOptions, WizardIsReadWhenTheDialogOpens) {
   EXPECT_EQ(Shown()[4], 0);
 }
 
-// What works at once.
+// What takes effect at once.
 
 TEST_F(MainOptions, ToolsShowsAndHidesTheProgramsAtOnce) {
   Start();
@@ -359,7 +359,7 @@ TEST_F(MainOptions, FlagsAreSavedWhenTheMainFormGoes) {
 
 namespace {
 
-/// The main form's handler over a registry that remembers what it was asked.
+/// The main form's handler with a registry that records calls.
 class OptionsOrder : public MainOptions {
  protected:
   class Recorder : public WatchedRegistry {
@@ -422,7 +422,7 @@ TEST_F(OptionsOrder, ReadsThenShowsThenStoresTheListFirst) {
           "write HideNumberSegs", "write XPlacement", "write ShowBullets"}));
 }
 
-// The kind of the last value read governs what is written.
+// The kind of the last value read is the kind that is written.
 
 namespace {
 
@@ -489,7 +489,7 @@ TEST_F(MainOptions, LaterReadOverridesTheKindOfAnEarlierOne) {
   EXPECT_EQ(Value(kBenchKey, "UseAltWordCounts"), Dword(1));
 }
 
-// Each value of a kind that is no number, under each of the four names.
+// Each value that is no number, under each of the four names.
 
 namespace {
 
@@ -497,7 +497,7 @@ struct ForeignRow {
   const char* name;
   std::uint32_t kind;
   NarrowText data;
-  const char16_t* message;  ///< what the program ends with; null when it goes on
+  const char16_t* message;  ///< the failure that ends the program; null if it goes on
 };
 
 class OptionsForeign : public MainOptions, public testing::WithParamInterface<ForeignRow> {};
@@ -576,7 +576,7 @@ TEST_F(MainOptions, RegistryThatRefusesIsSilentAndTheRestIsApplied) {
   EXPECT_EQ(world.Setting(u"Wizard"), u"N");
 }
 
-// The dialogs behind the buttons act at once.
+// The dialogs of the buttons take effect at once.
 
 TEST_F(MainOptions, DisplaySettingsApplyAtOnceAndStayWhenTheOptionsAreCancelled) {
   Start();

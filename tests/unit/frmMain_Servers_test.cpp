@@ -1,4 +1,4 @@
-// The tracking server as the main form deals with it: at start-up, at each press, at exit.
+// The tracking server in the main form: at start-up, at each press, at exit.
 
 #include <gtest/gtest.h>
 
@@ -21,7 +21,7 @@ class MainServers : public testing::Test {
   void Store(const NarrowText& server) {
     world.registry.Plant(kCurrentUser, kSettingsKey, "TrackingServer", kRegSz, server + '\0');
   }
-  /// A text of the registry; nothing when there is none.
+  /// A text in the registry; nothing if there is none.
   std::optional<NarrowText> Stored(const char* key, const char* name) {
     OpenKeyHandle opened;
     if (world.registry.OpenKey(kCurrentUser, key, kKeyQueryValue, opened) != kOk) return {};
@@ -195,7 +195,7 @@ TEST_F(MainServers, ExitSavesToo) {
   ChangeTo(u"alpha");
   main().Press(kExit);
   EXPECT_FALSE(main().loaded());
-  // The dialog came up for no server: default port, so that the tag has one.
+  // The dialog opened without a server: default port, so that the tag has one.
   EXPECT_EQ(StoredServer(), kAlpha);
   EXPECT_EQ(Stored(kServerList, "MRU1"), kAlpha);
 }
@@ -287,14 +287,14 @@ TEST_F(MainServers, BareNameInTheListIsStoredBackAsATagOnceTheDialogHasOpened) {
 
 struct Typed {
   Text name;
-  Text tag;        ///< what becomes current
-  TextView title;  ///< behind "Marl : "
+  Text tag;        ///< the current tag afterwards
+  TextView title;  ///< after "Marl : "
   TextView arguments;
 };
 
 class MainServersTyped : public MainServers, public testing::WithParamInterface<Typed> {};
 
-// Without a component of the suite: what the user types goes in raw, as far as it makes an element.
+// Without a component of the suite: the user's text is used unescaped if that makes an element.
 TEST_P(MainServersTyped, NameIsTakenAsTold) {
   Start();
   ChangeTo(GetParam().name);

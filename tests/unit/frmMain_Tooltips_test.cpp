@@ -10,7 +10,7 @@ namespace {
 
 class ButtonTips : public testing::Test {
  protected:
-  /// What the tip window of a button was told of its tool.
+  /// The tool of a button's tip window.
   ToolInfo Tool(std::size_t button) {
     for (const auto& [window, tip] : world.tips.tips) {
       const auto& tool = std::get<ToolInfo>(tip.sent[0].lParam);
@@ -32,7 +32,7 @@ TEST_F(ButtonTips, EachVisibleButtonHasOneOnItsRectangle) {
     const ToolInfo tool = Tool(i);
     EXPECT_EQ(tool.hwnd, world.main().hWnd()) << i;
     EXPECT_EQ(tool.uFlags, 0x10u);
-    // At 96 dots an inch a pixel is 15 twips.
+    // At 96 dpi a pixel is 15 twips.
     const PixelRect rect = {shape.Left() / 15, shape.Top() / 15,
                             shape.Width() / 15 + shape.Left() / 15 - 1,
                             shape.Height() / 15 + shape.Top() / 15 - 1};

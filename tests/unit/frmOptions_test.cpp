@@ -39,7 +39,7 @@ class Options : public testing::Test {
     return values;
   }
 
-  /// Opens the dialog and lets `user` work in it. Gives its result.
+  /// Opens the dialog and lets `user` work in it. Returns its result.
   template <typename User>
   bool Open(User user) {
     desktop.whenModal["frmOptions"] = [&](Form& form) { user(static_cast<frmOptions&>(form)); };
@@ -191,7 +191,7 @@ TEST_F(Options, StandsOutOfTheScreenWhereTheMainFormDoes) {
 TEST_F(Options, HalfATwipGoesToTheEvenOne) {
   int width = 0;
   Open([&](frmOptions& form) { width = form.Width(); });
-  // Places of n + 1/2 and n + 1 + 1/2: one is rounded up, the other down, both to an even twip.
+  // Positions n + 1/2 and n + 1 + 1/2: one is rounded up, the other down, both to an even twip.
   for (const int left : {1200, 1201}) {
     mainForm.Move({left, 900, width + 1, 6000});
     Open([&](frmOptions& form) { EXPECT_EQ(form.Left(), left == 1200 ? 1200 : 1202); });

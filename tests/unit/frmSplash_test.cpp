@@ -21,7 +21,7 @@ class Splash : public testing::Test {
   frmSplash form{desktop, pictures, locales};
 };
 
-/// The ways in which the user or the clock may end the splash.
+/// The ways in which the user or the timer can close the splash.
 struct Act {
   const char* name;
   void (*run)(frmSplash&, MemoryDesktop&);

@@ -66,7 +66,7 @@ SkinSettings Shown(const frmUI& form) {
   return skin;
 }
 
-/// The sample as the dialog's values have it.
+/// The sample for the dialog's values.
 std::vector<std::uint32_t> ExpectedSample(Desktop& desktop, const frmUI& form) {
   clsGradient gradient(desktop);
   gradient.SetAngle(static_cast<float>(form.hsbAngle.Value()));
@@ -128,7 +128,7 @@ class DisplaySettings : public testing::Test {
     WriteSkin(registry, skin);
     registry.written.clear();
   }
-  /// Stores one value apart from the others.
+  /// Stores a single value.
   void Plant(const char* name, std::int32_t number) {
     registry.Plant(kCurrentUser, "Software\\Oru\\Marl\\GUI", name, kRegDword, DwordBytes(number));
   }
@@ -282,7 +282,7 @@ INSTANTIATE_TEST_SUITE_P(
         Mapping{"IconsPerRow", 6, 3}, Mapping{"Icons", 0, 0}, Mapping{"Icons", 3, 3},
         Mapping{"Icons", 7, 1}, Mapping{"Icons", -1, 1}, Mapping{"Angle", 0, 0},
         Mapping{"Angle", 359, 359},
-        // What a control refuses leaves what is on the screen: 90 degrees, five columns.
+        // If a control refuses a value, the panel's present one stays: 90 degrees, five columns.
         Mapping{"Angle", 360, 90}, Mapping{"Angle", -1, 90}, Mapping{"Angle", kLow, 90},
         Mapping{"IconsPerRow", 2, 2}, Mapping{"IconsPerRow", 7, 2}, Mapping{"IconsPerRow", kLow, 2},
         Mapping{"IconsPerRow", kHigh, 2}, Mapping{"IconsPerRow", 0, 2}));
@@ -332,7 +332,7 @@ TEST_F(DisplaySettings, OrderGivesRowsWithCaptionIndexAndTick) {
 
 TEST_F(DisplaySettings, TheOrdersTextIsAlwaysInItsNormalForm) {
   Open([&](frmUI& form) {
-    // Blanks, flags of any size and sign, one digit for a button.
+    // Blanks, flags of any size and sign, one-digit buttons.
     form.SetDisplayIcons(
         u"17 1|00-1|0100|02 0 |039999999|04+0|05.4|06.6|071|081|091|101|111|121|131|141|151|161");
     EXPECT_EQ(form.GetDisplayIcons(),
@@ -603,7 +603,7 @@ TEST_F(DisplaySettings, UpAndDownWithoutASelectedRowDoNothing) {
   });
 }
 
-/// `from` taken out and put back at `to`.
+/// `from` moved to `to`.
 std::vector<int> Moved(int from, int to) {
   std::vector<int> buttons = InOrder();
   buttons.erase(buttons.begin() + from);
@@ -652,7 +652,7 @@ TEST_F(DisplaySettings, AMoveWithoutTheButtonDragsNothing) {
     form.lstIcons.UserMouseMove(4);
     DropRows(form, 2, {2});
     form.lstIcons.UserMouseMove(9);
-    // The keyboard has moved on; the mouse only passes by.
+    // The keyboard has changed the selection; the mouse only moves over the list.
     form.lstIcons.UserSelectRow(12);
     form.lstIcons.UserMouseMove(3);
     EXPECT_EQ(Buttons(form), InOrder());
@@ -776,7 +776,7 @@ TEST_F(DisplaySettings, SaveFollowedByLoadReturnsAllFourteenValues) {
     EXPECT_EQ(Shown(form), SkinSettings());
     form.cmdLoad.UserClick();
     SkinSettings expected = skin;
-    // The registry is 8-bit: what it had no character for was lost before.
+    // The registry is 8-bit: characters that it cannot represent were lost before.
     expected.Font1 = u"A & B <\"C\"> \u00E4?|8.25|biu";
     EXPECT_EQ(Shown(form), expected);
     EXPECT_EQ(form.lblAngleValue.Caption(), u"135");
@@ -832,7 +832,7 @@ SkinSettings With(std::int32_t SkinSettings::*field, std::int32_t value) {
 class DisplaySettingsSkin : public DisplaySettings,
                             public testing::WithParamInterface<HostileSkin> {};
 
-// Each skin is followed by a good parameter: what is refused does not end the reading.
+// Each skin is followed by a valid parameter: a refused one does not stop the reading.
 TEST_P(DisplaySettingsSkin, WhatAControlRefusesIsPassedOver) {
   PutSkin(std::string(GetParam().parameters) + "<parameter name=\"border2\" value=\"77\"/>");
   SkinSettings expected = GetParam().expected;
@@ -855,7 +855,7 @@ INSTANTIATE_TEST_SUITE_P(
         HostileSkin{PARAMETER("iconsperrow", "-2147483648"), {}},
         HostileSkin{PARAMETER("iconsperrow", "2147483647"), {}},
         HostileSkin{PARAMETER("iconsperrow", "99999999999"), {}},
-        // The refused direction is told all the same.
+        // The refused direction is shown anyway.
         HostileSkin{PARAMETER("angle", "360"), {}, u"360"},
         HostileSkin{PARAMETER("angle", "-1"), {}, u"-1"},
         HostileSkin{PARAMETER("angle", "2147483647"), {}, u"2147483647"},
@@ -1089,7 +1089,7 @@ TEST_F(DisplaySettingsOnTheSwitchboard, CancelLeavesThePanelAlone) {
     form.cmbIconsPerRow.UserSelectRow(3);
     form.hsbAngle.UserScroll(0);
     form.lstIcons.UserCheck(0);
-    // Other programs write here too: what they did is not taken up either.
+    // Other programs write here too: their changes are not used either.
     SkinSettings foreign;
     foreign.IconsPerRow = 4;
     WriteSkin(world.registry, foreign);

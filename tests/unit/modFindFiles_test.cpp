@@ -30,7 +30,7 @@ class FindFilesTest : public testing::Test {
                         ++events;
                         if (atEvent) atEvent();
                       }};
-  Text searched;  ///< the folder, as the search left it
+  Text searched;  ///< the folder after the search
 };
 
 TEST_F(FindFilesTest, FolderGetsABackslashWhereItHasNone) {
@@ -68,7 +68,7 @@ TEST_F(FindFilesTest, SubfoldersStandInTheirPlaceAmongTheEntries) {
                                    u"C:\\P\\b\\d.qtd", u"C:\\P\\e.qtd"}));
 }
 
-/// A file system whose folders hold what it is given, as no real one would.
+/// A file system with any contents, even impossible ones.
 class OddFolders : public MemoryFileSystem {
  public:
   std::map<Text, std::vector<FoundEntry>> entries;  ///< by pattern, "C:\\P\\*"

@@ -10,7 +10,7 @@ namespace {
 
 class FindWindow : public testing::Test {
  protected:
-  /// The handle found, or 0; the title lies in `title`.
+  /// The handle found, or 0; sets `title`.
   WindowHandle Find(TextView text, int mode) {
     WindowHandle window = -7;
     title = u"stale";

@@ -21,7 +21,7 @@ Font MakeFont(TextView name, std::int64_t size, int charset) {
   return font;
 }
 
-/// A form with a control of a small, one of a large font, one of symbols and some without a font.
+/// A form with controls of a small, a large and a symbol font, and some without a font.
 class LocaleFonts : public testing::Test {
  protected:
   MemoryDesktop desktop;
@@ -63,7 +63,7 @@ TEST_F(LocaleFonts, UnderCodePage932SmallFontsGrowToNinePoints) {
   EXPECT_EQ(small.Font(), MakeFont(face, Points(9), 128));
   EXPECT_EQ(large.Font(), MakeFont(face, Points(12), 128));
   EXPECT_EQ(symbols.Font(), MakeFont(u"Pictures", Points(8), 2));
-  // The form's own font loses its name only.
+  // Only the name of the form's own font changes.
   EXPECT_EQ(form.Font(), MakeFont(u"", Points(8), 0));
 }
 
@@ -110,7 +110,7 @@ TEST(LocaleCodePage, IsTheNumberThatTheLocaleTells) {
     EXPECT_EQ(GetLocaleCodePage(locales.ThreadLocale(), locales), row.codePage) << row.told;
   }
   EXPECT_EQ(GetLocaleCodePage(0x411, locales), 932);
-  // The platform answers nothing that does not fit its buffer.
+  // The platform returns nothing that does not fit the buffer.
   locales.UseCodePage("1252000000000000");
   EXPECT_EQ(GetLocaleCodePage(locales.ThreadLocale(), locales), 0);
 }

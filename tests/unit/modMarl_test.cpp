@@ -148,13 +148,13 @@ TEST_F(Hook, EachMessageDoesItsOwnAndGoesOnToTheWindow) {
       {menu, 9, 0x205, {"SystrayMenu"}},
       {menu, 9, 0x200, {}},  // the mouse moved
       {menu, 9, 0x201, {}},  // a single click: pressed ...
-      {menu, 9, 0x202, {}},  // ... and let go
+      {menu, 9, 0x202, {}},  // ... and released
       {menu, 9, 0x204, {}},  // the right button is pressed only
       {menu, 0x203, 0, {}},
       {6, 0, 0, {"RefreshButtons"}},
       {6, 1, 0, {}},
       {6, 2, 0, {}},
-      {6, 0x10000, 0, {}},  // inactive and minimised: not exactly 0
+      {6, 0x10000, 0, {}},  // inactive and minimised: not 0
       {5, 1, 0, {"Resized"}},
       {5, 0, 0, {}},
       {5, 2, 0, {}},

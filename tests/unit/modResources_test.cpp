@@ -179,7 +179,7 @@ TEST_F(FormStrings, ATabStripsTabsTakeCaptionAndToolTip) {
   EXPECT_EQ(tabs.Part(1), (ControlPart{u"ten", u"10", u"eleven"}));
   EXPECT_EQ(tabs.Part(2), (ControlPart{u"10", u"text", u"a sentence"}));
   EXPECT_EQ(tabs.Part(3), (ControlPart{u"design", u"12", u"13"}));
-  // The strip's own properties mean nothing.
+  // The strip's own properties have no effect.
   EXPECT_EQ(tabs.Caption(), u"");
   EXPECT_EQ(tabs.ToolTipText(), u"11");
 }

@@ -25,7 +25,7 @@ class Utf8Writer : public testing::Test {
     return bytes ? std::string(bytes->begin(), bytes->end()) : "no file";
   }
 
-  /// Number of the runtime error that `call` raises, 0 when it raises none.
+  /// Number of the runtime error that `call` throws, 0 if none.
   template <typename Call>
   static int ErrorOf(Call&& call) {
     try {
@@ -186,7 +186,7 @@ TEST_F(Utf8Writer, FailuresGoToTheCaller) {
   files.FailNext(FileAction::kRemove, kAccessDenied);
   EXPECT_EQ(ErrorOf([&] { utf8.OpenUTF8File(kSkinFile, false); }), 70);
   EXPECT_EQ(Written(), "old");
-  // Once the old file is gone it stays gone, whatever comes next.
+  // Once deleted, the old file does not come back, even if creating the new one fails.
   files.FailNext(FileAction::kCreate, kGeneralFailure);
   EXPECT_EQ(ErrorOf([&] { utf8.OpenUTF8File(kSkinFile, false); }), 57);
   EXPECT_EQ(Written(), "no file");
@@ -224,7 +224,7 @@ TEST_F(Utf8Writer, EncodesEveryUnit) {
 }
 
 TEST_F(Utf8Writer, FormsOfOneAndTwoBytesInEveryOrder) {
-  // Units are encoded four at a time; no byte may be lost or land behind the end.
+  // Units are encoded four at a time; no byte may be lost or written past the end.
   for (std::size_t size = 0; size <= 9; ++size) {
     for (unsigned order = 0; order < 1u << size; ++order) {
       Text text(size, u'x');

@@ -1,4 +1,5 @@
-// The program of the unit tests: what the memory backend has to complain of fails the running test.
+// The main program of the unit tests: misuse that the memory backend reports fails the running
+// test.
 
 #include <gtest/gtest.h>
 
