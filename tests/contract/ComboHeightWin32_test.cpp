@@ -29,7 +29,7 @@ struct FieldsForm : Form {
   ComboBox typed{*this, "typed"};
 };
 
-TEST(ComboHeight, ClosedIsThatOfItsPlaceInEveryFont) {
+TEST(ComboHeight, ClosedIsThatOfItsDesignInEveryFont) {
   win32::DesktopWin32 desktop;
   FieldsForm form(desktop);
   form.Load();

@@ -257,7 +257,7 @@ TEST_P(ComponentsContract, OneThatIsNotRegisteredIsNoFailure) {
   EXPECT_EQ(failure, u"");
 }
 
-TEST_P(ComponentsContract, OneThatCannotBeMadeSaysWhy) {
+TEST_P(ComponentsContract, OneThatCannotBeCreatedSaysWhy) {
   EXPECT_FALSE(Create(kBroken));
   EXPECT_NE(failure, u"");
   EXPECT_NE(failure, u"untouched");
@@ -291,9 +291,9 @@ TEST_P(ComponentsContract, ResultsAreNothingNumbersOrOfAForeignKind) {
   EXPECT_EQ(ResultOf(u"Foreign"), ComponentValue(ForeignValue()));
 }
 
-TEST_P(ComponentsContract, AFailureHasItsOwnWords) { EXPECT_EQ(FailureOf(u"Fail"), kWords); }
+TEST_P(ComponentsContract, AFailureHasItsOwnText) { EXPECT_EQ(FailureOf(u"Fail"), kWords); }
 
-TEST_P(ComponentsContract, AFailureWithoutWordsHasTheSystemsForItsCode) {
+TEST_P(ComponentsContract, AFailureWithoutATextHasTheSystemsForItsCode) {
   for (const TextView operation : {u"FailEmpty", u"FailSilently", u"FailPlainly", u"Unknown"}) {
     const Text words = FailureOf(operation);
     EXPECT_NE(words, u"");

@@ -397,7 +397,7 @@ TEST_P(ControlsContract, ARowThatIsAddedJoinsTheSelection) {
   EXPECT_EQ(form->many.SelCount(), 3);
 }
 
-TEST_P(ControlsContract, ASharedAccessKeyGoesFromOneToTheNextAndRound) {
+TEST_P(ControlsContract, ASharedAccessKeyGoesFromOneToTheNextAndWrapsAround) {
   form->tabs.SetFocus();
   AccessKey(u's');
   EXPECT_EQ(form->heard, (Heard{"hide 1"}));
@@ -428,7 +428,7 @@ TEST_P(ControlsContract, FocusThatComesBackWithItsFormIsNoGotFocus) {
   EXPECT_EQ(form->heard, (Heard{"focus chkHide", "focus cmbDrop", "focus cmdOK", "focus cmbDrop"}));
 }
 
-TEST_P(ControlsContract, WorkIsToldByThePointerUntilTheLastOneEnds) {
+TEST_P(ControlsContract, PointerShowsWorkUntilTheLastOneEnds) {
 #ifdef _WIN32
   const auto points = [this](const wchar_t* name) {
     // As the platform asks when the mouse moves.
@@ -548,7 +548,7 @@ TEST_P(ControlsContract, TheFormSeesItsKeyWhateverHasTheFocus) {
   EXPECT_EQ(form->heard, (Heard{"key 0", "key 0"}));
 }
 
-TEST_P(ControlsContract, AFormMayCloseOnAKeyThatItLetsPass) {
+TEST_P(ControlsContract, AFormMayCloseOnAKeyThatItPassesOn) {
   form->closesOnKey = true;
   KeyDown(kKeyF6, form->ok);
   EXPECT_FALSE(form->loaded());
@@ -588,7 +588,7 @@ TEST_P(NativeControls, FocusLeavesAPageThatIsHiddenForTheTabs) {
   EXPECT_TRUE(HasFocusWithin(Window(form->tabs)));
 }
 
-TEST_P(NativeControls, PagesLieAboveTheirStrip) {
+TEST_P(NativeControls, PagesAreAboveTheirStrip) {
   bool stripSeen = false;
   for (HWND window = GetWindow(Window(form->tabs), GW_HWNDFIRST); window;
        window = GetWindow(window, GW_HWNDNEXT)) {

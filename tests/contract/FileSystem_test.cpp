@@ -239,7 +239,7 @@ TEST_P(FileSystemContract, FilesAreWrittenPieceByPieceAndReadWhole) {
   EXPECT_EQ(world.Content(u"x"), "new");
 }
 
-TEST_P(FileSystemContract, ReadOnlyHiddenAndSystemFilesAreNotWrittenOver) {
+TEST_P(FileSystemContract, ReadOnlyHiddenAndSystemFilesAreNotOverwritten) {
   for (const std::uint32_t attribute : {kReadOnly, kHidden, kSystem}) {
     world.Put(u"x", "kept", attribute);
     EXPECT_EQ(Create(At(u"x")), kAccessDenied) << attribute;

@@ -197,7 +197,7 @@ TEST_P(LifetimeContract, ModalFormThatLosesItsWindowEndsItsEvent) {
   EXPECT_TRUE(main->peer()->TakesInput()) << "nothing keeps it from input any more";
 }
 
-TEST_P(LifetimeContract, ModalFormLearnsThatThePlatformTookItsWindow) {
+TEST_P(LifetimeContract, ModalFormNoticesItsDestroyedWindow) {
   main->Show();
   ShowModal(*first, main.get(), [&] { Destroy(*first); });
   ExpectGone(*first);
@@ -227,7 +227,7 @@ TEST_P(LifetimeContract, DialogBehindAnotherCannotBeClosed) {
   EXPECT_TRUE(main->loaded());
 }
 
-TEST_P(LifetimeContract, ProgramCanBeLeftBehindTwoDialogs) {
+TEST_P(LifetimeContract, ProgramCanExitBehindTwoDialogs) {
   main->Show();
   ShowModal(*first, main.get(), [&] { ShowModal(*second, first.get(), [&] { Close(*main); }); });
   EXPECT_TRUE(desktop->ended());
@@ -270,7 +270,7 @@ TEST_P(LifetimeContract, MainFormThatLosesItsWindowUnloadsOnceAndEndsTheProgram)
   ExpectGone(*first);
 }
 
-TEST_P(LifetimeContract, EndWithoutUnloadLetsFormsGiveBackWhatTheSystemWouldKeep) {
+TEST_P(LifetimeContract, EndWithoutUnloadLetsFormsReleaseWhatTheSystemWouldKeep) {
   main->Show();
   desktop->Event([] { throw ProcessEnd{3}; });
   EXPECT_TRUE(desktop->ended());
@@ -280,7 +280,7 @@ TEST_P(LifetimeContract, EndWithoutUnloadLetsFormsGiveBackWhatTheSystemWouldKeep
 }
 
 #ifdef _WIN32
-TEST(LifetimeWin32, WindowsPaintThemselvesToTheEndBehindTheLastMessage) {
+TEST(LifetimeWin32, WindowsStillPaintBehindTheLastMessage) {
   LastingDesktop desktop;
   PlainForm main(desktop, "frmMain", true);
   main.Show();

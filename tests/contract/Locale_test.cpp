@@ -26,7 +26,7 @@ class LocaleContract : public testing::TestWithParam<Backend> {
   }
 };
 
-TEST_P(LocaleContract, TellsTheCodePageWithItsTerminator) {
+TEST_P(LocaleContract, GivesTheCodePageWithItsTerminator) {
   const struct {
     std::uint32_t locale;
     std::string codePage;
@@ -39,13 +39,13 @@ TEST_P(LocaleContract, TellsTheCodePageWithItsTerminator) {
   }
 }
 
-TEST_P(LocaleContract, TellsNothingOfAnUnknownLocale) {
+TEST_P(LocaleContract, GivesNothingForAnUnknownLocale) {
   std::array<char, 16> buffer = {};
   EXPECT_EQ(locales->LocaleInfo(0x3FF, kLocaleDefaultAnsiCodePage, buffer), 0);
   EXPECT_EQ(buffer, (std::array<char, 16>{}));
 }
 
-TEST_P(LocaleContract, TellsNothingWithoutRoomForAll) {
+TEST_P(LocaleContract, GivesNothingIfTheBufferIsTooShort) {
   std::array<char, 4> buffer = {};
   EXPECT_EQ(locales->LocaleInfo(0x409, kLocaleDefaultAnsiCodePage, buffer), 0);
   EXPECT_EQ(locales->LocaleInfo(0x409, kLocaleDefaultAnsiCodePage, {}), 0);

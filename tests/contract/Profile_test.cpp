@@ -66,7 +66,7 @@ TEST_P(ProfileContract, OfTwoKeysTheFirstCounts) {
   EXPECT_EQ(Get(u"S", u"K"), u"1");
 }
 
-TEST_P(ProfileContract, BlanksAndQuotationMarksAroundAValueGo) {
+TEST_P(ProfileContract, BlanksAndQuotationMarksAroundAValueAreRemoved) {
   const struct {
     const char* line;
     TextView value;

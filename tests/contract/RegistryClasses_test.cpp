@@ -11,7 +11,7 @@
 namespace marl {
 namespace {
 
-/// Random use of both classes over the same keys, each call told with its result.
+/// Random use of both classes over the same keys, each call logged with its result.
 class Use {
  public:
   Use(RegistryStore& store, const Text& root, unsigned seed)
@@ -25,14 +25,14 @@ class Use {
   }
 
   std::string Step() {
-    told_.str({});
+    log_.str({});
     const int operation = Draw(18);
     const Text key = Pick({u"a", u"b", u"a\\\u00C4", u"b\\x y"});
     const Text name = Pick({u"", u"v", u"V", u"MRU1", u"mru2", u"\u20AC", u"MRU3"});
     cursor_.SectionKey = root_ + u'\\' + key;
     cursor_.ValueKey = name;
     accessor_.Subkey = key;
-    told_ << operation << ": ";
+    log_ << operation << ": ";
     switch (operation) {
       case 0: Tell(cursor_.KeyExists()); break;
       case 1: Tell(cursor_.CreateKey()); break;
@@ -72,7 +72,7 @@ class Use {
         break;
     }
     Tell(cursor_.valueType);
-    return told_.str();
+    return log_.str();
   }
 
  private:
@@ -111,7 +111,7 @@ class Use {
   }
 
   void Tell(const RegistryValue& value) {
-    told_ << '#' << value.index() << ' ';
+    log_ << '#' << value.index() << ' ';
     if (const auto* bytes = std::get_if<Bytes>(&value)) {
       Tell(*bytes);
     } else {
@@ -120,7 +120,7 @@ class Use {
   }
   template <typename Result>
   void Tell(const Result& result) {
-    told_ << testing::PrintToString(result) << ' ';
+    log_ << testing::PrintToString(result) << ' ';
   }
 
   cRegistry cursor_;
@@ -129,7 +129,7 @@ class Use {
   clsMRU list_;
   Text root_;
   std::mt19937 random_;
-  std::ostringstream told_;
+  std::ostringstream log_;
 };
 
 using RegistryClasses = RegistryTest;
@@ -147,8 +147,8 @@ TEST_P(RegistryClasses, RandomUseGivesTheSameEverywhere) {
   Use here(store(), wide(), kSeed);
   Use there(memory->store(), wide(), kSeed);
   for (int step = 0; step < kSteps; ++step) {
-    const std::string told = here.Step();
-    ASSERT_EQ(told, there.Step()) << "step " << step;
+    const std::string result = here.Step();
+    ASSERT_EQ(result, there.Step()) << "step " << step;
   }
 }
 

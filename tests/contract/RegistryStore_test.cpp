@@ -195,7 +195,7 @@ TEST_P(RegistryContract, DeletingAKeyTakesItsValues) {
   EXPECT_EQ(Stored("v", "a"), std::nullopt);
 }
 
-TEST_P(RegistryContract, OpenKeyThatIsDeletedTellsSo) {
+TEST_P(RegistryContract, OpenKeyThatIsDeletedSaysSo) {
   Make("a");
   const OpenKeyHandle key = Open("a");
   ASSERT_EQ(store().DeleteKey(kCurrentUser, PathTo("a")), kOk);
@@ -274,7 +274,7 @@ TEST_P(RegistryContract, EnumValueGivesNameKindAndData) {
   EXPECT_EQ(store().EnumValue(key.get(), 1, name, length, kind, data, size), kNoMoreItems);
 }
 
-TEST_P(RegistryContract, QueryInfoTellsNumbersAndLengths) {
+TEST_P(RegistryContract, QueryInfoGivesNumbersAndLengths) {
   Make("four");
   Make("seventy");
   Store("a", kRegBinary, "123456789");
@@ -388,40 +388,40 @@ class Walk {
       : store_(store), root_(std::move(root)), random_(seed) {}
 
   std::string Step() {
-    std::ostringstream told;
+    std::ostringstream log;
     OpenKeyHandle key;
     // Drawn one by one: the order in which arguments are evaluated is the compiler's.
     const int operation = Draw(12);
     const NarrowText path = Path();
     const NarrowText name = Name();
     const std::uint32_t access = Access();
-    told << operation << ' ' << path << " [" << name << "] " << access << ": ";
+    log << operation << ' ' << path << " [" << name << "] " << access << ": ";
     if (operation == 0 || operation == 1) {
-      told << store_.CreateKey(kCurrentUser, path, access, key) << (key.get() != kNoKey);
-      return told.str();
+      log << store_.CreateKey(kCurrentUser, path, access, key) << (key.get() != kNoKey);
+      return log.str();
     }
     if (operation == 2) {
-      told << store_.DeleteKey(kCurrentUser, path);
-      return told.str();
+      log << store_.DeleteKey(kCurrentUser, path);
+      return log.str();
     }
-    told << store_.OpenKey(kCurrentUser, path, access, key) << ' ';
+    log << store_.OpenKey(kCurrentUser, path, access, key) << ' ';
     switch (operation) {
       case 3:
       case 4:
       case 5: {
         const auto kind = static_cast<std::uint32_t>(Draw(9));
         const NarrowText data = Data();
-        told << store_.SetValue(key.get(), name, kind, data);
+        log << store_.SetValue(key.get(), name, kind, data);
         break;
       }
-      case 6: told << store_.DeleteValue(key.get(), name); break;
+      case 6: log << store_.DeleteValue(key.get(), name); break;
       case 7:
-      case 8: Query(told, key.get(), name); break;
-      case 9: EnumKeys(told, key.get()); break;
-      case 10: EnumValues(told, key.get()); break;
-      case 11: Info(told, key.get()); break;
+      case 8: Query(log, key.get(), name); break;
+      case 9: EnumKeys(log, key.get()); break;
+      case 10: EnumValues(log, key.get()); break;
+      case 11: Info(log, key.get()); break;
     }
-    return told.str();
+    return log.str();
   }
 
  private:
@@ -451,22 +451,22 @@ class Walk {
     return data;
   }
 
-  void Query(std::ostream& told, KeyHandle key, const NarrowText& name) {
+  void Query(std::ostream& log, KeyHandle key, const NarrowText& name) {
     NarrowText buffer(static_cast<std::size_t>(Draw(48)) + 1, 'z');
     std::uint32_t kind = 1000, size = 2000;
     const bool sizeOnly = Draw(4) == 0;
-    told << (sizeOnly ? store_.QueryValue(key, name, kind, {}, size)
-                      : store_.QueryValue(key, name, kind, buffer, size))
-         << ' ' << kind << ' ' << size << ' ' << testing::PrintToString(buffer);
+    log << (sizeOnly ? store_.QueryValue(key, name, kind, {}, size)
+                     : store_.QueryValue(key, name, kind, buffer, size))
+        << ' ' << kind << ' ' << size << ' ' << testing::PrintToString(buffer);
   }
-  void EnumKeys(std::ostream& told, KeyHandle key) {
+  void EnumKeys(std::ostream& log, KeyHandle key) {
     NarrowText buffer(static_cast<std::size_t>(Draw(5)) + 1, '\0');
     for (std::uint32_t index = 0; index < 20; ++index) {
       const Status status = store_.EnumKey(key, index, buffer);
-      told << status << ' ' << (status == kOk ? buffer.c_str() : "") << ' ';
+      log << status << ' ' << (status == kOk ? buffer.c_str() : "") << ' ';
     }
   }
-  void EnumValues(std::ostream& told, KeyHandle key) {
+  void EnumValues(std::ostream& log, KeyHandle key) {
     NarrowText name(static_cast<std::size_t>(Draw(12)) + 1, '\0');
     NarrowText data(static_cast<std::size_t>(Draw(48)) + 1, '\0');
     // The order is the platform's own, so the values are told sorted.
@@ -484,17 +484,17 @@ class Walk {
       values.push_back(value.str());
     }
     std::sort(values.begin(), values.end());
-    for (const std::string& value : values) told << value << ' ';
+    for (const std::string& value : values) log << value << ' ';
   }
-  void Info(std::ostream& told, KeyHandle key) {
+  void Info(std::ostream& log, KeyHandle key) {
     // Who may not read the values may ask for the numbers on some platforms only.
     std::uint32_t kind = 0, size = 0;
     const Status may = store_.QueryValue(key, "none", kind, {}, size);
-    told << may << ' ';
+    log << may << ' ';
     if (may == kAccessDenied) return;
     KeyInfo info;
-    told << store_.QueryInfo(key, info) << ' ' << info.subKeys << ' ' << info.longestSubKey << ' '
-         << info.values << ' ' << info.longestValueName;
+    log << store_.QueryInfo(key, info) << ' ' << info.subKeys << ' ' << info.longestSubKey << ' '
+        << info.values << ' ' << info.longestValueName;
   }
 
   RegistryStore& store_;
@@ -512,8 +512,8 @@ TEST_P(RegistryContract, RandomOperationsGiveTheSameEverywhere) {
   Walk here(store(), path(), kSeed);
   Walk there(memory->store(), path(), kSeed);
   for (int step = 0; step < kSteps; ++step) {
-    const std::string told = here.Step();
-    ASSERT_EQ(told, there.Step()) << "step " << step;
+    const std::string result = here.Step();
+    ASSERT_EQ(result, there.Step()) << "step " << step;
   }
 }
 

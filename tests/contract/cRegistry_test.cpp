@@ -59,7 +59,7 @@ TEST_P(cRegistryTest, DeleteKeyLeavesAKeyWithSubKeys) {
   EXPECT_TRUE(registry.DeleteKey());
 }
 
-TEST_P(cRegistryTest, DeleteValueTellsWhetherItWasThere) {
+TEST_P(cRegistryTest, DeleteValueSaysWhetherItExisted) {
   Store("v", kRegSz, "x");
   EXPECT_TRUE(registry.DeleteValue());
   EXPECT_EQ(Stored("v"), std::nullopt);
@@ -265,7 +265,7 @@ TEST_P(cRegistryTest, BytesLoseOneWithEachReadAndAssignment) {
   EXPECT_EQ(Stored("v"), (StoredValue{kRegBinary, "123"}));
 }
 
-TEST_P(cRegistryTest, AKeyThatCannotBeMadeIsReportedBySetValueAlone) {
+TEST_P(cRegistryTest, AKeyThatCannotBeCreatedIsReportedBySetValueAlone) {
   registry.ClassKey = 0;
   registry.valueType = 1;
   registry.Value(kText);

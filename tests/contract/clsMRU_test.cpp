@@ -148,7 +148,7 @@ TEST_P(clsMRUTest, GapsCloseUpAndOldPlacesAreBlanked) {
   EXPECT_EQ(Stored("MRU3", "ServerMRU"), (StoredValue{kRegSz, ""}));
 }
 
-TEST_P(clsMRUTest, EmptyPlacesArePassedOver) {
+TEST_P(clsMRUTest, EmptyPlacesAreSkipped) {
   StoreEntry("MRU1", "");
   StoreEntry("MRU2", Raw("\0"));
   StoreEntry("MRU5", "five");

@@ -113,14 +113,14 @@ TEST_P(clsRegistryTest, GetRegistryValueGivesWhatIsStored) {
   }
 }
 
-TEST_P(clsRegistryTest, TextAroundAndBeyondTheBufferComesWhole) {
+TEST_P(clsRegistryTest, TextAroundAndBeyondTheBufferIsComplete) {
   for (const std::size_t length : {1022u, 1023u, 1024u, 1025u, 5000u, 1u << 20}) {
     Store("v", kRegSz, NarrowText(length, 't') + '\0');
     EXPECT_TRUE(registry.GetRegistryValue(u"v") == RegistryValue(Text(length, u't'))) << length;
   }
 }
 
-TEST_P(clsRegistryTest, ExpansionHasTheRoomOfTheStoredText) {
+TEST_P(clsRegistryTest, ExpansionHasTheBufferOfTheStoredText) {
   world().SetEnvironment("ORU_S", "ab");
   world().SetEnvironment("ORU_E", "1234567");
   world().SetEnvironment("ORU_L", "1234567890");
@@ -252,7 +252,7 @@ TEST_P(clsRegistryTest, EnumRegistryValuesGivesDataAsText) {
   EXPECT_TRUE(registry.EnumRegistryValues(kCurrentUser, wide() + u"\\none").empty());
 }
 
-TEST_P(clsRegistryTest, EnumRegistryValuesPassesOverNamesTooLongForItsBuffer) {
+TEST_P(clsRegistryTest, EnumRegistryValuesSkipsNamesTooLongForItsBuffer) {
   Store("a", kRegSz, "1");
   Store(NarrowText(259, 'b'), kRegSz, "2");
   Store(NarrowText(260, 'c'), kRegSz, "3");

@@ -357,7 +357,7 @@ TEST_F(DisplaySettings, ADragWithTheMouseMovesARowDownAndUp) {
   EXPECT_TRUE(Close(marl));
 }
 
-TEST_F(DisplaySettings, ASavedSkinHoldsTheToldLinesAndGivesTheSamePanelInANewStart) {
+TEST_F(DisplaySettings, ASavedSkinHasOneLinePerParameterAndGivesTheSamePanelInANewStart) {
   const SuiteFolder suite;
   const std::wstring path = suite.path() + L"\\Skins\\Mine.qsk";
   Pixels panel;

@@ -162,7 +162,7 @@ TEST_F(FontDialog, OpeningOn825PointsAndOkStores8) {
   EXPECT_EQ(Finish()["Font1"], Text("Arial|8|"));
 }
 
-TEST_F(FontDialog, SizesThatAreNoneAreSkippedWithoutAWord) {
+TEST_F(FontDialog, InvalidSizesAreSkippedSilently) {
   const Dialog dialog = Open();
   EXPECT_TRUE(dialog.Type(SizeField(dialog), L"9.5"));
   for (const wchar_t* const text : {L"0", L"-8", L"1e9", L"abc", L"99999999999999999999", L""}) {
@@ -181,7 +181,7 @@ TEST_F(FontDialog, SizesThatAreNoneAreSkippedWithoutAWord) {
   EXPECT_EQ(Finish()["Font1"], Text("Arial|999|b"));
 }
 
-TEST_F(FontDialog, AFontThatIsNotInstalledStandsInNoList) {
+TEST_F(FontDialog, AFontThatIsNotInstalledIsInNoList) {
   PutStored(kSkinKey, "Font1", Text("Xqz Antiqua|11|i"));
   const Dialog dialog = Open();
   EXPECT_EQ(SendMessageW(Fonts(dialog), CB_GETCURSEL, 0, 0), CB_ERR);

@@ -114,7 +114,7 @@ TEST_F(Lan, OverrideWithTheProxyOffStoresWhatTheFieldsHold) {
   EXPECT_TRUE(Finish());
 }
 
-TEST_F(Lan, IncompleteProxyIsToldAndNothingIsWritten) {
+TEST_F(Lan, IncompleteProxyShowsAMessageAndNothingIsWritten) {
   const Dialog dialog = Open();
   ASSERT_TRUE(dialog);
   ASSERT_TRUE(dialog.Press(kOverride));
@@ -170,7 +170,7 @@ TEST_F(Lan, PortTakesDigitsInItsRangeOnly) {
   EXPECT_TRUE(Finish());
 }
 
-TEST_F(Lan, StoredValuesAreShownAsFarAsTheyGo) {
+TEST_F(Lan, StoredValuesAreShownAsFarAsPossible) {
   PutStored(kKey, "UseProxy", Number(7));
   PutStored(kKey, "Port", Number(65537));
   PutStored(kKey, "Server", Text("stored"));

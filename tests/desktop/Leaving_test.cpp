@@ -350,7 +350,7 @@ class LeavingEarly : public SwitchboardTest {
   const SuiteFolder suite;
 };
 
-TEST_F(LeavingEarly, BehindTheFirstQuestionSavesNothing) {
+TEST_F(LeavingEarly, AtTheFirstQuestionSavesNothing) {
   settings.Set(L"FirstRun", L"Y");
   settings.Set(L"Left", L"123");
   settings.SetRegistry(L"Settings", L"TrackingServer", L"alpha");
@@ -358,7 +358,7 @@ TEST_F(LeavingEarly, BehindTheFirstQuestionSavesNothing) {
   EndSession(marl);
 }
 
-TEST_F(LeavingEarly, BehindTheWordThatItRunsAlreadySavesNothing) {
+TEST_F(LeavingEarly, AtTheMessageThatItIsRunningSavesNothing) {
   const RunningMarl first(suite);
   const HWND main = first.WaitForWindow();
   ASSERT_TRUE(main);
@@ -369,7 +369,7 @@ TEST_F(LeavingEarly, BehindTheWordThatItRunsAlreadySavesNothing) {
   EXPECT_TRUE(Close(first));
 }
 
-TEST_F(LeavingEarly, BehindTheMissingWizardSavesNothing) {
+TEST_F(LeavingEarly, AtTheMissingWizardSavesNothing) {
   suite.Remove(L"Q17Shell.exe");
   settings.Set(L"Wizard", L"Y");
   settings.Set(L"Left", L"123");
@@ -379,7 +379,7 @@ TEST_F(LeavingEarly, BehindTheMissingWizardSavesNothing) {
 
 // ---- The last message of a program that has failed
 
-TEST_F(LeavingEarly, LastMessageStandsAboveTheWindowAndTheIconIsGoneAfterIt) {
+TEST_F(LeavingEarly, LastMessageIsAboveTheWindowAndTheIconIsGoneAfterIt) {
   PutStored(L"Software\\Oru\\Oru Bench\\Settings", "UseAltWordCounts", Text("no number"));
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();

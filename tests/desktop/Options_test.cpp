@@ -132,7 +132,7 @@ class OptionsWindow : public SwitchboardTest {
 
 }  // namespace
 
-TEST_F(OptionsWindow, EveryTabAsItComesUp) {
+TEST_F(OptionsWindow, EveryTabAsItOpens) {
   PutStored(kListKey, "RegEx1", Text("^\\d+$"));
   PutStored(kListKey, "RegEx2", Text("^[A-Z]{2}\\d{4}$"));
   Run();
@@ -158,7 +158,7 @@ TEST_F(OptionsWindow, EveryTabAsItComesUp) {
   EXPECT_TRUE(Close(*marl));
 }
 
-TEST_F(OptionsWindow, GermanDialogsAsTheyComeUp) {
+TEST_F(OptionsWindow, GermanDialogsAsTheyOpen) {
   ASSERT_TRUE(CopyFileW(g_programs.german.c_str(), suite.marl().c_str(), FALSE));
   PutStored(kListKey, "RegEx1", Text("^\\d+$"));
   Run();

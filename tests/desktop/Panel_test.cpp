@@ -171,7 +171,7 @@ const std::wstring kAdministratorStatus = L"Administer Marl servers";
 
 }  // namespace
 
-TEST_F(Panel, IsAsLargeAsTheDotsOfTheScreenAsk) {
+TEST_F(Panel, IsAsLargeAsTheDpiOfTheScreenRequires) {
   const HDC screen = GetDC(nullptr);
   const int dots = GetDeviceCaps(screen, LOGPIXELSX);
   ReleaseDC(nullptr, screen);
@@ -189,7 +189,7 @@ TEST_F(Panel, IsAsLargeAsTheDotsOfTheScreenAsk) {
   EXPECT_TRUE(Close(marl));
 }
 
-TEST_F(Panel, GradientIsTheOneOfTheRulesAtAnyAngle) {
+TEST_F(Panel, GradientMatchesTheReferenceAtAnyAngle) {
   constexpr COLORREF kFrom = RGB(10, 200, 90);
   constexpr COLORREF kTo = RGB(250, 20, 160);
   SetSkin(L"Color1", kFrom);

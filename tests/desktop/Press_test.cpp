@@ -67,7 +67,7 @@ TEST_F(Press, IconsAndLabelsStartTheirToolsAtADriveRoot) {
   PressAll(suite, marl, drive.name() + L"\\");
 }
 
-TEST_F(Press, MissingToolIsGreyedInertAndSilent) {
+TEST_F(Press, MissingToolIsDisabledAndSilent) {
   // A colour that nothing but a label has.
   constexpr COLORREF kPlain = RGB(255, 255, 0);
   settings.SetRegistryNumber(L"GUI", L"Text1", kPlain);
@@ -152,7 +152,7 @@ TEST_F(Press, ToolRemovedLaterIsComplainedAbout) {
   EXPECT_TRUE(marl.Running());
 }
 
-TEST_F(Press, QaCheckWithoutItsComponentTellsSo) {
+TEST_F(Press, QaCheckWithoutItsComponentShowsAMessage) {
   const SuiteFolder suite;
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();

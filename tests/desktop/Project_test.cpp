@@ -189,7 +189,7 @@ class Project : public SwitchboardTest {
   }
   /// Tells the project, presses OK in the dialog that comes up, and waits for its end.
   testing::AssertionResult TranslateFirst(const std::wstring& project) const {
-    if (!Tell(project)) return testing::AssertionFailure() << "it is not told";
+    if (!Tell(project)) return testing::AssertionFailure() << "the command is not accepted";
     if (!Translate()) return testing::AssertionFailure() << "no menu";
     const HWND form = WaitForSelection(marl);
     if (!form) return testing::AssertionFailure() << "no dialog";
@@ -390,7 +390,7 @@ TEST_F(Project, CancelAtEachDialogEndsSilentlyAndKeepsTheProject) {
   EXPECT_TRUE(suite.WaitForTools(0).empty());
 }
 
-TEST_F(Project, WhatIsMissingIsTold) {
+TEST_F(Project, MissingThingsShowAMessage) {
   Put(L"a.qprx", kXml);
   ASSERT_TRUE(Tell(At(L"a.qprx")));
   ASSERT_TRUE(Translate());

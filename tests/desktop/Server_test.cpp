@@ -98,7 +98,7 @@ class Server : public SwitchboardTest {
 
 }  // namespace
 
-TEST_F(Server, NoStoredServerIsSaidInTheTitleAndTrackProjectsIsDead) {
+TEST_F(Server, TitleSaysThatThereIsNoServerAndTrackProjectsIsDisabled) {
   const SuiteFolder suite;
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();
@@ -133,7 +133,7 @@ struct HostileValue {
 
 class ServerHostile : public Server, public testing::WithParamInterface<HostileValue> {};
 
-TEST_P(ServerHostile, StoredValueIsTakenAsTold) {
+TEST_P(ServerHostile, StoredValueIsUsedOrDropped) {
   StoreServer(GetParam().stored);
   const SuiteFolder suite;
   const RunningMarl marl(suite);
@@ -156,7 +156,7 @@ INSTANTIATE_TEST_SUITE_P(
         HostileValue{L"<", L"[no server]", L""},
         HostileValue{L"<project-tracking server=\"a\" server=\"b\"/>", L"[no server]", L""}));
 
-TEST_F(Server, StoredBytesOfAnyKindAreTakenAsTold) {
+TEST_F(Server, StoredBytesOfAnyKindAreUsedOrDropped) {
   const auto wide = [](const std::wstring& text) {
     const auto* const from = reinterpret_cast<const BYTE*>(text.data());
     return std::vector<BYTE>(from, from + text.size() * sizeof(wchar_t));
@@ -220,7 +220,7 @@ TEST_F(Server, ListOfHostileEntriesIsShownAndSavedInOrder) {
                 "port=\"80\"/>"}));
 }
 
-TEST_F(Server, TypedNameGoesInRawAndTheEldestOfNineLeavesTheList) {
+TEST_F(Server, TypedNameIsNotEscapedAndTheOldestOfNineLeavesTheList) {
   std::vector<std::string> list;
   for (int n = 1; n <= 8; ++n) {
     const std::string number = std::to_string(n);
@@ -471,7 +471,7 @@ TEST_F(Server, RealComponentIsCalledWithTheDocumentAndItsFailureIsShown) {
   EXPECT_EQ(StoredList(), std::vector<std::string>{ToUtf8(tag)});
 }
 
-TEST_F(Server, FailureWithoutWordsIsSaidInTheSystems) {
+TEST_F(Server, FailureWithoutATextShowsTheSystems) {
   StoreServer(L"alpha");
   const SuiteFolder suite;
   const RegisteredComponent client(kClient);

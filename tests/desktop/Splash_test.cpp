@@ -135,7 +135,7 @@ class WebAddresses {
 
 }  // namespace
 
-TEST_F(Splash, StandsInTheMiddleOfTheScreenWhileTheMainFormIsUnseen) {
+TEST_F(Splash, IsInTheMiddleOfTheScreenWhileTheMainFormIsHidden) {
   const RunningMarl marl(suite);
   const HWND splash = WaitForSplash(marl);
   ASSERT_TRUE(splash);
@@ -154,7 +154,7 @@ TEST_F(Splash, StandsInTheMiddleOfTheScreenWhileTheMainFormIsUnseen) {
   EXPECT_GT(CountColors(Capture(band), RGB(255, 255, 255)), 60u);
 }
 
-TEST_F(Splash, GoesByItselfAtTheEndOfFiveSeconds) {
+TEST_F(Splash, ClosesByItselfAfterFiveSeconds) {
   const auto start = Clock::now();
   const RunningMarl marl(suite);
   const HWND splash = WaitForSplash(marl);
@@ -170,7 +170,7 @@ TEST_F(Splash, GoesByItselfAtTheEndOfFiveSeconds) {
   EXPECT_TRUE(Close(marl));
 }
 
-TEST_F(Splash, ClickOnItEndsIt) {
+TEST_F(Splash, ClickOnItClosesIt) {
   EXPECT_TRUE(EndsEarly([](const RunningMarl&, HWND splash) {
     const RECT place = AreaOf(splash);
     Click(place.left + 40, place.top + 40);
@@ -178,14 +178,14 @@ TEST_F(Splash, ClickOnItEndsIt) {
   }));
 }
 
-TEST_F(Splash, KeyEndsIt) {
+TEST_F(Splash, KeyClosesIt) {
   EXPECT_TRUE(EndsEarly([](const RunningMarl&, HWND splash) {
     if (BringForward(splash)) Keys(L" ");
     return true;
   }));
 }
 
-TEST_F(Splash, SecondStartWhileItStandsSaysSo) {
+TEST_F(Splash, SecondStartDuringItShowsAMessage) {
   const RunningMarl first(suite);
   ASSERT_TRUE(WaitForSplash(first));
   const RunningMarl second(suite);
@@ -262,7 +262,7 @@ TEST(ProgramFile, CarriesItsIconAsGroupOneWithFourImages) {
   FreeLibrary(program);
 }
 
-TEST_F(About, IsModalAndGoesByItsButton) {
+TEST_F(About, IsModalAndClosesByItsButton) {
   Screenshot("about", about);
   EXPECT_TRUE(WaitUntil([&] { return !IsWindowEnabled(main); }));
   EXPECT_EQ(GetWindow(about, GW_OWNER), main);

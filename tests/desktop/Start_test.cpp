@@ -76,7 +76,7 @@ TEST_F(FirstRun, YesStartsTheDemonstrationAndAsksAgainNextTime) {
   EXPECT_TRUE(Answer(again, kWizardQuestion, IDNO));
 }
 
-TEST_F(FirstRun, MissingDemonstrationIsComplainedAboutAndTheWizardQuestionFollows) {
+TEST_F(FirstRun, MissingDemonstrationShowsAMessageAndTheWizardQuestionFollows) {
   const SuiteFolder suite(L"Suite", {L"MarlTour.exe"});
   const RunningMarl marl(suite);
   ASSERT_TRUE(Answer(marl, kDemonstrationQuestion, IDYES));
@@ -111,7 +111,7 @@ TEST_F(FirstRun, UnsetMeansYes) {
   EXPECT_EQ(none.Get(L"FirstRun"), std::nullopt);
 }
 
-TEST_F(FirstRun, LowerCaseIsNoFirstRun) {
+TEST_F(FirstRun, LowerCaseYIsNoFirstRun) {
   settings.Set(L"FirstRun", L"y");
   const SuiteFolder suite;
   const RunningMarl marl(suite);
@@ -167,7 +167,7 @@ TEST_F(StartUp, OtherWizardTextsOpenTheSwitchboard) {
   }
 }
 
-TEST_F(StartUp, MissingWizardIsComplainedAboutAndTheSwitchboardOpens) {
+TEST_F(StartUp, MissingWizardShowsAMessageAndTheSwitchboardOpens) {
   settings.Set(L"Wizard", L"Y");
   const SuiteFolder suite(L"Suite", {L"Q17Shell.exe"});
   const RunningMarl marl(suite);
@@ -175,7 +175,7 @@ TEST_F(StartUp, MissingWizardIsComplainedAboutAndTheSwitchboardOpens) {
   EXPECT_TRUE(marl.WaitForWindow());
 }
 
-TEST_F(StartUp, SecondStartRunsTheRegistrarTellsSoAndTouchesNothing) {
+TEST_F(StartUp, SecondStartRunsTheRegistrarShowsAMessageAndTouchesNothing) {
   const SuiteFolder suite;
   const RunningMarl first(suite);
   const HWND window = first.WaitForWindow();

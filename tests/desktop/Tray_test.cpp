@@ -278,7 +278,7 @@ TEST_F(Tray, WindowStateOfOneStartsInTheTray) {
   EXPECT_EQ(settings.Get(L"WindowState"), L"0");
 }
 
-TEST_F(Tray, TaskbarMadeAnewShowsTheIconOnceAndItsMessagesArrive) {
+TEST_F(Tray, RestartedTaskbarShowsTheIconOnceAndItsMessagesArrive) {
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
@@ -359,7 +359,7 @@ TEST_F(Tray, DoubleClickSetsAMaximisedWindowToNormal) {
   EXPECT_TRUE(IsWindowVisible(main));
 }
 
-TEST_F(Tray, MinimisedByCodeHidesAndWhatWasMaximisedComesBackInItsUsualSize) {
+TEST_F(Tray, MinimisedByCodeHidesAndAMaximisedWindowComesBackInItsNormalSize) {
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);

@@ -40,7 +40,7 @@ std::wstring Number(int value) { return std::to_wstring(value); }
 
 }  // namespace
 
-TEST_F(Window, ComesUpWhereItWasUnlessItWouldStandOut) {
+TEST_F(Window, OpensWhereItWasUnlessItWouldBeOffTheScreen) {
   // How large the form is, and where its middle place is, tells a first start.
   SIZE form;
   POINT middle;

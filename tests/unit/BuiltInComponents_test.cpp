@@ -25,7 +25,7 @@ class BuiltIn : public testing::Test {
   Text failure;
 };
 
-TEST_F(BuiltIn, OnlyTheListsHaveAStandIn) {
+TEST_F(BuiltIn, OnlyTheListsAreBuiltIn) {
   EXPECT_TRUE(Create(u"Marl.QaComponent"));
   EXPECT_TRUE(Create(u"marl.qacomponent"));
   EXPECT_FALSE(Create(u"Marl.ReplaceComponent"));
@@ -41,7 +41,7 @@ TEST_F(BuiltIn, InstalledComponentsAreGivenAsTheyAre) {
   EXPECT_EQ(installed.live, 2);
 }
 
-TEST_F(BuiltIn, ARegisteredComponentThatCannotBeMadeHasNoStandIn) {
+TEST_F(BuiltIn, ARegisteredComponentThatCannotBeCreatedIsNotReplaced) {
   installed.broken[u"Marl.QaComponent"] = u"Module not found";
   EXPECT_FALSE(Create(u"Marl.QaComponent"));
   EXPECT_EQ(failure, u"Module not found");
@@ -71,7 +71,7 @@ TEST_F(BuiltIn, IndexesOutsideGiveAStatusAndLeaveTheRecord) {
   }
 }
 
-TEST_F(BuiltIn, OtherOperationsAndArgumentsAreRefusedWithWords) {
+TEST_F(BuiltIn, OtherOperationsAndArgumentsAreRefusedWithAnErrorText) {
   const struct {
     TextView operation;
     std::size_t arguments;

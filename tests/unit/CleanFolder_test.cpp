@@ -56,7 +56,7 @@ TEST_F(Clean, DeletesAllFourKindsInBothCasesAndNothingElse) {
   EXPECT_TRUE(files.Content(u"C:\\P2\\outside.qtd"));
 }
 
-TEST_F(Clean, PointerTellsOfWorkWhileItSearchesAndNoLonger) {
+TEST_F(Clean, PointerShowsWorkDuringTheSearchOnly) {
   Put({u"a.qtd", u"de\\b.qtd"});
   std::vector<bool> searching;
   atEvent = [&] { searching.push_back(desktop.working()); };
@@ -71,7 +71,7 @@ TEST_F(Clean, PointerTellsOfWorkWhileItSearchesAndNoLonger) {
   EXPECT_FALSE(desktop.working());
 }
 
-TEST_F(Clean, PointerIsItsOwnAgainWhenTheProgramEndsOrASecondSearchRuns) {
+TEST_F(Clean, PointerIsNormalAgainAfterASecondSearchOrTheEndOfTheProgram) {
   Put({u"a.qtd", u"b.qtd"});
   Answer(kAnswerNo);
   int depth = 0;
@@ -88,7 +88,7 @@ TEST_F(Clean, PointerIsItsOwnAgainWhenTheProgramEndsOrASecondSearchRuns) {
   EXPECT_FALSE(desktop.working());
 }
 
-TEST_F(Clean, OfMifFilesOnlyTheSuitesOwnGo) {
+TEST_F(Clean, OfMifFilesOnlyTheSuitesOwnAreDeleted) {
   Put({u"marl_ix.MIF", u"marl_ix2.mif", u"chapter1.mif", u"xmarl_ix.mif", u"marl_ix.a.mif",
        u"MARL_VA.mif"});
   Answer(kAnswerYes);
@@ -168,7 +168,7 @@ TEST_F(Clean, ReadOnlyAndHiddenFilesGoToo) {
   EXPECT_EQ(Left(), Paths());
 }
 
-TEST_F(Clean, FileThatCannotBeDeletedStaysWithoutAWordAndTheOthersGo) {
+TEST_F(Clean, FileThatCannotBeDeletedStaysSilentlyAndTheOthersAreDeleted) {
   Put({u"a.qtd", u"b.qtd", u"c.qtd"});
   Status status = kOk;
   const auto open = files.Create(u"C:\\P\\b.qtd", status);
@@ -179,7 +179,7 @@ TEST_F(Clean, FileThatCannotBeDeletedStaysWithoutAWordAndTheOthersGo) {
   EXPECT_EQ(desktop.messages.size(), 1u);
 }
 
-TEST_F(Clean, FileThatIsGoneMeanwhileIsNoMatter) {
+TEST_F(Clean, FileThatIsGoneMeanwhileIsNoFailure) {
   Put({u"a.qtd", u"b.qtd"});
   files.Vanish(u"C:\\P\\a.qtd");
   Answer(kAnswerYes);
@@ -272,13 +272,13 @@ int CleanMany(ManyFiles& files) {
   return 0;
 }
 
-TEST(CleanManyFiles, AsManyAsTheCounterCountsGoWhole) {
+TEST(CleanManyFiles, AsManyAsTheCounterHoldsAreDeleted) {
   ManyFiles files(32767);
   EXPECT_EQ(CleanMany(files), 0);
   EXPECT_EQ(files.removed.size(), 32767u);
 }
 
-TEST(CleanManyFiles, FortyThousandOverflowTheCounterBehindItsLast) {
+TEST(CleanManyFiles, FortyThousandOverflowTheCounterAfterItsLast) {
   ManyFiles files(40000);
   EXPECT_EQ(CleanMany(files), RuntimeError::Overflow().number());
   ASSERT_EQ(files.removed.size(), 32767u);

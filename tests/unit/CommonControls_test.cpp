@@ -58,7 +58,7 @@ TEST_F(CommonControls, ATabStripClicksWhenAnotherTabIsSelected) {
   EXPECT_THROW(tabs.SetSelectedItem(3), RuntimeError);
 }
 
-TEST_F(CommonControls, AToolBarTellsWhichButton) {
+TEST_F(CommonControls, AToolBarReportsItsButton) {
   Toolbar bar(form, "tlb");
   bar.AddPart({u"a", u"", u""});
   bar.AddPart({u"b", u"", u""});

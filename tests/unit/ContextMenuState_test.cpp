@@ -28,7 +28,7 @@ TEST_F(ContextMenuState, ACommandInTheClassOfRtfIsEnabled) {
   EXPECT_TRUE(Enabled());
 }
 
-TEST_F(ContextMenuState, TheCommandsTextIsItsOwnAffair) {
+TEST_F(ContextMenuState, TheCommandsTextDoesNotMatter) {
   Put(".rtf", "Word.RTF.8");
   Put(NarrowText("Word.RTF.8") + kEntry, "x");
   EXPECT_TRUE(Enabled());
@@ -38,14 +38,14 @@ TEST_F(ContextMenuState, TheCommandsTextIsItsOwnAffair) {
   EXPECT_FALSE(Enabled()) << "but it is not empty";
 }
 
-TEST_F(ContextMenuState, WithoutAClassTheExtensionStandsForItself) {
+TEST_F(ContextMenuState, WithoutAClassTheExtensionItselfIsUsed) {
   Put(NarrowText(".rtf") + kEntry, "x");
   EXPECT_TRUE(Enabled());
   Put(".rtf", "Word.RTF.8");
   EXPECT_FALSE(Enabled()) << "the class counts where there is one";
 }
 
-TEST_F(ContextMenuState, AnEmptyClassLeadsNowhere) {
+TEST_F(ContextMenuState, AnEmptyClassHasNoEntry) {
   Put(".rtf", "");
   Put(NarrowText(".rtf") + kEntry, "x");
   EXPECT_FALSE(Enabled()) << "the class is there and is the empty text";

@@ -44,7 +44,7 @@ TEST_F(Controls, ATickLeavesTheCurrentRowAlone) {
   EXPECT_EQ(list.SelCount(), 1);
 }
 
-TEST_F(Controls, TheCurrentRowIsNoTick) {
+TEST_F(Controls, MakingARowCurrentDoesNotTickIt) {
   ListBox list(form, "lst");
   list.CheckBoxes = true;
   Fill(list);
@@ -280,7 +280,7 @@ TEST_F(Controls, TheCurrentRowOfASortedListMovesWithItsText) {
   EXPECT_EQ(list.ListIndex(), 3);
 }
 
-TEST_F(Controls, ASortedListPaysNoHeedToCase) {
+TEST_F(Controls, ASortedListIgnoresCase) {
   ComboBox combo(form, "cmb");
   combo.Sorted = true;
   for (const TextView text : {u"tahoma", u"Arial", u"Zapf", u"courier", u"arial"}) {
@@ -408,7 +408,7 @@ TEST_F(Controls, WhatIsSetWhileTheFormShowsReachesTheWindow) {
   form.Unload();
 }
 
-TEST_F(Controls, WhatHasNoWindowIsPaintedWhereItStoodAndWhereItStands) {
+TEST_F(Controls, AMovedWindowlessControlRepaintsItsOldAndItsNewPlace) {
   Label label(form, "lbl");
   Image image(form, "img");
   Shape shape(form, "shp");
@@ -553,7 +553,7 @@ TEST_F(Controls, AnAccessKeyClicksButtonsAndLeadsFromLabelsToWhatFollows) {
   EXPECT_EQ(pressed, 1);
 }
 
-TEST_F(Controls, ASharedAccessKeyGoesToTheNextOfItsControlsAndRoundTheEnd) {
+TEST_F(Controls, ASharedAccessKeyGoesToTheNextOfItsControlsAndWrapsAround) {
   TabStrip tabs(form, "tab");
   tabs.AddPart({u"&One", u"", u""});
   tabs.AddPart({u"&Hidden", u"", u""});
@@ -576,7 +576,7 @@ TEST_F(Controls, ASharedAccessKeyGoesToTheNextOfItsControlsAndRoundTheEnd) {
   EXPECT_EQ(form.AccessKeyTarget(u'h', &tabs), &tabs) << "a label that leads nowhere has none";
 }
 
-TEST_F(Controls, TabsAreWalkedRoundTheEnd) {
+TEST_F(Controls, NextTabWrapsAround) {
   EXPECT_FALSE(form.UserNextTab(1));
   TabStrip tabs(form, "tab");
   EXPECT_FALSE(form.UserNextTab(1));

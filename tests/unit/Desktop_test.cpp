@@ -23,21 +23,21 @@ class Failures : public testing::Test {
   MemoryDesktop desktop;
 };
 
-TEST_F(Failures, ErrorOfTheRuntimeIsToldAndEndsTheProgram) {
+TEST_F(Failures, ErrorOfTheRuntimeIsShownAndEndsTheProgram) {
   Fail(RuntimeError(53, u"File not found"));
   EXPECT_EQ(desktop.messages, (std::vector<Message>{{u"File not found", kCritical, u"Marl"}}));
   EXPECT_TRUE(desktop.ended());
   EXPECT_EQ(desktop.exitCode(), 1);
 }
 
-TEST_F(Failures, WantOfMemoryIsToldAndEndsTheProgram) {
+TEST_F(Failures, OutOfMemoryIsShownAndEndsTheProgram) {
   Fail(std::bad_alloc());
   EXPECT_EQ(desktop.messages, (std::vector<Message>{{u"Out of memory", kCritical, u"Marl"}}));
   EXPECT_TRUE(desktop.ended());
   EXPECT_EQ(desktop.exitCode(), 1);
 }
 
-TEST_F(Failures, TextThatNoMemoryCouldHoldIsWantOfMemory) {
+TEST_F(Failures, TextThatIsTooLongForMemoryIsOutOfMemory) {
   desktop.Event([] { Text().resize(Text().max_size() + 1); });
   EXPECT_EQ(desktop.messages, (std::vector<Message>{{u"Out of memory", kCritical, u"Marl"}}));
   EXPECT_TRUE(desktop.ended());

@@ -12,7 +12,7 @@ namespace {
 constexpr std::array<Drawing, 3> kLogo = {
     {{MARL_PICTURE_ABOUT, 96}, {MARL_PICTURE_ABOUT_144, 144}, {MARL_PICTURE_ABOUT_192, 192}}};
 
-TEST(Drawing, CoarsestThatIsFineEnoughIsTaken) {
+TEST(Drawing, SmallestThatIsLargeEnoughIsTaken) {
   const struct {
     int dpi;
     int drawnFor;
@@ -23,7 +23,7 @@ TEST(Drawing, CoarsestThatIsFineEnoughIsTaken) {
   }
 }
 
-TEST(Drawing, IsAsLargeAsItsResolutionAsks) {
+TEST(Drawing, IsAsLargeAsTheResolutionRequires) {
   MemoryPictures pictures;
   for (const int dpi : {96, 120, 144, 168, 192, 216, 240, 288}) {
     const PicturePtr picture = LoadDrawing(pictures, kLogo, dpi);
@@ -35,13 +35,13 @@ TEST(Drawing, IsAsLargeAsItsResolutionAsks) {
   EXPECT_EQ(pictures.loaded.size(), 8u);
 }
 
-TEST(Drawing, ThatIsMissingIsNone) {
+TEST(Drawing, ThatIsMissingIsNull) {
   MemoryPictures pictures;
   pictures.missing = {MARL_PICTURE_ABOUT_144};
   EXPECT_EQ(LoadDrawing(pictures, kLogo, 120), nullptr);
 }
 
-TEST(Scaled, KeepsAnEvenSurfaceAndMeansAnUnevenOne) {
+TEST(Scaled, KeepsAnEvenSurfaceAndAveragesAnUnevenOne) {
   Picture even(4, 4, 0x80402010);
   for (const int size : {1, 2, 3, 5, 7}) {
     for (const std::uint32_t pixel : Scaled(even, size, size).pixels) EXPECT_EQ(pixel, 0x80402010u);
@@ -52,7 +52,7 @@ TEST(Scaled, KeepsAnEvenSurfaceAndMeansAnUnevenOne) {
   EXPECT_EQ(Scaled(halves, 1, 1).At(0, 0), 0xFF808080u);
 }
 
-TEST(Scaled, LargerGoesOverFromPixelToPixel) {
+TEST(Scaled, LargerInterpolatesBetweenPixels) {
   Picture halves(2, 1);
   halves.At(0, 0) = 0xFF000000;
   halves.At(1, 0) = 0xFFFFFFFF;

@@ -9,7 +9,7 @@
 namespace marl {
 namespace {
 
-TEST(FoldCase, LettersOfOneRowMeetAndNoOthers) {
+TEST(FoldCase, LettersOfOneRowAreEqualAndNoOthers) {
   const std::vector<Text> rows = {u"aA",
                                   u"zZ",
                                   u"[",
@@ -76,7 +76,7 @@ TEST(FoldCase, LettersOfOneRowMeetAndNoOthers) {
   }
 }
 
-TEST(FoldCase, LeadsToTheCapital) {
+TEST(FoldCase, GivesTheCapital) {
   EXPECT_EQ(FoldCase(u"marl_ix \u01B0\u01C6\u03C2\u017F\u10D0\uAB70"),
             u"MARL_IX \u01AF\u01C4\u03A3S\u1C90\u13A0");
 }

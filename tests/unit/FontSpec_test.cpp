@@ -78,7 +78,7 @@ TEST(FontSpec, EmptyNameIsAName) {
   EXPECT_EQ(Applied(u"|10|b"), Make(u"", 100000, true, false, false));
 }
 
-TEST(FontSpec, PartsAfterTheThirdMeanNothing) {
+TEST(FontSpec, PartsAfterTheThirdAreIgnored) {
   EXPECT_EQ(Applied(u"Arial|12|i|b|u"), Make(u"Arial", 120000, false, true, false));
 }
 

@@ -68,7 +68,7 @@ class FormFonts : public testing::Test {
   std::set<std::string> checked;
 };
 
-TEST_F(FormFonts, OfTheCodePageAreOnEveryFormBeforeItsTexts) {
+TEST_F(FormFonts, OfTheCodePageAreSetOnEveryFormBeforeItsTexts) {
   World& w = world;
   const auto setIcon = [](WindowHandle) {};
   Form owner(w.desktop, "frmOwner");

@@ -70,7 +70,7 @@ TEST_F(Gradient, StartValues) {
   EXPECT_EQ(gradient.Angle(), 315.0F);
 }
 
-TEST_F(Gradient, AngleIsBroughtIntoOneTurn) {
+TEST_F(Gradient, AngleIsReducedToOneTurn) {
   const std::pair<float, float> cases[] = {
       {0.F, 0.F},        {359.F, 359.F}, {360.F, 0.F},  {-90.F, 270.F},   {-360.F, 0.F},
       {-1.F, 359.F},     {720.F, 0.F},   {765.F, 45.F}, {-3610.F, 350.F}, {12.5F, 12.5F},
@@ -493,7 +493,7 @@ TEST(GradientPicture, PictureThatIsShownIsNeverDrawnOn) {
   }
 }
 
-TEST(GradientPicture, TwoPicturesServeForAllTime) {
+TEST(GradientPicture, TwoPicturesAreReusedForever) {
   GradientPicture target;
   std::set<const std::uint32_t*> places;
   PicturePtr shown;
@@ -515,7 +515,7 @@ TEST(GradientPicture, PictureOfAnotherSizeStartsWithTheBackground) {
   EXPECT_TRUE(target.picture().pixels.empty());
 }
 
-TEST(GradientPicture, PicturesKeptByManyAreLetGo) {
+TEST(GradientPicture, PicturesKeptByManyAreReleased) {
   GradientPicture target;
   std::vector<PicturePtr> kept;
   for (int i = 0; i < 10; ++i) {

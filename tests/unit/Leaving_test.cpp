@@ -321,7 +321,7 @@ class EarlyMessages : public testing::TestWithParam<EarlyMessage> {
   int shows = 0;
 };
 
-TEST_P(EarlyMessages, LeavingBehindThemSavesNothing) {
+TEST_P(EarlyMessages, ExitDuringThemSavesNothing) {
   world.PutSetting(u"Left", u"123");
   world.registry.Plant(kCurrentUser, "Software\\Oru\\Marl\\Settings", "TrackingServer", kRegSz,
                        NarrowText("alpha\0", 6));
@@ -340,7 +340,7 @@ TEST_P(EarlyMessages, LeavingBehindThemSavesNothing) {
   EXPECT_TRUE(world.hooks.putBack.empty());
 }
 
-TEST_P(EarlyMessages, NoTipHookOrTimerRunsBehindThem) {
+TEST_P(EarlyMessages, NoTipHookOrTimerRunsDuringThem) {
   Start([&] {
     world.desktop.Advance(1000);
     EXPECT_FALSE(world.main().tmrOver.Enabled());
@@ -565,13 +565,13 @@ TEST_F(LastMessage, LeavesNoIconInTheNotificationArea) {
   EXPECT_EQ(world.icons.destroyed, std::vector<IconHandle>{1172});
 }
 
-TEST_F(LastMessage, StandsAboveTheFormThatWasInFront) {
+TEST_F(LastMessage, IsShownAboveTheFormThatWasInFront) {
   world.Start();
   Fail([] {});
   EXPECT_EQ(world.desktop.messageOwners, std::vector<const Form*>{&world.main()});
 }
 
-TEST_F(LastMessage, StandsAboveTheTopmostDialog) {
+TEST_F(LastMessage, IsShownAboveTheTopmostDialog) {
   world.Start();
   const Form* options = nullptr;
   InOptions(world, [&](frmOptions& form) {
@@ -585,7 +585,7 @@ TEST_F(LastMessage, StandsAboveTheTopmostDialog) {
 
 // ---- What fails in an item of the tray's menu
 
-TEST(TrayMenuFailure, IsPassedOverAndTheEntryWorksAgain) {
+TEST(TrayMenuFailure, IsDroppedAndTheEntryWorksAgain) {
   SuiteWorld world;
   int calls = 0;
   world.components.registered[u"Marl.QaComponent"] = [&](const Text&, std::vector<ComponentValue>&,

@@ -59,7 +59,7 @@ TEST(Like, SetWithoutEndAndRangeBackwardsAreRefused) {
   EXPECT_THROW(Like(u"b", u"[c-a]"), RuntimeError);
 }
 
-TEST(Like, ManyStarsTakeNoLongTime) {
+TEST(Like, ManyStarsAreFast) {
   Text pattern;
   for (int i = 0; i < 500; ++i) pattern += u"*a";
   EXPECT_FALSE(Like(Text(20000, u'a') + u'b', pattern));

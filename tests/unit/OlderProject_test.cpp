@@ -52,7 +52,7 @@ TEST_F(OlderProjectTest, MissingKeysAndFilesHaveTheirDefaults) {
   EXPECT_EQ(project.Documents(5), Values());
 }
 
-TEST_F(OlderProjectTest, EmptyAndMissingEntriesArePassedBy) {
+TEST_F(OlderProjectTest, EmptyAndMissingEntriesAreSkipped) {
   Put("[Languages]\r\nTarget0=\r\nTarget2=fr\r\nTarget10=it\r\nTarget1=\"\"\r\n");
   EXPECT_EQ(project.Languages(11), (Values{u"fr", u"it"}));
   EXPECT_EQ(project.Languages(10), Values{u"fr"}) << "numbers stop below the count";
@@ -84,7 +84,7 @@ TEST_F(OlderProjectTest, NumbersBeyondTheirRangeOverflow) {
   EXPECT_EQ(Raises(&OlderProject::LangCount), overflow);
 }
 
-TEST_F(OlderProjectTest, HostileCountsTakeNoLongTime) {
+TEST_F(OlderProjectTest, HostileCountsAreFast) {
   Put("[Languages]\r\nTarget2147483646=de\r\nTarget5=fr\r\nTarget99999999999999999999=it\r\n");
   EXPECT_EQ(project.Languages(kMost), (Values{u"fr", u"de"}));
   EXPECT_EQ(project.Languages(-1), Values());

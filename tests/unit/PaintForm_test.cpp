@@ -12,26 +12,26 @@ namespace marl {
 namespace {
 
 std::string Narrow(TextView text) { return {text.begin(), text.end()}; }
-std::string Told(const Box& box) {
+std::string AsText(const Box& box) {
   return std::to_string(box.left) + ',' + std::to_string(box.top) + ' ' +
          std::to_string(box.width) + 'x' + std::to_string(box.height);
 }
-std::string Told(Point point) { return std::to_string(point.x) + ',' + std::to_string(point.y); }
+std::string AsText(Point point) { return std::to_string(point.x) + ',' + std::to_string(point.y); }
 
 /// Records the calls, in order.
 class RecordingCanvas : public Canvas {
  public:
   void Fill(const Box& box, Color color) override {
-    calls.push_back("fill " + Told(box) + " in " + std::to_string(color));
+    calls.push_back("fill " + AsText(box) + " in " + std::to_string(color));
   }
   void Draw(const Picture& picture, int x, int y) override {
-    calls.push_back("draw " + std::to_string(picture.width) + " at " + Told(Point{x, y}));
+    calls.push_back("draw " + std::to_string(picture.width) + " at " + AsText(Point{x, y}));
   }
   void Line(Point from, Point to, Color color) override {
-    calls.push_back("line " + Told(from) + " to " + Told(to) + " in " + std::to_string(color));
+    calls.push_back("line " + AsText(from) + " to " + AsText(to) + " in " + std::to_string(color));
   }
   void Write(TextView text, const Box& box, const TextStyle& style) override {
-    calls.push_back("write " + Narrow(text) + " at " + Told(box) + " in " +
+    calls.push_back("write " + Narrow(text) + " at " + AsText(box) + " in " +
                     std::to_string(style.color) + (style.enabled ? "" : " grey"));
   }
 
@@ -92,7 +92,7 @@ TEST_F(PaintedForm, ControlsWithoutAWindowArePaintedInTheirOrderAboveThePicture)
                               "line 0,1 to 10,2 in 4"}));
 }
 
-TEST_F(PaintedForm, FrameOfAShapeStandsOnItsOutermostPixels) {
+TEST_F(PaintedForm, FrameOfAShapeIsOnItsOutermostPixels) {
   form.label.SetVisible(false);
   form.shape.SetBounds({150, 150, 300, 150});
   form.shape.SetBorderColor(6);
@@ -125,7 +125,7 @@ TEST_F(PaintedForm, PictureBoxPaintsItsOwn) {
   RecordingCanvas canvas;
   PaintPicture(form.box, canvas);
   const Size size = form.box.PixelSize();
-  EXPECT_EQ(canvas.calls, (Calls{"fill " + Told(Box{0, 0, size.width, size.height}) + " in 8",
+  EXPECT_EQ(canvas.calls, (Calls{"fill " + AsText(Box{0, 0, size.width, size.height}) + " in 8",
                                  "draw 16 at 0,0", "write inside at 1,2 20x15 in 2"}));
 }
 

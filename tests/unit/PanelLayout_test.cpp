@@ -123,7 +123,7 @@ TEST(PanelLayout, HiddenButtonClosesTheGridAndKeepsItsPlace) {
   for (int b = 5; b < kButtonCount; ++b) EXPECT_EQ(panel.cells[Panel::At(b)], CellAt(b - 1, 5));
 }
 
-TEST(PanelLayout, OrderTellsTheCells) {
+TEST(PanelLayout, OrderDecidesTheCells) {
   Panel panel;
   DisplayOrder order;
   for (int p = 0; p < kButtonCount; ++p) order[Panel::At(p)] = {17 - p, 1};
@@ -306,7 +306,7 @@ TEST_F(PanelHits, EveryMiddleIsItsButton) {
   }
 }
 
-TEST_F(PanelHits, HiddenButtonIsSkippedThoughItsFrameStaysWhereItStood) {
+TEST_F(PanelHits, HiddenButtonIsSkippedThoughItsFrameStays) {
   areas[3].pictureVisible = false;
   EXPECT_EQ(ButtonAt(areas, static_cast<float>(areas[3].frame.left + 10), 100), -1);
   areas[9].frame = areas[3].frame;  // the grid has no gaps
@@ -336,7 +336,7 @@ TEST(PanelHover, OuterSizeCountsAndOnlyInTheForeground) {
   EXPECT_FALSE(OverForm(100, 100, outer, false));
 }
 
-TEST(PanelPictures, TwoStateIconsOrNotMovesOnlyTheNormalPicture) {
+TEST(PanelPictures, TwoStateIconsChangeOnlyTheNormalPicture) {
   EXPECT_EQ(DullImage(0, true), 1);
   EXPECT_EQ(DullImage(17, true), 18);
   EXPECT_EQ(BrightImage(0), 19);
@@ -365,7 +365,7 @@ TEST(PanelBevel, PlacesAreRoundedToTheEvenTwip) {
   EXPECT_EQ(lines[6], (BevelLine{{1740, 68}, {1740, 1260}, false}));  // 1260.5
 }
 
-TEST(PanelBevel, PixelsThatAreNoSquaresMoveTheTopByTheirWidth) {
+TEST(PanelBevel, PixelsThatAreNotSquareMoveTheTopByTheirWidth) {
   const auto lines = BevelLines({0, 0, 1000, 1000}, {10, 20});
   EXPECT_EQ(lines[0], (BevelLine{{0, 980}, {0, 0}, true}));
   EXPECT_EQ(lines[2], (BevelLine{{990, 0}, {990, 980}, false}));

@@ -98,7 +98,7 @@ struct Differences {
 
 // Each column of pixels in the middle of every row of buttons and in a gap, each row of pixels in
 // the middle of every column and in a gap. Frames are rectangles, so these represent all pixels.
-TEST_P(PanelResolutions, TimerMouseEventClickAndTipMeetTheSameButton) {
+TEST_P(PanelResolutions, TimerMouseEventClickAndTipFindTheSameButton) {
   const int width = PixelsX(form().inner().width);
   const int height = PixelsY(form().inner().height);
   std::vector<Point> pixels;
@@ -124,7 +124,7 @@ TEST_P(PanelResolutions, TimerMouseEventClickAndTipMeetTheSameButton) {
   EXPECT_GT(hovered, static_cast<int>(pixels.size()) / 2);
 }
 
-TEST_P(PanelResolutions, EveryPixelOfThePanelIsOneButtonsByEventAndByTimer) {
+TEST_P(PanelResolutions, EveryPixelOfThePanelBelongsToTheSameButtonByEventAndByTimer) {
   const int width = PixelsX(form().inner().width);
   const int height = PixelsY(form().inner().height);
   const PixelTwips pixel = world.desktop.TwipsPerPixel();
@@ -164,7 +164,7 @@ TEST_P(PanelResolutions, InnerSquareOfTheBevelIsOnePixelSmallerOnEverySide) {
 INSTANTIATE_TEST_SUITE_P(Dpi, PanelResolutions, testing::ValuesIn(kResolutions),
                          testing::PrintToStringParamName());
 
-TEST(Resolution, OfAPixelIsItsPartOfAnInch) {
+TEST(Resolution, OfAPixelIs1440TwipsByTheDpi) {
   MemoryDesktop desktop;
   for (const int dpi : kResolutions) {
     desktop.dpi = {dpi, 96};

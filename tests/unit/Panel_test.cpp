@@ -177,7 +177,7 @@ INSTANTIATE_TEST_SUITE_P(
                     BadSkin{"NoColumns", kAll, 0, u"Division by zero"}),
     [](const auto& test) { return test.param.name; });
 
-TEST_F(Panel, HoverDressesTheButtonAndUndressesIt) {
+TEST_F(Panel, HoverHighlightsTheButtonAndLeavingRestoresIt) {
   Start();
   MouseTo(kEdit);
   EXPECT_EQ(form().HoverButton, kEdit);
@@ -220,7 +220,7 @@ TEST_F(Panel, ADeadButtonIsHitButShowsNothing) {
   EXPECT_EQ(LinesShown(), 4);
 }
 
-TEST_F(Panel, NothingIsHitBehindAnotherWindow) {
+TEST_F(Panel, NothingIsHitWhileAnotherWindowIsInFront) {
   Start();
   MouseTo(kEdit);
   world.desktop.foreground = nullptr;
@@ -312,7 +312,7 @@ TEST_F(Panel, GrowsByTheLineThatItsMenuBarWraps) {
   EXPECT_EQ(form().bounds(), before) << "nothing is wanted";
 }
 
-TEST_F(Panel, StoredOddities) {
+TEST_F(Panel, OddStoredValues) {
   skin.Icons = 7;
   skin.BorderWidth = 5;
   skin.TwoStateOffset = 1;
@@ -365,7 +365,7 @@ TEST_F(Panel, PicturesAreSharpAtTheirScreensSize) {
 
 // ---- Pictures
 
-TEST(IconSets, RefusesWhatThereIsNot) {
+TEST(IconSets, RefusesNumbersThatDoNotExist) {
   MemoryPictures pictures;
   IconSets icons(pictures);
   EXPECT_THROW(icons.Image(4, 1, 48), RuntimeError);

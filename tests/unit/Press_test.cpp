@@ -201,7 +201,7 @@ TEST_P(ComponentEntry, OneThatIsRegisteredAndCannotBeMadeIsAFailureToo) {
   EXPECT_TRUE(world.desktop.ended());
 }
 
-TEST_P(ComponentEntry, AFailureWithoutWordsIsSaidInTheSystems) {
+TEST_P(ComponentEntry, AFailureWithoutATextShowsTheSystems) {
   SuiteWorld world;
   world.components.registered[Text(GetParam().component)] = [](auto&&...) { return false; };
   world.Start();

@@ -373,7 +373,7 @@ class RandomUser {
 class AnHour : public testing::TestWithParam<std::uint32_t> {};
 
 // Each user does 10,000 things, more than a hasty one does in an hour.
-TEST_P(AnHour, OfRandomActsLeavesTheProgramSound) {
+TEST_P(AnHour, OfRandomActionsLeavesTheProgramSound) {
   RandomUser user(GetParam());
   for (int act = 0; act < 10000 && !testing::Test::HasFailure(); ++act) user.Act();
   EXPECT_GT(user.dialogs(), 20u);

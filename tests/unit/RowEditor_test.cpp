@@ -56,7 +56,7 @@ TEST_F(Rows, AddedRowHoldsTheNewTextAndIsCurrent) {
   EXPECT_EQ(field.Text(), u"other");
 }
 
-TEST_F(Rows, UsersSelectionOfManyPutsTheLastTouchedIntoTheField) {
+TEST_F(Rows, SelectingManyRowsPutsTheLastOneIntoTheField) {
   for (const TextView text : {u"a", u"b", u"c"}) list.AddItem(text);
   list.UserSelectRows({0, 2}, 2);
   EXPECT_EQ(field.Text(), u"c");

@@ -83,7 +83,7 @@ TEST(Scan, FindsTheFirstOfMany) {
 }
 
 // A unit above 255 may be reported as a break, but no break may be missed.
-TEST(Scan, TellsWhatMayBreakAName) {
+TEST(Scan, FindsWhatMayEndAName) {
   for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
     char16_t units[kBlock];
     std::fill(units, units + kBlock, u'x');
@@ -127,7 +127,7 @@ TEST(Scan, CountsAndWidensAsciiUpToTheFirstOther) {
   }
 }
 
-TEST(Scan, TellsAnAmpersandWhereverItStands) {
+TEST(Scan, FindsAnAmpersandAnywhere) {
   for (std::size_t size = 1; size <= kLongest; ++size) {
     for (std::size_t place = 0; place < size; ++place) {
       std::string bytes(size, 'x');

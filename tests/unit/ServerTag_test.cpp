@@ -36,13 +36,13 @@ TEST(ServerTag, BareNameIsEscaped) {
       u"<project-tracking server=\" R&amp;D &quot;&lt;x&gt;&quot; \" ssl=\"no\" port=\"80\"/>");
 }
 
-TEST(ServerTag, DocumentIsMarkPrologAndTag) {
+TEST(ServerTag, DocumentIsByteOrderMarkPrologAndTag) {
   EXPECT_EQ(ServerDocument(BareNameTag(u"alpha")),
             u"\uFEFF<?xml version=\"1.0\" standalone=\"no\"?>"
             u"<project-tracking server=\"alpha\" ssl=\"no\" port=\"80\"/>");
 }
 
-TEST(ServerTag, AttributeThatStandsThereTwiceEndsTheReading) {
+TEST(ServerTag, DuplicateAttributeEndsTheParsing) {
   const clsXMLTag tag = Read(u"<project-tracking server=\"a\" server=\"b\" ssl=\"yes\"/>");
   EXPECT_EQ(tag.AttributeValue(u"server"), u"a");
   EXPECT_FALSE(UsesSsl(tag));

@@ -89,7 +89,7 @@ SkinSettings Odd() {
   return skin;
 }
 
-TEST_F(SkinFile, LinesStandInTheirOrder) {
+TEST_F(SkinFile, LinesAreInTheirOrder) {
   EXPECT_EQ(Saved(SkinSettings()),
             "<?xml version=\"1.0\"?>\r\n"
             "<marlskin>\r\n"
@@ -263,7 +263,7 @@ TEST_F(SkinFile, LaterParameterOfTheSameNameWins) {
   EXPECT_EQ(controls.skin.Angle, 2);
 }
 
-TEST_F(SkinFile, TagWithAnAttributeTwiceCountsAsFarAsItWasRead) {
+TEST_F(SkinFile, AttributesBeforeADuplicateCount) {
   Load(
       "<parameter name=\"angle\" value=\"45\" value=\"46\"/>"
       "<parameter name=\"text1\" name=\"text2\" value=\"46\"/>"
@@ -273,7 +273,7 @@ TEST_F(SkinFile, TagWithAnAttributeTwiceCountsAsFarAsItWasRead) {
   EXPECT_EQ(controls.skin.Text2, 7);
 }
 
-TEST_F(SkinFile, FileCutShortGivesWhatStandsBeforeTheCut) {
+TEST_F(SkinFile, TruncatedFileGivesWhatComesBeforeTheEnd) {
   const std::string whole = Saved(Odd());
   int before = 0;
   for (std::size_t length = 0; length <= whole.size(); ++length) {

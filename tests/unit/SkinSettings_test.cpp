@@ -251,7 +251,7 @@ TEST_F(Skin, HostileDataNeverDoesMoreThanFail) {
   EXPECT_GT(refused, 300);
 }
 
-TEST(DisplayIcons, EntriesTellButtonAndFlag) {
+TEST(DisplayIcons, EntriesAreButtonAndFlag) {
   const DisplayOrder order = ParseDisplayIcons(
       u"171|000|011|0512|050|06-1|070.4| 81|091|091|101|111|121|131|141|151|161|161");
   EXPECT_EQ(order[0], (DisplayPosition{17, 1}));
@@ -277,7 +277,7 @@ TEST(DisplayIcons, FewerThan18EntriesAreOutOfRange) {
   }
 }
 
-TEST(DisplayIcons, EntriesAfterThe18thMeanNothing) {
+TEST(DisplayIcons, EntriesAfterThe18thAreIgnored) {
   EXPECT_EQ(ParseDisplayIcons(kSeventeen + u"|170|garbage||999"),
             ParseDisplayIcons(kSeventeen + u"|170"));
 }
@@ -293,7 +293,7 @@ TEST(DisplayIcons, EntryThatIsNoNumberIsATypeMismatch) {
   }
 }
 
-TEST(DisplayIcons, ButtonsThatDoNotExistAreLeftToTheReader) {
+TEST(DisplayIcons, ButtonsThatDoNotExistAreNotChecked) {
   EXPECT_EQ(ParseDisplayIcons(kSeventeen + u"|991")[17], (DisplayPosition{99, 1}));
   EXPECT_EQ(ParseDisplayIcons(kSeventeen + u"|-11")[17], (DisplayPosition{-1, 1}));
 }
@@ -317,7 +317,7 @@ TEST(SkinParameters, EachHasALineOfItsOwnAndOneField) {
   EXPECT_EQ(*lines.rbegin(), static_cast<int>(kSkinParameterCount) - 1);
 }
 
-TEST(DisplayOrder, OneOfFewerButtonsGetsTheNewOnesBehindIt) {
+TEST(DisplayOrder, OneOfFewerButtonsGetsTheNewOnesAppended) {
   std::vector<DisplayPosition> order = SplitDisplayIcons(SkinSettings().DisplayIcons, 1000);
   ASSERT_EQ(order.size(), 18u);
   order[0].shown = 0;
@@ -329,7 +329,7 @@ TEST(DisplayOrder, OneOfFewerButtonsGetsTheNewOnesBehindIt) {
   EXPECT_EQ(order[19], (DisplayPosition{19, 1}));
 }
 
-TEST(DisplayOrder, NoProgramHasStoredOneOfSeventeen) {
+TEST(DisplayOrder, OneOfSeventeenIsRefused) {
   std::vector<DisplayPosition> order(17);
   EXPECT_THROW(CompleteOrder(order, 19), RuntimeError);
   EXPECT_EQ(order.size(), 17u);

@@ -77,7 +77,7 @@ TEST_F(StartCommandTest, OnlyAProgramThatHoldsABlankGetsQuotes) {
   }
 }
 
-TEST_F(StartCommandTest, NothingIsStartedInThePlaceOfWhatIsMissing) {
+TEST_F(StartCommandTest, NothingElseIsStartedIfTheProgramIsMissing) {
   files.Erase(u"C:\\Program");
   for (const TextView command :
        {u"C:\\Program Files\\None\\tool.exe /R", u"C:\\", u"C:\\ ", u"\"\"", u"\"", u""}) {
@@ -89,7 +89,7 @@ TEST_F(StartCommandTest, NothingIsStartedInThePlaceOfWhatIsMissing) {
   }
 }
 
-TEST_F(StartCommandTest, AFailureIsAFailure) {
+TEST_F(StartCommandTest, AFailureIsReported) {
   for (const Status status : {kFileNotFound, kAccessDenied, kGeneralFailure}) {
     shell.runStatus = status;
     EXPECT_FALSE(Start(u"C:\\Program Files\\Suite\\tool.exe /R"));
@@ -98,7 +98,7 @@ TEST_F(StartCommandTest, AFailureIsAFailure) {
   EXPECT_TRUE(shell.started.empty());
 }
 
-TEST_F(StartCommandTest, WhatNeedsMoreRightsGoesToTheShell) {
+TEST_F(StartCommandTest, WhatNeedsElevationGoesToTheShell) {
   shell.runStatus = kElevationRequired;
   const struct {
     TextView command;
@@ -118,7 +118,7 @@ TEST_F(StartCommandTest, WhatNeedsMoreRightsGoesToTheShell) {
   }
 }
 
-TEST_F(StartCommandTest, TheUsersRefusalIsNoFailureAndTheShellsIs) {
+TEST_F(StartCommandTest, OnlyTheUsersRefusalCountsAsStarted) {
   shell.runStatus = kElevationRequired;
   for (const auto& [code, started] : std::vector<std::pair<int, bool>>{
            {33, true}, {42, true}, {5, true}, {32, false}, {31, false}, {2, false}, {0, false}}) {

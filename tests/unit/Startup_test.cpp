@@ -39,7 +39,7 @@ TEST(Startup, MissingRegistrarIsSilent) {
   EXPECT_TRUE(world.main().loaded());
 }
 
-TEST(Startup, ComesUpInItsOwnFolder) {
+TEST(Startup, RunsInItsOwnFolder) {
   SuiteWorld world;
   world.Install(u"D:\\Über setzen\\Suite");
   world.Start();
@@ -76,7 +76,7 @@ TEST(StartAgain, FindsTheFirstByItsTitleRestoresItAndEnds) {
   EXPECT_TRUE(world.Messages().empty());
 }
 
-TEST(StartAgain, SaysSoWhenNoWindowIsFound) {
+TEST(StartAgain, ShowsAMessageIfNoWindowIsFound) {
   SuiteWorld world;
   world.process.previousInstance = true;
   world.Start();
@@ -160,7 +160,7 @@ TEST_F(FirstRun, MissingShellProgramIsSilent) {
   EXPECT_TRUE(world.main().Visible());
 }
 
-TEST_F(FirstRun, IsToldByExactlyYes) {
+TEST_F(FirstRun, NeedsExactlyY) {
   for (const TextView value : {u"y", u"Yes", u"", u" Y"}) {
     SuiteWorld other;
     other.PutSetting(u"FirstRun", value);
@@ -204,7 +204,7 @@ INSTANTIATE_TEST_SUITE_P(
                     WizardCase{u"C:\\x.qprx", u"N", false}, WizardCase{u"", u"y", false},
                     WizardCase{u"", u"N", false}));
 
-TEST(WizardMissing, ComplainsAndComesUp) {
+TEST(WizardMissing, ShowsAMessageAndOpensTheSwitchboard) {
   SuiteWorld world;
   world.PutSetting(u"Wizard", u"Y");
   world.Uninstall(u"Q17Shell.exe");
@@ -226,7 +226,7 @@ TEST(WizardStart, LeavesNoSplashNoHookAndNoTrayIcon) {
 
 // ---- Temporary files
 
-TEST(TemporaryFiles, AllMatchesGoAndNothingElse) {
+TEST(TemporaryFiles, AllMatchesAreDeletedAndNothingElse) {
   SuiteWorld world;
   const Text temp = u"C:\\Users\\Translator\\Temp\\";
   for (const TextView name : {u"ORU.TMP", u"ORU1.TMP", u"oru-x.tmp", u"ORU 2.TMP"}) {

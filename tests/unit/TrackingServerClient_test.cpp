@@ -91,7 +91,7 @@ Text After(TextView tag) { return ServerDocument(tag); }
 
 class ServerDocuments : public testing::TestWithParam<Document> {};
 
-TEST_P(ServerDocuments, AreTold) {
+TEST_P(ServerDocuments, AreRecognised) {
   const MemoryFileSystem files;
   EXPECT_EQ(IsServerDocument(GetParam().text, files), GetParam().good);
 }

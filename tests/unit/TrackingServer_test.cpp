@@ -131,14 +131,14 @@ TEST_F(Tracking, BareNameKeepsItsBlanks) {
   EXPECT_EQ(names.back(), u" alpha ");
 }
 
-TEST_F(Tracking, TagBehindABlankIsABareName) {
+TEST_F(Tracking, TagAfterABlankIsABareName) {
   server.Start();
   EXPECT_TRUE(server.SetTrackingServer(u" <x>", true));
   EXPECT_EQ(server.CurrentServerTag,
             u"<project-tracking server=\" &lt;x&gt;\" ssl=\"no\" port=\"80\"/>");
 }
 
-TEST_F(Tracking, TagKeepsTheBlanksBehindIt) {
+TEST_F(Tracking, TagKeepsTheBlanksAfterIt) {
   server.Start();
   EXPECT_TRUE(server.SetTrackingServer(Text(kAlpha) + u"  ", true));
   EXPECT_EQ(server.CurrentServerTag, Text(kAlpha) + u"  ");
@@ -174,7 +174,7 @@ TEST_F(Tracking, DocumentReachesTheComponentToTheCharacter) {
   EXPECT_EQ(components.calls, expected);
 }
 
-TEST_F(Tracking, RefusedServerIsToldInTheComponentsWordsAndTheOldOneStays) {
+TEST_F(Tracking, RefusedServerShowsTheComponentsTextAndTheOldOneStays) {
   Refuse(u"beta");
   server.Start();
   server.SetTrackingServer(kAlpha, true);
@@ -213,7 +213,7 @@ TEST_F(Tracking, ComponentThatCannotBeMadeLeavesTheOldServer) {
       (std::vector<MemoryDesktop::Message>{{u"Class not registered", kExclamation, u"Marl"}}));
 }
 
-TEST_F(Tracking, AttributeThatStandsThereTwiceIsNoFailureOfOurs) {
+TEST_F(Tracking, DuplicateAttributeIsNoFailure) {
   components.registered[Text(kClient)] = {};
   server.Start();
   const Text twice = u"<project-tracking server=\"x\" server=\"y\" ssl=\"no\" port=\"80\"/>";
@@ -270,7 +270,7 @@ TEST_F(Tracking, SavedServerComesBackAtTheNextStart) {
   EXPECT_EQ(next.ServerList.Count(), 1);
 }
 
-TEST_F(Tracking, ListHoldsEightServersAndTheOldestGoes) {
+TEST_F(Tracking, ListHoldsEightServersAndDropsTheOldest) {
   server.Start();
   for (char16_t c = u'a'; c <= u'i'; ++c) server.SetTrackingServer(Text(1, c), true);
   EXPECT_EQ(server.ServerList.Count(), 8);
@@ -302,7 +302,7 @@ struct Hostile {
 
 class TrackingHostile : public Tracking, public testing::WithParamInterface<Hostile> {};
 
-TEST_P(TrackingHostile, StoredValueIsTakenAsTold) {
+TEST_P(TrackingHostile, StoredValueIsUsedOrDropped) {
   registry.Plant(kCurrentUser, kSettingsKey, "TrackingServer", GetParam().kind, GetParam().bytes);
   server.Start();
   EXPECT_EQ(server.CurrentServerTag, GetParam().tag);

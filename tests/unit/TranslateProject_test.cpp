@@ -234,7 +234,7 @@ TEST_F(Translate, NoLanguagesComeBeforeNoDocuments) {
   EXPECT_EQ(desktop.messages, Says(kNoLanguages));
 }
 
-TEST_F(Translate, NoDocumentsAreToldBeforeTheDialog) {
+TEST_F(Translate, NoDocumentsIsReportedBeforeTheDialog) {
   RunOlder("[Languages]\r\nCount=1\r\nTarget0=de\r\n");
   EXPECT_EQ(desktop.messages, Says(kNoFiles));
   EXPECT_FALSE(Asked());
@@ -318,7 +318,7 @@ TEST_F(Translate, SystemFilesAreNoNormalFiles) {
   EXPECT_EQ(desktop.messages[0].text, u"File not found : C:\\P\\French\\a.qtd");
 }
 
-TEST_F(Translate, PathsThatLeadOutAreSoughtWhereTheyLead) {
+TEST_F(Translate, PathsOutOfTheProjectAreFollowed) {
   files.Put(u"C:\\elsewhere\\a.qtd", "");
   RunXml("<language lc=\"fr\"/><document path=\"..\\..\\elsewhere\\a.doc\"/>");
   EXPECT_EQ(edited, Rows{u"\"C:\\P\\French\\..\\..\\elsewhere\\a.qtd\""});
@@ -405,7 +405,7 @@ TEST_F(Translate, GreatestCountsListWhatIsThere) {
   EXPECT_EQ(documents, Rows{u"a.qtd"});
 }
 
-TEST_F(Translate, CountThatIsNoNumberFailsOutOfTheCommand) {
+TEST_F(Translate, CountThatIsNoNumberFailsTheCommand) {
   const auto raises = [this](std::string_view content) {
     try {
       RunOlder(content);

@@ -317,7 +317,7 @@ const std::map<int, Text>& EnglishTexts() {
   return texts;
 }
 
-TEST(Translations, EveryTextOfTheListStandsWordForWord) {
+TEST(Translations, EveryTextIsTheListedOne) {
   const std::map<int, Text> texts = MemoryStrings("en").texts;
   for (const auto& [id, text] : EnglishTexts()) {
     const auto found = texts.find(id);
@@ -350,7 +350,7 @@ TEST(Translations, TheListsIdsAreThereAndNoOthers) {
 
 TEST(Translations, AnUnknownLanguageHasNoTexts) { EXPECT_TRUE(MemoryStrings("xx").texts.empty()); }
 
-TEST(Translations, NoIdStandsTwiceInAFile) {
+TEST(Translations, NoIdOccursTwiceInAFile) {
   for (const char* language : {"en", "de"}) {
     std::ifstream file(SourceFolder() / "resources/strings" / (std::string(language) + ".inc"));
     ASSERT_TRUE(file) << language;

@@ -71,7 +71,7 @@ TEST_F(NumericText, PortOf65536IsTakenAnd65537Refused) {
   EXPECT_EQ(Type(u"0"), (State{u"65536", 5, 0}));
 }
 
-TEST_F(NumericText, LetterBehindADigitDoesNotHappen) {
+TEST_F(NumericText, LetterAfterADigitIsRefused) {
   EXPECT_EQ(Type(u"8a"), (State{u"8", 1, 0}));
   EXPECT_EQ(field.Tag, u"8|1|0");
 }

@@ -320,8 +320,8 @@ class Documents {
 
 /// How often a comparison is repeated: MARL_ROUNDS if that is set, otherwise `usual`.
 inline int Rounds(int usual) {
-  const char* const told = std::getenv("MARL_ROUNDS");
-  return told ? std::atoi(told) : usual;
+  const char* const rounds = std::getenv("MARL_ROUNDS");
+  return rounds ? std::atoi(rounds) : usual;
 }
 
 }  // namespace marl::reference

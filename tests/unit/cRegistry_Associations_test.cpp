@@ -99,7 +99,7 @@ TEST_F(Associations, EmptyMenuTextsTakeTheUsualOnes) {
       << "the extension without its dot";
 }
 
-TEST_F(Associations, ThePathStandsBetweenOnePairOfQuotes) {
+TEST_F(Associations, ThePathHasOnePairOfQuotes) {
   const struct {
     const char16_t *given, *command;
   } cases[] = {
@@ -147,7 +147,7 @@ TEST_F(Associations, OneOrTwoPercentSignsSideBySideStayPlain) {
   }
 }
 
-TEST_F(Associations, EachMenuEntryStandsForItself) {
+TEST_F(Associations, EachMenuEntryIsIndependent) {
   Create({.supportPrint = true});
   EXPECT_EQ(Read(kClassesRoot, u"Oru.Tool\\shell\\print\\command"),
             u"\"C:\\Suite\\Tool.exe\" /p \"%1\"");
@@ -165,7 +165,7 @@ TEST_F(Associations, WhatIsThereAlreadyIsOverwritten) {
   EXPECT_EQ(Read(kClassesRoot, u"Oru.Tool\\shell\\open"), u"Second");
 }
 
-TEST_F(Associations, TheFieldsAsTheyStandAfterwards) {
+TEST_F(Associations, TheFieldsAfterwards) {
   registry.ValueKey = u"some value";
   registry.valueType = 4;
   Create({});

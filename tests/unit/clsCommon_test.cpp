@@ -179,7 +179,7 @@ TEST_F(SysInfo, SaysSoWhenTheProgramCannotBeStarted) {
   EXPECT_EQ(desktop.messages, unavailable);
 }
 
-TEST_F(SysInfo, StartsNothingInThePlaceOfAProgramThatIsMissing) {
+TEST_F(SysInfo, StartsNothingElseIfTheProgramIsMissing) {
   PutValue(kLocalMachine, kSysInfoKey, "PATH", kRegSz, "C:\\Program Files\\info.exe");
   common.StartSysInfo();
   EXPECT_TRUE(shell.ran.empty());
@@ -283,7 +283,7 @@ TEST(SandR, AReplacementOfTheSameLengthIsAReplaceAll) {
   EXPECT_EQ(clsCommon::SandR(u"", u"x", u"y"), u"");
 }
 
-TEST(SandR, AReplacementOfAnotherLengthMovesAwayFromTheLaterPlaces) {
+TEST(SandR, AReplacementOfAnotherLengthMissesLaterPlaces) {
   const struct {
     TextView text, search, replacement, expected;
   } rows[] = {
@@ -370,8 +370,8 @@ TEST(StrParseFileName, Parts) {
 
 class Move : public Common {
  protected:
-  std::vector<Text> told;
-  const clsCommon::AddText add = [this](const Text& text) { told.push_back(text); };
+  std::vector<Text> errors;
+  const clsCommon::AddText add = [this](const Text& text) { errors.push_back(text); };
 
   Move() {
     files.Put(u"C:\\from.txt", "new");
@@ -387,22 +387,22 @@ TEST_F(Move, CopiesAndDeletes) {
   EXPECT_EQ(common.MoveFile(u"C:\\from.txt", u"C:\\Target\\to.txt", add), 0);
   EXPECT_EQ(At(u"C:\\Target\\to.txt"), "new");
   EXPECT_EQ(At(u"C:\\from.txt"), "(none)");
-  EXPECT_TRUE(told.empty());
+  EXPECT_TRUE(errors.empty());
 }
 
-TEST_F(Move, ReplacesWhatStandsThere) {
+TEST_F(Move, ReplacesAnExistingFile) {
   files.Put(u"C:\\Target\\to.txt", "old");
   EXPECT_EQ(common.MoveFile(u"C:\\from.txt", u"C:\\Target\\to.txt", add), 0);
   EXPECT_EQ(At(u"C:\\Target\\to.txt"), "new");
-  EXPECT_TRUE(told.empty());
+  EXPECT_TRUE(errors.empty());
 }
 
 TEST_F(Move, ReplacesAReadOnlyFileAndSaysSo) {
   files.Put(u"C:\\Target\\to.txt", "old", kReadOnly);
   EXPECT_EQ(common.MoveFile(u"C:\\from.txt", u"C:\\Target\\to.txt", add), 0);
   EXPECT_EQ(At(u"C:\\Target\\to.txt"), "new");
-  EXPECT_EQ(told, std::vector<Text>{u"The read-only attribute was removed: C:\\Target\\to.txt\r\n"
-                                    u"Path/File access error"});
+  EXPECT_EQ(errors, std::vector<Text>{u"The read-only attribute was removed: C:\\Target\\to.txt\r\n"
+                                      u"Path/File access error"});
 }
 
 TEST_F(Move, AReadOnlyFileThatStaysIsOneFailure) {
@@ -411,10 +411,11 @@ TEST_F(Move, AReadOnlyFileThatStaysIsOneFailure) {
   EXPECT_EQ(common.MoveFile(u"C:\\from.txt", u"C:\\Target\\to.txt", add), 1);
   EXPECT_EQ(At(u"C:\\Target\\to.txt"), "old");
   EXPECT_EQ(At(u"C:\\from.txt"), "(none)");
-  EXPECT_EQ(told, (std::vector<Text>{
-                      u"The read-only attribute was removed: C:\\Target\\to.txt\r\n"
-                      u"Path/File access error",
-                      u"The file could not be deleted: C:\\Target\\to.txt\r\nPermission denied"}));
+  EXPECT_EQ(errors,
+            (std::vector<Text>{
+                u"The read-only attribute was removed: C:\\Target\\to.txt\r\n"
+                u"Path/File access error",
+                u"The file could not be deleted: C:\\Target\\to.txt\r\nPermission denied"}));
 }
 
 TEST_F(Move, ADestinationThatCannotBeDeletedSkipsTheCopyAndLosesTheSource) {
@@ -423,18 +424,18 @@ TEST_F(Move, ADestinationThatCannotBeDeletedSkipsTheCopyAndLosesTheSource) {
   EXPECT_EQ(common.MoveFile(u"C:\\from.txt", u"C:\\Target\\to.txt", add), 1);
   EXPECT_EQ(At(u"C:\\Target\\to.txt"), "old");
   EXPECT_EQ(At(u"C:\\from.txt"), "(none)");
-  EXPECT_EQ(told, std::vector<Text>{
-                      u"The file could not be deleted: C:\\Target\\to.txt\r\nPermission denied"});
+  EXPECT_EQ(errors, std::vector<Text>{
+                        u"The file could not be deleted: C:\\Target\\to.txt\r\nPermission denied"});
 }
 
-TEST_F(Move, TheSourceGoesAfterAFailedCopyToo) {
+TEST_F(Move, TheSourceIsDeletedAfterAFailedCopyToo) {
   EXPECT_EQ(common.MoveFile(u"C:\\from.txt", u"C:\\Nowhere\\to.txt", add), 1);
   EXPECT_EQ(At(u"C:\\from.txt"), "(none)");
-  EXPECT_EQ(told, std::vector<Text>{
-                      u"The file could not be copied: C:\\Nowhere\\to.txt\r\nPath not found"});
+  EXPECT_EQ(errors, std::vector<Text>{
+                        u"The file could not be copied: C:\\Nowhere\\to.txt\r\nPath not found"});
 }
 
-TEST_F(Move, FailureSaysWhyInTheRuntimesWords) {
+TEST_F(Move, FailureShowsTheRuntimesText) {
   constexpr auto kDiskFull = static_cast<Status>(112);
   const std::pair<Status, TextView> rows[] = {{kFileNotFound, u"File not found"},
                                               {kPathNotFound, u"Path not found"},
@@ -444,31 +445,31 @@ TEST_F(Move, FailureSaysWhyInTheRuntimesWords) {
   for (const auto& [status, reason] : rows) {
     files.Put(u"C:\\from.txt", "new");
     files.FailNext(FileAction::kCopy, status);
-    told.clear();
+    errors.clear();
     EXPECT_EQ(common.MoveFile(u"C:\\from.txt", u"C:\\Target\\to.txt", add), 1);
-    EXPECT_EQ(told, std::vector<Text>{u"The file could not be copied: C:\\Target\\to.txt\r\n" +
-                                      Text(reason)});
+    EXPECT_EQ(errors, std::vector<Text>{u"The file could not be copied: C:\\Target\\to.txt\r\n" +
+                                        Text(reason)});
   }
 }
 
 TEST_F(Move, AMissingSourceIsOneFailure) {
   EXPECT_EQ(common.MoveFile(u"C:\\missing.txt", u"C:\\Target\\to.txt", add), 1);
-  EXPECT_EQ(told, std::vector<Text>{
-                      u"The file could not be copied: C:\\Target\\to.txt\r\nFile not found"});
+  EXPECT_EQ(errors, std::vector<Text>{
+                        u"The file could not be copied: C:\\Target\\to.txt\r\nFile not found"});
 }
 
 TEST_F(Move, ASourceThatStaysIsNoFailure) {
   files.FailNext(FileAction::kRemove, kAccessDenied);
   EXPECT_EQ(common.MoveFile(u"C:\\from.txt", u"C:\\Target\\to.txt", add), 0);
   EXPECT_EQ(At(u"C:\\from.txt"), "new");
-  EXPECT_TRUE(told.empty());
+  EXPECT_TRUE(errors.empty());
 }
 
 TEST_F(Move, WithoutAListItOnlyCounts) {
   EXPECT_EQ(common.MoveFile(u"C:\\from.txt", u"C:\\Nowhere\\to.txt"), 1);
 }
 
-TEST_F(Move, AListThatFailsStopsNothing) {
+TEST_F(Move, AListThatFailsDoesNotStopTheMove) {
   const auto failing = [](const Text&) { throw RuntimeError::TypeMismatch(); };
   EXPECT_EQ(common.MoveFile(u"C:\\from.txt", u"C:\\Nowhere\\to.txt", failing), 1);
   EXPECT_EQ(At(u"C:\\from.txt"), "(none)");
@@ -571,7 +572,7 @@ TEST_F(Common, DeleteFileOfAMissingFileDoesNothing) {
   EXPECT_TRUE(desktop.messages.empty());
 }
 
-TEST_F(Common, DeleteFileKeepsItsFailureToItself) {
+TEST_F(Common, DeleteFileIgnoresItsFailure) {
   files.Put(u"C:\\a.txt", "");
   files.FailNext(FileAction::kRemove, kSharingViolation);
   common.DeleteFile(u"C:\\a.txt");

@@ -35,15 +35,15 @@ struct Lists {
   MemoryComponents::Body Body() {
     return
         [this](const Text& operation, Arguments& arguments, ComponentValue& result, Text& failure) {
-          const auto told = [](const ComponentValue& count, std::size_t size) {
+          const auto reported = [](const ComponentValue& count, std::size_t size) {
             return count.index() ? count : ComponentValue(static_cast<std::int32_t>(size));
           };
           if (operation == u"LanguageCount") {
-            result = told(languageCount, languages.size());
+            result = reported(languageCount, languages.size());
             return true;
           }
           if (operation == u"CodePageCount") {
-            result = told(pageCount, pages.size());
+            result = reported(pageCount, pages.size());
             return true;
           }
           const std::int32_t index = std::get<std::int32_t>(arguments.at(0));
@@ -174,7 +174,7 @@ TEST_F(Languages, TheComponentIsAskedOnceInOrderWithTheTagSetAndReleased) {
             }));
 }
 
-TEST_F(Languages, AStatusOtherThanZeroEndsTheWalkAndKeepsWhatWasRead) {
+TEST_F(Languages, AStatusOtherThanZeroEndsTheListAndKeepsWhatWasRead) {
   for (int bad = 0; bad < 3; ++bad) {
     lists.badLanguage = bad;
     lists.badPage = 2 - bad;
@@ -236,7 +236,7 @@ TEST_F(Languages, ATextThatIsANumberCountsAsOne) {
   EXPECT_EQ(clsLanguages(components).LanguageCount(), 1);
 }
 
-TEST_F(Languages, AStatusThatIsNoNumberEndsTheWalk) {
+TEST_F(Languages, AStatusThatIsNoNumberEndsTheList) {
   lists.badLanguage = 1;
   for (const ComponentValue& status :
        {ComponentValue(Text(u"bad")), ComponentValue(Text()), ComponentValue(ForeignValue())}) {

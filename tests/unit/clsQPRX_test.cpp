@@ -72,7 +72,7 @@ TEST_F(ProjectFile, ReadsAWholeProject) {
   EXPECT_EQ(Documents(), DocumentList({u"one.doc", u"sub\\two.doc"}));
 }
 
-TEST_F(ProjectFile, DocumentsOfTheFirstLanguageStandForAll) {
+TEST_F(ProjectFile, DocumentsOfTheFirstLanguageAreThoseOfAll) {
   EXPECT_TRUE(
       Parse("<language lc=\"fr\"/><document path=\"1\"/><document path=\"2\"/>"
             "<language lc=\"de\"/><document path=\"3\"/><document path=\"4\"/>"));
@@ -131,7 +131,7 @@ TEST_F(ProjectFile, PrefixIsTheDescriptionOrTheCode) {
   }
 }
 
-TEST_F(ProjectFile, PrefixMeetsItsCapitalsInEveryScript) {
+TEST_F(ProjectFile, PrefixIgnoresCaseInEveryScript) {
   EXPECT_TRUE(
       Parse("<language description=\"Ph\u01B0\u01A1ng \u0219 \u10D0 \u03C2\"/>"
             "<document path=\"PH\u01AF\u01A0NG \u0218 \u1C90 \u03A3\\a.qtd\"/>"));
@@ -238,7 +238,7 @@ TEST_F(ProjectFile, OutOfRangeLeavesTheOutputsUntouched) {
   EXPECT_EQ(lc + description + path, u"oldoldold");
 }
 
-TEST_F(ProjectFile, ACountSetFromOutsideIsNoWayOutOfTheList) {
+TEST_F(ProjectFile, ACountSetFromOutsideDoesNotReadBeyondTheList) {
   Text text;
   project.LangCount = 5;
   project.DocCount = 5;
@@ -246,7 +246,7 @@ TEST_F(ProjectFile, ACountSetFromOutsideIsNoWayOutOfTheList) {
   EXPECT_THROW(project.GetDocument(0, text), RuntimeError);
 }
 
-TEST_F(ProjectFile, ADuplicateAttributeFailsOutOfTheParse) {
+TEST_F(ProjectFile, ADuplicateAttributeFailsTheParse) {
   files.Put(kProjectFile, "<language lc=\"fr\"/><document path=\"a\" Path=\"b\"/>");
   try {
     project.ParseProjectFile(kProjectFile);

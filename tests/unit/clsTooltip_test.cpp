@@ -84,7 +84,7 @@ TEST_F(Tooltip, CreateSendsItsMessagesInTheirOrder) {
   EXPECT_EQ(tip.Title(), u"Name");
 }
 
-TEST_F(Tooltip, TimesOfMinusOneAreHandedOnAsTheyStand) {
+TEST_F(Tooltip, TimesOfMinusOneArePassedOnUnchanged) {
   const WindowHandle window = tip.Create(kParent, 0, 0, 1, 1, u"", 65, false, 1, u"", 0, 1, -1, -1);
   const std::vector<Sent>& sent = tips.tips[window].sent;
   EXPECT_EQ(sent[4], (Sent{1027, 3, std::intptr_t{-1}}));
@@ -138,7 +138,7 @@ TEST_F(Tooltip, SystemColoursAreResolved) {
   EXPECT_EQ(tip.BackCol(), desktop.SystemColorValue(0x18));
 }
 
-TEST_F(Tooltip, EqualColoursFallBackOnTheReferencesAsTheyStand) {
+TEST_F(Tooltip, EqualColoursFallBackToTheReferences) {
   const struct {
     Color fore;
     Color back;

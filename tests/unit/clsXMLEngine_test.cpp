@@ -175,7 +175,7 @@ TEST_F(XmlTokens, DocumentsAndTheirTokens) {
   }
 }
 
-TEST_F(XmlTokens, MissingTerminatorTakesTheRestAndTheKindOfItsStart) {
+TEST_F(XmlTokens, MissingTerminatorTakesTheRestWithTheKindOfItsStart) {
   const struct {
     TextView document;
     XMLTokenKind kind;
@@ -256,7 +256,7 @@ TEST_F(XmlTokens, OpenXMLWTakesATokenOfTheSameEngine) {
 }
 
 // The engine decodes in steps; terminators and keywords must be found across step boundaries.
-TEST_F(XmlTokens, TokensAcrossEveryPlaceOfTheDecodingStep) {
+TEST_F(XmlTokens, TokensAcrossEveryPositionOfTheDecodingStep) {
   const Text tail = u"<![CDATA[]]><!DOCTYPE []><!-- --><?a?><a b=\"é\"/></a>€<!b>";
   for (std::size_t fill = 4096 - tail.size() - 4; fill < 4100; ++fill) {
     for (const Text& head : {Text(fill, u'x'), u"<" + Text(fill - 1, u'-')}) {

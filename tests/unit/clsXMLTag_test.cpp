@@ -168,7 +168,7 @@ TEST(XmlTag, ParsesATextOfItsOwn) {
   ExpectTag(tag, {u"f", {{u"g", u"y"}}}, u"own unescaped text");
 }
 
-TEST(XmlTag, CopiesStandByThemselves) {
+TEST(XmlTag, CopiesAreIndependent) {
   clsXMLTag tag;
   tag.ParseTag(u"<a b=\"&lt;1\" c=\"2\">");
   const clsXMLTag copy = tag;
@@ -176,7 +176,7 @@ TEST(XmlTag, CopiesStandByThemselves) {
   ExpectTag(copy, {u"a", {{u"b", u"<1"}, {u"c", u"2"}}}, u"copy");
 }
 
-TEST(XmlTag, AnObjectThatGaveItselfAwayCanBeUsedAgain) {
+TEST(XmlTag, AMovedFromObjectCanBeUsedAgain) {
   clsXMLTag tag;
   tag.ParseTag(u"<a b=\"1\">");
   const clsXMLTag taken = std::move(tag);
@@ -186,7 +186,7 @@ TEST(XmlTag, AnObjectThatGaveItselfAwayCanBeUsedAgain) {
 }
 
 // The reader handles many units at once; nothing may be lost at block boundaries.
-TEST(XmlTag, TextsAcrossEveryPlaceOfTheSteps) {
+TEST(XmlTag, TextsAcrossEveryPositionOfTheSteps) {
   clsXMLTag tag;
   for (std::size_t fill = 0; fill < 300; ++fill) {
     const Text filled(fill, u'x');

@@ -69,7 +69,7 @@ TEST_F(About, ShowsItsTextsItsVersionAndItsPicture) {
   EXPECT_TRUE(opened.empty());
 }
 
-TEST_F(About, PictureFillsItsPlaceAtEveryResolution) {
+TEST_F(About, PictureFillsItsAreaAtEveryResolution) {
   for (const int dpi : {96, 120, 144, 168, 192, 216, 240, 288}) {
     desktop.dpi = {dpi, dpi};
     form.Load();
@@ -116,7 +116,7 @@ TEST_F(About, FocusOnTheHiddenButtonsFollowsTheirLinks) {
   EXPECT_EQ(opened.size(), 2u);
 }
 
-TEST_F(About, AcceleratorOfALinkPutsTheFocusBehindItAndThatOpensIt) {
+TEST_F(About, AccessKeyOfALinkPutsTheFocusOnItsHiddenButtonAndOpensIt) {
   form.Show();
   const struct {
     char16_t key;

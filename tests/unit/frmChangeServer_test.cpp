@@ -64,7 +64,7 @@ TEST_F(ChangeServer, BareNamesInTheListBecomeTagsWhateverTheUserDoes) {
   EXPECT_EQ(form.cmbServer.List(0), u"a<b");
 }
 
-TEST_F(ChangeServer, EntriesThatAreNoServersAreShownAsFarAsTheyGo) {
+TEST_F(ChangeServer, EntriesThatAreNoServersAreShownAsFarAsPossible) {
   list.AddMRU(u"<");
   list.AddMRU(u"<project-tracking server=\"a\" server=\"b\"/>");
   Load();
@@ -258,7 +258,7 @@ TEST_F(ChangeServer, FocusThatComesBackLeavesTheSelectionAlone) {
   EXPECT_EQ(desktop.modal.size(), 1u);
 }
 
-TEST_F(ChangeServer, ButtonsHideTheFormAndTellHowItWasLeft) {
+TEST_F(ChangeServer, ButtonsHideTheFormAndSetTheResult) {
   desktop.whenModal["frmChangeServer"] = [&](Form&) {
     form.cmdOK.UserClick();
     EXPECT_FALSE(form.Visible());

@@ -135,7 +135,7 @@ TEST_F(FontDialog, OpensOnTheSampleOfItsIndex) {
   });
 }
 
-TEST_F(FontDialog, OkCarriesFontAndColourOverCancelDoesNot) {
+TEST_F(FontDialog, OkCopiesFontAndColourAndCancelDoesNot) {
   colors.Choose(Rgb(200, 100, 50));
   const auto change = [](frmFont& form) {
     Choose(form.cmbFont, u"Courier New");

@@ -230,7 +230,7 @@ struct Incomplete {
 
 class LanSettingsIncomplete : public LanSettings, public testing::WithParamInterface<Incomplete> {};
 
-TEST_P(LanSettingsIncomplete, IsToldAndNothingIsWritten) {
+TEST_P(LanSettingsIncomplete, ShowsAMessageAndNothingIsWritten) {
   Open([&](frmLanSettings& form) {
     form.optOverride.UserClick();
     form.chkUseProxy.UserClick();
@@ -386,7 +386,7 @@ TEST_F(LanSettings, ANumberIsReadAsTheUserWritesNumbers) {
   Open([&](frmLanSettings& form) { EXPECT_EQ(form.txtProxyPort.Text(), u"8080"); });
 }
 
-TEST_F(LanSettings, WhatIsNoNumberEndsTheProgramWithTheRuntimesText) {
+TEST_F(LanSettings, ValueThatIsNoNumberEndsTheProgramWithTheRuntimesText) {
   struct Row {
     std::uint32_t kind;
     NarrowText data;

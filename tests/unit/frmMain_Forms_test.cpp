@@ -75,7 +75,7 @@ TEST_F(SplashInStartUp, CommandsOfOtherProgramsAreTakenMeanwhile) {
   EXPECT_EQ(world.main().dlgOpen.FileName, u"C:\\x.qprx");
 }
 
-TEST_F(SplashInStartUp, WhoEndsTheSessionDoesNotWaitForIt) {
+TEST_F(SplashInStartUp, EndOfTheSessionDoesNotWaitForIt) {
   world.desktop.posted.push_back([this] { world.main().UserClose(); });
   EXPECT_EQ(world.Start(), 0);
   EXPECT_FALSE(world.main().loaded());
@@ -84,7 +84,7 @@ TEST_F(SplashInStartUp, WhoEndsTheSessionDoesNotWaitForIt) {
   EXPECT_EQ(world.main().lblRun[kAnalyse]->Tag, u"q17gauge.exe") << "nothing more is done";
 }
 
-TEST_F(SplashInStartUp, FailureWhileItStandsEndsTheProcess) {
+TEST_F(SplashInStartUp, FailureWhileItIsShownEndsTheProcess) {
   world.settings.SaveSetting(u"Marl", u"Settings", u"Left", u"garbage");
   EXPECT_EQ(world.Start(), 1);
   ASSERT_EQ(world.desktop.messages.size(), 1u);
@@ -117,7 +117,7 @@ TEST_F(SecondStart, ShowsAndActivatesTheFirstWindow) {
   EXPECT_FALSE(world.main().Visible());
 }
 
-TEST_F(SecondStart, SaysSoWhenTheFirstSitsInTheTray) {
+TEST_F(SecondStart, ShowsAMessageIfTheFirstIsInTheTray) {
   world.desktop.others = {{u"Marl : server.example", false}};
   EXPECT_EQ(world.Start(), 0);
   EXPECT_EQ(world.desktop.messages,
@@ -126,7 +126,7 @@ TEST_F(SecondStart, SaysSoWhenTheFirstSitsInTheTray) {
   EXPECT_TRUE(world.desktop.activated.empty());
 }
 
-TEST_F(SecondStart, SaysSoWhileTheFirstShowsItsSplash) {
+TEST_F(SecondStart, ShowsAMessageWhileTheFirstShowsItsSplash) {
   world.desktop.others = {{u""}, {u"Marl", false}};
   EXPECT_EQ(world.Start(), 0);
   ASSERT_EQ(world.desktop.messages.size(), 1u);
@@ -146,7 +146,7 @@ TEST_F(SecondStart, RunsTheRegistrarAndTouchesNothingElse) {
   EXPECT_TRUE(world.desktop.offers.empty());
 }
 
-TEST(AboutFromTheMenu, StandsAboveTheMainFormAndItsLinksReachTheShell) {
+TEST(AboutFromTheMenu, IsAboveTheMainFormAndItsLinksReachTheShell) {
   World world;
   world.Start();
   world.shell.started.clear();

@@ -136,7 +136,7 @@ constexpr Shortcut ShiftF(int number) { return {kKeyF1 + number - 1, false, true
 
 }  // namespace
 
-TEST_F(MenuBar, StandsAsInTheTable) {
+TEST_F(MenuBar, IsAsInTheTable) {
   world.Start();
   const std::vector<Menu*> tops = Tops();
   ASSERT_EQ(tops.size(), Table().size());

@@ -110,7 +110,7 @@ TEST_F(MainOptions, FreshUserSeesBoxes7And8AndTheSwitchboardsOwnChecked) {
   EXPECT_EQ(Shown(), (Boxes{1, 0, 0, 0, 1, 0, 0, 1, 1}));
 }
 
-TEST_F(MainOptions, EveryBoxShowsItsStoreInverted) {
+TEST_F(MainOptions, StoredValuesOppositeToTheDefaultsAreShown) {
   world.PutSetting(u"Tooltips", u"False");
   world.PutSetting(u"Tools", u"True");
   world.PutSetting(u"Wizard", u"N");
@@ -227,7 +227,7 @@ TEST_F(MainOptions, DialogIsGoneAfterwards) {
   EXPECT_EQ(world.desktop.forms(), std::vector<Form*>{&main()});
 }
 
-TEST_F(MainOptions, NothingIsWrittenBeforeTheDialogIsLeft) {
+TEST_F(MainOptions, NothingIsWrittenBeforeTheDialogIsClosed) {
   Open([&](frmOptions& form) {
     for (CheckBox& box : form.chkOptions) box.UserClick();
     EXPECT_TRUE(ValuesOf(registry(), kCurrentUser, kBenchKey).empty());
@@ -261,7 +261,7 @@ TEST_F(MainOptions, ContextMenuProgramIsStartedByItsFullPath) {
   EXPECT_EQ(world.shell.programs, std::vector<Text>{u"C:\\Program Files\\The Suite\\Q17Shell.exe"});
 }
 
-TEST_F(MainOptions, ContextMenuProgramThatNeedsMoreRightsIsStartedByTheShell) {
+TEST_F(MainOptions, ContextMenuProgramThatNeedsElevationIsStartedByTheShell) {
   world.shell.runStatus = kElevationRequired;
   Choose({1, 0, 0, 1, 1, 0, 0, 1, 1});
   ASSERT_FALSE(world.shell.started.empty());
@@ -348,7 +348,7 @@ TEST_F(MainOptions, TooltipsComeAndGoAtOnce) {
   EXPECT_EQ(Tips(), all);
 }
 
-TEST_F(MainOptions, FlagsAreSavedWhenTheMainFormGoes) {
+TEST_F(MainOptions, FlagsAreSavedWhenTheMainFormUnloads) {
   Choose({0, 1, 0, 0, 1, 0, 0, 1, 1});
   main().Unload();
   EXPECT_EQ(world.Setting(u"Tooltips"), u"False");
@@ -658,7 +658,7 @@ TEST_F(MainOptions, SegmentationComponentIsCalledOnceWithoutArgumentsAndReleased
   EXPECT_EQ(world.desktop.modal, std::vector<std::string>{"frmOptions"});
 }
 
-TEST_F(MainOptions, SegmentationComponentThatFailsEndsTheProgramWithItsWords) {
+TEST_F(MainOptions, SegmentationComponentThatFailsEndsTheProgramWithItsText) {
   world.components.registered[Text(kSegmentation)] = [](const Text&, auto&, auto&, Text& failure) {
     failure = u"No rules today";
     return false;
@@ -675,7 +675,7 @@ TEST_F(MainOptions, SegmentationComponentThatCannotBeMadeIsAFailureToo) {
   EXPECT_TRUE(world.desktop.ended());
 }
 
-TEST_F(MainOptions, ComesUpOverTheMainForm) {
+TEST_F(MainOptions, OpensOverTheMainForm) {
   Start();
   main().Move(2400, 1500);
   Open([&](frmOptions& form) {

@@ -171,7 +171,7 @@ TEST_F(Projects, EmptyCommandOfAnotherProgramMeansNoProject) {
   EXPECT_EQ(world.fileDialogs.shown.size(), 1u);
 }
 
-TEST_F(Projects, MissingDocumentIsToldAndTheProjectStays) {
+TEST_F(Projects, MissingDocumentShowsAMessageAndTheProjectStays) {
   world.files.Erase(u"C:\\P\\French\\sub\\report.qtd");
   current() = kProject;
   Choose("mnuTranslateProject");
@@ -180,7 +180,7 @@ TEST_F(Projects, MissingDocumentIsToldAndTheProjectStays) {
   EXPECT_EQ(world.desktop.forms().size(), 1u);
 }
 
-TEST_F(Projects, MissingEditorIsToldByTheLauncher) {
+TEST_F(Projects, MissingEditorIsReportedByTheLauncher) {
   world.files.Erase(u"C:\\Suite\\Q17Bench.exe");
   current() = kProject;
   Choose("mnuTranslateProject");

@@ -69,7 +69,7 @@ const NarrowText kBeta("<project-tracking server=\"beta\" ssl=\"no\" port=\"80\"
 
 }  // namespace
 
-TEST_F(MainServers, NoStoredServerIsSaidInTheTitleAndGreysTrackProjectsOnly) {
+TEST_F(MainServers, TitleSaysThatThereIsNoServerAndOnlyTrackProjectsIsGrey) {
   Start();
   EXPECT_EQ(main().Caption(), u"Marl : [no server]");
   EXPECT_EQ(main().CurrentServerTag(), u"");
@@ -82,7 +82,7 @@ TEST_F(MainServers, NoStoredServerIsSaidInTheTitleAndGreysTrackProjectsOnly) {
   }
 }
 
-TEST_F(MainServers, StoredServerIsSaidInTheTitleAndOpensTrackProjects) {
+TEST_F(MainServers, TitleShowsTheStoredServerAndTrackProjectsIsEnabled) {
   Store("alpha");
   Start();
   EXPECT_EQ(main().Caption(), u"Marl : alpha");
@@ -295,7 +295,7 @@ struct Typed {
 class MainServersTyped : public MainServers, public testing::WithParamInterface<Typed> {};
 
 // Without a component of the suite: the user's text is used unescaped if that makes an element.
-TEST_P(MainServersTyped, NameIsTakenAsTold) {
+TEST_P(MainServersTyped, NameIsUsedUnescaped) {
   Start();
   ChangeTo(GetParam().name);
   EXPECT_EQ(main().CurrentServerTag(), GetParam().tag);
@@ -331,7 +331,7 @@ TEST_F(MainServers, NameThatEndsTheElementIsRefusedByTheBuiltInClient) {
   EXPECT_EQ(world.desktop.messages[0].text, world.strings.Get(kServerRefusedString));
 }
 
-TEST_F(MainServers, AttributeThatStandsThereTwiceEndsNoPress) {
+TEST_F(MainServers, DuplicateAttributeDoesNotStopAPress) {
   world.components.registered[Text(kClient)] = {};
   Start();
   ChangeTo(u"x\" server=\"y");

@@ -86,7 +86,7 @@ TEST_F(ButtonTips, SwitchingOffRemovesThemWithTheNextBinding) {
   EXPECT_TRUE(world.tips.tips.empty());
 }
 
-TEST_F(ButtonTips, EachBindingMakesAllAnew) {
+TEST_F(ButtonTips, EachBindingRecreatesAll) {
   world.Start();
   const int before = world.tips.created;
   world.main().BindTooltips();
@@ -94,7 +94,7 @@ TEST_F(ButtonTips, EachBindingMakesAllAnew) {
   EXPECT_EQ(world.tips.tips.size(), 18u);
 }
 
-TEST_F(ButtonTips, EachLayoutBindsThemAnew) {
+TEST_F(ButtonTips, EachLayoutRecreatesThem) {
   world.Start();
   SkinSettings skin;
   skin.DisplayIcons.replace(3 * 4, 3, u"030");
@@ -108,7 +108,7 @@ TEST_F(ButtonTips, EachLayoutBindsThemAnew) {
   EXPECT_EQ(Tool(3).hwnd, world.main().hWnd());
 }
 
-TEST_F(ButtonTips, GoWithTheMainForm) {
+TEST_F(ButtonTips, AreDestroyedWithTheMainForm) {
   world.Start();
   world.application.reset();
   EXPECT_TRUE(world.tips.tips.empty());

@@ -209,7 +209,7 @@ TEST_F(TrayForm, ExitFromTheTrayUnloadsWithoutShowingTheWindow) {
   EXPECT_EQ(world.settings.GetSetting(u"Marl", u"Settings", u"WindowState", u""), u"1");
 }
 
-TEST_F(TrayForm, TaskbarMadeAnewShowsTheIconAgain) {
+TEST_F(TrayForm, RestartedTaskbarShowsTheIconAgain) {
   Start();
   const std::vector<NotifyIconData> before = world.tray.icons;
   world.tray.Restart();
@@ -227,7 +227,7 @@ TEST_F(TrayForm, LosingActivationRepaintsTheButtons) {
   EXPECT_EQ(peer.invalidated.size(), 36u);
 }
 
-TEST_F(TrayForm, RightClickDuringTheSplashMeetsNoMenuAndIsIgnored) {
+TEST_F(TrayForm, RightClickDuringTheSplashIsIgnored) {
   bool asked = false;
   world.desktop.posted.push_back([&] {
     window = world.main().hWnd();
@@ -245,7 +245,7 @@ TEST_F(TrayForm, RightClickDuringTheSplashMeetsNoMenuAndIsIgnored) {
   EXPECT_EQ(world.tray.popups, 1) << "start-up has gone on to its end";
 }
 
-TEST_F(TrayForm, BeforeTheHookTheMenuDoesNothing) {
+TEST_F(TrayForm, BeforeTheHookIsInstalledTheMenuDoesNothing) {
   Start();
   world.main().TrayReady = false;
   world.desktop.foreground = nullptr;

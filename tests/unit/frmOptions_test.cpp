@@ -128,7 +128,7 @@ TEST_F(Options, AMissingTextEndsTheProgramWithItsId) {
   EXPECT_TRUE(desktop.modal.empty());
 }
 
-TEST_F(Options, EachControlStandsOnItsTab) {
+TEST_F(Options, EachControlIsOnItsTab) {
   Open([&](frmOptions& form) {
     const std::vector<std::vector<const Control*>> tabs = {
         {&form.chkOptions[1], &form.chkOptions[4], &form.chkOptions[0], &form.cmdDisplay},
@@ -173,14 +173,14 @@ TEST_F(Options, NothingOfAPanelIsCutOff) {
   });
 }
 
-TEST_F(Options, ComesUpOverTheCentreOfTheMainForm) {
+TEST_F(Options, OpensOverTheCentreOfTheMainForm) {
   Open([&](frmOptions& form) {
     EXPECT_EQ(form.Left(), CLng(mainForm.Left() + (mainForm.Width() - form.Width()) / 2.0));
     EXPECT_EQ(form.Top(), CLng(mainForm.Top() + (mainForm.Height() - form.Height()) / 2.0));
   });
 }
 
-TEST_F(Options, StandsOutOfTheScreenWhereTheMainFormDoes) {
+TEST_F(Options, MayBeOffTheScreenIfTheMainFormIs) {
   mainForm.Move({-3000, -2000, 1500, 1201});
   Open([&](frmOptions& form) {
     EXPECT_EQ(form.Left(), CLng(-3000 + (1500 - form.Width()) / 2.0));
@@ -188,7 +188,7 @@ TEST_F(Options, StandsOutOfTheScreenWhereTheMainFormDoes) {
   });
 }
 
-TEST_F(Options, HalfATwipGoesToTheEvenOne) {
+TEST_F(Options, HalfATwipIsRoundedToEven) {
   int width = 0;
   Open([&](frmOptions& form) { width = form.Width(); });
   // Positions n + 1/2 and n + 1 + 1/2: one is rounded up, the other down, both to an even twip.
@@ -260,7 +260,7 @@ TEST_F(Options, NumbersAreNotPadded) {
   Open([&](frmOptions& form) { EXPECT_EQ(form.lstRegEx.ListCount(), 0); });
 }
 
-TEST_F(Options, EachLoadingReadsTheListAnew) {
+TEST_F(Options, EachLoadingReadsTheListAgain) {
   PlantList({"a", "b"});
   desktop.whenModal["frmOptions"] = [](Form& form) {
     static_cast<frmOptions&>(form).cmdCancel.UserClick();
@@ -391,7 +391,7 @@ TEST_F(Options, ClearTakesAllRows) {
       << "an empty list leaves no key at all";
 }
 
-TEST_F(Options, OkWithoutRowsAndWithoutKeyMakesNone) {
+TEST_F(Options, OkWithoutRowsAndWithoutKeyCreatesNone) {
   Open([](frmOptions& form) { form.cmdOK.UserClick(); });
   EXPECT_FALSE(HasKey(registry, kCurrentUser, kSegmentList));
 }
@@ -429,7 +429,7 @@ TEST_F(Options, CancelAndTheCloseBoxStoreNothing) {
   EXPECT_TRUE(registry.written.empty());
 }
 
-TEST_F(Options, NewRowIsStoredAsItStands) {
+TEST_F(Options, NewRowIsStoredWithItsText) {
   Open([](frmOptions& form) {
     form.cmdAddRegEx.UserClick();
     form.cmdOK.UserClick();

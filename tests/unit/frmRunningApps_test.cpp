@@ -85,7 +85,7 @@ TEST_F(RunningApps, CancelGivesOneAndHides) {
   EXPECT_EQ(form.CancelButton(), &form.cmdCancel);
 }
 
-TEST_F(RunningApps, TitleBarsCloseBoxStays) {
+TEST_F(RunningApps, CloseBoxMeansStay) {
   form.Show();
   form.UserClose();
   EXPECT_EQ(form.Result, frmRunningApps::kStay);

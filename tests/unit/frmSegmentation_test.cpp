@@ -75,7 +75,7 @@ TEST_F(SegmentationForm, BothListsAreEditedAndStoredByOk) {
   EXPECT_EQ(Rules(), (SegmentationRules{{u"b", u"new"}, {u"xy", u"z"}}));
 }
 
-TEST_F(SegmentationForm, RowsThatNobodyWroteAreNotStored) {
+TEST_F(SegmentationForm, RowsWithTheTextOfANewRowAreNotStored) {
   for (const char* const language : {"en", "de"}) {
     resource = MemoryStrings(language);
     Open([](frmSegmentation& form) {

@@ -66,7 +66,7 @@ TEST_F(SelectFile, EnterIsOkAndEscIsCancel) {
   EXPECT_EQ(form.CancelButton(), &form.cmdCancel);
 }
 
-TEST_F(SelectFile, ListsKnowNothingOfEachOther) {
+TEST_F(SelectFile, ListsAreIndependent) {
   form.Load();
   for (const TextView text : {u"a", u"b"}) {
     form.cmbLanguage.AddItem(text);

@@ -54,7 +54,7 @@ TEST_F(Splash, VersionIsWrittenInWhiteInTheFontOfTheDesign) {
   form.Unload();
 }
 
-TEST_P(SplashDismissal, EndsTheSplashOnceItMayGo) {
+TEST_P(SplashDismissal, ClosesTheSplashOnceItMayClose) {
   form.Show();
   form.SetCanDismiss(true);
   ASSERT_TRUE(form.loaded());
@@ -63,7 +63,7 @@ TEST_P(SplashDismissal, EndsTheSplashOnceItMayGo) {
   EXPECT_TRUE(desktop.forms().empty());
 }
 
-TEST_P(SplashDismissal, LeavesTheSplashUntilThen) {
+TEST_P(SplashDismissal, KeepsTheSplashUntilThen) {
   form.Show();
   desktop.Event([&] { GetParam().run(form, desktop); });
   EXPECT_TRUE(form.loaded());
@@ -71,7 +71,7 @@ TEST_P(SplashDismissal, LeavesTheSplashUntilThen) {
   EXPECT_FALSE(form.CanDismiss());
 }
 
-TEST_P(SplashDismissal, LeavesASplashThatMayNoLongerGo) {
+TEST_P(SplashDismissal, KeepsASplashThatMayNoLongerClose) {
   form.Show();
   form.SetCanDismiss(true);
   form.SetCanDismiss(false);
@@ -82,7 +82,7 @@ TEST_P(SplashDismissal, LeavesASplashThatMayNoLongerGo) {
 INSTANTIATE_TEST_SUITE_P(Acts, SplashDismissal, testing::ValuesIn(kActs),
                          [](const auto& act) { return std::string(act.param.name); });
 
-TEST_F(Splash, StandsToTheEndOfFiveSecondsAndNotAMomentLonger) {
+TEST_F(Splash, StaysForExactlyFiveSeconds) {
   form.Show();
   form.SetCanDismiss(true);
   desktop.Advance(4999);
@@ -91,7 +91,7 @@ TEST_F(Splash, StandsToTheEndOfFiveSecondsAndNotAMomentLonger) {
   EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(Splash, GoesAtOnceWhenStartUpTookLongerThanTheTimer) {
+TEST_F(Splash, ClosesAtOnceIfStartUpTookLongerThanTheTimer) {
   form.Show();
   desktop.Advance(5000);
   EXPECT_TRUE(form.loaded());
@@ -99,7 +99,7 @@ TEST_F(Splash, GoesAtOnceWhenStartUpTookLongerThanTheTimer) {
   EXPECT_FALSE(form.loaded());
 }
 
-TEST_F(Splash, StaysAfterTheTimerAsLongAsItMayNotGo) {
+TEST_F(Splash, StaysAfterTheTimerUntilItMayClose) {
   form.Show();
   desktop.Advance(60000);
   EXPECT_TRUE(form.loaded());
@@ -110,7 +110,7 @@ TEST_F(Splash, StaysAfterTheTimerAsLongAsItMayNotGo) {
   EXPECT_TRUE(form.loaded());
 }
 
-TEST_F(Splash, KeyBeforeTheTimerEndsASplashThatMayGo) {
+TEST_F(Splash, KeyBeforeTheTimerClosesASplashThatMayClose) {
   form.Show();
   form.SetCanDismiss(true);
   desktop.Advance(1200);
@@ -168,7 +168,7 @@ TEST_F(Splash, IsAsLargeAtEveryResolution) {
   }
 }
 
-TEST_F(Splash, VersionStandsAtSixTenthsOfThePictureRoundedToAWholeTwip) {
+TEST_F(Splash, VersionIsAtSixTenthsOfThePictureRoundedToAWholeTwip) {
   struct Odd : Pictures {
     PicturePtr Load(int) override { return std::make_shared<const Picture>(301, 207); }
     void Prepare(int) override {}

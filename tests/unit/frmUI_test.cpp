@@ -218,7 +218,7 @@ TEST_F(DisplaySettings, TheBarRunsFrom0To359InStepsOf30) {
   });
 }
 
-TEST_F(DisplaySettings, AnAbsentKeyShowsWhatIsOnTheScreen) {
+TEST_F(DisplaySettings, AMissingKeyShowsThePanelsLook) {
   screen = Different();
   Open([&](frmUI& form) {
     EXPECT_EQ(Shown(form), Different());
@@ -236,7 +236,7 @@ TEST_F(DisplaySettings, StoredValuesAreShown) {
   });
 }
 
-TEST_F(DisplaySettings, AMissingValueAloneComesFromTheScreen) {
+TEST_F(DisplaySettings, AMissingValueComesFromThePanelsLook) {
   screen = Different();
   Plant("Angle", 7);
   Plant("Font1", "Arial|20|");
@@ -287,7 +287,7 @@ INSTANTIATE_TEST_SUITE_P(
         Mapping{"IconsPerRow", 2, 2}, Mapping{"IconsPerRow", 7, 2}, Mapping{"IconsPerRow", kLow, 2},
         Mapping{"IconsPerRow", kHigh, 2}, Mapping{"IconsPerRow", 0, 2}));
 
-TEST_F(DisplaySettings, AStoredOrderThatThePanelCouldNotUseLeavesTheOneOnTheScreen) {
+TEST_F(DisplaySettings, AStoredOrderThatThePanelCannotUseLeavesThePanelsOrder) {
   screen = Different();
   for (const char* const order : {"", "001", "001|011", "rubbish", "|||||||||||||||||"}) {
     Plant("DisplayIcons", order);
@@ -340,7 +340,7 @@ TEST_F(DisplaySettings, TheOrdersTextIsAlwaysInItsNormalForm) {
   });
 }
 
-TEST_F(DisplaySettings, AButtonMayStandTwiceAndMoreThan18RowsAreKept) {
+TEST_F(DisplaySettings, AButtonMayOccurTwiceAndMoreThan18RowsAreKept) {
   const Text order = Text(kOrder) + u"|051|050";
   Open([&](frmUI& form) {
     form.SetDisplayIcons(order);
@@ -410,7 +410,7 @@ TEST_F(DisplaySettings, AGradientColourRepaintsTheSampleAndABevelColourDoesNot) 
   });
 }
 
-TEST_F(DisplaySettings, TheColourDialogStartsFromTheSwatchAndIsWhole) {
+TEST_F(DisplaySettings, TheColourDialogStartsFromTheSwatchFullyOpen) {
   screen = Different();
   Open([&](frmUI& form) {
     for (const int index : {0, 1, 4, 5}) form.cmdSetColor(index).UserClick();
@@ -640,7 +640,7 @@ TEST_F(DisplaySettings, ADragOverSeveralRowsAtOnceGoesInBothDirections) {
   });
 }
 
-TEST_F(DisplaySettings, ADragForthAndBackInOneGoChangesNothing) {
+TEST_F(DisplaySettings, ADragForthAndBackChangesNothing) {
   Open([&](frmUI& form) {
     DropRows(form, 5, {9, 17, 0, 3, 5});
     EXPECT_EQ(Buttons(form), InOrder());
@@ -670,7 +670,7 @@ TEST_F(DisplaySettings, ADragFromBelowTheRowsWithoutASelectionTakesNothing) {
 
 // ---- Skin files
 
-TEST_F(DisplaySettings, TheSkinDialogsAreSetUpAsTold) {
+TEST_F(DisplaySettings, TheSkinDialogsHaveTitleFilterAndFolder) {
   Open([&](frmUI& form) {
     form.cmdLoad.UserClick();
     form.cmdSave.UserClick();
@@ -727,7 +727,7 @@ TEST_F(DisplaySettings, ACancelledSkinDialogChangesNothing) {
   }
 }
 
-TEST_F(DisplaySettings, SavingWritesTheToldLines) {
+TEST_F(DisplaySettings, SavingWritesOneLinePerParameter) {
   Store(Different());
   fileDialogs.Choose(kSkinPath);
   Open([&](frmUI& form) { form.cmdSave.UserClick(); });
@@ -833,7 +833,7 @@ class DisplaySettingsSkin : public DisplaySettings,
                             public testing::WithParamInterface<HostileSkin> {};
 
 // Each skin is followed by a valid parameter: a refused one does not stop the reading.
-TEST_P(DisplaySettingsSkin, WhatAControlRefusesIsPassedOver) {
+TEST_P(DisplaySettingsSkin, WhatAControlRefusesIsSkipped) {
   PutSkin(std::string(GetParam().parameters) + "<parameter name=\"border2\" value=\"77\"/>");
   SkinSettings expected = GetParam().expected;
   expected.Border2 = 77;
@@ -957,7 +957,7 @@ TEST_F(DisplaySettings, CancelAfterChangingEverythingWritesNothing) {
   EXPECT_TRUE(stayedLoaded);
 }
 
-TEST_F(DisplaySettings, TheCloseBoxWritesNothingAndIsNoCancelButton) {
+TEST_F(DisplaySettings, TheCloseBoxWritesNothingButIsNotCancelled) {
   Open([&](frmUI& form) {
     form.chkThickBorder.UserClick();
     form.UserClose();
@@ -1116,7 +1116,7 @@ TEST_F(DisplaySettingsOnTheSwitchboard, ASwitchboardMayHaveNoButtons) {
   for (const auto& picture : world.main().imgRun) EXPECT_TRUE(picture->Visible());
 }
 
-TEST_F(DisplaySettingsOnTheSwitchboard, ASkinLoadedAndConfirmedIsThePanels) {
+TEST_F(DisplaySettingsOnTheSwitchboard, ALoadedSkinIsThePanelsAfterOk) {
   world.files.Put(u"C:\\Suite\\Skins\\Mine.qsk",
                   PARAMETER("angle", "45") PARAMETER("iconsperrow", "3")
                       PARAMETER("font1", "Tahoma|12|") PARAMETER("text1", "255"));

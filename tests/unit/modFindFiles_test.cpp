@@ -58,7 +58,7 @@ TEST_F(FindFilesTest, LookAlikesStay) {
   EXPECT_EQ(Find(u"C:\\P"), Paths{u"C:\\P\\.qtd"});
 }
 
-TEST_F(FindFilesTest, SubfoldersStandInTheirPlaceAmongTheEntries) {
+TEST_F(FindFilesTest, SubfoldersAreListedInPlaceAmongTheEntries) {
   files.Put(u"C:\\P\\a.qtd", "");
   files.Put(u"C:\\P\\b\\1.qtd", "");
   files.Put(u"C:\\P\\b\\c\\2.qtd", "");
@@ -121,7 +121,7 @@ TEST_F(FindFilesTest, FolderNamedLikeAFileIsEnteredAndNotListed) {
   EXPECT_EQ(Find(u"C:\\P"), Paths());
 }
 
-TEST_F(FindFilesTest, WithoutRecursionSubfoldersArePassedBy) {
+TEST_F(FindFilesTest, WithoutRecursionSubfoldersAreSkipped) {
   files.Put(u"C:\\P\\a.qtd", "");
   files.Put(u"C:\\P\\b.qtd\\c.qtd", "");
   EXPECT_EQ(Find(u"C:\\P", kFilters, u"*", 0), Paths{u"C:\\P\\a.qtd"});
@@ -136,7 +136,7 @@ TEST_F(FindFilesTest, HiddenSystemAndReadOnlyFilesAreFoundToo) {
   EXPECT_EQ(Find(u"C:\\P").size(), 4u);
 }
 
-TEST_F(FindFilesTest, PatternIsHeldAgainstTheFolderAndNotTheName) {
+TEST_F(FindFilesTest, PatternIsMatchedAgainstTheFolderAndNotTheName) {
   files.Put(u"C:\\P\\a.qtd", "");
   files.Put(u"C:\\P\\Sub\\b.qtd", "");
   EXPECT_EQ(Find(u"C:\\P", kFilters, u"*.qtd"), Paths());
@@ -144,7 +144,7 @@ TEST_F(FindFilesTest, PatternIsHeldAgainstTheFolderAndNotTheName) {
   EXPECT_EQ(Find(u"C:\\P", kFilters, u"*\\SUB\\"), Paths()) << "its case counts";
 }
 
-TEST_F(FindFilesTest, PatternBehindTheLastBarIsNotSeen) {
+TEST_F(FindFilesTest, PatternAfterTheLastBarIsIgnored) {
   files.Put(u"C:\\P\\a.qtd", "");
   files.Put(u"C:\\P\\b.obj", "");
   EXPECT_EQ(Find(u"C:\\P", u"*.qtd|*.obj"), Paths{u"C:\\P\\a.qtd"});
@@ -167,7 +167,7 @@ TEST_F(FindFilesTest, OtherShellPatternsWork) {
   EXPECT_EQ(Find(u"C:\\P", u"?b*|"), Paths{u"C:\\P\\ab.txt"});
 }
 
-TEST_F(FindFilesTest, MissingFolderHasNothingInIt) {
+TEST_F(FindFilesTest, MissingFolderIsEmpty) {
   EXPECT_EQ(Find(u"C:\\Nowhere"), Paths());
   EXPECT_EQ(Find(u"Z:"), Paths());
   EXPECT_EQ(events, 0);

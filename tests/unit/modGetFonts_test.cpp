@@ -37,7 +37,7 @@ TEST_F(GetFonts, ASortedListSortsThem) {
   EXPECT_EQ(Filled(), (std::vector<Text>{u"arial", u"Courier", u"Tahoma"}));
 }
 
-TEST_F(GetFonts, TheSameNameTwiceStandsTwice) {
+TEST_F(GetFonts, TheSameNameTwiceIsListedTwice) {
   fonts.faces = {u"Arial", u"Arial"};
   EXPECT_EQ(Filled(), fonts.faces);
 }

@@ -92,22 +92,22 @@ TEST_F(LocaleFonts, ALocaleThatThePlatformDoesNotKnowGetsTheDefaultCharset) {
   EXPECT_EQ(form.Font(), MakeFont(u"", Points(8), 0));
 }
 
-TEST_F(LocaleFonts, ControlsWithoutAFontArePassedOver) {
+TEST_F(LocaleFonts, ControlsWithoutAFontAreSkipped) {
   locales.UseCodePage("932");
   ApplyLocaleFont(form, locales);
   for (Control* control : WithoutFont()) EXPECT_EQ(control->Font(), design) << control->name();
 }
 
-TEST(LocaleCodePage, IsTheNumberThatTheLocaleTells) {
+TEST(LocaleCodePage, IsTheLocalesNumber) {
   MemoryLocale locales;
   const struct {
-    const char* told;
+    const char* number;
     std::int32_t codePage;
   } rows[] = {{"1252", 1252},   {"932", 932}, {"0", 0},  {"", 0},
               {"65001", 65001}, {"many", 0},  {"-5", 0}, {"99999999999", 0}};
   for (const auto& row : rows) {
-    locales.UseCodePage(row.told);
-    EXPECT_EQ(GetLocaleCodePage(locales.ThreadLocale(), locales), row.codePage) << row.told;
+    locales.UseCodePage(row.number);
+    EXPECT_EQ(GetLocaleCodePage(locales.ThreadLocale(), locales), row.codePage) << row.number;
   }
   EXPECT_EQ(GetLocaleCodePage(0x411, locales), 932);
   // The platform returns nothing that does not fit the buffer.
@@ -171,7 +171,7 @@ TEST(UserNumberFormat, SeparatorsAreThoseOfTheThreadsLocale) {
   EXPECT_EQ(UserNumberFormat(locales).group, u'.');
 }
 
-TEST(UserNumberFormat, ALocaleThatTellsNothingHasPointAndComma) {
+TEST(UserNumberFormat, AnUnknownLocaleHasPointAndComma) {
   MemoryLocale locales;
   locales.threadLocale = 0x10000;
   EXPECT_EQ(UserNumberFormat(locales).decimal, u'.');

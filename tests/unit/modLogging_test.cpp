@@ -25,7 +25,7 @@ TEST_F(Logging, TheProgramShipsWithoutALog) {
   log.CloseDebugLog();
 }
 
-TEST_F(Logging, SwitchedOnItStartsAfresh) {
+TEST_F(Logging, SwitchedOnItStartsANewFile) {
   files.Put(kLog, "yesterday");
   modLogging log(files, u"C:\\Suite", true);
   log.OpenDebugLog();

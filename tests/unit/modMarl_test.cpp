@@ -78,7 +78,7 @@ TEST_F(Hook, KeepsTheProcedureAndPassesMessagesOn) {
   EXPECT_EQ(hooks.reached, (std::vector<Message>{{kMain, 0x200, 1, 2}}));
 }
 
-TEST_F(Hook, OfAWindowThatIsNotThereKeepsNothing) {
+TEST_F(Hook, OfAMissingWindowKeepsNothing) {
   module.UnhookWindow(kMain);
   hooks.replaces = false;
   module.HookWindow(kOther);
@@ -106,7 +106,7 @@ TEST(UnhookWindow, WithoutAHookOnlyStopsThePassing) {
   EXPECT_TRUE(hooks.putBack.empty());
 }
 
-TEST(UnhookWindow, HappensWithTheEndOfTheModuleAtTheLatest) {
+TEST(UnhookWindow, HappensAtTheLatestWhenTheModuleIsDestroyed) {
   MemoryWindowHooks hooks;
   {
     MemoryTray tray;
@@ -117,7 +117,7 @@ TEST(UnhookWindow, HappensWithTheEndOfTheModuleAtTheLatest) {
   EXPECT_TRUE(hooks.listeners.empty());
 }
 
-TEST_F(Hook, MessagesOfOtherWindowsArePassedOnUntouched) {
+TEST_F(Hook, MessagesOfOtherWindowsArePassedOnUnchanged) {
   const std::uint32_t menu = hooks.NumberOf("msgMarlMenu");
   const std::uint32_t taskbar = hooks.NumberOf("TaskbarCreated");
   const std::vector<Message> messages = {
@@ -133,7 +133,7 @@ TEST_F(Hook, MessagesOfOtherWindowsArePassedOnUntouched) {
   EXPECT_TRUE(tray.calls.empty());
 }
 
-TEST_F(Hook, NullMessageIsSwallowedAndTheNextOneIsNot) {
+TEST_F(Hook, NullMessageIsDroppedAndTheNextOneIsNot) {
   EXPECT_EQ(hooks.Send(kMain, kWmNull), 0);
   EXPECT_TRUE(hooks.reached.empty());
   EXPECT_TRUE(module.PassToPrevious);
@@ -141,7 +141,7 @@ TEST_F(Hook, NullMessageIsSwallowedAndTheNextOneIsNot) {
   EXPECT_EQ(hooks.reached, (std::vector<Message>{{kMain, 1, 0, 0}}));
 }
 
-TEST_F(Hook, EachMessageDoesItsOwnAndGoesOnToTheWindow) {
+TEST_F(Hook, EachMessageIsHandledAndPassedOnToTheWindow) {
   const std::uint32_t menu = hooks.NumberOf("msgMarlMenu");
   const Case cases[] = {
       {menu, 9, 0x203, {"RestoreWindow"}},
@@ -170,7 +170,7 @@ TEST_F(Hook, EachMessageDoesItsOwnAndGoesOnToTheWindow) {
   EXPECT_TRUE(tray.calls.empty());
 }
 
-TEST_F(Hook, FailureIsIgnoredAndTheMessageGoesOn) {
+TEST_F(Hook, FailureIsIgnoredAndTheMessageIsPassedOn) {
   form.fails = true;
   const std::uint32_t menu = hooks.NumberOf("msgMarlMenu");
   for (const std::intptr_t what : {0x203, 0x205}) {
@@ -190,7 +190,7 @@ TEST_F(Hook, TrayRecordIsFilledAndAdded) {
   EXPECT_EQ(tray.calls, (std::vector<MemoryTray::Call>{{0, record}}));
 }
 
-TEST_F(Hook, TaskbarMadeAnewGetsTheSameIconAgain) {
+TEST_F(Hook, RestartedTaskbarGetsTheSameIconAgain) {
   tray.windowIcons[kMain] = 4711;
   module.AddTrayIcon(1172);
   const NotifyIconData record = module.TrayIconRecord;
@@ -202,13 +202,13 @@ TEST_F(Hook, TaskbarMadeAnewGetsTheSameIconAgain) {
   EXPECT_EQ(tray.icons, std::vector<NotifyIconData>{record});
 }
 
-TEST_F(Hook, TaskbarThatStillKnowsTheIconShowsItOnce) {
+TEST_F(Hook, TaskbarThatStillHasTheIconShowsItOnce) {
   module.AddTrayIcon(1172);
   hooks.Send(kMain, hooks.NumberOf("TaskbarCreated"));
   EXPECT_EQ(tray.icons, std::vector<NotifyIconData>{module.TrayIconRecord});
 }
 
-TEST_F(Hook, RefusedIconIsNotNoticed) {
+TEST_F(Hook, RefusedIconIsIgnored) {
   tray.refuses = true;
   module.AddTrayIcon(1172);
   EXPECT_EQ(hooks.Send(kMain, hooks.NumberOf("TaskbarCreated")), hooks.ownResult);
@@ -238,7 +238,7 @@ TEST_F(Hook, RemovedIconIsFreedFirst) {
   EXPECT_EQ(ordered.calls.back().command, 2);
 }
 
-TEST(SwitchboardWindowProc, WithoutRegisteredNumbersSwallowsNullOnly) {
+TEST(SwitchboardWindowProc, WithoutRegisteredNumbersDropsNullOnly) {
   MemoryWindowHooks hooks;
   MemoryTray tray;
   MainForm form;

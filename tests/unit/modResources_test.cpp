@@ -95,7 +95,7 @@ TEST_F(FormStrings, ATagOfTextAndAToolTipOfASentenceStay) {
   EXPECT_EQ(button.ToolTipText(), u"Opens 10 files");
 }
 
-TEST_F(FormStrings, ACaptionThatIsANumberIsNoNameOnAnOrdinaryControl) {
+TEST_F(FormStrings, ACaptionThatIsANumberIsNoIdOnAnOrdinaryControl) {
   Label label(form, "lbl");
   label.SetCaption(u"10");
   Load();
@@ -134,7 +134,7 @@ TEST_F(FormStrings, ControlsWithoutACaptionTakeTheirToolTipAlone) {
   EXPECT_EQ(changes, 0);
 }
 
-TEST_F(FormStrings, ControlsWithNeitherArePassedOver) {
+TEST_F(FormStrings, ControlsWithNeitherAreSkipped) {
   Shape shape(form, "shp");
   Line line(form, "lin");
   Timer timer(form, "tmr");

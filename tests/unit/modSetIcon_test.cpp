@@ -34,7 +34,7 @@ TEST_F(SetIcon, FormGetsTheBigIconAndThenTheSmallOne) {
   EXPECT_EQ(icons.opened, std::vector<Text>{Text(kLibrary)});
 }
 
-TEST_F(SetIcon, OwnerAtTheTopOfTheChainIsToldFirst) {
+TEST_F(SetIcon, OwnerAtTheTopOfTheChainGetsThemFirst) {
   icons.owners = {{kWindow, 8}, {8, 9}};
   module.SetFormIcon(kWindow, kMarlIcon, true);
   EXPECT_EQ(
@@ -56,7 +56,7 @@ TEST_F(SetIcon, WindowWithoutAnOwnerReceivesEachMessageTwice) {
           {kWindow, 1, kBig}, {kWindow, 1, kBig}, {kWindow, 0, kSmall}, {kWindow, 0, kSmall}}));
 }
 
-TEST_F(SetIcon, BigAndSmallIconAreHandledEachByItself) {
+TEST_F(SetIcon, BigAndSmallIconAreIndependent) {
   icons.Put(kLibrary, kMarlIcon, kBig, 0);
   module.SetFormIcon(kWindow, kMarlIcon, false);
   EXPECT_EQ(icons.given, (std::vector<Given>{{kWindow, 1, kBig}}));
@@ -98,7 +98,7 @@ TEST_F(SetIcon, HandleIsLoadedInOneSizeAndGivenBack) {
   EXPECT_EQ(icons.destroyed, std::vector<IconHandle>{kSmall});
 }
 
-TEST_F(SetIcon, LibraryLiesBesideTheProgramAtADriveRootToo) {
+TEST_F(SetIcon, LibraryIsBesideTheProgramAtADriveRootToo) {
   process.programPath = u"D:\\Marl.exe";
   module.LoadIconHandle(kMarlIcon, false);
   EXPECT_EQ(icons.opened.back(), u"D:\\q17icl.oru");

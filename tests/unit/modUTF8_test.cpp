@@ -108,7 +108,7 @@ TEST_F(Utf8Writer, FlagsIndentByOneBlankALevel) {
   EXPECT_EQ(Written(), "a\r\n b\r\n  c\r\n  d\r\n  e\r\n \xC3\xA9\r\n");
 }
 
-TEST_F(Utf8Writer, OtherFlagsMeanNothing) {
+TEST_F(Utf8Writer, OtherFlagsAreIgnored) {
   utf8.OpenUTF8File(kSkinFile, false);
   utf8.WriteUTF8Line(0xFC, u"a");
   EXPECT_EQ(utf8.Indent(), 0);
@@ -204,7 +204,7 @@ TEST_F(Utf8Writer, AFailureInTheMiddleLeavesAPartialFile) {
   EXPECT_EQ(files.OpenFiles(), 0);
 }
 
-TEST_F(Utf8Writer, OpeningTheNextFileLosesTrackOfTheFirst) {
+TEST_F(Utf8Writer, OpeningTheNextFileClosesTheFirst) {
   utf8.OpenUTF8File(kSkinFile, false);
   utf8.WriteUTF8Line(0, u"a");
   utf8.OpenUTF8File(u"C:\\Out\\b.qsk", false);
@@ -223,7 +223,7 @@ TEST_F(Utf8Writer, EncodesEveryUnit) {
   EXPECT_EQ(DecodeUTF8(utf8.OutputBytes()), all);
 }
 
-TEST_F(Utf8Writer, FormsOfOneAndTwoBytesInEveryOrder) {
+TEST_F(Utf8Writer, UnitsOfOneAndTwoBytesInEveryOrder) {
   // Units are encoded four at a time; no byte may be lost or written past the end.
   for (std::size_t size = 0; size <= 9; ++size) {
     for (unsigned order = 0; order < 1u << size; ++order) {
@@ -250,7 +250,7 @@ TEST_F(Utf8Writer, DecodingUndoesEncodingForAnyUnits) {
   }
 }
 
-TEST(Utf8Decoder, LeadBytesAndFilesCutShort) {
+TEST(Utf8Decoder, LeadBytesAndTruncatedFiles) {
   const struct {
     const char* what;
     Bytes bytes;
@@ -290,7 +290,7 @@ TEST(Utf8Decoder, AgreesWithTheReferenceOnAnyBytes) {
   }
 }
 
-TEST(Utf8Decoder, StopsWhenTheRoomIsFullAndGoesOnFromThere) {
+TEST(Utf8Decoder, StopsWhenTheBufferIsFullAndGoesOnFromThere) {
   Documents documents(6);
   for (int round = reference::Rounds(5000); round > 0; --round) {
     const Bytes bytes = documents.MakeBytes(20);
