@@ -9,7 +9,7 @@ namespace {
 
 constexpr wchar_t kCallsVariable[] = L"MARL_TEST_CALLS";
 
-/// Another class for each registration.
+/// A new class id for each registration.
 std::wstring NextClass() {
   static int number = 0;
   std::array<wchar_t, 48> id = {};

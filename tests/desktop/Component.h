@@ -7,11 +7,11 @@
 
 namespace marl::desktop {
 
-/// The component that is built beside the tests, registered under a name of the suite's while this
+/// Registers the component that is built with the tests, under one of the suite's names, while this
 /// lives.
 class RegisteredComponent {
  public:
-  /// `name` is its programmatic name, "Marl.QaComponent" say; `library` the file that holds it.
+  /// `name` is its ProgID, such as "Marl.QaComponent"; `library` is its file.
   explicit RegisteredComponent(const std::wstring& name, const std::wstring& library = Library());
   bool made() const { return server_.made() && programClass_.made(); }
 
@@ -21,14 +21,14 @@ class RegisteredComponent {
   RegisteredComponent(const std::wstring& name, const std::wstring& library,
                       const std::wstring& id);
 
-  // In the order of making: what lies deeper goes first.
+  // In the order of creation; deleted in reverse.
   ClassKey program_;
   ClassKey programClass_;
   ClassKey class_;
   ClassKey server_;
 };
 
-/// While this lives, the component has lists of languages and code pages in the programs that are
+/// While this lives, the component provides lists of languages and code pages to programs that are
 /// started: "Own \u00fc \u4e2d" with the code "x-own", and "Other" with "fr".
 class ComponentLanguages {
  public:
@@ -41,7 +41,7 @@ class ComponentLanguages {
   static constexpr wchar_t kVariable[] = L"MARL_TEST_LANGUAGES";
 };
 
-/// What the components of the programs that are started while this lives are told.
+/// Records the calls of components in programs that are started while this lives.
 class ComponentCalls {
  public:
   explicit ComponentCalls(const SuiteFolder& suite);
@@ -49,7 +49,7 @@ class ComponentCalls {
   ComponentCalls(const ComponentCalls&) = delete;
   ComponentCalls& operator=(const ComponentCalls&) = delete;
 
-  /// All calls until now: "Marl.QaComponent.Run(1)", say.
+  /// All calls so far, such as "Marl.QaComponent.Run(1)".
   std::vector<std::wstring> All() const;
   /// The same, once there are at least `count` of them or the deadline has passed.
   std::vector<std::wstring> WaitFor(std::size_t count) const;

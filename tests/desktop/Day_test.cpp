@@ -5,8 +5,8 @@
 #include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
-// A day with the program, from its first start to the second, in both languages: every station by
-// mouse and keys, with a picture of each.
+// A day with the program, from its first start to the second, in both languages: every step by
+// mouse and keys, with a screenshot of each.
 
 namespace marl::desktop {
 
@@ -14,7 +14,7 @@ namespace {
 
 constexpr UINT kFileName = 0x480;  // the field of the platform's file dialogs
 
-/// The program's texts that the day comes by, and its name in pictures.
+/// The program's texts that the day needs, and its name for screenshots.
 struct Language {
   const char* name;
   const std::wstring Programs::*program;
@@ -60,7 +60,7 @@ constexpr char kProject[] =
     "<project><language lc=\"fr\" description=\"French\">"
     "<document path=\"French\\report.doc\"/></language></project>";
 
-/// The file dialog that the program shows: the path into its field, and OK.
+/// Types the path into the program's file dialog and presses OK.
 bool ChooseFile(const RunningMarl& marl, const std::wstring& path) {
   HWND dialog = nullptr;
   HWND field = nullptr;
@@ -205,12 +205,12 @@ TEST_P(Day, FromTheFirstStartToTheSecond) {
       Picture("options");
       ASSERT_TRUE(dialog.Leave(L"OK"));
     }
-    // The first of the programs that the Tools menu shows now.
+    // The first program in the Tools menu, which is now shown.
     ASSERT_TRUE(BringForward(main));
     Chord({VK_SHIFT}, VK_F1);
     ASSERT_EQ(suite.WaitForTools(++tools).size(), tools);
 
-    // Away, and back by the message that a double click on the tray icon sends.
+    // Minimised, and restored by the message that a double click on the tray icon sends.
     PostMessageW(main, WM_SYSCOMMAND, SC_MINIMIZE, 0);
     ASSERT_TRUE(WaitUntil([&] { return !IsWindowVisible(main); }));
     Picture("tray");

@@ -20,7 +20,7 @@ class DdeClient {
   bool Connect(const std::wstring& service, const std::wstring& topic);
   /// Sends one execute command, with its NUL. True when it was acknowledged.
   bool Execute(const std::wstring& command);
-  /// Sends these bytes as they are.
+  /// Sends these bytes unchanged.
   bool ExecuteBytes(const std::vector<BYTE>& bytes);
   /// The library's code for the last failure; DMLERR_NOTPROCESSED for a refused command.
   UINT lastError() const { return error_; }

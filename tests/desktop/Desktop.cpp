@@ -37,7 +37,8 @@ bool WaitUntil(const std::function<bool()>& holds, std::chrono::milliseconds dea
   for (;;) {
     if (holds()) return true;
     if (std::chrono::steady_clock::now() >= end) return false;
-    // Windows of this thread answer meanwhile: nobody who sends to all windows waits for them.
+    // Windows of this thread respond meanwhile, so that broadcasts to all windows do not wait for
+    // them.
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
     Sleep(5);
@@ -71,7 +72,7 @@ int Twips(int pixels) { return MulDiv(pixels, 1440, ScreenDpi()); }
 int PixelsOf(int twips) { return MulDiv(twips, ScreenDpi(), 1440); }
 
 std::wstring TextOf(HWND window) {
-  // Another program that hangs must not hang the test with it.
+  // Another program that hangs must not hang the test.
   constexpr UINT kHung = 5000;
   DWORD_PTR length = 0;
   if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_NORMAL, kHung, &length)) {

@@ -4,15 +4,13 @@
 
 #include "tests/desktop/Harness.h"
 
-// What the tests of dialogs share: a dialog with its controls, wherever in it they stand, and what
-// the registry holds.
+// Shared by the tests of dialogs: a dialog with its controls, and access to the registry.
 
 namespace marl::desktop {
 
 constexpr wchar_t kPlatformDialog[] = L"#32770";
 
-/// A form of the program, or a dialog of the platform that it shows, told by its title, once it can
-/// be seen.
+/// A form of the program or a system dialog that it shows, found by its title once it is visible.
 class Dialog {
  public:
   Dialog(const RunningMarl& marl, const std::wstring& title,
@@ -20,33 +18,33 @@ class Dialog {
 
   explicit operator bool() const { return window_ != nullptr; }
   HWND window() const { return window_; }
-  /// True once it takes the keys.
+  /// True once it has the keyboard.
   bool InFront() const;
-  /// Waits until it has gone.
+  /// Waits until it is closed.
   bool Gone() const;
 
-  /// The control of this class and text that can be seen; any text if it is null. Null for none.
+  /// The visible control of this class and text (any text if null); null if there is none.
   HWND Find(const wchar_t* windowClass, const wchar_t* text = nullptr) const;
-  /// All that can be seen, in the tab order.
+  /// All visible controls, in tab order.
   std::vector<HWND> FindAll(const wchar_t* windowClass) const;
   HWND Button(const wchar_t* text) const { return Find(L"Button", text); }
-  /// Clicks a place of the control, its middle if none is told, once nothing lies above it.
+  /// Clicks a point of the control, by default its middle, once no other window covers it.
   bool ClickOn(HWND control, POINT at) const;
   bool ClickOn(HWND control) const;
   /// Clicks the button with the mouse.
   bool Press(const wchar_t* text) const;
-  /// Clicks the button and waits until the dialog has gone.
+  /// Clicks the button and waits until the dialog is closed.
   bool Leave(const wchar_t* text) const { return Press(text) && Gone(); }
   bool Checked(const wchar_t* text) const;
   bool Enabled(const wchar_t* text) const;
-  /// Clicks a box until it is as wanted.
+  /// Clicks a box unless it is already in the wanted state.
   bool Check(const wchar_t* text, bool checked) const;
-  /// The control that takes the keys.
+  /// The control with the focus.
   HWND Focus() const;
   bool FocusGoesTo(HWND control) const;
-  /// Clicks into the field, replaces what it holds, and waits until it has the text.
+  /// Clicks into the field, replaces its text, and waits until it has the new one.
   bool Type(HWND field, const std::wstring& text) const;
-  /// A picture of it, once it is painted through.
+  /// A screenshot, once it is completely painted.
   void Picture(const std::string& name) const;
 
  private:
@@ -56,14 +54,14 @@ class Dialog {
 RECT AreaOf(HWND window);
 POINT MiddleOf(HWND window);
 
-/// Fills in the platform's colour dialog, presses IDOK or IDCANCEL, and waits until it has gone.
+/// Fills in the system's colour dialog, presses IDOK or IDCANCEL, and waits until it is closed.
 bool AnswerColor(const RunningMarl& marl, int red, int green, int blue, int button = IDOK);
 
 /// The rows of a list box.
 std::vector<std::wstring> RowsOf(HWND list);
-/// The middle of a row that can be seen, on the screen.
+/// The middle of a visible row, on the screen.
 POINT RowOf(HWND list, int row);
-/// The rows that are selected.
+/// The selected rows.
 std::vector<int> SelectionOf(HWND list);
 
 /// A value of the registry, byte for byte as programs with 8-bit entry points see it.
@@ -80,9 +78,9 @@ inline StoredBytes Number(std::uint32_t value) {
 
 using StoredKey = std::map<std::string, StoredBytes>;
 
-/// All values of a key below HKEY_CURRENT_USER; nothing when there is no such key.
+/// All values of a key below HKEY_CURRENT_USER; nothing if there is no such key.
 std::optional<StoredKey> ReadStored(const wchar_t* key);
-/// Puts a value below HKEY_CURRENT_USER, and makes the key.
+/// Writes a value below HKEY_CURRENT_USER, and creates the key.
 void PutStored(const wchar_t* key, const std::string& name, const StoredBytes& value);
 
 }  // namespace marl::desktop

@@ -7,8 +7,8 @@
 #include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
-// The display settings on the real program: opened by the hidden word, worked by mouse and keys,
-// read back from the registry byte for byte, saved as a skin and loaded from one.
+// The display settings in the real program: opened by the hidden word, used by mouse and keys, read
+// back from the registry byte for byte, saved as a skin and loaded from one.
 
 namespace marl::desktop {
 
@@ -16,7 +16,7 @@ namespace {
 
 constexpr wchar_t kSkinKey[] = L"Software\\Oru\\Marl\\GUI";
 constexpr int kFileName = 0x480;       // the field of the platform's file dialogs
-constexpr int kFileNameCombo = 0x47C;  // and in some of them
+constexpr int kFileNameCombo = 0x47C;  // in some versions
 
 /// All values of the skin's key, as 8-bit programs see them.
 StoredKey StoredSkin() { return ReadStored(kSkinKey).value_or(StoredKey()); }
@@ -36,7 +36,7 @@ class SettingsDialog : public Dialog {
     return Press(button) && AnswerColor(marl_, red, green, blue);
   }
 
-  /// Writes the path into the platform's file dialog and leaves it with OK.
+  /// Types the path into the system's file dialog and closes it with OK.
   bool ChooseFile(const wchar_t* title, const std::wstring& path) const {
     const Dialog dialog(marl_, title, kPlatformDialog);
     HWND field = nullptr;
@@ -56,7 +56,7 @@ class SettingsDialog : public Dialog {
     return dialog.Gone();
   }
 
-  /// Chooses a row of a drop-down list with the keys.
+  /// Chooses a row of a drop-down list by keys.
   bool Choose(HWND combo, int row) const {
     if (!ClickOn(combo)) return false;
     if (!WaitUntil([&] { return SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0) != 0; }))
@@ -67,7 +67,7 @@ class SettingsDialog : public Dialog {
     return WaitUntil([&] { return SendMessageW(combo, CB_GETCURSEL, 0, 0) == row; });
   }
 
-  /// A place on a row of the list; `right` pixels from its left edge.
+  /// A point on a row of the list, `right` pixels from its left edge.
   POINT Row(int row, int right) const {
     RECT area = {};
     SendMessageW(List(), LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&area));
@@ -102,7 +102,7 @@ class SettingsDialog : public Dialog {
   const RunningMarl& marl_;
 };
 
-/// The panel alone: what lies between title and status bar.
+/// The panel: the area between title and status bar.
 Pixels PanelOf(HWND main) {
   // Away from the panel, so that nothing is highlighted.
   MoveMouse(2, 2);
@@ -112,7 +112,7 @@ Pixels PanelOf(HWND main) {
   area.bottom -= 40;
   MapWindowPoints(main, nullptr, reinterpret_cast<POINT*>(&area), 2);
   Pixels last = Capture(area);
-  // The highlight goes with the next tick of a timer: wait until the picture stands.
+  // The highlight is removed by the next tick of a timer: wait until the picture is stable.
   int same = 0;
   WaitUntil([&] {
     Pixels now = Capture(area);
@@ -148,7 +148,7 @@ SIZE SizeOf(const std::wstring& text) {
   return {area.right, area.bottom};
 }
 
-/// The skins that the program ships with, beside the tests.
+/// The skins that come with the program, in the test's folder.
 std::wstring ShippedSkins() {
   wchar_t path[MAX_PATH] = {};
   GetModuleFileNameW(nullptr, path, MAX_PATH);
@@ -198,7 +198,7 @@ TEST_F(DisplaySettings, EachOfTheFourteenParametersReachesTheRegistry) {
   EXPECT_TRUE(dialog.SetColor(L"Set g&radient colour 2", 40, 50, 60));
   EXPECT_TRUE(dialog.SetColor(L"Set &border colour 1", 70, 80, 90));
   EXPECT_TRUE(dialog.SetColor(L"Set b&order colour 2", 100, 110, 120));
-  // Beside the thumb for a large step, on the arrow for a small one: from 90 to 121.
+  // A click beside the thumb for a large step, on the arrow for a small one: from 90 to 121.
   const RECT bar = AreaOf(dialog.Bar());
   const int middle = (bar.top + bar.bottom) / 2;
   EXPECT_TRUE(dialog.ClickOn(dialog.Bar(), {bar.right - 40, middle}));
@@ -219,7 +219,7 @@ TEST_F(DisplaySettings, EachOfTheFourteenParametersReachesTheRegistry) {
   EXPECT_TRUE(dialog.Choose(dialog.IconSets(), 2));
   EXPECT_TRUE(dialog.Press(L"&Use two-state icons"));
   EXPECT_TRUE(dialog.Choose(dialog.Columns(), 1));
-  // The first row's box, and the last row to the place before.
+  // The first row's box, and the last row moved up by one.
   EXPECT_TRUE(dialog.ClickOn(dialog.List(), dialog.Row(0, 9)));
   EXPECT_TRUE(dialog.ClickOn(dialog.List(), dialog.Row(17, 60)));
   EXPECT_TRUE(dialog.Press(L"&Up"));
@@ -246,7 +246,7 @@ TEST_F(DisplaySettings, EachOfTheFourteenParametersReachesTheRegistry) {
        Text("000|011|021|031|041|051|061|071|081|091|101|111|121|131|141|151|171|161")},
   };
   EXPECT_EQ(StoredSkin(), expected);
-  // The panel has taken it up: four columns.
+  // The panel has applied it: four columns.
   const HWND main = marl.Window();
   EXPECT_TRUE(WaitUntil([&] {
     RECT inner;
@@ -273,7 +273,7 @@ TEST_F(DisplaySettings, TheKeyboardAloneChangesAndConfirms) {
     }
     return focus() == to;
   };
-  // Around once: nineteen stops.
+  // One round: nineteen stops.
   ASSERT_TRUE(WaitUntil([&] { return focus() == dialog.Button(kFirstButton); }));
   std::vector<HWND> stops;
   std::string visited;
@@ -336,7 +336,7 @@ TEST_F(DisplaySettings, ADragWithTheMouseMovesARowDownAndUp) {
     const int step = from < to ? 1 : -1;
     for (int row = from + step; row != to + step; row += step) {
       const POINT at = dialog.Row(row, 60);
-      // The display may still be on its way to the place before: a hand shakes, too.
+      // The display may still be processing the previous move, as with a real mouse.
       int shake = 0;
       EXPECT_TRUE(WaitUntil([&] {
         MoveMouse(at.x + shake++ % 2, at.y);
@@ -418,7 +418,7 @@ TEST_F(DisplaySettings, AShippedSkinIsAppliedFromTheSkinsFolder) {
     const SettingsDialog dialog(marl);
     ASSERT_TRUE(dialog);
     EXPECT_TRUE(dialog.Press(L"&Load..."));
-    // By its bare name: the dialog stands in the folder of the skins.
+    // By its name alone: the dialog is in the folder of the skins.
     EXPECT_TRUE(dialog.ChooseFile(L"Open", std::wstring(name) + L".qsk"));
     RedrawWindow(dialog.window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     Screenshot("display-settings-" + ToUtf8(name), dialog.window());
@@ -470,7 +470,7 @@ TEST_F(DisplaySettings, NoButtonAndNoListCutsItsTextOffInEitherLanguage) {
     for (const HWND button : dialog.FindAll(L"Button")) {
       if (TextOf(button).empty()) continue;  // the group of the icons
       const auto kind = GetWindowLongW(button, GWL_STYLE) & BS_TYPEMASK;
-      // A box and its gap; or the frame and a little air at both ends.
+      // A check box and its gap; or the frame and some space at both ends.
       fits(TextOf(button), button, kind == BS_CHECKBOX || kind == BS_AUTOCHECKBOX ? 17 : 10);
       ++buttons;
     }
@@ -484,7 +484,7 @@ TEST_F(DisplaySettings, NoButtonAndNoListCutsItsTextOffInEitherLanguage) {
         fits(text, combo, 26);
       }
     }
-    // All rows can be seen at once, without a bar.
+    // All rows are visible, without a scroll bar.
     RECT last = {};
     RECT list = {};
     SendMessageW(dialog.List(), LB_GETITEMRECT, 17, reinterpret_cast<LPARAM>(&last));

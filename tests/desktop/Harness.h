@@ -8,7 +8,7 @@
 #include "tests/desktop/Registry.h"
 #include "tests/desktop/Suite.h"
 
-// Tools for tests on the real program: a suite folder with stand-ins, the user's settings, a
+// Tools for tests of the real program: a suite folder with stand-ins, the user's settings, a
 // started Marl with its windows and message boxes, a mouse, keys, the screen and a DDE client.
 //
 // Nothing sleeps for a fixed time: `WaitUntil` polls until something holds or the deadline has

@@ -10,7 +10,7 @@ namespace marl::desktop {
 
 namespace {
 
-/// How long a program may be busy before an input is sent to it all the same.
+/// How long a program may be busy before input is sent to it anyway.
 constexpr UINT kBusy = 5000;
 
 bool At(POINT place) {
@@ -18,7 +18,7 @@ bool At(POINT place) {
   return GetCursorPos(&now) && now.x == place.x && now.y == place.y;
 }
 
-/// Waits until the threads of the windows have answered.
+/// Waits until the threads of the windows have responded.
 void WaitForAnswers(std::initializer_list<HWND> windows) {
   std::set<DWORD> asked = {0, GetCurrentThreadId()};
   for (const HWND window : windows) {
@@ -40,7 +40,7 @@ GUITHREADINFO ThreadOf(HWND window) {
   return info;
 }
 
-/// True when it is in front, and its own thread knows it. (A disabled one is active for nobody.)
+/// True if it is in front and active in its own thread. (A disabled window is never active.)
 bool InFront(HWND window) {
   return GetForegroundWindow() == window &&
          (!IsWindowEnabled(window) || ThreadOf(window).hwndActive == window);
@@ -86,7 +86,7 @@ void AddChord(std::vector<INPUT>& input, const std::vector<WORD>& held, WORD key
   }
 }
 
-/// Moves the mouse there and does these things with its buttons.
+/// Moves the mouse there and presses or releases its buttons.
 void Use(POINT at, std::initializer_list<DWORD> changes) {
   MoveMouse(at);
   std::vector<INPUT> input;
@@ -97,11 +97,11 @@ void Use(POINT at, std::initializer_list<DWORD> changes) {
 }  // namespace
 
 void SettleInput() {
-  // An answer of the display: all that was asked of it before has been done and reported.
+  // A reply of the display: all earlier requests have been executed and reported.
   const HDC screen = GetDC(nullptr);
   GetPixel(screen, 0, 0);
   ReleaseDC(nullptr, screen);
-  // Between two answers a thread is back in its message loop, where it takes what is reported.
+  // Between two responses a thread is back in its message loop, where it receives the reports.
   const HWND front = GetForegroundWindow();
   const HWND below = UnderMouse();
   WaitForAnswers({front, below, GetDesktopWindow()});
@@ -113,8 +113,8 @@ bool BringForward(HWND window) {
   if (!InFront(window)) SetForegroundWindow(window);
   WaitUntil([&] { return InFront(window) || !IsWindow(window); });
   if (!InFront(window)) return false;
-  // The focus comes after the front, and what was begun before it is taken back. There are windows
-  // with nothing that could have it.
+  // The focus follows the activation and would undo what was done before it. Some windows have no
+  // control that could get it.
   constexpr std::chrono::seconds kFocus{2};
   WaitUntil([&] { return HasFocus(window) || !IsWindow(window); }, kFocus);
   return true;
@@ -126,7 +126,7 @@ void MoveMouse(POINT to) {
   const HWND before = UnderMouse();
   bool again = false;
   WaitUntil([&] {
-    // What is where it should be is not moved at all: the neighbouring pixel makes it a move.
+    // A mouse that is already there does not move, so it goes to the neighbouring pixel first.
     if (again) Send({MouseAt({to.x ? to.x - 1 : 1, to.y}, 0)});
     again = true;
     Send({MouseAt(to, 0)});

@@ -6,37 +6,37 @@
 #include <string>
 #include <vector>
 
-// Mouse and keys, as a user has them. Each input is sent once: what could make it go astray is
-// waited for before. Where the display reports late where the mouse was, or that it came to a
-// window, the report takes the mouse back or lets go keys; so whoever may have such reports to deal
-// with is asked to answer first.
+// Mouse and keyboard input. Each input is sent once, after waiting for everything that could make
+// it go astray. If the display reports an earlier mouse position or activation late, the report
+// moves the mouse back or releases keys; so the programs that may receive such reports must respond
+// first.
 
 namespace marl::desktop {
 
 /// Waits until the windows that take part in input (in front, under the mouse, the desktop) have
-/// dealt with all that the display reported.
+/// processed all reports of the display.
 void SettleInput();
-/// Makes it the window that takes the keys, and waits until it does. Leaves one alone that does.
+/// Activates the window and waits until it has the keyboard. Does nothing if it already has.
 bool BringForward(HWND window);
 
-/// Moves the mouse and waits until it is there and stays.
+/// Moves the mouse and waits until it stays there.
 void MoveMouse(int x, int y);
 void MoveMouse(POINT to);
-/// Presses and lets go the left button of the mouse there, in pixels of the screen.
+/// Clicks the left mouse button there, in screen pixels.
 void Click(int x, int y);
 void Click(POINT at);
-/// The same while keys are held down, by their virtual codes.
+/// The same while keys are held down, by virtual-key code.
 void Click(POINT at, const std::vector<WORD>& held);
 void RightClick(POINT at);
 void DoubleClick(POINT at);
-/// Halves of a click, for what is dragged between them.
+/// Press and release, for dragging in between.
 void PressMouse(POINT at);
 void ReleaseMouse(POINT at);
-/// Presses or lets go buttons of the mouse where it is: MOUSEEVENTF_LEFTDOWN and its like, in turn.
+/// Presses or releases mouse buttons where the mouse is: MOUSEEVENTF_LEFTDOWN and so on, in order.
 void MouseButtons(std::initializer_list<DWORD> changes);
 /// Types the characters.
 void Keys(const std::wstring& text);
-/// Presses and lets go a key while others are held down; all by their virtual codes.
+/// Presses and releases a key while others are held down; all by virtual-key code.
 void Chord(const std::vector<WORD>& held, WORD key);
 
 }  // namespace marl::desktop

@@ -3,8 +3,8 @@
 #include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
-// The proxy settings on the real program, opened from the options: control states, the message,
-// and what the registry holds afterwards, byte for byte.
+// The proxy settings in the real program, opened from the options: control states, the message, and
+// the registry afterwards, byte for byte.
 
 namespace marl::desktop {
 
@@ -153,7 +153,7 @@ TEST_F(Lan, PortTakesDigitsInItsRangeOnly) {
   ASSERT_TRUE(dialog.FocusGoesTo(port));
   Keys(L"8a");
   EXPECT_TRUE(WaitUntil([&] { return TextOf(port) == L"8"; }));
-  // What is typed against the filter does not happen; the last digit is the one that is taken.
+  // The filter refuses what is typed, except for the last digit.
   Keys(L"-x0");
   EXPECT_TRUE(WaitUntil([&] { return TextOf(port) == L"80"; })) << ToUtf8(TextOf(port));
   SendMessageW(port, EM_SETSEL, 0, -1);

@@ -9,8 +9,8 @@
 #include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
-// Leaving the real program from wherever it is. It saves, ends at once with code 0, and nothing of
-// what was half done in a dialog is applied.
+// Exiting the real program from any state. It saves and ends at once with code 0, and nothing half
+// done in a dialog is applied.
 
 namespace marl::desktop {
 
@@ -24,7 +24,7 @@ constexpr wchar_t kProxyKey[] = L"Software\\Oru\\Marl\\Proxy";
 constexpr wchar_t kCleanQuestionText[] =
     L"This will remove all Marl files from the folder.  Are you sure you want to continue?";
 
-/// What stands on the screen when the user leaves.
+/// What is open when the user exits.
 enum class Place {
   kIdle,
   kHidden,
@@ -86,13 +86,13 @@ class Leaving : public SwitchboardTest, public testing::WithParamInterface<std::
   }
   /// Chooses an entry of the menu bar by its access keys.
   void Choose(wchar_t top, wchar_t entry) const { EXPECT_TRUE(marl->PressMenu(top, entry)); }
-  /// Presses a button without waiting for what it does.
+  /// Presses a button without waiting for the result.
   static void Press(const Dialog& dialog, const wchar_t* button) {
     const HWND window = dialog.Button(button);
     ASSERT_TRUE(window) << ToUtf8(button);
     PostMessageW(window, BM_CLICK, 0, 0);
   }
-  /// The options, with the page in front on which this button stands.
+  /// Opens the options at the page with this button.
   Dialog OptionsWith(const wchar_t* button) const {
     const Dialog options = Options();
     for (int tab = 0; tab < 4 && options.InFront() && !options.Button(button); ++tab) {
@@ -283,7 +283,7 @@ TEST_P(Leaving, SavesEndsAtOnceAndAppliesNothing) {
   EXPECT_NE(GetFileAttributesW(WorkingFile().c_str()), INVALID_FILE_ATTRIBUTES);
   EXPECT_TRUE(suite.WaitForTools(0).empty()) << "nothing was started behind it";
   settings.Set(L"WindowState", L"0");
-  // No mutex is held: the next one comes up.
+  // The mutex is released: the next instance can start.
   marl = std::make_unique<RunningMarl>(suite);
   EXPECT_TRUE(marl->WaitForWindow());
   EXPECT_TRUE(Close(*marl));
@@ -304,7 +304,7 @@ INSTANTIATE_TEST_SUITE_P(
              kWayNames[static_cast<int>(std::get<1>(test.param))];
     });
 
-// There is no menu of the tray yet, or another one is open.
+// There is no tray menu yet, or another menu is open.
 INSTANTIATE_TEST_SUITE_P(
     WithoutTheTraysMenu, Leaving,
     testing::Combine(testing::Values(Place::kSplash, Place::kMenu),
@@ -329,13 +329,13 @@ class LeavingEarly : public SwitchboardTest {
     search.found = window;
     return FALSE;
   }
-  /// The form that waits unseen while start-up still asks.
+  /// The main form, still hidden while start-up asks its questions.
   static HWND HiddenForm(const RunningMarl& marl) {
     Search search = {marl.id(), nullptr};
     EnumWindows(TakeForm, reinterpret_cast<LPARAM>(&search));
     return search.found;
   }
-  /// Ends the session while the message stands.
+  /// Ends the session while the message is shown.
   void EndSession(const RunningMarl& marl) {
     ASSERT_TRUE(marl.WaitForBox());
     const HWND form = HiddenForm(marl);
@@ -389,7 +389,7 @@ TEST_F(LeavingEarly, LastMessageIsAboveTheWindowAndTheIconIsGoneAfterIt) {
   ASSERT_TRUE(box);
   EXPECT_EQ(box.Text(), L"Type mismatch");
   EXPECT_EQ(GetWindow(box.window(), GW_OWNER), main);
-  // Neither a close nor a message of the tray's icon reaches anything behind it.
+  // Neither WM_CLOSE nor a message of the tray icon reaches a window behind it.
   PostMessageW(main, WM_CLOSE, 0, 0);
   PostMessageW(main, RegisterWindowMessageW(L"msgMarlMenu"), 0, WM_RBUTTONUP);
   DWORD_PTR answer = 0;

@@ -37,7 +37,7 @@ const Entry kEntries[] = {
     {L'H', L'T', {}, 0, L"MarlTour.exe", L""},
 };
 
-/// What an entry leads to, other than one of the suite's programs.
+/// The effect of an entry that does not start one of the suite's programs.
 enum class Leads { kToWindow, kToBox, kToCall, kToSite };
 
 struct OtherEntry {
@@ -71,7 +71,7 @@ class MenuBar : public SwitchboardTest {
  protected:
   MenuBar() { settings.Set(L"Tools", L"True"); }
 
-  /// Waits for what the entry leads to, and closes what it opened.
+  /// Waits for the entry's effect, and closes what it opened.
   static testing::AssertionResult Follow(const OtherEntry& entry, const SuiteFolder& suite,
                                          const RunningMarl& marl, const ComponentCalls& calls) {
     switch (entry.leads) {
@@ -183,7 +183,7 @@ TEST_F(MenuBar, OtherEntriesAndTheirShortcutsLeadToTheirWindowsMessagesAndCompon
   const RegisteredComponent singleFile(L"Marl.SingleFileComponent");
   const RegisteredComponent qa(L"Marl.QaComponent");
   ASSERT_TRUE(projectTm.made() && replace.made() && singleFile.made() && qa.made());
-  // A folder with nothing in it, and no project either.
+  // An empty folder, without a project.
   const std::wstring folder = suite.temp() + L"\\empty";
   ASSERT_TRUE(CreateDirectoryW(folder.c_str(), nullptr));
   const RunningMarl marl(suite);
@@ -207,7 +207,7 @@ TEST_F(MenuBar, OtherEntriesAndTheirShortcutsLeadToTheirWindowsMessagesAndCompon
   std::vector<std::wstring> expected;
   for (int time = 0; time < 2; ++time) {
     for (const OtherEntry& entry : kOtherEntries) {
-      // A project without languages does not ask for those of the suite.
+      // A project without languages does not load those of the suite.
       if (entry.leads == Leads::kToCall) expected.push_back(entry.text);
     }
   }

@@ -5,8 +5,8 @@
 #include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
-// The options on the real program: every box against its store, byte for byte, the program that is
-// started for the context menu, the list of expressions, and what works at once.
+// The options in the real program: every box and its stored value, byte for byte, the program that
+// is started for the context menu, the list of expressions, and what takes effect at once.
 
 namespace marl::desktop {
 
@@ -23,7 +23,7 @@ struct Box {
   int tab;
   const wchar_t* caption;
 };
-// By their numbers.
+// By number.
 constexpr std::array<Box, 9> kBoxes = {
     {{0, L"&Display tooltips for switchboard buttons"},
      {0, L"Show all applications in &tools menu"},
@@ -35,7 +35,7 @@ constexpr std::array<Box, 9> kBoxes = {
      {1, L"Hide &numbers in a numbered list"},
      {1, L"Hide &bullet point characters (\u2022 and \u00B7)"}}};
 constexpr std::array<wchar_t, 4> kTabKeys = {'S', 'G', 'L', 'H'};
-// What stands on each tab and on no other.
+// The contents of each tab.
 constexpr std::array<const wchar_t*, 4> kTabButtons = {
     L"&Change display settings...", L"Segmentation &rules...", L"L&AN settings...", L"&Add"};
 
@@ -55,12 +55,12 @@ class OptionsWindow : public SwitchboardTest {
     EXPECT_TRUE(dialog && dialog.InFront());
     return dialog;
   }
-  /// Leaves with a button and waits until the main form has done its part.
+  /// Closes with a button and waits until the main form is done.
   testing::AssertionResult Leave(const Dialog& dialog, const wchar_t* button) const {
     if (!dialog.Leave(button)) return testing::AssertionFailure() << "it stays";
     return Settled();
   }
-  /// The main form answers only when it is through with what it does.
+  /// The main form responds only when it is done.
   testing::AssertionResult Settled() const {
     if (!WaitUntil([&] { return IsWindowEnabled(main) != FALSE; })) {
       return testing::AssertionFailure() << "the main form is not given back";
@@ -73,7 +73,7 @@ class OptionsWindow : public SwitchboardTest {
     const auto there = [&] {
       return dialog.Button(kTabButtons[static_cast<std::size_t>(tab)]) != nullptr;
     };
-    // On the general tab the key of the last one is that of a box too, and may go there first.
+    // On the general tab a box shares the key of the last tab and may get it first.
     if (tab == 3 && dialog.Button(kTabButtons[1])) GoTo(dialog, 0);
     if (!there()) Chord({VK_MENU}, static_cast<WORD>(kTabKeys[static_cast<std::size_t>(tab)]));
     return WaitUntil(there);
@@ -174,7 +174,7 @@ TEST_F(OptionsWindow, GermanDialogsAsTheyOpen) {
     dialog.Picture("frmOptions-de-" + std::to_string(tab + 1));
     Chord({VK_CONTROL}, VK_TAB);
   }
-  // Round to the first tab, and on.
+  // Wraps around to the first tab.
   ASSERT_TRUE(WaitUntil([&] { return dialog.Button(buttons[0]) != nullptr; }));
   Chord({VK_CONTROL}, VK_TAB);
   ASSERT_TRUE(WaitUntil([&] { return dialog.Button(buttons[1]) != nullptr; }));
@@ -290,7 +290,7 @@ TEST_F(OptionsWindow, ContextMenuProgramIsStartedMinimisedOnAChangeOnly) {
   }
   EXPECT_EQ(suite.WaitForTools(1), (Starts{shell(L"/R")})) << "none without a change";
 
-  // What that program would have done.
+  // The effect of that program.
   const ClassKey type(L"MarlTestText", L"Text");
   const ClassKey verbs(L"MarlTestText\\shell", L"");
   const ClassKey entry(L"MarlTestText\\shell\\Translate with Marl", L"");
@@ -336,7 +336,7 @@ TEST_F(OptionsWindow, ToolsAndTooltipsWorkAtOnce) {
     EXPECT_TRUE(Leave(dialog, L"OK"));
   }
   Hover(kEdit);
-  // The main form has seen the mouse, which is when it would make a tip.
+  // The main form has seen the mouse: at this moment it would create a tip.
   const HWND status = FindWindowExW(main, nullptr, L"msctls_statusbar32", nullptr);
   ASSERT_TRUE(WaitUntil([&] { return TextOf(status) == L"Interactively translate a file"; }));
   SettleInput();
@@ -400,7 +400,7 @@ TEST_F(OptionsWindow, ExpressionsAreAddedEditedRemovedAndReadAgain) {
   field = dialog.Find(L"Edit");
   EXPECT_EQ(RowsOf(list), rows);
   EXPECT_TRUE(SelectionOf(list).empty());
-  // A click takes the row into the field; another one with Ctrl held selects it too.
+  // A click copies the row into the field; a click with Ctrl adds a row to the selection.
   Click(RowOf(list, 1));
   ASSERT_TRUE(WaitUntil([&] { return TextOf(field) == L"two"; }));
   ASSERT_TRUE(dialog.FocusGoesTo(field));
@@ -485,7 +485,7 @@ TEST_F(OptionsWindow, ThousandsOfExpressionsAreShownEditedAndKept) {
   EXPECT_TRUE(Close(*marl));
 }
 
-// The segmentation rules, where the suite's component is not installed.
+// The segmentation rules, without the suite's component.
 
 TEST_F(OptionsWindow, SegmentationRulesAreEditedAndKeptWhenTheOptionsAreCancelled) {
   PutStored(kRulesKey, "DontSplit1", Text("Mr."));
@@ -512,7 +512,7 @@ TEST_F(OptionsWindow, SegmentationRulesAreEditedAndKeptWhenTheOptionsAreCancelle
     Keys(row.text);
     ASSERT_TRUE(WaitUntil([&] { return RowsOf(lists[row.list]).back() == row.text; }));
   }
-  // One that nobody writes.
+  // A row that keeps its initial text.
   Chord({VK_MENU}, 'A');
   ASSERT_TRUE(WaitUntil([&] { return RowsOf(lists[0]).size() == 3; }));
   dialog.Picture("frmSegmentation");
@@ -559,7 +559,7 @@ TEST_F(OptionsWindow, F4OpensTheDisplaySettingsOnEveryTab) {
 TEST_F(OptionsWindow, TabKeyReachesEverythingOnEachTab) {
   const Dialog dialog = Open();
   ASSERT_TRUE(dialog);
-  constexpr std::array<std::size_t, 4> kStops = {4, 7, 1, 5};  // controls of a tab's own
+  constexpr std::array<std::size_t, 4> kStops = {4, 7, 1, 5};  // controls on each tab
   for (int tab = 0; tab < 4; ++tab) {
     ASSERT_TRUE(GoTo(dialog, tab));
     std::set<HWND> reached;
@@ -573,7 +573,7 @@ TEST_F(OptionsWindow, TabKeyReachesEverythingOnEachTab) {
       reached.insert(last);
       if (last == first) break;
     }
-    // With the tabs themselves, OK and Cancel.
+    // Plus the tabs, OK and Cancel.
     EXPECT_EQ(reached.size(), kStops[static_cast<std::size_t>(tab)] + 3) << tab;
   }
   Chord({}, VK_ESCAPE);
@@ -589,7 +589,7 @@ TEST_F(OptionsWindow, FocusComesBackWhereItWas) {
   const bool checked = dialog.Checked(caption);
   ASSERT_TRUE(dialog.Check(caption, !checked));
   ASSERT_TRUE(dialog.FocusGoesTo(box));
-  // From a window of somebody else.
+  // Back from another program's window.
   const HWND other = CreateWindowExW(0, L"STATIC", L"Other", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
                                      200, 100, nullptr, nullptr, nullptr, nullptr);
   ASSERT_TRUE(BringForward(other));
@@ -598,7 +598,7 @@ TEST_F(OptionsWindow, FocusComesBackWhereItWas) {
   EXPECT_TRUE(dialog.FocusGoesTo(box));
   Chord({}, VK_SPACE);
   EXPECT_TRUE(WaitUntil([&] { return dialog.Checked(caption) == checked; }));
-  // And from a dialog of its own.
+  // Back from its own dialog.
   ASSERT_TRUE(dialog.Press(kTabButtons[0]));
   const Dialog display(*marl, L"Display settings");
   ASSERT_TRUE(display && display.InFront());

@@ -15,13 +15,13 @@ using Starts = std::vector<Started>;
 constexpr int kButtons = 18;
 constexpr int kAnalyse = 0;
 
-// Colours that nothing else on the panel has.
+// Colours that occur nowhere else on the panel.
 constexpr COLORREF kLit = RGB(255, 0, 255);
 constexpr COLORREF kShade = RGB(0, 255, 255);
 constexpr COLORREF kPlainText = RGB(255, 255, 0);
 constexpr COLORREF kBrightText = RGB(255, 0, 0);
 
-/// What a button shows at one moment.
+/// The look of a button at one moment.
 struct Look {
   int squares = 0;  ///< of the bevel
   bool plain = false;
@@ -44,12 +44,12 @@ class Panel : public SwitchboardTest {
     SetSkin(L"Border2", kShade);
     SetSkin(L"Text1", kPlainText);
     SetSkin(L"Text2", kBrightText);
-    // A balloon would cover what is looked at.
+    // A balloon would cover the pixels.
     settings.Set(L"Tooltips", L"False");
     Point({0, 0});
   }
 
-  /// Moves the mouse there, and again should a window that comes or goes take it away.
+  /// Moves the mouse there, again if a window that opens or closes takes it away.
   void Point(POINT at) {
     mouse_ = at;
     MoveMouse(at);
@@ -59,7 +59,7 @@ class Panel : public SwitchboardTest {
     if (GetCursorPos(&now) && (now.x != mouse_.x || now.y != mouse_.y)) MoveMouse(mouse_);
   }
 
-  /// Waits until the mouse is where it was moved to, and stays there.
+  /// Waits until the mouse stays where it was moved to.
   bool Rests() const {
     MoveMouse(mouse_);
     POINT now = {};
@@ -70,7 +70,7 @@ class Panel : public SwitchboardTest {
     settings.SetRegistryNumber(L"GUI", value, number);
   }
 
-  /// The inside of the window, on the screen.
+  /// The client area, on the screen.
   static RECT InnerOf(HWND main) {
     RECT inner = {};
     GetClientRect(main, &inner);
@@ -82,8 +82,8 @@ class Panel : public SwitchboardTest {
     return TextOf(FindWindowExW(main, nullptr, L"msctls_statusbar32", nullptr));
   }
 
-  /// The whole squares of the bevel that stand around a button, from the outermost inwards. Where
-  /// the first line is cut, it is none.
+  /// The complete squares of the bevel around a button, from the outermost inwards; none if the
+  /// first line is broken.
   static int Squares(HWND main, int button) {
     const RECT cell = CellOf(main, button);
     const Pixels pixels = Capture(cell);
@@ -140,19 +140,19 @@ class Panel : public SwitchboardTest {
            << ", in front is " << ToUtf8(TextOf(GetForegroundWindow()));
   }
 
-  /// The icon of a button as it stands on the screen.
+  /// The icon of a button on the screen.
   static Pixels Icon(HWND main, int button) {
     const RECT cell = CellOf(main, button);
     const POINT from = {cell.left + PixelsOf(540), cell.top + PixelsOf(120)};
     return Capture({from.x, from.y, from.x + PixelsOf(720), from.y + PixelsOf(720)});
   }
-  /// The same, once all has been painted: with the panel's look as told.
+  /// The same, once everything is painted with the panel's stored look.
   Pixels IconWhen(HWND main, int button, const Look& look, const std::wstring& status) const {
     EXPECT_TRUE(Becomes(main, button, look, status));
     return Icon(main, button);
   }
 
-  /// A window of this process in a corner that the switchboard leaves free, in front of it.
+  /// A window of this process in front of the switchboard, in a corner that the panel does not use.
   static HWND InFront() {
     const HWND window =
         CreateWindowExW(0, L"STATIC", L"In front", WS_POPUP | WS_CAPTION | WS_VISIBLE, 0, 0, 120,
@@ -175,7 +175,7 @@ TEST_F(Panel, IsAsLargeAsTheDpiOfTheScreenRequires) {
   const HDC screen = GetDC(nullptr);
   const int dots = GetDeviceCaps(screen, LOGPIXELSX);
   ReleaseDC(nullptr, screen);
-  // Who asked for a certain screen is to have it.
+  // A run that asked for a certain resolution must get it.
   if (const std::wstring wanted = Environment(L"MARL_WINE_DPI"); !wanted.empty()) {
     EXPECT_EQ(std::to_wstring(dots), wanted);
   }
@@ -207,7 +207,7 @@ TEST_F(Panel, GradientMatchesTheReferenceAtAnyAngle) {
         reference::Draw(reference::Compute(static_cast<float>(angle), static_cast<Color>(kFrom),
                                            static_cast<Color>(kTo), width, height),
                         width, height, 0);
-    // In each of the 20 cells a place that neither picture nor label covers.
+    // In each of the 20 cells a point that neither picture nor label covers.
     const auto wrong = [&] {
       const Pixels shown = Capture(inner);
       std::vector<std::string> places;
@@ -237,7 +237,7 @@ TEST_F(Panel, HighlightFollowsTheMouse) {
   ASSERT_TRUE(BringForward(main));
   ASSERT_TRUE(Becomes(main, kEdit, kOff, L""));
 
-  // On, and straight to the neighbour, by picture and by label.
+  // Onto a button and straight to its neighbour, by picture and by label.
   Point(IconOf(main, kEdit));
   EXPECT_TRUE(Becomes(main, kEdit, kOn, kEditStatus));
   Screenshot("panel-hover", main);
@@ -248,7 +248,7 @@ TEST_F(Panel, HighlightFollowsTheMouse) {
   EXPECT_TRUE(Becomes(main, kChangeServer, kOn, kServerStatus));
   EXPECT_EQ(LookOf(main, kEdit), kOff);
 
-  // The gap between two frames belongs to nobody.
+  // The gap between two frames belongs to no button.
   const RECT cell = CellOf(main, kChangeServer);
   Point({cell.left + PixelsOf(35), cell.top + PixelsOf(600)});
   EXPECT_TRUE(Becomes(main, kChangeServer, kOff, L""));
@@ -257,7 +257,7 @@ TEST_F(Panel, HighlightFollowsTheMouse) {
   Point({cell.left + PixelsOf(200), cell.top + PixelsOf(300)});
   EXPECT_TRUE(Becomes(main, kChangeServer, kOn, kServerStatus));
 
-  // A button that is dead, for want of a server or of a tool, shows nothing; the next one does.
+  // A disabled button (no server, no tool) shows no highlight; the next one does.
   for (const int dead : {kTrackProjects, kUtilities}) {
     Point(IconOf(main, dead));
     EXPECT_TRUE(WaitUntil([&] {
@@ -271,8 +271,8 @@ TEST_F(Panel, HighlightFollowsTheMouse) {
     EXPECT_EQ(Squares(main, dead), 0);
   }
 
-  // Another window in front: no highlight, though the mouse is on the button; none either for
-  // what moves there. In front again, the mouse need not move.
+  // With another window in front there is no highlight, although the mouse is on the button or
+  // moves there. When the form is in front again, the mouse need not move.
   const HWND other = InFront();
   EXPECT_TRUE(Becomes(main, kAdministrator, kOff, L""));
   Point(IconOf(main, kEdit));
@@ -283,7 +283,7 @@ TEST_F(Panel, HighlightFollowsTheMouse) {
   DestroyWindow(other);
   EXPECT_TRUE(Becomes(main, kEdit, kOn, kEditStatus));
 
-  // Out of the window, no event tells.
+  // Outside the window there is no event.
   Point({0, 0});
   EXPECT_TRUE(Becomes(main, kEdit, kOff, L""));
   EXPECT_TRUE(Close(marl));
@@ -296,7 +296,7 @@ TEST_F(Panel, LastPixelsOfAButtonAreItsOwnForEventTimerAndPress) {
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
   ASSERT_TRUE(BringForward(main));
-  // Twice a rest of two ticks: what the mouse event said, the timer has had time to change.
+  // Waits twice for two ticks: the timer has had time to change the result of the mouse event.
   const auto stays = [&](const std::wstring& status) {
     return WaitUntil([&] {
       for (int rest = 0; rest < 2; ++rest) {
@@ -355,14 +355,14 @@ TEST_F(Panel, PressThatIsDraggedOffStartsNothing) {
     EXPECT_TRUE(Becomes(main, kEdit, over ? kOn : kOff, StatusAt(to))) << to.x << "," << to.y;
     MouseButtons({MOUSEEVENTF_LEFTUP});
   }
-  // Pressed elsewhere and let go on the button.
+  // Pressed elsewhere and released on the button.
   Point(nowhere);
   ASSERT_TRUE(Rests());
   MouseButtons({MOUSEEVENTF_LEFTDOWN});
   Point(IconOf(main, kEdit));
   ASSERT_TRUE(Rests());
   MouseButtons({MOUSEEVENTF_LEFTUP});
-  // There and back again is a press, and so is the frame beside the picture.
+  // Off and back again is a press, and so is a click on the frame beside the picture.
   Point(IconOf(main, kAdministrator));
   ASSERT_TRUE(Rests());
   MouseButtons({MOUSEEVENTF_LEFTDOWN});

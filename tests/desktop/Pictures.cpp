@@ -80,7 +80,7 @@ void Screenshot(const std::string& name, HWND window) {
   if (folder.empty()) return;
   RECT area = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
   if (window) GetWindowRect(window, &area);
-  // Painted through: nothing has changed for a while.
+  // Painting is complete once nothing has changed for a while.
   constexpr std::chrono::milliseconds kStill{50};
   auto since = std::chrono::steady_clock::now();
   Pixels last = Capture(area);

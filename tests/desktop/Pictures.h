@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-// What the screen shows.
+// Screen contents.
 
 namespace marl::desktop {
 
@@ -23,8 +23,8 @@ struct Pixels {
 };
 /// Reads an area of the screen.
 Pixels Capture(const RECT& area);
-/// Leaves a picture of the screen, or of a window, as NAME.png in the folder that the environment
-/// names in MARL_SHOTS; does nothing without it.
+/// Saves a screenshot of the screen or of a window as NAME.png in the folder given by the
+/// environment variable MARL_SHOTS; does nothing without it.
 void Screenshot(const std::string& name, HWND window = nullptr);
 
 }  // namespace marl::desktop

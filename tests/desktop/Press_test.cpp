@@ -4,7 +4,7 @@
 #include "tests/desktop/Component.h"
 #include "tests/desktop/Switchboard.h"
 
-// Real clicks on the panel, and what they start.
+// Real clicks on the panel, and the programs that they start.
 
 namespace marl::desktop {
 
@@ -68,10 +68,10 @@ TEST_F(Press, IconsAndLabelsStartTheirToolsAtADriveRoot) {
 }
 
 TEST_F(Press, MissingToolIsDisabledAndSilent) {
-  // A colour that nothing but a label has.
+  // A colour that only labels have.
   constexpr COLORREF kPlain = RGB(255, 255, 0);
   settings.SetRegistryNumber(L"GUI", L"Text1", kPlain);
-  // Out of the way: what lies under the mouse looks different.
+  // The mouse must be elsewhere: a button under it looks different.
   MoveMouse(0, 0);
   const auto has = [](HWND main, int button, COLORREF color) {
     RECT area = CellOf(main, button);
@@ -106,7 +106,7 @@ TEST_F(Press, MissingToolIsDisabledAndSilent) {
 
   Click(IconOf(main, kUtilities));
   Click(LabelOf(main, kUtilities));
-  // The next button works, and what it starts is all that was started.
+  // The next button works, and its tool is the only one that was started.
   Click(IconOf(main, kEdit));
   EXPECT_EQ(suite.WaitForTools(1), (Starts{Start(suite, L"Q17Bench.exe")}));
   EXPECT_FALSE(marl.Box());
@@ -173,7 +173,7 @@ TEST_F(Press, QaCheckWhoseComponentCannotBeMadeEndsTheProgramWithTheSystemsText)
   ASSERT_TRUE(qa.made());
   const RunningMarl marl(suite);
   ASSERT_TRUE(marl.WaitForWindow());
-  // By the menu: a tip of the button could lie above the message.
+  // By the menu: the button's tip could cover the message.
   ASSERT_TRUE(marl.PressMenu(L'O', L'Q'));
   const MessageBoxWindow box = marl.WaitForBox();
   ASSERT_TRUE(box);
@@ -206,19 +206,19 @@ TEST_F(Press, TwoHundredPressesLeakNothing) {
   std::size_t pressed = 0;
   const auto press = [&](std::size_t times) {
     for (std::size_t i = 0; i < times; ++i) {
-      // In turn, so that no two clicks make a double click.
+      // Alternately, so that no two clicks make a double click.
       Click(pressed % 2 ? IconOf(main, kEdit) : LabelOf(main, kUtilities));
       ++pressed;
       if (suite.WaitForTools(pressed).size() != pressed) return false;
     }
     return true;
   };
-  // What the platform loads at the first starts stays.
+  // What the platform loads at the first starts stays loaded.
   ASSERT_TRUE(press(20));
   const std::size_t handles = marl.Handles();
   const DWORD objects = marl.GuiObjects();
   ASSERT_GT(handles, 0u);
-  // A leak grows with every batch; what the platform keeps for itself comes now and then.
+  // A leak grows with every batch; the platform's own allocations come only now and then.
   std::vector<std::size_t> bytes = {marl.PrivateBytes()};
   ASSERT_GT(bytes.front(), 0u);
   std::size_t leastGrowth = SIZE_MAX;

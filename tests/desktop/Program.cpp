@@ -57,7 +57,7 @@ std::size_t HandlesInSystemTable(DWORD process) {
                     [&](const Entry& entry) { return entry.process == process; }));
 }
 
-/// The environment of this process with some variables set anew, as CreateProcess takes it.
+/// The environment of this process with some variables replaced, in the form for CreateProcess.
 std::wstring EnvironmentBlock(const std::map<std::wstring, std::wstring>& changes) {
   std::wstring block;
   wchar_t* const all = GetEnvironmentStringsW();
@@ -88,7 +88,7 @@ POINT InCell(HWND main, int button, int x, int y) {
 }  // namespace
 
 std::wstring MessageBoxWindow::Text() const {
-  // The icon is a static of its own; the text has this number.
+  // The icon is another static control; this is the id of the text.
   return TextOf(GetDlgItem(window_, 0xFFFF));
 }
 
@@ -103,7 +103,7 @@ std::vector<int> MessageBoxWindow::Buttons() const {
 
 bool MessageBoxWindow::Press(int button) const {
   const HWND child = GetDlgItem(window_, button);
-  // A click into a box that is still on its way to the front would be taken from its button again.
+  // If the box is still being activated, a click would be taken away from its button.
   if (!child || !BringForward(window_)) return false;
   RECT area;
   if (!GetWindowRect(child, &area)) return false;
@@ -125,7 +125,7 @@ RunningMarl::RunningMarl(const SuiteFolder& suite, const std::wstring& commandLi
   STARTUPINFOW info = {};
   info.cb = sizeof info;
   PROCESS_INFORMATION started = {};
-  // Elsewhere than in its own folder: the tools' working directory is Marl's doing.
+  // Not its own folder: Marl itself must set the tools' working directory.
   if (CreateProcessW(path.c_str(), line.data(), nullptr, nullptr, FALSE, CREATE_UNICODE_ENVIRONMENT,
                      environment.data(), suite.temp().c_str(), &info, &started)) {
     CloseHandle(started.hThread);
@@ -239,7 +239,7 @@ bool RunningMarl::PressMenu(wchar_t top, wchar_t entry) const {
              return ClassOf(window) == L"#32768" && IsWindowVisible(window);
            }) != nullptr;
   };
-  // A message box that has just gone may not have given the window back yet, and the key with it.
+  // A message box that has just closed may not have given the activation back yet.
   if (!WaitUntil([&] { return IsWindowEnabled(main) != FALSE; })) return false;
   if (!BringForward(main)) return false;
   Chord({VK_MENU}, LOBYTE(VkKeyScanW(top)));
@@ -249,7 +249,7 @@ bool RunningMarl::PressMenu(wchar_t top, wchar_t entry) const {
 }
 
 std::size_t RunningMarl::PrivateBytes() const {
-  // Windows gives the same number as private usage; Wine knows it under this name alone.
+  // Windows reports the same number as private usage; Wine has only this one.
   PROCESS_MEMORY_COUNTERS counters = {};
   counters.cb = sizeof counters;
   GetProcessMemoryInfo(process_, &counters, sizeof counters);

@@ -13,7 +13,7 @@
 
 namespace marl::desktop {
 
-/// A message box: a dialog with one text and the standard buttons.
+/// A message box: a dialog with a text and standard buttons.
 class MessageBoxWindow {
  public:
   explicit MessageBoxWindow(HWND window = nullptr) : window_(window) {}
@@ -21,20 +21,20 @@ class MessageBoxWindow {
   HWND window() const { return window_; }
   std::wstring Title() const { return TextOf(window_); }
   std::wstring Text() const;
-  /// The numbers of its buttons: IDOK, IDYES, IDNO, ...
+  /// The ids of its buttons: IDOK, IDYES, IDNO, ...
   std::vector<int> Buttons() const;
-  /// Clicks the button and waits until the box has gone. False when either fails.
+  /// Clicks the button and waits until the box is closed. False if either fails.
   bool Press(int button) const;
 
  private:
   HWND window_;
 };
 
-/// One Marl that was started here. What still runs at the end is ended.
+/// A Marl process. If it still runs at the end, it is terminated.
 class RunningMarl {
  public:
   /// Starts `program` (the suite's Marl.exe if empty) in the environment of `suite`; `commandLine`
-  /// stands behind the program's name and one blank.
+  /// follows the program's name and one blank.
   explicit RunningMarl(const SuiteFolder& suite, const std::wstring& commandLine = {},
                        const std::wstring& program = {});
   ~RunningMarl();
@@ -43,37 +43,37 @@ class RunningMarl {
 
   DWORD id() const { return id_; }
   bool Running() const;
-  /// Waits for the end. Its exit code, or nothing when it still runs at the deadline.
+  /// Waits for the end. Returns its exit code, or nothing if it still runs at the deadline.
   std::optional<DWORD> WaitForExit() const;
 
   /// The main form's window, shown or not; null when there is none.
   HWND Window() const;
-  /// The splash's window while it stands; null otherwise.
+  /// The splash's window while it is shown; null otherwise.
   HWND Splash() const;
-  /// Clicks the splash away if it stands; it lets itself be clicked away once start-up is done.
+  /// Clicks the splash away if it is shown; it can be closed once start-up is complete.
   void DismissSplash() const;
-  /// Waits until the main form can be seen, and clicks the splash away meanwhile; null when the
+  /// Waits until the main form is visible, and clicks the splash away meanwhile; null if the
   /// process ended or the deadline passed.
   HWND WaitForWindow() const;
-  /// Its window of this class and title that can be seen; null when there is none.
+  /// Its visible window of this class and title; null if there is none.
   HWND Window(const wchar_t* windowClass, const wchar_t* title) const;
-  /// Waits for such a window; null when the process ended or the deadline passed.
+  /// Waits for such a window; null if the process ended or the deadline passed.
   HWND WaitForWindow(const wchar_t* windowClass, const wchar_t* title) const;
   /// The message box that is open, if any.
   MessageBoxWindow Box() const;
-  /// Waits for a message box; an empty one when the process ended or the deadline passed.
+  /// Waits for a message box; an empty one if the process ended or the deadline passed.
   MessageBoxWindow WaitForBox() const;
 
-  /// Opens a menu of the main form by its access key and presses the entry with that key. True when
+  /// Opens a menu of the main form by its access key and presses the entry with that key. True if
   /// the menu opened and closed.
   bool PressMenu(wchar_t top, wchar_t entry) const;
-  /// Waits until it has nothing to do for the first time.
+  /// Waits until it is idle for the first time.
   bool WaitForIdle() const;
 
-  /// Bytes of memory that belong to this process alone.
+  /// Private bytes of the process.
   std::size_t PrivateBytes() const;
   std::size_t Handles() const;
-  /// Drawing objects, windows, menus and icons; 0 where the platform does not tell.
+  /// GDI and USER objects; 0 if the platform does not report them.
   DWORD GuiObjects() const;
 
  private:
@@ -81,7 +81,7 @@ class RunningMarl {
   DWORD id_ = 0;
 };
 
-/// The panel of the main form: where the parts of its buttons are on the screen.
+/// The panel of the main form: positions of its buttons' parts on the screen.
 POINT IconOf(HWND main, int button);
 POINT LabelOf(HWND main, int button);
 RECT CellOf(HWND main, int button);

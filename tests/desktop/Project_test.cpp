@@ -15,7 +15,7 @@ using Starts = std::vector<Started>;
 constexpr wchar_t kCleanQuestion[] =
     L"This will remove all Marl files from the folder.  Are you sure you want to continue?";
 constexpr int kNameField = 0x480;  // the field of the platform's file dialogs
-constexpr int kNameCombo = 0x47C;  // and in some of them
+constexpr int kNameCombo = 0x47C;  // in some versions
 
 HWND WaitForFileDialog(const RunningMarl& marl) {
   return marl.WaitForWindow(L"#32770", L"Open Marl project file");
@@ -36,7 +36,7 @@ BOOL CALLBACK KeepFileField(HWND window, LPARAM found) {
   return FALSE;
 }
 
-/// Writes the path into the field of a file dialog and presses Enter. True when the dialog goes.
+/// Types the path into a file dialog and presses Enter. True if the dialog closes.
 bool ChooseFile(HWND dialog, const std::wstring& path) {
   HWND field = nullptr;
   WaitUntil([&] {
@@ -51,7 +51,7 @@ bool ChooseFile(HWND dialog, const std::wstring& path) {
   return WaitUntilGone(dialog);
 }
 
-/// The windows of this class in a form, in the order of their making.
+/// The windows of this class in a form, in the order of creation.
 std::vector<HWND> Children(HWND form, const wchar_t* windowClass) {
   std::vector<HWND> children;
   for (HWND child = nullptr;
@@ -87,8 +87,8 @@ bool PressButton(HWND form, const wchar_t* caption) {
 
 using Tree = std::map<std::wstring, std::pair<DWORD, std::uint64_t>>;
 
-/// Calls `visit` with path and data of each file below the folder, in the order in which the
-/// platform yields them, what lies in a folder in the place of that folder.
+/// Calls `visit` with path and data of each file below the folder, in the order of the listings;
+/// the files of a sub-folder come where it is listed.
 template <typename Visit>
 void ForEachFile(const std::wstring& folder, const Visit& visit) {
   WIN32_FIND_DATAW found;
@@ -115,13 +115,13 @@ void AddFiles(const std::wstring& folder, Tree& files) {
   });
 }
 
-/// All files below the folder in the order in which the platform yields them.
+/// All files below the folder, in the order of the listings.
 void ListFiles(const std::wstring& folder, std::vector<std::wstring>& files) {
   ForEachFile(folder,
               [&](const std::wstring& path, const WIN32_FIND_DATAW&) { files.push_back(path); });
 }
 
-/// Brings the form forward and waits until its field has the keys.
+/// Activates the form and waits until its field has the focus.
 bool WaitForFocus(HWND form, HWND field) {
   if (!BringForward(form)) return false;
   const DWORD thread = GetWindowThreadProcessId(form, nullptr);
@@ -132,7 +132,7 @@ bool WaitForFocus(HWND form, HWND field) {
   });
 }
 
-/// Chooses the second row of the form's first list with the keys.
+/// Chooses the second row of the form's first list by keys.
 bool ChooseSecondRow(HWND form) {
   const HWND list = Children(form, L"ComboBox").at(0);
   if (!WaitForFocus(form, list)) return false;
@@ -140,13 +140,13 @@ bool ChooseSecondRow(HWND form) {
   return WaitUntil([&] { return SendMessageW(list, CB_GETCURSEL, 0, 0) == 1; });
 }
 
-/// A long path in the form that has no limit of length. Such a form takes names as they are, "..",
-/// for one, so short paths stay as they stand.
+/// A long path with the prefix \\?\, which has no length limit. With it, names such as ".." are
+/// taken literally, so short paths stay unchanged.
 std::wstring Unlimited(const std::wstring& path) {
   return path.size() < 240 ? path : L"\\\\?\\" + path;
 }
 
-/// A project's folder, made below the suite's temporary one.
+/// A project's folder, created below the suite's temporary one.
 class Project : public SwitchboardTest {
  protected:
   void SetUp() override {
@@ -155,7 +155,7 @@ class Project : public SwitchboardTest {
     ASSERT_TRUE(main);
   }
 
-  /// Writes a file below the project's folder, with the folders that lead to it.
+  /// Writes a file below the project's folder, and creates its folders.
   void Put(const std::wstring& name, const std::string& content = "",
            DWORD attributes = FILE_ATTRIBUTE_NORMAL) const {
     const std::wstring path = At(name);
@@ -187,7 +187,7 @@ class Project : public SwitchboardTest {
     if (left() > kPart) name += std::wstring(left() - kPart, L'm') + L"\\";
     return name + std::wstring(left(), L'f') + end;
   }
-  /// Tells the project, presses OK in the dialog that comes up, and waits for its end.
+  /// Sends the project by DDE, presses OK in the dialog that opens, and waits until it is closed.
   testing::AssertionResult TranslateFirst(const std::wstring& project) const {
     if (!Tell(project)) return testing::AssertionFailure() << "the command is not accepted";
     if (!Translate()) return testing::AssertionFailure() << "no menu";
@@ -201,7 +201,7 @@ class Project : public SwitchboardTest {
   bool Open() const { return marl.PressMenu(L'P', L'O'); }
   bool Clean() const { return marl.PressMenu(L'P', L'R'); }
 
-  /// A message box with this text and no other button than OK comes up, and goes.
+  /// Expects a message box with this text and only an OK button, and closes it.
   testing::AssertionResult Says(const std::wstring& text) const {
     const MessageBoxWindow box = marl.WaitForBox();
     if (!box) return testing::AssertionFailure() << "there is no message";
@@ -212,7 +212,7 @@ class Project : public SwitchboardTest {
     if (!box.Press(IDOK)) return testing::AssertionFailure() << "it stays";
     return testing::AssertionSuccess();
   }
-  /// What the suite's folder and the project's with its neighbours hold.
+  /// Contents of the suite's folder, and of the project's folder with its neighbours.
   Tree AllFiles() const {
     Tree files;
     AddFiles(suite.path(), files);
@@ -367,7 +367,7 @@ TEST_F(Project, CancelAtEachDialogEndsSilentlyAndKeepsTheProject) {
   Chord({}, VK_ESCAPE);
   ASSERT_TRUE(WaitUntilGone(dialog));
 
-  // There was none: the next command asks again. Cancelling it with a project keeps that.
+  // There was none: the next command asks again. Cancelling while there is a project keeps it.
   ASSERT_TRUE(Clean());
   dialog = WaitForFileDialog(marl);
   ASSERT_TRUE(dialog);
@@ -458,7 +458,7 @@ TEST_F(Project, FoldersOfBothStylesAndPathsOfAnyLengthReachTheEditor) {
   expected.push_back(Editor(L"French\\a b.qtd"));
   EXPECT_EQ(suite.WaitForTools(expected.size()), expected);
 
-  // As long as paths once could be, and longer: then the platform decides whether it is there.
+  // As long as MAX_PATH allows, and longer: then the platform decides whether the file exists.
   for (const std::size_t length : {std::size_t{259}, std::size_t{260}, std::size_t{300}}) {
     const std::wstring end = L"\\French\\a b.qtd";
     const std::wstring document = NameOfLength(length, end);
@@ -510,7 +510,7 @@ TEST_F(Project, CleanDeletesTheWorkingFilesOfATreeAndNothingElse) {
   Put(L"locked.qtd");
   CreateDirectoryW(At(L"empty.qtd").c_str(), nullptr);
   Put(L"..\\outside.qtd");
-  // Where the platform's plain paths end, so does the search.
+  // The search ends where the platform's plain paths end.
   const std::wstring distant = NameOfLength(300, L".qtd");
   Put(distant);
   const bool reached = InReach(distant);
@@ -582,7 +582,7 @@ TEST_F(Project, FortyThousandWorkingFilesAreMoreThanItCounts) {
   Put(L"..\\outside.qtd");
 
   ASSERT_TRUE(Tell(At(L"job.qprx")));
-  // The pointer over the panel tells of the search while it lasts.
+  // The pointer over the panel shows the search while it runs.
   const auto pointer = [] {
     CURSORINFO info = {};
     info.cbSize = sizeof info;
@@ -599,7 +599,7 @@ TEST_F(Project, FortyThousandWorkingFilesAreMoreThanItCounts) {
   EXPECT_TRUE(WaitUntil([&] { return pointer() == arrow; }));
   EXPECT_EQ(marl.Box().Text(), kCleanQuestion);
   ASSERT_TRUE(marl.Box().Press(IDYES));
-  // The count of the files that are gone takes no more, and the program ends.
+  // The counter of deleted files overflows, and the program ends.
   ASSERT_TRUE(WaitUntil([&] { return static_cast<bool>(marl.Box()); }, kPatience));
   EXPECT_TRUE(Says(L"Overflow"));
   EXPECT_EQ(marl.WaitForExit(), 1u);
@@ -621,7 +621,7 @@ TEST_F(Project, FolderWithoutWorkingFilesSaysSo) {
   ASSERT_TRUE(Tell(L"job.qprx"));
   ASSERT_TRUE(Clean());
   EXPECT_TRUE(Says(L"This does not appear to be a valid Marl project file"));
-  // A folder that is gone meanwhile, with the project in it.
+  // A folder that has been deleted meanwhile, with the project in it.
   Put(L"gone\\job.qprx", kXml);
   Put(L"gone\\a.qtd");
   ASSERT_TRUE(Tell(At(L"gone\\job.qprx")));

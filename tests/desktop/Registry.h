@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-// The registry as the tests find it, empty it, fill it and put it back.
+// Saves, empties, fills and restores the registry for tests.
 
 namespace marl::desktop {
 
-/// One key of the registry in memory, with all that lies beneath it.
+/// A registry key in memory, with everything below it.
 struct KeyImage {
   struct Value {
     DWORD kind;
@@ -23,7 +23,7 @@ struct KeyImage {
   bool operator==(const KeyImage&) const = default;
 };
 
-/// The settings of the user who runs the tests, empty while this lives and put back after it.
+/// The settings of the user who runs the tests: empty while this lives, restored afterwards.
 class Settings {
  public:
   Settings();
@@ -31,7 +31,7 @@ class Settings {
   Settings(const Settings&) = delete;
   Settings& operator=(const Settings&) = delete;
 
-  /// A setting of application Marl, section Settings; nothing when there is none.
+  /// A setting of application Marl, section Settings; nothing if there is none.
   std::optional<std::wstring> Get(const std::wstring& key) const;
   void Set(const std::wstring& key, const std::wstring& value) const;
   /// A text below HKEY_CURRENT_USER\Software\Oru\Marl, in the subkey `key`.
@@ -42,7 +42,7 @@ class Settings {
                         const std::vector<BYTE>& bytes) const;
   /// A number (REG_DWORD) there.
   void SetRegistryNumber(const std::wstring& key, const std::wstring& value, DWORD number) const;
-  /// All that the keys hold now.
+  /// Everything in the keys.
   std::vector<KeyImage> Image() const;
 
  private:
@@ -50,7 +50,7 @@ class Settings {
   std::vector<std::optional<KeyImage>> before_;
 };
 
-/// A key below Software\Classes of the machine with a text, for as long as this lives.
+/// A key with a text below Software\Classes of the machine, while this lives.
 class ClassKey {
  public:
   ClassKey(const std::wstring& path, const std::wstring& text);

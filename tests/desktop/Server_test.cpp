@@ -5,8 +5,8 @@
 #include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
-// The tracking server on the real program: what the registry holds, what the title says, what the
-// dialog does, who gets which address, and a real component of the suite.
+// The tracking server in the real program: registry, title, dialog, addresses that are passed on,
+// and a real component of the suite.
 
 namespace marl::desktop {
 
@@ -20,7 +20,7 @@ constexpr wchar_t kListKey[] = L"Software\\Oru\\Marl\\ServerMRU";
 const std::string kAlpha = "<project-tracking server=\"alpha\" ssl=\"no\" port=\"80\"/>";
 const std::string kBeta = "<project-tracking server=\"beta\" ssl=\"yes\" port=\"443\"/>";
 
-/// The bytes of a text value without its terminator; nothing when there is no such text.
+/// The bytes of a text value without its terminator; nothing if there is none.
 std::optional<std::string> Stored(const wchar_t* key, const wchar_t* name) {
   HKEY opened = nullptr;
   if (RegOpenKeyExW(HKEY_CURRENT_USER, key, 0, KEY_QUERY_VALUE, &opened) != ERROR_SUCCESS) {
@@ -52,7 +52,7 @@ std::vector<std::string> StoredList() {
   return list;
 }
 
-/// The dialog that changes the server, once it can be seen.
+/// The dialog that changes the server, once it is visible.
 constexpr wchar_t kSsl[] = L"The server &requires a secure connection (SSL)";
 constexpr wchar_t kDefault[] = L"Use &default port number";
 
@@ -74,7 +74,7 @@ class Server : public SwitchboardTest {
   static bool TitleBecomes(HWND main, const std::wstring& title) {
     return WaitUntil([&] { return TextOf(main) == title; });
   }
-  /// Opens the dialog, types the name over the present one, and leaves with OK.
+  /// Opens the dialog, replaces the name, and closes with OK.
   static testing::AssertionResult ChangeTo(const RunningMarl& marl, const std::wstring& name) {
     Click(IconOf(marl.Window(), kChangeServer));
     const ServerDialog dialog(marl);
@@ -82,7 +82,7 @@ class Server : public SwitchboardTest {
     if (!WaitUntil([&] { return GetForegroundWindow() == dialog.window(); })) {
       return testing::AssertionFailure() << "the dialog is not in front";
     }
-    // The name is selected as a whole when the dialog comes up.
+    // The whole name is selected when the dialog opens.
     if (name.empty()) {
       Chord({}, VK_DELETE);
     } else {
@@ -235,7 +235,7 @@ TEST_F(Server, TypedNameIsNotEscapedAndTheOldestOfNineLeavesTheList) {
     list.insert(list.begin(), tag);
     list.pop_back();
   };
-  // A quote cuts the name short; what it is cut from is no element of the program's arguments.
+  // A quote ends the name early; the rest is not passed as an argument.
   ASSERT_TRUE(ChangeTo(marl, L"a\"b"));
   EXPECT_TRUE(TitleBecomes(main, L"Marl : a"));
   became("<project-tracking server=\"a\"b\" ssl=\"no\" port=\"80\"/>");
@@ -243,7 +243,7 @@ TEST_F(Server, TypedNameIsNotEscapedAndTheOldestOfNineLeavesTheList) {
   EXPECT_EQ(suite.WaitForTools(1), (Starts{Start(suite, L"Q17Warden.exe", L"a /port=80")}));
   EXPECT_EQ(StoredServer(), list.front()) << "saved by the press";
   EXPECT_EQ(StoredList(), list);
-  // The dialog shows what the tag says: the name as far as the quote.
+  // The dialog shows what the tag has: the name up to the quote.
   ASSERT_TRUE(ChangeTo(marl, L"/ssl /port=1"));
   EXPECT_TRUE(TitleBecomes(main, L"Marl : /ssl /port=1"));
   became("<project-tracking server=\"/ssl /port=1\" ssl=\"no\" port=\"80\"/>");
@@ -260,7 +260,7 @@ TEST_F(Server, ChangedReAddedAndRemoved) {
   ASSERT_TRUE(main);
   ASSERT_EQ(TextOf(main), L"Marl : beta");
 
-  // The dialog keeps SSL and port of the server before.
+  // The dialog keeps SSL and port of the previous server.
   ASSERT_TRUE(ChangeTo(marl, L"gamma"));
   EXPECT_TRUE(TitleBecomes(main, L"Marl : gamma"));
   EXPECT_EQ(StoredServer(), kBeta) << "saved is what there was at the press";
@@ -317,7 +317,7 @@ TEST_F(Server, DropDownShowsTheListAndAChosenEntrySetsAllFields) {
   EXPECT_TRUE(TitleBecomes(marl.Window(), L"Marl : delta"));
   EXPECT_TRUE(Close(marl));
   EXPECT_EQ(StoredServer(), "<project-tracking server=\"delta\" ssl=\"yes\" port=\"8443\"/>");
-  // The bare name came back as a tag, and the gaps have closed.
+  // The bare name has become a tag, and the gaps are closed.
   EXPECT_EQ(StoredList(),
             (std::vector<std::string>{
                 "<project-tracking server=\"delta\" ssl=\"yes\" port=\"8443\"/>", kAlpha,
@@ -342,7 +342,7 @@ TEST_F(Server, EscapeAndAccessKeysWork) {
   EXPECT_TRUE(WaitUntil([&] { return IsChild(dialog.Combo(), focus()); })) << "the server";
   Chord({VK_MENU}, 'R');
   EXPECT_TRUE(WaitUntil([&] { return dialog.Checked(kSsl); })) << "SSL";
-  // Tab goes from here to the other box, the port, both buttons, and round.
+  // Tab goes from here to the other box, the port, both buttons, and wraps around.
   for (const HWND next :
        {dialog.Default(), dialog.Port(), dialog.Button(L"OK"), dialog.Button(L"Cancel")}) {
     Chord({}, VK_TAB);
@@ -357,7 +357,7 @@ TEST_F(Server, EscapeAndAccessKeysWork) {
   EXPECT_EQ(StoredServer(), "<project-tracking server=\"alpha\" ssl=\"no\" port=\"8080\"/>");
 }
 
-// The filter on a real edit control: text and caret come back as they were.
+// The filter on a real edit control: text and caret are restored.
 TEST_F(Server, PortFieldRefusesEveryKindOfEditThatIsNoPort) {
   StoreServer(L"<project-tracking server=\"alpha\" ssl=\"no\" port=\"8080\"/>");
   const SuiteFolder suite;
@@ -425,7 +425,7 @@ namespace {
 
 constexpr wchar_t kClient[] = L"Marl.TrackingServerClient";
 
-/// What the client is told of a server.
+/// A server document as the client gets it.
 std::wstring SetServer(const std::wstring& tag) {
   return std::wstring(kClient) + L".SetServer(\uFEFF<?xml version=\"1.0\" standalone=\"no\"?>" +
          tag + L")";
@@ -521,7 +521,7 @@ TEST_F(Server, ReturnToTheProgramLeavesTheSelectionOfTheNameAlone) {
   ASSERT_TRUE(BringForward(other));
   DestroyWindow(other);
   ASSERT_TRUE(BringForward(dialog.window()));
-  // What is typed now replaces what was selected before.
+  // Typing replaces the earlier selection.
   Keys(L"x");
   EXPECT_TRUE(WaitUntil([&] { return TextOf(dialog.Combo()) == L"alphx"; }))
       << ToUtf8(TextOf(dialog.Combo()));

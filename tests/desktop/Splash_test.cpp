@@ -15,7 +15,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kSplashWidth = 7200;  // twips
 constexpr int kSplashHeight = 4500;
-// Before this long after the start it does not go without the user.
+// Until then it does not close without the user.
 constexpr std::chrono::milliseconds kByItself{4900};
 
 HWND WaitForSplash(const RunningMarl& marl) {
@@ -24,8 +24,8 @@ HWND WaitForSplash(const RunningMarl& marl) {
   return splash;
 }
 
-/// Waits until start-up has reached the point from which on the splash may go: the main form has
-/// taken its place and title by then.
+/// Waits until start-up has reached the point where the splash may close: the main form has its
+/// position and title by then.
 bool WaitUntilItMayGo(const RunningMarl& marl) {
   return WaitUntil([&] { return marl.Window() != nullptr; }) && marl.WaitForIdle();
 }
@@ -34,7 +34,7 @@ std::size_t CountColors(const Pixels& pixels, COLORREF color) {
   return static_cast<std::size_t>(std::count(pixels.colors.begin(), pixels.colors.end(), color));
 }
 
-/// Pixels of the application icon's gold at the left of the window's title bar.
+/// Number of pixels in the application icon's gold at the left of the title bar.
 std::size_t GoldInTitle(HWND window) {
   const RECT place = AreaOf(window);
   const int height = GetSystemMetrics(SM_CYFIXEDFRAME) + GetSystemMetrics(SM_CYCAPTION);
@@ -48,8 +48,8 @@ std::size_t GoldInTitle(HWND window) {
 
 class Splash : public SwitchboardTest {
  protected:
-  /// True when `act` ends the splash before it would have gone by itself. A start that takes too
-  /// long for that says nothing, and is followed by another one.
+  /// True if `act` closes the splash before it would have closed by itself. If the start takes too
+  /// long to tell, it is repeated.
   testing::AssertionResult EndsEarly(
       const std::function<bool(const RunningMarl& marl, HWND splash)>& act) {
     for (int attempt = 0; attempt < 10; ++attempt) {
@@ -98,8 +98,8 @@ class About : public SwitchboardTest {
   HWND about = nullptr;
 };
 
-/// Makes a stand-in the program that opens web addresses while this lives. On Windows that is the
-/// user's own choice, which nobody else can make.
+/// Makes a stand-in the program that opens web addresses while this lives. On Windows only the user
+/// can choose that.
 class WebAddresses {
  public:
   explicit WebAddresses(const std::wstring& program) {
@@ -148,7 +148,7 @@ TEST_F(Splash, IsInTheMiddleOfTheScreenWhileTheMainFormIsHidden) {
 
   ASSERT_TRUE(WaitUntilItMayGo(marl));
   Screenshot("splash", splash);
-  // The version, white on the quiet band at six tenths of the height.
+  // The version, white on the plain band at six tenths of the height.
   const int top = place.top + PixelsOf(kSplashHeight) * 6 / 10;
   const RECT band = {place.left, top, place.right, top + PixelsOf(300)};
   EXPECT_GT(CountColors(Capture(band), RGB(255, 255, 255)), 60u);
@@ -164,7 +164,7 @@ TEST_F(Splash, ClosesByItselfAfterFiveSeconds) {
   ASSERT_TRUE(WaitUntil([&] { return !IsWindow(splash); }));
   const auto gone = Clock::now();
   EXPECT_GE(gone - start, kByItself);
-  // How exactly it keeps its time is for a test with a clock of its own.
+  // The exact time is checked by a unit test with its own clock.
   EXPECT_LE(gone - ready, std::chrono::seconds(15));
   EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(marl.Window()) != FALSE; }));
   EXPECT_TRUE(Close(marl));
@@ -244,7 +244,7 @@ TEST(ProgramFile, CarriesItsIconAsGroupOneWithFourImages) {
     bytes.assign(data, data + SizeofResource(program, found));
     return bytes;
   };
-  // A header of three words, and for each image fourteen bytes: width, height, colours, reserved,
+  // A header of three words, then fourteen bytes per image: width, height, colours, reserved,
   // planes, depth, size and number.
   const std::vector<BYTE> group = read(1, RT_GROUP_ICON);
   ASSERT_EQ(group.size(), 6u + 4 * 14);
@@ -313,8 +313,8 @@ TEST_F(About, LinksOpenTheirSitesByClickAndByAccessKey) {
   EXPECT_EQ(opened(3).back(), L"\"http://support.marl.example\"");
   EXPECT_TRUE(IsWindow(about));
 
-  // The focus lies behind the link now. Coming back from another program opens nothing; the key
-  // still does.
+  // The focus is on the link's hidden button now. Coming back from another program opens nothing;
+  // the key still does.
   for (int time = 0; time < 2; ++time) {
     const HWND other = CreateWindowExW(0, L"STATIC", L"Other", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0,
                                        0, 200, 100, nullptr, nullptr, nullptr, nullptr);

@@ -2,7 +2,7 @@
 
 #include "tests/desktop/Harness.h"
 
-// The stand-in's record is what the other tests rest on: it must be exact.
+// The other tests rely on the stand-in's log: it must be exact.
 
 namespace marl::desktop {
 

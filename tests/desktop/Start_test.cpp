@@ -1,6 +1,7 @@
 #include "tests/desktop/Switchboard.h"
 
-// First run, wizard and second start: who is asked what, what is started, what stays behind.
+// First run, wizard and second start: the questions, the programs that are started, and what
+// remains.
 
 namespace marl::desktop {
 
@@ -50,7 +51,7 @@ TEST_F(FirstRun, NoAndYesStartTheWizardAtOnce) {
   const SuiteFolder suite;
   const RunningMarl marl(suite);
   ASSERT_TRUE(Answer(marl, kDemonstrationQuestion, IDNO));
-  // Started before the question is asked; which of two programs records itself first is chance.
+  // Started before the question is asked; which of the two programs logs first is random.
   ASSERT_EQ(suite.WaitForTools(1).size(), 1u);
   ASSERT_TRUE(Answer(marl, kWizardQuestion, IDYES));
   EXPECT_EQ(marl.WaitForExit(), 0u);
@@ -182,7 +183,7 @@ TEST_F(StartUp, SecondStartRunsTheRegistrarShowsAMessageAndTouchesNothing) {
   ASSERT_TRUE(window);
   ASSERT_TRUE(first.WaitForIdle());
   ASSERT_TRUE(WaitUntil([&] { return suite.Starts().size() == 1; }));
-  // As it is in the tray: a second start finds no window that it could restore.
+  // As in the tray: a second start finds no window to restore.
   ShowWindow(window, SW_HIDE);
   settings.Set(L"FirstRun", L"Y");
   settings.Set(L"Wizard", L"Y");
@@ -210,7 +211,7 @@ TEST_F(StartUp, SecondStartBringsTheFirstOnesWindowBack) {
   const HWND window = first.WaitForWindow();
   ASSERT_TRUE(window);
   ASSERT_TRUE(TextOf(window).starts_with(L"Marl : "));
-  // Maximised and behind another window: it comes back in its usual size, and to the front.
+  // Maximised and behind another window: it comes to the front in its normal size.
   ShowWindow(window, SW_SHOWMAXIMIZED);
   ASSERT_TRUE(IsZoomed(window));
   const HWND other = CreateWindowExW(0, L"STATIC", L"In front", WS_POPUP | WS_CAPTION | WS_VISIBLE,

@@ -42,7 +42,7 @@ void RemoveTree(const std::wstring& folder) {
       RemoveTree(path);
     } else {
       SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-      // A program that has just ended may hold its file a moment longer.
+      // A program that has just ended may keep its file open a moment longer.
       WaitUntil(
           [&] { return DeleteFileW(path.c_str()) || GetLastError() == ERROR_FILE_NOT_FOUND; });
     }
@@ -67,7 +67,7 @@ std::string ReadAll(const std::wstring& path, LONG offset) {
   return bytes;
 }
 
-/// The name of a file outside of Wine; empty on Windows.
+/// The native name of a file under Wine; empty on Windows.
 std::wstring UnixNameOf(const std::wstring& path) {
   using Translate = char*(CDECL*)(const wchar_t*);
   const auto translate = reinterpret_cast<Translate>(reinterpret_cast<void*>(
@@ -97,14 +97,14 @@ bool RunUnixTool(const std::wstring& command) {
                       &info, &started)) {
     return false;
   }
-  // The handle may be signalled before the tool is done: callers look for what it does.
+  // The handle may be signalled before the tool is done, so callers wait for its effect.
   WaitForSingleObject(started.hProcess, static_cast<DWORD>(kDeadline.count()));
   CloseHandle(started.hThread);
   CloseHandle(started.hProcess);
   return true;
 }
 
-/// Walks along one line of a stand-in's log.
+/// Parses one line of a stand-in's log.
 class JsonLine {
  public:
   explicit JsonLine(std::string_view text) : text_(text) {}
@@ -215,7 +215,7 @@ SuiteFolder::SuiteFolder(const std::wstring& name, const std::vector<std::wstrin
   }
 }
 
-// In the form of path that has no limit of length.
+// With the prefix \\?\, so that the path has no length limit.
 SuiteFolder::~SuiteFolder() { RemoveTree(L"\\\\?\\" + root_); }
 
 void SuiteFolder::Remove(const std::wstring& tool) const {

@@ -10,11 +10,11 @@
 
 #include "tests/desktop/Desktop.h"
 
-// The suite around the program under test: its folder, the stand-ins and what they record.
+// The suite around the program under test: its folder, the stand-ins and their log.
 
 namespace marl::desktop {
 
-/// Where the programs under test lie: the command line's --marl=PATH, --german=PATH and
+/// Paths of the programs under test: the command line's --marl=PATH, --german=PATH and
 /// --stand-in=PATH, or the environment's MARL_PROGRAM, MARL_GERMAN_PROGRAM and MARL_STAND_IN.
 struct Programs {
   std::wstring marl;
@@ -23,7 +23,7 @@ struct Programs {
 };
 extern Programs g_programs;
 
-/// What a stand-in recorded of one start.
+/// One entry of a stand-in's log.
 struct Started {
   std::wstring program;
   std::wstring path;
@@ -35,14 +35,14 @@ struct Started {
 };
 std::ostream& operator<<(std::ostream& out, const Started& started);
 
-/// Reads one line of a stand-in's log; nothing when it is no such line.
+/// Reads one line of a stand-in's log; nothing if the line is not valid.
 std::optional<Started> ParseStarted(const std::string& line);
 
-/// A folder with Marl.exe and a stand-in under each tool's name; removed with all that it holds.
-/// Its neighbours are a private temporary folder and the stand-ins' log.
+/// A folder with Marl.exe and a stand-in under each tool's name; deleted at the end. Beside it are
+/// a private temporary folder and the stand-ins' log.
 class SuiteFolder {
  public:
-  /// Makes the folder `name` in a fresh place, without the tools named in `without`.
+  /// Creates the folder `name` in a new place, without the tools in `without`.
   explicit SuiteFolder(const std::wstring& name = L"Suite",
                        const std::vector<std::wstring>& without = {});
   ~SuiteFolder();
@@ -56,12 +56,12 @@ class SuiteFolder {
   std::wstring marl() const { return path_ + L"\\Marl.exe"; }
   void Remove(const std::wstring& tool) const;
 
-  /// All starts recorded until now, in their order.
+  /// All starts logged so far, in order.
   const std::vector<Started>& Starts() const;
   /// The starts apart from the component registrar's, once there are at least `count` of them or
   /// the deadline has passed.
   std::vector<Started> WaitForTools(std::size_t count) const;
-  /// What the folder and its temporary folder hold: path, size and time of writing.
+  /// Contents of the folder and its temporary folder: path, size and time of writing.
   std::map<std::wstring, std::pair<std::uint64_t, std::uint64_t>> Files() const;
 
  private:
@@ -69,7 +69,7 @@ class SuiteFolder {
   std::wstring path_;
   std::wstring temp_;
   std::wstring log_;
-  // What has been read of the log.
+  // The part of the log that has been read.
   mutable std::vector<Started> starts_;
   mutable LONG read_ = 0;
 };
@@ -77,7 +77,7 @@ class SuiteFolder {
 /// All tools of the suite that Marl starts.
 const std::vector<std::wstring>& Tools();
 
-/// A drive letter that stands for a folder while this lives.
+/// A drive letter for a folder, while this lives.
 class DriveLetter {
  public:
   explicit DriveLetter(const std::wstring& folder);
@@ -85,7 +85,7 @@ class DriveLetter {
   DriveLetter(const DriveLetter&) = delete;
   DriveLetter& operator=(const DriveLetter&) = delete;
   bool made() const { return made_; }
-  /// "R:", say.
+  /// Such as "R:".
   const std::wstring& name() const { return name_; }
 
  private:

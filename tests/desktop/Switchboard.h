@@ -19,7 +19,7 @@ inline constexpr int kUtilities = 9;
 inline constexpr int kQaCheck = 10;
 inline constexpr int kExit = 17;
 
-/// Settings of one's own; the first run lies behind the user unless a test says otherwise.
+/// Private settings; the first run is over unless a test says otherwise.
 class SwitchboardTest : public testing::Test {
  protected:
   SwitchboardTest() { settings.Set(L"FirstRun", L"N"); }
@@ -45,8 +45,8 @@ class SwitchboardTest : public testing::Test {
     const HWND menu = FindWindowW(L"#32768", nullptr);
     return menu && IsWindowVisible(menu) ? menu : nullptr;
   }
-  /// Opens the menu of the tray's icon, by the message that the shell sends, and clicks its last
-  /// item, Exit. (Real clicks on the icon are in the tests of the tray.)
+  /// Opens the tray menu by the message that the shell sends, and clicks its last item, Exit.
+  /// (Tray_test clicks the real icon.)
   static testing::AssertionResult ChooseExitInTheTray(HWND main) {
     PostMessageW(main, RegisterWindowMessageW(L"msgMarlMenu"), 0, WM_RBUTTONUP);
     HWND menu = nullptr;
@@ -65,7 +65,7 @@ class SwitchboardTest : public testing::Test {
     return testing::AssertionSuccess();
   }
 
-  /// Another program tells Marl the project.
+  /// Another program sends Marl the project, by DDE.
   static bool Tell(const std::wstring& project) {
     DdeClient client(DdeClient::Kind::kWide);
     return client.Connect(L"Marl", L"Marl") && client.Execute(L"PRJ " + project);

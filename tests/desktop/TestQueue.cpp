@@ -22,18 +22,19 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// What takes longest, so that no process is left alone with it at the end.
+// The longest tests, started first so that none is left to run alone at the end.
 constexpr std::string_view kFirst[] = {
     "RandomUser.LeavesAProgramThatWorksAndEnds",
     "Press.TwoHundredPressesLeakNothing",
     "Project.FortyThousandWorkingFilesAreMoreThanItCounts",
 };
 
-// No test takes this long, on however loaded a machine.
+// No test takes this long, however loaded the machine is.
 constexpr std::chrono::minutes kHung{10};
 constexpr int kHungCode = 3;
 
-/// True when `text` is one of the patterns, which are joined by ":" and may hold "*" and "?".
+/// True if `text` matches one of the patterns, which are separated by ":" and may contain "*" and
+/// "?".
 bool MatchesOne(const std::string& text, const std::string& patterns) {
   std::istringstream list(patterns);
   for (std::string pattern; std::getline(list, pattern, ':');) {
@@ -59,7 +60,7 @@ bool Take(const std::wstring& queue, const std::string& test) {
   return true;
 }
 
-/// Prints GoogleTest's lines of one test, without the headings that it puts around each run.
+/// Prints GoogleTest's lines of one test, without the headings around each run.
 class Lines : public testing::EmptyTestEventListener {
  public:
   void OnTestStart(const testing::TestInfo& test) override { Print("[ RUN      ]", test, ""); }
@@ -95,7 +96,7 @@ class Lines : public testing::EmptyTestEventListener {
   }
 };
 
-/// Ends the process when a test does not.
+/// Ends the process if a test does not end.
 class Watch {
  public:
   Watch()
@@ -149,7 +150,7 @@ int RunShared(const std::wstring& queue) {
   });
   std::printf("[==========] Sharing %d tests.\n", static_cast<int>(tests.size()));
   std::fflush(stdout);
-  // It owns what is added to it.
+  // It takes ownership.
   auto* const lines = new Lines;
   testing::TestEventListeners& listeners = testing::UnitTest::GetInstance()->listeners();
   delete listeners.Release(listeners.default_result_printer());

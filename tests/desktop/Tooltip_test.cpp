@@ -1,6 +1,6 @@
 #include "tests/desktop/Switchboard.h"
 
-// Balloon tips over the buttons, brought out by the mouse.
+// Balloon tips of the buttons, shown by the mouse.
 
 namespace marl::desktop {
 
@@ -24,13 +24,13 @@ class Balloon : public SwitchboardTest {
     if (IsWindowVisible(window)) search.shown = window;
     return TRUE;
   }
-  /// The program's tip windows, and the one that can be seen.
+  /// The program's tip windows, and the visible one.
   static Search Tips(const RunningMarl& marl) {
     Search search = {marl.id(), 0, nullptr};
     EnumWindows(Take, reinterpret_cast<LPARAM>(&search));
     return search;
   }
-  /// Moves the mouse over a button, and on it.
+  /// Moves the mouse to a button, and then once more on it.
   static void Hover(HWND main, int button) {
     const POINT at = LabelOf(main, button);
     MoveMouse(at.x - 3, at.y);
@@ -46,14 +46,14 @@ TEST_F(Balloon, ShowsOverTheButtonUnderTheMouse) {
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
   ASSERT_TRUE(BringForward(main));
-  // A tip's window is made when the mouse first comes to its button.
+  // A tip's window is created when the mouse first moves over its button.
   MoveMouse(0, 0);
   const int before = Tips(marl).count;
   EXPECT_LE(before, 1) << "the button where the mouse was at the start";
   for (int button = 0; button < 18; ++button) {
     Hover(main, button);
     ASSERT_TRUE(WaitUntil([&] { return Tips(marl).count >= button + 1; })) << button;
-    // A balloon that stands over the next button would take the mouse from it.
+    // A balloon over the next button would take the mouse from it.
     MoveMouse(0, 0);
     ASSERT_TRUE(WaitUntil([&] { return Tips(marl).shown == nullptr; })) << button;
   }
@@ -75,8 +75,8 @@ TEST_F(Balloon, NoneWithTooltipsSwitchedOff) {
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
   ASSERT_TRUE(BringForward(main));
-  // A server, so that no button is dead: each shows in the status bar that the mouse came to it,
-  // which is when its tip would be made.
+  // With a server no button is disabled: each shows in the status bar that the mouse is on it, and
+  // at that moment its tip would be created.
   const HWND status = FindWindowExW(main, nullptr, L"msctls_statusbar32", nullptr);
   std::wstring before;
   for (int button = 0; button < 18; ++button) {

@@ -20,7 +20,7 @@ class Tray : public SwitchboardTest {
  protected:
   Tray() { GiveIcons(suite); }
 
-  /// The icon library lies beside the program, wherever that was built.
+  /// The icon library is beside the program, wherever that was built.
   static void GiveIcons(const SuiteFolder& folder) {
     const std::wstring& marl = g_programs.marl;
     const std::wstring library = marl.substr(0, marl.rfind(L'\\') + 1) + L"q17icl.oru";
@@ -29,7 +29,7 @@ class Tray : public SwitchboardTest {
 
   static UINT MenuMessage() { return RegisterWindowMessageW(L"msgMarlMenu"); }
 
-  /// The number of the icon: that of the window's own, the large one if there is one.
+  /// The id of the tray icon: the handle of the window's icon, the large one if there is one.
   static UINT IconNumber(HWND main) {
     for (const WPARAM which : {WPARAM{ICON_BIG}, WPARAM{ICON_SMALL}}) {
       if (const LRESULT icon = SendMessageW(main, WM_GETICON, which, 0)) {
@@ -39,7 +39,7 @@ class Tray : public SwitchboardTest {
     return static_cast<UINT>(GetClassLongPtrW(main, GCLP_HICON));
   }
 
-  /// Where the icon is: asked of the shell, or at the end of a taskbar that cannot tell.
+  /// Position of the icon: asked from the shell, or the end of a taskbar that cannot answer.
   static RECT IconArea(HWND main) {
     NOTIFYICONIDENTIFIER icon = {};
     icon.cbSize = sizeof icon;
@@ -58,7 +58,7 @@ class Tray : public SwitchboardTest {
     const RECT area = IconArea(main);
     return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
   }
-  /// True when there is more than one colour at the icon's place.
+  /// True if there is more than one colour at the icon's position.
   static bool IconSeen(HWND main) {
     const Pixels pixels = Capture(IconArea(main));
     return std::any_of(pixels.colors.begin(), pixels.colors.end(),
@@ -86,7 +86,7 @@ class Tray : public SwitchboardTest {
     tip.text = TextOf(window);
     return tip.text.empty();
   }
-  /// What the shell shows beside the icon when the mouse rests on it.
+  /// The shell's tip when the mouse rests on the icon.
   static std::wstring TipOfIcon(HWND main) {
     Tip tip;
     GetWindowThreadProcessId(main, &tip.except);
@@ -116,7 +116,7 @@ class Tray : public SwitchboardTest {
     });
   }
   static bool OpenTrayMenu(HWND main) {
-    // It is seen before it takes the mouse.
+    // It is visible before it accepts the mouse.
     const auto isOpen = [&] {
       GUITHREADINFO thread = {};
       thread.cbSize = sizeof thread;
@@ -126,7 +126,7 @@ class Tray : public SwitchboardTest {
     RightClick(IconPlace(main));
     return WaitUntil(isOpen);
   }
-  /// Walks down to an item of the open menu, from 1, and presses it.
+  /// Goes down to an item of the open menu, from 1, and presses it.
   static bool Choose(HWND main, int item) {
     for (int i = 0; i < item; ++i) Chord({}, VK_DOWN);
     Chord({}, VK_RETURN);
@@ -188,7 +188,7 @@ TEST_F(Tray, SingleClickDoesNothing) {
   ASSERT_TRUE(main);
   ASSERT_TRUE(Minimise(main));
   Click(IconPlace(main));
-  // Two clicks that are too slow for one another: what follows is answered after them.
+  // Two clicks that are too slow for a double click: later messages are handled after them.
   ASSERT_TRUE(WaitUntil(
       [start = GetTickCount()] { return GetTickCount() - start > GetDoubleClickTime(); }));
   EXPECT_FALSE(IsWindowVisible(main));
@@ -283,7 +283,7 @@ TEST_F(Tray, RestartedTaskbarShowsTheIconOnceAndItsMessagesArrive) {
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
   ASSERT_TRUE(WaitUntil([&] { return IconSeen(main); }));
-  // The icon and the place beside it, where a second one would be.
+  // The icon and the position beside it, where a second one would be.
   RECT area = IconArea(main);
   area.left -= area.right - area.left;
   const Pixels before = Capture(area);
@@ -293,15 +293,15 @@ TEST_F(Tray, RestartedTaskbarShowsTheIconOnceAndItsMessagesArrive) {
   icon.uID = IconNumber(main);
   EXPECT_EQ(TipOfIcon(main), L"Marl");
   MoveMouse(0, 0);
-  // The icon was copied out of its library, which nobody holds any more.
+  // The icon was copied from its library, which is closed.
   EXPECT_TRUE(DeleteFileW((suite.path() + L"\\q17icl.oru").c_str()));
   const auto taskbarCreated = [&] {
     SendMessageTimeoutW(main, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0, SMTO_NORMAL, 5000,
                         nullptr);
   };
-  // Not every window tells another program its icon. Where it does, the shell is made to forget the
-  // tray icon, as it does with its own end. Elsewhere another icon is put beside it: what is made
-  // anew comes to stand behind that.
+  // Not every window tells another program its icon. If it does, the shell's tray icon is deleted,
+  // as if the shell had restarted. Otherwise another icon is added beside it: a recreated icon
+  // comes after that one.
   const bool known = Shell_NotifyIconW(NIM_MODIFY, &icon);
   if (known) {
     ASSERT_TRUE(Shell_NotifyIconW(NIM_DELETE, &icon));
@@ -353,7 +353,7 @@ TEST_F(Tray, DoubleClickSetsAMaximisedWindowToNormal) {
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
   ASSERT_TRUE(IsZoomed(main));
-  // The icon lies beneath the window.
+  // The window covers the icon.
   PostMessageW(main, MenuMessage(), 0, kDoubleClick);
   EXPECT_TRUE(WaitUntil([&] { return !IsZoomed(main); }));
   EXPECT_TRUE(IsWindowVisible(main));
@@ -399,7 +399,7 @@ TEST_F(Tray, DialogsMessagesAndDeadEntriesOfTheMenuLeaveTheWindowHidden) {
   ASSERT_TRUE(box.Press(IDOK));
   EXPECT_FALSE(IsWindowVisible(main));
 
-  // There is no server whose projects could be tracked.
+  // There is no server to track.
   ASSERT_TRUE(OpenTrayMenu(main));
   ASSERT_TRUE(Choose(main, kTrackProjects + 1));
   ASSERT_TRUE(OpenTrayMenu(main));

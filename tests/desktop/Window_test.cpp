@@ -1,7 +1,7 @@
 #include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
-// Where the main form comes up, in which state, and what it saves when it goes.
+// Position and state of the main form at start, and what it saves at exit.
 
 namespace marl::desktop {
 
@@ -9,7 +9,7 @@ namespace {
 
 class Window : public SwitchboardTest {
  protected:
-  /// Starts with these settings and tells where the window came up.
+  /// Starts with these settings and returns the window's position.
   POINT PlaceFor(const std::wstring& left, const std::wstring& top) {
     settings.Set(L"Left", left);
     settings.Set(L"Top", top);
@@ -41,7 +41,7 @@ std::wstring Number(int value) { return std::to_wstring(value); }
 }  // namespace
 
 TEST_F(Window, OpensWhereItWasUnlessItWouldBeOffTheScreen) {
-  // How large the form is, and where its middle place is, tells a first start.
+  // A first start gives the form's size and its centred position.
   SIZE form;
   POINT middle;
   {

@@ -1,5 +1,5 @@
-// The tests on the real program: the shipped Marl.exe in a suite folder of stand-in tools, moved by
-// a real mouse and real keys. Runs on Windows and, unchanged, in a Wine desktop.
+// The tests of the real program: Marl.exe in a suite folder of stand-in tools, operated by real
+// mouse and keyboard input. Runs on Windows and, unchanged, in a Wine desktop.
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ bool Present(const std::wstring& path) {
   return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-/// Leaves of the tests that were asked for those of one suite.
+/// Restricts the selected tests to those of one suite.
 void KeepSuite(const std::string& suite) {
   std::string kept;
   for (const std::string& test : marl::desktop::SelectedTests(suite)) kept += test + ":";
@@ -33,9 +33,9 @@ void KeepSuite(const std::string& suite) {
 
 int wmain(int argc, wchar_t** argv) {
   using marl::desktop::g_programs;
-  // Windows would otherwise tell lengths at 96 dpi, whatever the screen has.
+  // Otherwise Windows would report lengths at 96 dpi, whatever the screen has.
   SetProcessDPIAware();
-  // A crash, of this program or of one that it starts, ends the process: no box waits for anybody.
+  // A crash of this program or of one that it starts ends the process, without a message box.
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
   testing::InitGoogleTest(&argc, argv);
   g_programs.marl = marl::desktop::Environment(L"MARL_PROGRAM");

@@ -1,6 +1,5 @@
-// Shows every form of the program in a real window, one after the other, and leaves a picture of
-// each in the folder that MARL_SHOTS names. Everything but windows, pictures and texts is in
-// memory.
+// Shows every form of the program in a real window, one after the other, and saves a screenshot of
+// each in the folder given by MARL_SHOTS. Everything but windows, pictures and texts is in memory.
 
 #include <windows.h>
 #include <commctrl.h>
@@ -72,7 +71,8 @@ void Take(const std::string& name, HWND window) {
   ++g_taken;
 }
 
-/// A real desktop whose user is `walk`: a modal form is pictured, walked through and closed.
+/// A real desktop whose user is `walk`: a screenshot is taken of each modal form, its script runs,
+/// and it is closed.
 class PictureDesktop : public win32::DesktopWin32 {
  public:
   std::map<std::string, std::function<void(Form&)>> walk;

@@ -1,11 +1,11 @@
-// An in-process component for the tests: it stands for any of the suite's. The name of its class
-// in the registry says which one it is.
+// An in-process component for the tests, in place of any of the suite's. The name of its class in
+// the registry says which one.
 //
-// Each call is appended to the file that the environment names in MARL_TEST_CALLS, as a text with a
-// NUL behind it: class, operation and arguments, "Marl.QaComponent.Run(1)" say. A call with an
-// argument that holds "refused" fails with a description, one with "wordless" with an empty one and
-// the code of a refused access. Where the environment has MARL_TEST_LANGUAGES, the component has
-// lists of languages and code pages.
+// Each call is appended to the file given by the environment variable MARL_TEST_CALLS, as a text
+// with a terminating NUL: class, operation and arguments, such as "Marl.QaComponent.Run(1)". A call
+// with an argument that contains "refused" fails with a description, one with "wordless" with an
+// empty description and E_ACCESSDENIED. If MARL_TEST_LANGUAGES is set, the component provides lists
+// of languages and code pages.
 
 #include <windows.h>
 #include <oleauto.h>
@@ -34,7 +34,7 @@ void Record(const std::wstring& call) {
   CloseHandle(file);
 }
 
-/// A tool that is at work, with a message loop of its own, until the process ends.
+/// A tool that keeps working, with its own message loop, until the process ends.
 void RunMessages() {
   for (MSG message; GetMessageW(&message, nullptr, 0, 0) > 0;) {
     TranslateMessage(&message);
@@ -42,7 +42,7 @@ void RunMessages() {
   }
 }
 
-/// Puts a text where an argument points to.
+/// Stores a text where an argument points to.
 void Fill(VARIANT* out, const wchar_t* text) {
   VariantClear(out);
   out->vt = VT_BSTR;
@@ -64,7 +64,7 @@ struct Language {
 constexpr Language kLanguages[] = {{L"Own \u00fc \u4e2d", L"x-own", 28605, 0x1000},
                                    {L"Other", L"fr", 1252, 12}};
 
-/// Answers the operations on the lists. False for any other operation. The number of languages is
+/// Handles the operations of the lists. False for any other operation. The number of languages is
 /// one too high: the status of the last one is no number.
 bool AnswerLists(const std::wstring& operation, DISPPARAMS& parameters, VARIANT& result) {
   // The last argument comes first.
@@ -97,7 +97,7 @@ bool AnswerLists(const std::wstring& operation, DISPPARAMS& parameters, VARIANT&
   return true;
 }
 
-/// The text that the registry holds for a class.
+/// A class's text in the registry.
 std::wstring NameOf(REFCLSID id) {
   wchar_t key[64] = L"CLSID\\";
   wchar_t name[256] = {};
@@ -107,7 +107,7 @@ std::wstring NameOf(REFCLSID id) {
   return name;
 }
 
-/// The part that all objects share: life by references, and the one interface that they have.
+/// Base of all objects: reference counting and their one interface.
 template <typename Interface>
 class Counted : public Interface {
  public:
@@ -134,7 +134,7 @@ class Counted : public Interface {
   std::atomic<ULONG> references_{0};
 };
 
-/// Hands a new object out as `id`, or ends it when it is no such thing.
+/// Returns a new object as `id`, or deletes it if it has no such interface.
 template <typename Interface>
 HRESULT HandOut(Counted<Interface>* object, REFIID id, void** out) {
   object->AddRef();
@@ -155,7 +155,7 @@ class Component : public Counted<IDispatch> {
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
                                           DISPID* ids) override {
     if (count != 1) return DISP_E_UNKNOWNNAME;
-    // Every operation is there; its number is its place in the list.
+    // Every operation exists; its id is its index in the list.
     operations_.emplace_back(names[0]);
     ids[0] = static_cast<DISPID>(operations_.size());
     return S_OK;
