@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Draws all pictures of the program anew: `./marl art`, or tools/art.sh itself.
+# Redraws all pictures of the program: `./marl art`, or tools/art.sh itself.
 #
-# Each button is a glyph (resources/art/glyphs), each look of the buttons a style
-# (resources/art/styles), both SVG on one grid of 48 by 48 units; a style says where the glyph goes
-# by @GLYPH@, and may ask for the tints of the button (resources/art/tints.txt). The pictures are
-# checked in, so that only who changes the art needs librsvg2-bin and imagemagick.
+# Each button has a glyph (resources/art/glyphs), each icon set a style (resources/art/styles), both
+# SVG on a grid of 48 by 48 units. A style marks the place of the glyph by @GLYPH@, and may use the
+# button's colours (resources/art/tints.txt). The pictures are checked in, so librsvg2-bin and
+# imagemagick are needed only to change the art.
 set -euo pipefail
 ART_ROOT=$(cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.." && pwd)
 ART=$ART_ROOT/resources/art
@@ -14,7 +14,7 @@ ART_SETS=(0 1 2 3)
 ART_SIZES=(48 72 96)
 ART_JOBS=${MARL_JOBS:-$(nproc)}
 
-# Packs well, stays 32 bits a pixel, and comes out the same on every run.
+# Compresses well, keeps 32 bits per pixel, and gives the same bytes on every run.
 PNG_OUT=(-strip -define png:compression-level=9 -define png:compression-filter=5
          -define png:compression-strategy=1 -define "png:exclude-chunks=date,time,gAMA,cHRM,bKGD")
 
@@ -35,7 +35,7 @@ art_render() {
   rsvg-convert --width "$1" --height "$1" "$2" --output "$3"
 }
 
-# art_row STYLE SIZE PNG: the eighteen buttons in one style, side by side.
+# art_row STYLE SIZE PNG: all buttons in one style, side by side.
 art_row() {
   local style=$1 size=$2 glyph base pictures=()
   for glyph in "$ART"/glyphs/*.svg; do
@@ -48,7 +48,7 @@ art_row() {
   convert "${pictures[@]}" +append "${PNG_OUT[@]}" "PNG32:$3"
 }
 
-# art_strip SET SIZE: dull above bright, eighteen columns.
+# art_strip SET SIZE: the dull row above the bright one.
 art_strip() {
   local row rows=()
   for row in dull bright; do
@@ -79,9 +79,8 @@ art_number() {
   printf "%b" "$text"
 }
 
-# The application icon; and, for the program file, four of its pictures as bare resources with
-# their directory, since their numbers there are fixed (resource compilers number an icon's
-# pictures as they like).
+# The application icon; and, for the program file, four of its pictures as separate resources with
+# their directory. Their ids must not change, and resource compilers would choose other ones.
 art_application_icon() {
   local size corner rim left right wide top bottom notch tip pictures=() base
   while read -r size corner rim left right wide top bottom notch tip; do
@@ -116,8 +115,8 @@ art_application_icon() {
   done
 }
 
-# art_picture NAME SIZE LEFT TOP GLYPH...: a picture of its own, and a row of bright buttons of that
-# size at that place; at 96 dots an inch, and larger by half and by the whole, at 144 and at 192.
+# art_picture NAME SIZE LEFT TOP GLYPH...: a picture with a row of bright buttons of that size at
+# that position, at 96, 144 and 192 dpi.
 art_picture() {
   local name=$1 size=$2 left=$3 top=$4 zoom suffix number row strip=$ART_WORK/set0-bright
   shift 4

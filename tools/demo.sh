@@ -7,16 +7,16 @@ TOOLS=(Q17Gauge.exe Q17Pair.exe Q17Lexis.exe Q17Cadence.exe Q17Batch.exe Q17Benc
 DEMO_SETTINGS='HKCU\Software\VB and VBA Program Settings\Marl'
 DEMO_KEY='HKCU\Software\Oru\Marl'
 
-# The program that ships, where it runs.
+# The preset of the program for the demo: the 32-bit one, if it runs here.
 demo_width() { if [[ -z $(cannot_run win32) ]]; then echo win32; else echo win64; fi; }
 
-# Builds what the demo shows.
+# Builds the program and the stand-in.
 demo_build() {
   build_program "$(demo_width)"
   build_preset "$(demo_width)" stand_in >/dev/null
 }
 
-# Lays out a suite folder: the program, what lies beside it, and a stand-in for every tool.
+# Creates a suite folder: the program, its files, and a stand-in for every tool.
 demo_layout() {
   local tool
   SUITE="$ROOT/build/demo/$(demo_width)/Marl Suite"
@@ -48,8 +48,8 @@ cmd_run() {
 SHOT_LANGUAGES=(en de)
 SHOT_RESOLUTIONS=(96 120 144 168 192 240)
 
-# Pictures of every form in out/shots/forms/LANGUAGE/DPI, and a sheet of them beside it; without
-# arguments in all languages and at all resolutions, and those of the demo too.
+# Screenshots of every form in out/shots/forms/LANGUAGE/DPI, and a contact sheet beside it. Without
+# arguments: all languages, all resolutions, and the demo's screenshots too.
 cmd_shots() {
   local languages=("${SHOT_LANGUAGES[@]}") resolutions=("${SHOT_RESOLUTIONS[@]}") demo=1
   while (($#)); do
@@ -71,7 +71,7 @@ cmd_shots() {
   (demo_alone 144)
 }
 
-# The forms in the chosen languages at the chosen resolutions, on one screen that holds the largest.
+# The forms in the chosen languages at the chosen resolutions, on a screen large enough for all.
 form_shots() {
   local dpi language folder program
   unset DISPLAY
@@ -129,21 +129,21 @@ find_window() {
 
 no_window() { ! find_window "$1"; }
 
-# click X Y, in pixels of the screen, as the user would: go there, then press.
+# click X Y: moves the mouse there, in screen pixels, and clicks.
 click() { xdotool mousemove "$1" "$2" sleep 0.1 click 1; }
 
-# started PROGRAM: true when the demo's log has its start.
+# started PROGRAM: true if the demo's log has its start.
 started() { grep -q "\"program\": \"$1\"" "$MARL_SUITE_LOG" 2>/dev/null; }
 
-# answer_no: the No button of the question that stands there.
+# answer_no: clicks No in the open question.
 answer_no() {
   wait_for 15 find_window question || fail "no question appeared"
   sleep 0.3
   click $((X + W / 2 + 34 * DEMO_DPI / 96)) $((Y + H - 22 * DEMO_DPI / 96))
 }
 
-# press_button INDEX: the middle of a button's picture. The panel stands above the status bar, at
-# the foot of the window.
+# press_button INDEX: clicks the middle of a button's picture. The panel is above the status bar, at
+# the bottom of the window.
 press_button() {
   local column=$(($1 % 5)) row=$(($1 / 5))
   local pitch_x=$((116 * DEMO_DPI / 96)) pitch_y=$((84 * DEMO_DPI / 96))
@@ -152,7 +152,7 @@ press_button() {
   click $((left + pitch_x / 2 + column * pitch_x)) $((foot - 300 * DEMO_DPI / 96 + row * pitch_y))
 }
 
-# Shows the program without a user: a fresh one's questions, two tools, the way out.
+# Runs the program without a user: the first questions, two tools, exit.
 demo_alone() {
   DEMO_DPI=$1 DEMO_SUFFIX=
   if ((DEMO_DPI != 96)); then DEMO_SUFFIX=-$DEMO_DPI; fi

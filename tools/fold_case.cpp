@@ -32,8 +32,8 @@ std::vector<std::string> Fields(std::string_view line) {
   return fields;
 }
 
-/// Takes each line whose field `condition` is among `wanted` (any, when there is no condition) as
-/// "field 0 becomes field `target`". What lies outside the basic plane is left out.
+/// Reads each line whose field `condition` is one of `wanted` (any, if there is no condition) as
+/// "field 0 becomes field `target`". Characters outside the basic plane are skipped.
 bool Read(const std::string& path, std::size_t condition, std::string_view wanted,
           std::size_t target, Mapping& mapping) {
   std::ifstream lines(path);
@@ -58,13 +58,13 @@ int main(int argc, char** argv) {
   const std::string folder = std::string(argv[1]) + "/";
   Mapping folded = Identity();
   Mapping capitals = Identity();
-  // C and S are the foldings of one unit to one; F and T are the full and the Turkish ones.
+  // C and S fold one unit to one; F and T are the full and the Turkish foldings.
   if (!Read(folder + "CaseFolding.txt", 1, "CS", 2, folded) ||
       !Read(folder + "UnicodeData.txt", 0, "", 12, capitals)) {
     std::fputs("the Unicode data cannot be read\n", stderr);
     return 1;
   }
-  // Units that fold alike meet in their capital, where that one folds alike too.
+  // Units with the same folding become their capital, if that has the same folding too.
   Mapping meeting = folded;
   for (unsigned long unit = 0; unit < kUnits; ++unit) {
     const unsigned long capital = capitals[folded[unit]];
@@ -83,7 +83,7 @@ int main(int argc, char** argv) {
     const auto fits = [&](unsigned long other) {
       return other < kUnits && (meeting[other] - other) % kUnits == distance;
     };
-    // Every unit, or every second one with units between that are their own meeting places.
+    // Every unit, or every second one, where the units in between do not change.
     const bool dense = fits(unit + 1);
     const unsigned long step = dense ? 1 : 2;
     unsigned long last = unit;

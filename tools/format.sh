@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# format.sh [--check]: formats all sources with clang-format, or names those that are not formatted
-# and fails. Version 14 it must be: others set the same rules differently. CLANG_FORMAT names another
-# program.
+# format.sh [--check]: formats all sources with clang-format, or lists those that are not formatted
+# and fails. It must be version 14: others apply the same rules differently. CLANG_FORMAT names
+# another program.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 program=${CLANG_FORMAT:-clang-format}

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # in_root.sh ROOT CHECKOUT COMMAND [ARG...]: runs a command in the private root (tools/root.sh), in
-# the same folder, under the same process number and as the same user.
+# the same folder, with the same process id and as the same user.
 #
-# /proc, /sys, /dev, /tmp and the checkout are bound into it in a mount namespace of the command's
-# own: nobody else sees these mounts, they are gone when it ends, and who deletes the root deletes
+# /proc, /sys, /dev, /tmp and the checkout are bound into it in a private mount namespace: the
+# mounts are invisible to other processes and vanish with the command, so deleting the root deletes
 # nothing else. An ordinary user gets there through a user namespace, or else through sudo.
 set -euo pipefail
 

@@ -14,7 +14,7 @@
 
 namespace {
 
-// IMultiLanguage2; the import libraries at hand do not hold it.
+// IMultiLanguage2, which MinGW-w64's import libraries lack.
 constexpr GUID kMultiLanguage = {
     0xDCCFC164, 0x2B38, 0x11D2, {0xB7, 0xEC, 0x00, 0xC0, 0x4F, 0x8F, 0x5D, 0x9A}};
 
@@ -53,7 +53,7 @@ BOOL CALLBACK AddLanguage(wchar_t* name, DWORD, LPARAM list) {
   language.description = TextOf(name, LOCALE_SENGLISHDISPLAYNAME);
   language.codePage = NumberOf(name, LOCALE_IDEFAULTANSICODEPAGE);
   language.localeId = static_cast<int>(LocaleNameToLCID(name, kAllowNeutralNames));
-  // Locales without an id of their own all share one: they could not be told apart.
+  // Locales without their own id share one id, so they cannot be distinguished.
   const bool named = !language.code.empty() && !language.description.empty();
   if (named && language.localeId != 0 && language.localeId != LOCALE_CUSTOM_UNSPECIFIED) {
     reinterpret_cast<std::vector<Language>*>(list)->push_back(language);
@@ -61,7 +61,7 @@ BOOL CALLBACK AddLanguage(wchar_t* name, DWORD, LPARAM list) {
   return TRUE;
 }
 
-std::vector<CodePage>* g_codePages;  // the enumeration passes no argument
+std::vector<CodePage>* g_codePages;  // the enumeration's callback has no argument
 
 BOOL CALLBACK AddCodePage(wchar_t* number) {
   CodePage page;

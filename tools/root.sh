@@ -1,16 +1,16 @@
-# A private Debian root that holds Wine of both widths, for machines whose own packages leave no
-# room for it. Made from the main index alone, so that the libraries of both architectures have the
-# same versions whatever the machine has. Sourced by ./marl.
+# A private Debian root with Wine of both widths, for machines whose packages conflict with it. Made
+# from the main index alone, so that the libraries of both architectures have the same versions.
+# Sourced by ./marl.
 
 PRIVATE_ROOT=${MARL_ROOT:-${XDG_CACHE_HOME:-$HOME/.cache}/marl/root}
 PRIVATE_ROOT_MEGABYTES=2500
 
-# True when the root is there and whole, with a place for this checkout.
+# True if the root exists and is complete, with a mount point for this checkout.
 private_root_ready() {
   [[ -f $PRIVATE_ROOT/marl-ready && -d $PRIVATE_ROOT$ROOT ]]
 }
 
-# make_private_root PACKAGE...: makes it, unless it is there; says why it cannot.
+# make_private_root PACKAGE...: creates it if necessary; says why if it cannot.
 make_private_root() {
   local fresh=$PRIVATE_ROOT.new free
   if [[ ! -f $PRIVATE_ROOT/marl-ready ]]; then
@@ -50,7 +50,7 @@ fill_private_root() {
   work=$(mktemp -d)
   chmod 755 "$work"
   main_source >"$work/sources.list"
-  # How this machine reaches the index (a proxy, say) holds for the root too.
+  # The root uses the machine's way to reach the index, such as a proxy.
   apt-config dump | sed -n '/^Acquire::.* "..*";$/p' >"$work/apt.conf"
   echo 'APT::Install-Recommends "false";' >>"$work/apt.conf"
   as_root mmdebstrap --quiet --variant=apt --architectures=amd64,i386 --include="$packages" \

@@ -1,6 +1,6 @@
-# Runs the tests and shows how far they are. Sourced by ./marl.
+# Runs the tests and shows their progress. Sourced by ./marl.
 
-# One ctest run over the three build trees; what CMake defined there is what runs.
+# One ctest run over the three build trees, with the tests that CMake has defined there.
 cmd_test() {
   local part=${1:-} filter=${2:-} preset presets=(native win32 win64) begun
   case $part in
@@ -25,7 +25,7 @@ cmd_test() {
   run_tests "$part" "$filter"
 }
 
-# run_tests PART FILTER: runs what is built, and ends with a table.
+# run_tests PART FILTER: runs the tests that are built, and ends with a table.
 run_tests() {
   local part=$1 filter=$2 name reason select=() status=0 dropped=() begun=$SECONDS row
   if [[ -n $part ]]; then select=(-L "^$part\$"); fi
@@ -35,7 +35,7 @@ run_tests() {
     [[ -n $reason ]] || continue
     dropped+=("$name")
     TEST_ROWS+=("$name|-|-|NOT RUN: $reason")
-    # Where a machine has to answer for all of it, what it could not run counts.
+    # In CI, a test that cannot run is a failure.
     if [[ ${CI:-} == true ]]; then status=1; fi
   done < <(ctest --test-dir build/tests -N "${select[@]}" | sed -n 's/^  Test *#[0-9]*: //p')
   if ((${#dropped[@]})); then
@@ -54,15 +54,16 @@ run_tests() {
   return $status
 }
 
-# awk that takes each line when it comes.
+# awk that handles each line as it arrives.
 awk_by_line() {
   if [[ $(readlink -f "$(command -v awk)") == *mawk ]]; then set -- -W interactive "$@"; fi
   awk "$@"
 }
 
-# follow_tests LOG FILTER: keeps what ctest prints in LOG and shows of it how far the parts are, what
-# fails in full, and each part's last lines. Leaves a row a part, "name|tests|seconds|result", beside
-# LOG, and fails when a part failed or had no test to run.
+# follow_tests LOG FILTER: writes ctest's output to LOG, and shows the progress of the parts,
+# failures in full, and each part's last lines. Writes one row per part,
+# "name|tests|seconds|result", to a file beside LOG, and fails if a part failed or had no test to
+# run.
 follow_tests() {
   awk_by_line -v log_file="$1" -v rows="${1%.log}.rows" -v filter="$2" '
     function where(   line, n) {
@@ -145,14 +146,14 @@ follow_tests() {
 }
 
 # desktops PROGRAM [ARG...]: runs a program of desktop tests on several Wine desktops side by side,
-# each with a display and a prefix of its own; what is free takes the next test (TestQueue.h). CTest
-# starts it; MARL_DESKTOPS says how many.
+# each with its own display and prefix; a free one takes the next test (TestQueue.h). CTest starts
+# it; MARL_DESKTOPS sets their number.
 cmd_desktops() {
   [[ $# -gt 0 ]] || fail "desktops needs a program"
   local name=${MARL_WINE_NAME:-desktop} dpi=${MARL_WINE_DPI:-96} count=${MARL_DESKTOPS:-3} queue
   mkdir -p build/tests build/wine
   queue=$(mktemp -d "$ROOT/build/tests/queue.XXXXXX")
-  # The prefix that the others are copied from.
+  # The template of the prefixes.
   (flock 9; wine_begin "desktop-$dpi" "$dpi" 9>&-) 9>build/wine/lock || return
   local lane status=0
   for ((lane = 1; lane <= count; ++lane)); do
@@ -162,8 +163,8 @@ cmd_desktops() {
   return $status
 }
 
-# prefix_copy FROM TO: a fresh prefix with what the other holds. Its files are shared, but for the
-# registry, which Wine would write through to both.
+# prefix_copy FROM TO: a copy of a prefix. Files are hard links, except for the registry, which Wine
+# would otherwise change in both.
 prefix_copy() {
   local from=$ROOT/build/wine/$1 to=$ROOT/build/wine/$2 file
   rm -rf "$to"
@@ -173,9 +174,9 @@ prefix_copy() {
   done
 }
 
-# desktop_lane NUMBER PROGRAM [ARG...]: runs the program on a desktop of its own until it has come
-# to its end. One that ends in the middle of a test has failed that test; it is started again for
-# the others.
+# desktop_lane NUMBER PROGRAM [ARG...]: runs the program on its own desktop until all tests are
+# taken. If it ends in the middle of a test, that test has failed, and the program is started again
+# for the others.
 desktop_lane() (
   prefix_copy "desktop-$dpi" "$name-$1"
   wine_begin "$name-$1" "$dpi"
@@ -184,22 +185,22 @@ desktop_lane() (
   export MARL_SHOTS="Z:$ROOT/out/shots/$name"
   local taken status
   while :; do
-    # What Wine itself starts is not to hold the lines' pipe open.
+    # Wine's own processes must not keep the pipe open.
     "${WINE_VIA[@]}" wine cmd /c exit >/dev/null 2>&1
     taken=$(ls "$queue" | wc -l)
     status=0
     "${WINE_VIA[@]}" wine "$@" "--queue=Z:$queue" || status=$?
     echo "@ended $status"
-    # 0 and 1 are the program's own.
+    # 0 and 1 are the program's regular exit codes.
     if ((status <= 1)) || (($(ls "$queue" | wc -l) == taken)); then break; fi
-    # What it had started is still there.
+    # Ends what it had started.
     wine_rest
   done
 )
 
-# gather_lanes: makes one run of the lines of all desktops, each line behind its desktop's number and
-# a tab. The lines of a test come together, once it has ended. Fails when a test failed, and when one was
-# left out.
+# gather_lanes: merges the output of all desktops, lines with the desktop's number and a tab in
+# front. The lines of a test are printed together, once it has ended. Fails if a test failed or did
+# not run.
 gather_lanes() {
   awk_by_line '
     function out(line) { print line; fflush() }

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The machine's files, as far as a writer needs them.
+/// The machine's files, with what a writer needs.
 class HostFiles : public FileSystem {
  public:
   bool NormalFileExists(TextView path) const override { return FileExists(path); }
@@ -51,7 +51,7 @@ class HostFiles : public FileSystem {
   Text TempName() override { return {}; }
 };
 
-/// A colour as designers write it, 0xRRGGBB.
+/// A colour from 0xRRGGBB.
 constexpr Color Web(int rgb) { return Rgb(rgb >> 16 & 255, rgb >> 8 & 255, rgb & 255); }
 
 struct Look {
@@ -75,15 +75,15 @@ constexpr Look kLooks[] = {
     // Dark: night blue with the colourful tiles.
     {u"Midnight", 120, 0x0B1220, 0x25344F, 0x5A76A8, 0x04070D, 1, 0xC9D5E8, 0xFFD46B, 3, true, 6,
      u"Tahoma|9|", u"Tahoma|9|b"},
-    // Nothing but black, white and yellow; large type, wide frame, pictures always bright.
+    // Only black, white and yellow; large type, wide frame, pictures always bright.
     {u"High Contrast", 0, 0x000000, 0x000000, 0xFFFF00, 0xFFFF00, 2, 0xFFFFFF, 0xFFFF00, 0, false,
      5, u"Arial|11|b", u"Arial|11|bu"},
-    // The house colours, deeper than the default.
+    // Deep green, like the default, but darker.
     {u"Deep Green", 45, 0x00382A, 0x0B6650, 0xDEB529, 0x00241A, 2, 0xF6EED6, 0xFFD24D, 0, true, 5,
      u"Arial|10|b", u"Arial|10|b"},
     {u"Harvest", 30, 0x4F2410, 0x9A4E1C, 0xF2C879, 0x2A1207, 1, 0xFFF3E0, 0xFFE08A, 1, true, 5,
      u"Georgia|10|", u"Georgia|10|b"},
-    // Neutral greys; the pictures always bright, only frame and type answer the mouse.
+    // Neutral greys; pictures always bright, only frame and type react to the mouse.
     {u"Slate", 315, 0x2C3740, 0x52616C, 0x90A3B0, 0x161C21, 1, 0xF2F6F8, 0xFFDA80, 2, false, 5,
      u"Verdana|8.25|", u"Verdana|8.25|u"},
     {u"Lagoon", 200, 0x06343F, 0x0F6C7C, 0x7FD4E0, 0x021A20, 1, 0xE9FBFF, 0xFFE27A, 3, true, 4,

@@ -1,7 +1,7 @@
 # The tests by their names, which are sentences. Sourced by ./marl.
 
-# list_tests [WORD]: one test a line, "folder/source  Suite: name in words", of all test sources; with
-# WORD those that have it somewhere in the line, in any case.
+# list_tests [WORD]: one line per test, "folder/source  Suite: name in words"; with WORD only the lines
+# that contain it, in any case.
 list_tests() {
   awk '
     function words(name) {
