@@ -7,10 +7,10 @@
 
 namespace marl {
 
-/// What stands behind a port: the memory desktop, or the platform itself.
+/// The implementation of a port: the memory desktop, or Windows.
 enum class Backend { kMemory, kWin32 };
 
-/// All that this program can reach: natively memory alone, on Windows both.
+/// The backends of this program: natively only memory, on Windows both.
 inline std::vector<Backend> AllBackends() {
 #ifdef _WIN32
   return {Backend::kMemory, Backend::kWin32};
@@ -23,7 +23,7 @@ inline void PrintTo(Backend backend, std::ostream* out) {
   *out << (backend == Backend::kMemory ? "memory" : "win32");
 }
 
-/// Runs the test bodies of a fixture, a TestWithParam<Backend>, over each backend.
+/// Runs the tests of a fixture, a TestWithParam<Backend>, on each backend.
 #define MARL_OVER_ALL_BACKENDS(fixture)                                         \
   INSTANTIATE_TEST_SUITE_P(Backends, fixture, testing::ValuesIn(AllBackends()), \
                            testing::PrintToStringParamName())

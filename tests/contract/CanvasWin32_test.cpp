@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <random>
 
-// What a picture on a canvas leaves in the pixels below it.
+// The pixels after drawing a picture on a canvas.
 
 namespace marl {
 namespace {
@@ -53,7 +53,7 @@ class CanvasDraw : public testing::Test {
         const std::uint32_t over = inPicture ? picture.At(column - x, row - y) : 0;
         const std::uint32_t expected = inClip && inPicture ? Over(over) : kGround;
         for (int shift = 0; shift < 24; shift += 8) {
-          // Platforms round a blend one way or the other.
+          // Platforms round blended values differently.
           const int difference = static_cast<int>(At(column, row) >> shift & 255) -
                                  static_cast<int>(expected >> shift & 255);
           ASSERT_LE(std::abs(difference), over >> 24 == 255 || !inPicture ? 0 : 1)
@@ -82,7 +82,7 @@ class CanvasDraw : public testing::Test {
   win32::FontCache fonts_;
 };
 
-/// Each pixel differs from the others; with `alpha`, some shine through.
+/// Each pixel differs from the others; with `alpha`, some are translucent.
 Picture Pattern(int width, int height, bool alpha) {
   Picture picture(width, height);
   std::mt19937 random(3);

@@ -36,7 +36,7 @@ class ColorDialogContract : public testing::TestWithParam<Backend> {
   }
   ~ColorDialogContract() override { form->Unload(); }
 
-  /// Shows the dialog; the user presses OK as it stands, or Cancel.
+  /// Shows the dialog; the user presses OK without a change, or Cancel.
   bool Show(bool accept, Color& color, const Form* owner) {
 #ifdef _WIN32
     if (GetParam() == Backend::kWin32) {
@@ -49,7 +49,7 @@ class ColorDialogContract : public testing::TestWithParam<Backend> {
 #endif
     auto& memory = static_cast<MemoryColorDialog&>(*dialog);
     memory.whenShown = [&](Color& choice) {
-      // As it stands, the dialog has the start colour's own value.
+      // Without a change the dialog has the value of the initial colour.
       if (choice < 0) choice = desktop->SystemColorValue(choice & 0x7FFFFFFF);
       return accept;
     };

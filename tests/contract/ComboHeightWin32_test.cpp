@@ -1,4 +1,4 @@
-// Drop-down lists beside fields, in a real window.
+// Height of drop-down lists beside fields, in a real window.
 
 #include <windows.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Components: real Automation objects, late bound, against those in memory.
+// Components: real late-bound Automation objects, compared with those in memory.
 
 #include "platform/Components.h"
 
@@ -36,7 +36,7 @@ constexpr CLSID kClass = {
 constexpr wchar_t kClassText[] = L"{3B7D2C51-9A40-4E6B-8F11-5C22A7901E01}";
 constexpr wchar_t kBrokenClassText[] = L"{3B7D2C51-9A40-4E6B-8F11-5C22A7901E02}";
 
-/// An object that a test owns: references to it are counted and do not end it.
+/// An object that a test owns: references are counted but do not delete it.
 template <typename Interface>
 class Owned : public Interface {
  public:
@@ -55,7 +55,7 @@ class Owned : public Interface {
   ULONG references = 0;
 };
 
-/// The operations of the contract, as an Automation object has them.
+/// The operations of the contract, as an Automation object.
 class AutomationObject : public Owned<IDispatch> {
  public:
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
@@ -134,7 +134,7 @@ class ObjectFactory : public Owned<IClassFactory> {
   AutomationObject& object_;
 };
 
-/// A programmatic name, registered while this lives.
+/// A ProgID, registered while this lives.
 class Registration {
  public:
   Registration(TextView name, const wchar_t* id) : key_(L"Software\\Classes\\") {
@@ -150,7 +150,7 @@ class Registration {
   std::wstring key_;
 };
 
-/// The object of the contract behind its name, and a name with nothing behind it.
+/// The object of the contract under its name, and a name without an object.
 class AutomationWorld {
  public:
   AutomationWorld() {
@@ -160,7 +160,7 @@ class AutomationWorld {
   AutomationWorld(const AutomationWorld&) = delete;
   AutomationWorld& operator=(const AutomationWorld&) = delete;
 
-  win32::ComponentsWin32 components;  // first: it initialises the platform's side
+  win32::ComponentsWin32 components;  // first, because it initialises COM
   AutomationObject object;
 
  private:
@@ -170,7 +170,7 @@ class AutomationWorld {
   DWORD cookie_ = 0;
 };
 
-/// The system's words for a code, in one line.
+/// The system's text for a code, in one line.
 Text SystemText(DWORD code) {
   wchar_t text[200] = {};
   FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0, text,
@@ -233,7 +233,7 @@ class ComponentsContract : public testing::TestWithParam<Backend> {
     EXPECT_TRUE(Create(kName)->Call(operation, none, result, failure));
     return result;
   }
-  /// Calls an operation that fails; its words.
+  /// Calls an operation that fails; its error text.
   Text FailureOf(TextView operation) {
     const auto component = Create(kName);
     Arguments arguments = {Text(u"mine"), std::int32_t{1}, {}};

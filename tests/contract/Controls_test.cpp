@@ -1,4 +1,4 @@
-// Controls in a real window and in memory: a user does the same, and the form hears the same.
+// Controls in a real window and in memory: the same user actions raise the same events.
 
 #include "platform/forms/Controls.h"
 
@@ -23,7 +23,7 @@
 namespace marl {
 namespace {
 
-/// Two pages behind tabs: lists and a bar on the first, a picture with a label on the second.
+/// Two pages with tabs: lists and a scroll bar on the first, a picture with a label on the second.
 class PagesForm : public Form {
  public:
   explicit PagesForm(Desktop& desktop) : Form(desktop, "frmPages") {
@@ -189,7 +189,7 @@ class ControlsContract : public testing::TestWithParam<Backend> {
 #endif
     form->tabs.UserSelectTab(tab);
   }
-  /// At the middle of the label's place, in the form's own coordinates.
+  /// In the middle of the label, in the form's coordinates.
   void ClickOnLabel() {
     const Point at = form->Origin(form->label);
     const int x = at.x + form->label.Width() / 2;
@@ -227,7 +227,7 @@ class ControlsContract : public testing::TestWithParam<Backend> {
 #endif
     form->UserAccessKey(key, static_cast<MemoryPeer*>(form->peer())->focus);
   }
-  /// Goes to another window and comes back.
+  /// Switches to another window and back.
   void LeaveAndReturn() {
 #ifdef _WIN32
     if (real()) {
@@ -271,7 +271,7 @@ class ControlsContract : public testing::TestWithParam<Backend> {
 #endif
     form->drop.UserSelectRow(row);
   }
-  /// The rows that the screen shows: of the native list, or of the control itself.
+  /// The visible rows: of the native list, or of the control in memory.
   std::vector<Text> Shown(const ListBox& list) const {
     std::vector<Text> rows;
 #ifdef _WIN32
@@ -290,7 +290,7 @@ class ControlsContract : public testing::TestWithParam<Backend> {
     return rows;
   }
 
-  /// The rows that the screen shows as selected.
+  /// The rows that are shown as selected.
   std::vector<int> Selection(const ListBox& list) const {
     std::vector<int> rows;
     for (int row = 0; row < list.ListCount(); ++row) {
@@ -431,7 +431,7 @@ TEST_P(ControlsContract, FocusThatComesBackWithItsFormIsNoGotFocus) {
 TEST_P(ControlsContract, PointerShowsWorkUntilTheLastOneEnds) {
 #ifdef _WIN32
   const auto points = [this](const wchar_t* name) {
-    // As the platform asks when the mouse moves.
+    // As the platform does when the mouse moves.
     const HWND window = static_cast<HWND>(LongToHandle(form->hWnd()));
     SendMessageW(window, WM_SETCURSOR, reinterpret_cast<WPARAM>(window),
                  MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
@@ -558,14 +558,14 @@ MARL_OVER_ALL_BACKENDS(ControlsContract);
 
 #ifdef _WIN32
 
-/// What only a real window has.
+/// Tests of real windows only.
 class NativeControls : public ControlsContract {
  protected:
   static bool HasFocusWithin(HWND window) {
     const HWND focus = GetFocus();
     return focus == window || IsChild(window, focus);
   }
-  /// The picture box as it paints itself.
+  /// The pixels of a picture box.
   COLORREF PixelOf(const Control& control, int x, int y) const {
     const HDC screen = GetDC(nullptr);
     const HDC memory = CreateCompatibleDC(screen);

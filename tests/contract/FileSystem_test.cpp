@@ -148,7 +148,7 @@ TEST_P(FileSystemContract, NamesAreFoundWithoutRegardToCaseAndKeepTheirs) {
   EXPECT_EQ(Names(u"read*"), Names_{u"Read Me.TXT"});
   world.Put(u"READ ME.TXT", "new");
   EXPECT_EQ(Names(u"read*"), Names_{u"Read Me.TXT"});
-  // Signs and variants of letters are names of their own.
+  // Signs and variants of letters make different names.
   world.Put(u"k");
   world.Put(u"s");
   world.Put(u"\u03C3");
@@ -245,7 +245,7 @@ TEST_P(FileSystemContract, ReadOnlyHiddenAndSystemFilesAreNotOverwritten) {
     EXPECT_EQ(Create(At(u"x")), kAccessDenied) << attribute;
     EXPECT_EQ(world.Content(u"x"), "kept") << attribute;
     EXPECT_EQ(Attributes(u"x"), attribute);
-    // Removed before, it is replaced by a plain one.
+    // If it is deleted first, a plain file replaces it.
     EXPECT_EQ(files.Remove(At(u"x"), true), kOk) << attribute;
     world.Put(u"x", "new");
     EXPECT_EQ(world.Content(u"x"), "new") << attribute;
@@ -423,9 +423,9 @@ TEST_P(FileSystemContract, TemporaryNamesAreNewEachTime) {
 
 #ifdef _WIN32
 
-// ---- A long random use
+// ---- Long random use
 
-/// Random operations on a world, each with its answer as a text.
+/// Random operations on a world, each with its result as text.
 class FileUse {
  public:
   FileUse(FileWorld& world, unsigned seed) : world_(world), files_(world.files()), random_(seed) {}
@@ -473,7 +473,7 @@ class FileUse {
     return answer_.str();
   }
 
-  /// Everything that is there: paths, attributes and content.
+  /// The whole content: paths, attributes and data.
   std::string State() {
     kept_.clear();
     answer_.str({});
@@ -502,7 +502,7 @@ class FileUse {
     }
     return path;
   }
-  /// Which of its reasons a failure gives for a path that is no name differs.
+  /// The reason for the failure of an invalid path differs between backends.
   void Tell(Status status) { answer_ << (plain_ || status == kOk ? status : kInvalidName); }
   void Read(const Text& path) {
     Bytes bytes;
@@ -519,7 +519,7 @@ class FileUse {
     const std::string bytes(static_cast<std::size_t>(Draw(40)), static_cast<char>('a' + Draw(26)));
     answer_ << ' ' << file.Write(bytes.data(), bytes.size());
   }
-  /// Opens a file for writing and keeps it open for some steps.
+  /// Opens a file for writing and keeps it open for several steps.
   void Keep(const Text& path) {
     if (kept_.size() == 3) kept_.erase(kept_.begin());
     Status status = kGeneralFailure;
@@ -530,7 +530,7 @@ class FileUse {
     Tell(status);
   }
   void Attribute(const Text& path) {
-    // Not every system keeps a folder's.
+    // Not every system keeps the attributes of a folder.
     if (files_.FolderExists(path)) return;
     Tell(files_.SetAttributes(path, static_cast<std::uint32_t>(Draw(4) == 0 ? Draw(8) : 0)));
   }

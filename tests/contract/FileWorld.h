@@ -7,7 +7,7 @@
 
 namespace marl {
 
-/// A file system with a folder of the test's own, which goes with it.
+/// A file system with a private folder, which is deleted at the end.
 class FileWorld {
  public:
   explicit FileWorld(Backend backend);
@@ -16,12 +16,12 @@ class FileWorld {
   FileWorld& operator=(const FileWorld&) = delete;
 
   FileSystem& files() { return *files_; }
-  /// The folder's full path, without a backslash at its end.
+  /// The folder's full path, without a trailing backslash.
   const Text& folder() const { return folder_; }
   Text At(TextView name) const { return folder_ + u'\\' + Text(name); }
 
   void Put(TextView name, std::string_view content = {}, std::uint32_t attributes = 0);
-  /// What the file holds; "-" when it cannot be read.
+  /// Content of the file; "-" if it cannot be read.
   std::string Content(TextView name) const;
 
  private:
@@ -32,7 +32,7 @@ class FileWorld {
   Text folder_;
 };
 
-/// The bits that both backends keep. One of them gives every file the archive bit.
+/// The bits that both backends keep. One of them sets the archive bit on every file.
 constexpr std::uint32_t kKeptAttributes = kReadOnly | kHidden | kSystem | kDirectory;
 
 }  // namespace marl

@@ -9,7 +9,7 @@
 #include "platform/memory/MemoryShell.h"
 #include "platform/win32/Handle.h"
 
-// The icon library that is built beside the program, and windows that take its icons.
+// The icon library that is built with the program, and the icons of windows.
 
 namespace marl::win32 {
 namespace {

@@ -1,5 +1,4 @@
-// How long windows live: a window goes with its owner, and the form that it belonged to learns of
-// it.
+// Lifetime of windows: a window is destroyed with its owner, and its form is notified.
 
 #include <gtest/gtest.h>
 
@@ -39,7 +38,7 @@ class PlainForm : public Form {
 };
 
 #ifdef _WIN32
-/// A desktop whose process goes on, so that the test can look.
+/// A desktop whose process does not end, so that the test can go on.
 class LastingDesktop : public win32::DesktopWin32 {
  protected:
   void Ended() override {}
@@ -67,8 +66,8 @@ class LifetimeContract : public testing::TestWithParam<Backend> {
 
   bool real() const { return GetParam() == Backend::kWin32; }
 
-  /// Shows the form modally, acts once it stands, and returns when the event has ended. What is
-  /// behind the modal call sets `wentOn`.
+  /// Shows the form modally, acts once it is shown, and returns when the event has ended. Code
+  /// after the modal call sets `wentOn`.
   void ShowModal(PlainForm& form, Form* owner, const std::function<void()>& act) {
     Arrange(form, act);
     desktop->Event([&] {
@@ -96,7 +95,7 @@ class LifetimeContract : public testing::TestWithParam<Backend> {
 #endif
     desktop->Event([&] { form.desktop().Leave(); });
   }
-  /// The platform takes the window away.
+  /// The platform destroys the window.
   void Destroy(Form& form) {
 #ifdef _WIN32
     if (real()) {

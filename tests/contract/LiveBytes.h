@@ -4,7 +4,8 @@
 
 namespace marl {
 
-/// Bytes that this program holds by operator new now. The test program's own operators count them.
+/// Number of bytes that are allocated by operator new, which the test program replaces to count
+/// them.
 std::int64_t LiveBytes();
 
 }  // namespace marl

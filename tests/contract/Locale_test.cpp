@@ -56,7 +56,7 @@ TEST_P(LocaleContract, TheThreadHasALocaleWithACodePage) {
   EXPECT_GT(locales->LocaleInfo(locales->ThreadLocale(), kLocaleDefaultAnsiCodePage, buffer), 1);
 }
 
-// Texts of one row are the same text but for case; those of different rows never are.
+// Texts in one row are equal, ignoring case; texts in different rows never are.
 TEST_P(LocaleContract, TextsAreTheSameAsTheCollationOfTheUserSeesThem) {
   const std::vector<std::vector<TextView>> rows = {
       {u""},
@@ -64,35 +64,35 @@ TEST_P(LocaleContract, TextsAreTheSameAsTheCollationOfTheUserSeesThem) {
       {u"server", u"SERVER", u"Server"},
       {u"server "},
       {u"se-rver"},
-      // Turkish: two letters i, each with its dot or without.
+      // Turkish: two letters i, with and without a dot.
       {u"i", u"I"},
       {u"\u0131"},
       {u"\u0130", u"I\u0307", u"i\u0307"},
       {u"g\u00FC\u00E7", u"G\u00DC\u00C7", u"gu\u0308c\u0327"},
       {u"da\u011F", u"DA\u011E"},
-      // Romanian: the comma below is no cedilla.
+      // Romanian: a comma below is not a cedilla.
       {u"\u0219", u"\u0218", u"s\u0326", u"S\u0326"},
       {u"\u015F", u"\u015E", u"s\u0327"},
       {u"\u021Bar\u0103", u"\u021AAR\u0102", u"t\u0326ara\u0306"},
       {u"\u0163ar\u0103", u"\u0162AR\u0102"},
       {u"s", u"S"},
-      // Greek: the final sigma is a sigma; an accent is none too few.
+      // Greek: final sigma equals sigma; accents count.
       {u"\u03BF\u03B4\u03CC\u03C2", u"\u039F\u0394\u038C\u03A3", u"\u03BF\u03B4\u03BF\u0301\u03C3"},
       {u"\u03BF\u03B4\u03BF\u03C2", u"\u039F\u0394\u039F\u03A3"},
       {u"\u03A9", u"\u03C9", u"\u2126"},
       {u"\u03BC", u"\u039C"},
       {u"\u00B5"},
-      // German: the sharp s is two.
+      // German: sharp s equals "ss".
       {u"stra\u00DFe", u"STRASSE", u"STRA\u1E9EE", u"Strasse"},
       {u"strase"},
       {u"\u00E4rger", u"\u00C4RGER", u"a\u0308rger"},
       {u"arger", u"Arger"},
       {u"aerger"},
-      // Vietnamese, and letters of two accents.
+      // Vietnamese, and letters with two accents.
       {u"Ph\u01B0\u01A1ng", u"PH\u01AF\u01A0NG", u"phu\u031Bo\u031Bng"},
       {u"\u1EA5", u"\u1EA4", u"\u00E2\u0301", u"A\u0302\u0301"},
       {u"\u00E2", u"\u00C2"},
-      // Signs that are letters.
+      // Signs that equal letters.
       {u"k", u"K", u"\u212A"},
       {u"\u00E5", u"\u00C5", u"\u212B", u"a\u030A"},
       {u"\u00E6", u"AE", u"\u00C6"},

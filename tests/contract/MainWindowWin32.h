@@ -28,7 +28,7 @@
 
 namespace marl {
 
-/// The program on a real desktop, with all that is no window in memory.
+/// The program on a real desktop; everything but windows is in memory.
 class MainWindow : public testing::Test {
  protected:
   explicit MainWindow(std::string_view language = "en") : resource(language) {
@@ -42,7 +42,7 @@ class MainWindow : public testing::Test {
   void Start() {
     main = std::make_unique<frmMain>(platform);
     starting = main.get();
-    // Nobody waits for the splash.
+    // The splash closes at once.
     const UINT_PTR timer = SetTimer(nullptr, 0, 20, ClickSplash);
     main->Show();
     KillTimer(nullptr, timer);
@@ -76,14 +76,14 @@ class MainWindow : public testing::Test {
     for (int i = 0; i < GetMenuItemCount(menu); ++i) captions.push_back(Caption(menu, i));
     return captions;
   }
-  /// The mouse comes over a button.
+  /// Moves the mouse over a button.
   void Hover(std::size_t button) const {
     const Shape& place = *main->shpRun[button];
     SendMessageW(Window(), WM_MOUSEMOVE, 0,
                  MAKELPARAM(desktop.PixelsX(place.Left() + place.Width() / 2),
                             desktop.PixelsY(place.Top() + place.Height() / 2)));
   }
-  /// The tip windows of the main form, once the mouse has been everywhere.
+  /// The tip windows of the main form, after the mouse has been over every button.
   std::vector<HWND> Tips() const {
     for (std::size_t button = 0; button < main->shpRun.size(); ++button) Hover(button);
     return TipsSoFar();

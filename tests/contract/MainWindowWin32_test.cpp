@@ -1,4 +1,4 @@
-// The main form's real window: what the platform says of its menu, tips and handles.
+// The main form's real window: its menu, tips and handles, as reported by the platform.
 
 #include "tests/contract/MainWindowWin32.h"
 
@@ -190,7 +190,7 @@ TEST_F(MainWindow, TipsReadBackFromTheirWindows) {
     asked.pszTitle = title;
     asked.cch = 100;
     SendMessageW(tip, TTM_GETTITLE, 0, reinterpret_cast<LPARAM>(&asked));
-    if (title[0]) {  // not every make of the controls tells
+    if (title[0]) {  // not every version of the controls reports it
       EXPECT_EQ(title, Wide(strings.Get(2000 + static_cast<int>(index))));
       EXPECT_EQ(asked.uTitleBitmap, static_cast<UINT>(TTI_INFO));
     }

@@ -1,4 +1,4 @@
-// Layouts and highlights by the thousand: handles and bytes before and after.
+// Thousands of layouts and highlights: handles and bytes before and after.
 
 #include "tests/contract/LiveBytes.h"
 #include "tests/contract/MainWindowWin32.h"
@@ -26,8 +26,8 @@ struct PlatformObjects {
   DWORD user = 0;
 };
 
-/// The highest number among new objects that outnumber the gaps which objects gone before have
-/// left: it rises with each one that is never given back.
+/// The highest handle among enough new objects to fill all gaps: it rises with each object that is
+/// never released.
 template <typename Handle, typename Make, typename Drop>
 DWORD HighestNumber(Make make, Drop drop) {
   std::vector<Handle> made(512);
@@ -45,9 +45,9 @@ PlatformObjects CountObjects() {
   objects.drawing = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
   objects.user = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
   if (objects.drawing > 0) return objects;
-  // Not every platform tells.
+  // Not every platform reports it.
   objects.drawing = HighestNumber<HPEN>([] { return CreatePen(PS_SOLID, 1, 0); }, DeleteObject);
-  // Every other number, of those for all programs of the desktop.
+  // Every other handle, of those that all programs of the desktop share.
   objects.user = HighestNumber<HMENU>(CreateMenu, DestroyMenu) / 2;
   return objects;
 }
@@ -73,12 +73,12 @@ class PanelLeaks : public MainWindow {
       WriteSkin(registry, VariedSkin(i));
       main->SetUI();
     }
-    // Where each batch ends.
+    // At the end of each batch.
     WriteSkin(registry, SkinSettings());
     main->SetUI();
-    pictures.loaded = {};  // the log of the test's own pictures
+    pictures.loaded = {};  // the log of the test's pictures
   }
-  /// The mouse from button to button. Returns how often the one under it was the highlighted one.
+  /// Moves the mouse from button to button. Returns how often the button under it was highlighted.
   int Highlights(int times) {
     int right = 0;
     for (int i = 0; i < times; ++i) {
@@ -88,7 +88,7 @@ class PanelLeaks : public MainWindow {
       if (i % 20 == 0) UpdateWindow(Window());
     }
     SendMessageW(Window(), WM_MOUSEMOVE, 0, MAKELPARAM(0, 0));
-    // The mouse of the desktop may stand on a button: tips that it has shown are made anew.
+    // The real mouse may be on a button, whose tip is then recreated.
     desktop.DoEvents();
     main->BindTooltips();
     return right;
@@ -110,7 +110,7 @@ TEST_F(PanelLeaks, ThousandsOfLayoutsAndHighlightsLoseNothing) {
     EXPECT_EQ(Highlights(kHighlights / kBatches), kHighlights / kBatches);
     return State{LiveBytes(), PrivateBytes(), CountHandles()};
   };
-  // What is kept of the first ones stays: fonts, and the room of texts that were longer.
+  // The first ones leave caches: fonts, and capacity of longer texts.
   std::array<State, kBatches + 1> states;
   states[0] = batch();
   const PlatformObjects objects = CountObjects();
@@ -122,18 +122,17 @@ TEST_F(PanelLeaks, ThousandsOfLayoutsAndHighlightsLoseNothing) {
   }
   EXPECT_EQ(registry.OpenKeys(), 0u);
   EXPECT_TRUE(TipsSoFar().empty());
-  // One object lost in two hundred calls would show; a few come and go with other windows.
+  // One leaked object in two hundred calls would show; a few come and go with other windows.
   const PlatformObjects now = CountObjects();
   EXPECT_LE(now.drawing, objects.drawing + 50);
   EXPECT_LE(now.user, objects.user + 50);
-  // What the platform takes for itself comes at first, and then in large pieces now and then. A
-  // leak that the bytes of the program do not show, if it is but of one small block a call, goes
-  // on.
+  // The platform allocates for itself at first, and then large blocks now and then. A leak that the
+  // program's own bytes do not show, even of one small block per call, continues.
   EXPECT_GT(states[0].memory, 0);
-  constexpr int kSmallBlock = 64;  // bytes, what goes with it included
+  constexpr int kSmallBlock = 64;  // bytes, including overhead
   constexpr std::size_t kHalf = kBatches / 2;
-  // The platform takes and gives back several hundred thousand bytes between two batches; the
-  // medians of the two halves hardly move.
+  // The platform allocates and frees several hundred thousand bytes between two batches; the
+  // medians of the two halves hardly change.
   const auto median = [&](std::size_t first) {
     std::array<std::int64_t, kHalf> memory;
     for (std::size_t i = 0; i < kHalf; ++i) memory[i] = states[first + i].memory;

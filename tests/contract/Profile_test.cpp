@@ -16,7 +16,7 @@
 namespace marl {
 namespace {
 
-/// INI files in a folder of the test's own.
+/// INI files in a private folder.
 class ProfileContract : public testing::TestWithParam<Backend> {
  protected:
   std::unique_ptr<FileSystem> files;
@@ -169,7 +169,7 @@ MARL_OVER_ALL_BACKENDS(ProfileContract);
 
 #ifdef _WIN32
 
-/// A file of each backend, used alike.
+/// A file in each backend, used in the same way.
 class TwoProfiles {
  public:
   TwoProfiles() {
@@ -196,7 +196,7 @@ class TwoProfiles {
               memoryProfile_.GetString(section, key, u"none ", size, path_))
         << Content(memory_);
   }
-  /// Each reads the other's file as its own. Blanks and the spelling of names may differ.
+  /// Each backend reads the other's file like its own. Blanks and the spelling of names may differ.
   void CompareFiles(std::span<const TextView> names) {
     const std::string content = Content(memory_);
     MemoryFileSystem files;
@@ -235,7 +235,7 @@ class TwoProfiles {
   Text path_;
 };
 
-// Whole files of every shape, then 20,000 random readings and writings.
+// Whole files of every kind, then 20,000 random reads and writes.
 TEST(Profiles, RandomUseGivesTheSameAnswersAndLeavesFilesThatReadAlike) {
   constexpr int kFiles = 200;
   constexpr int kSteps = 100;

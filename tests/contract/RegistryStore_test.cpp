@@ -381,7 +381,7 @@ TEST_P(RegistryContract, EveryCharacterIsNarrowedAlike) {
   }
 }
 
-/// Random operations, each told in one line with all of its results.
+/// Random operations, each logged in one line with all of its results.
 class Walk {
  public:
   Walk(RegistryStore& store, NarrowText root, unsigned seed)
@@ -390,7 +390,7 @@ class Walk {
   std::string Step() {
     std::ostringstream log;
     OpenKeyHandle key;
-    // Drawn one by one: the order in which arguments are evaluated is the compiler's.
+    // Drawn one by one, since the evaluation order of arguments is unspecified.
     const int operation = Draw(12);
     const NarrowText path = Path();
     const NarrowText name = Name();
@@ -469,7 +469,7 @@ class Walk {
   void EnumValues(std::ostream& log, KeyHandle key) {
     NarrowText name(static_cast<std::size_t>(Draw(12)) + 1, '\0');
     NarrowText data(static_cast<std::size_t>(Draw(48)) + 1, '\0');
-    // The order is the platform's own, so the values are told sorted.
+    // The order depends on the platform, so the values are logged sorted.
     std::vector<std::string> values;
     for (std::uint32_t index = 0; index < 20; ++index) {
       std::uint32_t length = 0, kind = 0, size = 0;
@@ -487,7 +487,7 @@ class Walk {
     for (const std::string& value : values) log << value << ' ';
   }
   void Info(std::ostream& log, KeyHandle key) {
-    // Who may not read the values may ask for the numbers on some platforms only.
+    // Without the right to read values, only some platforms allow the query.
     std::uint32_t kind = 0, size = 0;
     const Status may = store_.QueryValue(key, "none", kind, {}, size);
     log << may << ' ';

@@ -62,7 +62,7 @@ RegistryTest::RegistryTest()
 
 RegistryTest::~RegistryTest() {
   DeleteTree(store(), kCurrentUser, path_);
-  // Goes with the last of the tests; another one's key keeps it.
+  // Deleted with the last test; while another test's key exists, this fails.
   store().DeleteKey(kCurrentUser, kOwnKey);
 }
 

@@ -12,13 +12,13 @@
 
 namespace marl {
 
-/// A registry with what a test has to do behind its back.
+/// A registry with direct access for tests.
 class RegistryWorld {
  public:
   virtual ~RegistryWorld() = default;
   virtual RegistryStore& store() = 0;
   virtual void SetEnvironment(const NarrowText& name, const NarrowText& value) = 0;
-  /// Stores data below HKEY_CURRENT_USER as it is, text without terminator too.
+  /// Stores data below HKEY_CURRENT_USER unchanged, even text without terminator.
   virtual void Plant(const NarrowText& path, const NarrowText& name, std::uint32_t kind,
                      const NarrowText& data) = 0;
 };
@@ -34,7 +34,7 @@ struct StoredValue {
 };
 void PrintTo(const StoredValue& value, std::ostream* out);
 
-/// Each test has a key of its own below HKEY_CURRENT_USER, which goes with the test.
+/// Each test has its own key below HKEY_CURRENT_USER, which is deleted with it.
 class RegistryTest : public testing::TestWithParam<Backend> {
  protected:
   RegistryTest();
@@ -43,14 +43,14 @@ class RegistryTest : public testing::TestWithParam<Backend> {
   RegistryStore& store() { return world_->store(); }
   RegistryWorld& world() { return *world_; }
 
-  /// The test's key: its path, or that of a key below it.
+  /// Path of the test's key, or of a key below it.
   const NarrowText& path() const { return path_; }
   NarrowText PathTo(const NarrowText& below) const { return path_ + '\\' + below; }
   Text wide() const { return Text(path_.begin(), path_.end()); }
 
-  /// Opens the test's key, or one below it, for everything.
+  /// Opens the test's key, or one below it, with full access.
   OpenKeyHandle Open(const NarrowText& below = {}, std::uint32_t access = kKeyAllBasic);
-  /// Makes a key below the test's.
+  /// Creates a key below the test's.
   void Make(const NarrowText& below);
   bool Exists(const NarrowText& below);
   /// The stored bytes and their kind, if there are any.

@@ -18,7 +18,7 @@ class Win32RegistryWorld : public RegistryWorld {
     ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_SET_VALUE,
                               nullptr, &key, nullptr),
               ERROR_SUCCESS);
-    // The platform adds no terminator when none stands behind the data.
+    // The platform adds no terminator if the byte after the data is not zero.
     const NarrowText followed = data + 'X';
     EXPECT_EQ(
         RegSetValueExA(key, name.c_str(), 0, kind, reinterpret_cast<const BYTE*>(followed.data()),

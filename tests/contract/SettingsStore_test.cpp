@@ -14,7 +14,7 @@
 namespace marl {
 namespace {
 
-/// A store with an application of the test's own, which goes with it.
+/// A store with a private application, which is deleted at the end.
 class SettingsWorld {
  public:
   explicit SettingsWorld(Backend backend) {
@@ -38,13 +38,13 @@ class SettingsWorld {
 
 #ifdef _WIN32
   Text KeyPath() const { return u"Software\\VB and VBA Program Settings\\" + application_; }
-  /// Stores data below a section as it is.
+  /// Stores data below a section unchanged.
   void Plant(const Text& section, const Text& key, DWORD kind, const std::string& data) {
     HKEY opened = nullptr;
     ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, win32::Wide(KeyPath() + u'\\' + section), 0,
                               nullptr, 0, KEY_SET_VALUE, nullptr, &opened, nullptr),
               ERROR_SUCCESS);
-    // The platform adds no terminator when none stands behind the data.
+    // The platform adds no terminator if the byte after the data is not zero.
     const std::string followed = data + "XX";
     EXPECT_EQ(RegSetValueExW(opened, win32::Wide(key), 0, kind,
                              reinterpret_cast<const BYTE*>(followed.data()),

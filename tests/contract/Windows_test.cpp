@@ -10,12 +10,12 @@
 #include "platform/win32/DesktopWin32.h"
 #endif
 
-// Windows of other programs: how they are enumerated, told and shown.
+// Windows of other programs: enumerating, finding and showing them.
 
 namespace marl {
 namespace {
 
-/// Top-level windows of the test's making, whose titles begin with a word of their own.
+/// Top-level windows of the test, whose titles begin with a unique word.
 class WindowsContract : public testing::TestWithParam<Backend> {
  protected:
   WindowsContract() {

@@ -154,7 +154,7 @@ TEST_P(clsRegistryTest, SetRegistryValueOnAMissingKeyIsFalseAndMakesNothing) {
 }
 
 TEST_P(clsRegistryTest, SetRegistryValueWritesByKind) {
-  // Text is passed without its terminator; the platform finds the one behind and stores it too.
+  // Text is passed without its terminator; the platform finds the one after it and stores it too.
   const std::optional<StoredValue> nothing;
   const struct {
     const char* name;
