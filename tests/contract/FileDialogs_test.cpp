@@ -103,7 +103,7 @@ TEST_P(FileDialogsContract, OkGivesTheFullPath) {
   Text path;
   EXPECT_EQ(Show(true, true, u"new.qprx", path), FileDialogResult::kChosen);
   EXPECT_EQ(path, world.At(u"new.qprx"));
-  EXPECT_FALSE(world.files().FileExists(path)) << "a choice makes no file";
+  EXPECT_FALSE(world.files().FileExists(path)) << "a choice creates no file";
 }
 
 TEST_P(FileDialogsContract, CancelLeavesThePathAsItWas) {

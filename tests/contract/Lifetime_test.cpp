@@ -176,7 +176,7 @@ TEST_P(LifetimeContract, FrameOfASplashOwnsNothing) {
   main->Load();
   first->Border = BorderStyle::kNone;
   first->Show();
-  EXPECT_EQ(desktop->OwnerFor(*first), main.get()) << "unseen as it is";
+  EXPECT_EQ(desktop->OwnerFor(*first), main.get()) << "although it is hidden";
   second->Show();
   EXPECT_EQ(desktop->OwnerFor(*second), nullptr);
   desktop->Event([&] { first->Unload(); });
@@ -193,7 +193,7 @@ TEST_P(LifetimeContract, ModalFormThatLosesItsWindowEndsItsEvent) {
   bool next = false;
   desktop->Event([&] { next = true; });
   EXPECT_TRUE(next);
-  EXPECT_TRUE(main->peer()->TakesInput()) << "nothing keeps it from input any more";
+  EXPECT_TRUE(main->peer()->TakesInput()) << "it accepts input again";
 }
 
 TEST_P(LifetimeContract, ModalFormNoticesItsDestroyedWindow) {

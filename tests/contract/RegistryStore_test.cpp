@@ -105,7 +105,7 @@ TEST_P(RegistryContract, SizeProtocol) {
   EXPECT_EQ(store().QueryValue(key.get(), "v", kind, std::span(buffer).first(4), size), kMoreData);
   EXPECT_EQ(kind, 3u);
   EXPECT_EQ(size, 5u);
-  EXPECT_EQ(NarrowText(buffer.data(), 8), "zzzzzzzz") << "too short a buffer is untouched";
+  EXPECT_EQ(NarrowText(buffer.data(), 8), "zzzzzzzz") << "a buffer that is too short is unchanged";
 
   EXPECT_EQ(store().QueryValue(key.get(), "v", kind, std::span(buffer).first(5), size), kOk);
   EXPECT_EQ(NarrowText(buffer.data(), 8), "12345zzz");

@@ -172,7 +172,7 @@ TEST_P(clsMRUTest, ASecondLoadAppendsBeyondMaxLength) {
   EXPECT_EQ(list.Count(), 10);
   EXPECT_EQ(list.Item(6), u"1");
   Add({u"new"});
-  EXPECT_EQ(list.Count(), 10) << "the list is full, the oldest falls off";
+  EXPECT_EQ(list.Count(), 10) << "the list is full, the oldest is dropped";
   EXPECT_EQ(list.Item(10), u"4");
 }
 

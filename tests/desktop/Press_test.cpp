@@ -112,7 +112,7 @@ TEST_F(Press, MissingToolIsDisabledAndSilent) {
   EXPECT_FALSE(marl.Box());
   EXPECT_TRUE(Close(marl));
   EXPECT_EQ(suite.WaitForTools(1).size(), 1u);
-  EXPECT_EQ(settings.Get(L"XtraFeatures"), L"1") << "greyed, but still to be seen";
+  EXPECT_EQ(settings.Get(L"XtraFeatures"), L"1") << "disabled, but still visible";
 }
 
 TEST_F(Press, ToolInstalledLaterStaysDeadUntilTheNextStart) {

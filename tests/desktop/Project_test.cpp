@@ -525,7 +525,7 @@ TEST_F(Project, CleanDeletesTheWorkingFilesOfATreeAndNothingElse) {
   ASSERT_TRUE(box);
   EXPECT_EQ(box.Text(), kCleanQuestion);
   EXPECT_EQ(box.Buttons(), (std::vector<int>{IDYES, IDNO}));
-  EXPECT_EQ(AllFiles(), before) << "nothing goes before the answer";
+  EXPECT_EQ(AllFiles(), before) << "nothing is deleted before the answer";
   ASSERT_TRUE(box.Press(IDNO));
   ASSERT_TRUE(Clean());
   box = marl.WaitForBox();

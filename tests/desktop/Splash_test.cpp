@@ -211,7 +211,7 @@ TEST_F(Splash, ClosingTheMainFormMeanwhileEndsTheProgram) {
   const RunningMarl marl(suite);
   ASSERT_TRUE(WaitForSplash(marl));
   ASSERT_TRUE(WaitUntilItMayGo(marl));
-  EXPECT_TRUE(Close(marl)) << "the splash goes with it";
+  EXPECT_TRUE(Close(marl)) << "the splash closes too";
 }
 
 TEST_F(Splash, MainFormHasItsIconFromTheLibrary) {

@@ -262,7 +262,7 @@ TEST_F(Tray, ExitFromTheMenuEndsTheProgramWithoutShowingTheWindow) {
     const Pixels pixels = Capture(area);
     return std::all_of(pixels.colors.begin(), pixels.colors.end(),
                        [&](COLORREF color) { return color == pixels.colors.front(); });
-  })) << "the icon has gone with the program";
+  })) << "the icon is removed with the program";
 }
 
 TEST_F(Tray, WindowStateOfOneStartsInTheTray) {
@@ -324,7 +324,7 @@ TEST_F(Tray, RestartedTaskbarShowsTheIconOnceAndItsMessagesArrive) {
     EXPECT_EQ(Capture(first), own);
     taskbarCreated();
     EXPECT_TRUE(WaitUntil([&] { return Capture(second) == own && Capture(first) != own; }))
-        << "it was not made anew";
+        << "it was not recreated";
     EXPECT_TRUE(Shell_NotifyIconW(NIM_DELETE, &other));
     DestroyWindow(other.hWnd);
   }

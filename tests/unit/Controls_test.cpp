@@ -123,7 +123,7 @@ TEST_F(Controls, ChoosingTheRowThatIsChosenIsAClickByTheUserAlone) {
     int clicks = 0;
     rows->Click = [&] { ++clicks; };
     rows->UserSelectRow(-1);
-    EXPECT_EQ(clicks, 0) << "none is no row";
+    EXPECT_EQ(clicks, 0) << "-1 is no row";
     rows->UserSelectRow(2);
     EXPECT_EQ(clicks, 1);
     rows->UserSelectRow(2);
@@ -264,7 +264,7 @@ TEST_F(Controls, TheCurrentRowStaysTheSameOneWhenRowsComeAndGoAboveIt) {
     list.RemoveItem(2);
     EXPECT_EQ(list.ListIndex(), -1);
     list.AddItem(u"first", 0);
-    EXPECT_EQ(list.ListIndex(), -1) << "none stays none";
+    EXPECT_EQ(list.ListIndex(), -1) << "still none";
     EXPECT_EQ(clicks, 0);
   }
 }

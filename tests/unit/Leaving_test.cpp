@@ -241,7 +241,7 @@ TEST_P(Leaving, RunsTheExitSequenceOnceAndAppliesNothing) {
   EXPECT_TRUE(world.desktop.ended());
   EXPECT_EQ(world.desktop.exitCode(), 0);
   EXPECT_FALSE(world.main().loaded());
-  EXPECT_TRUE(world.desktop.forms().empty()) << "its dialogs have gone with it";
+  EXPECT_TRUE(world.desktop.forms().empty()) << "its dialogs are closed too";
   EXPECT_TRUE(world.tray.icons.empty());
   EXPECT_TRUE(world.hooks.listeners.empty());
   EXPECT_EQ(world.registry.OpenKeys(), 0u);
@@ -505,7 +505,7 @@ TEST(StartUpOrder, WizardComesBeforeTheTemporaryFiles) {
   world.files.Put(file, "x");
   world.Start();
   ASSERT_TRUE(world.desktop.ended());
-  EXPECT_TRUE(world.files.Content(file)) << "who goes on to the wizard cleans nothing up";
+  EXPECT_TRUE(world.files.Content(file)) << "nothing is cleaned up before the wizard";
 }
 
 TEST(StartUpOrder, BrowserIsProbedBeforeTheWaitForTheSplash) {

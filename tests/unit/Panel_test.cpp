@@ -349,7 +349,7 @@ TEST_F(Panel, ThousandsOfLayoutsAndHighlightsLoseNoByte) {
   batch();
   std::array<std::int64_t, kBatches> bytes{};
   for (std::int64_t& live : bytes) live = batch();
-  ASSERT_GT(bytes[0], 0) << "nobody counts";
+  ASSERT_GT(bytes[0], 0) << "allocations are not counted";
   for (const std::int64_t live : bytes) EXPECT_EQ(live, bytes[0]);
 }
 

@@ -115,7 +115,7 @@ TEST(Scan, CountsAndWidensAsciiUpToTheFirstOther) {
       std::vector<char16_t> units(size + 1, u'~');
       ASSERT_EQ(WidenASCII(damaged, units.data()), place);
       ASSERT_EQ(Text(units.data(), place), Text(bytes.begin(), bytes.begin() + place));
-      ASSERT_EQ(units[size], u'~') << "nothing is written behind the end";
+      ASSERT_EQ(units[size], u'~') << "nothing is written past the end";
 
       const WidenedTag tag = WidenTag(damaged, units.data());
       ASSERT_EQ(tag.plain, place == size);

@@ -152,7 +152,7 @@ TEST_F(About, HiddenButtonsFollowTheirLabelsInTheTabOrderBeyondTheEdgeOfTheForm)
     const CommandButton& button = *form.cmdShell[i];
     EXPECT_EQ(button.TabIndex, At(5 + static_cast<int>(i)).TabIndex + 1);
     EXPECT_LE(button.Left() + button.Width(), 0);
-    EXPECT_FALSE(button.TabStop) << "walking along the fields opens nothing";
+    EXPECT_FALSE(button.TabStop) << "moving through the fields opens nothing";
     EXPECT_TRUE(button.Visible() && button.Enabled());
   }
 }

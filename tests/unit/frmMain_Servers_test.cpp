@@ -117,7 +117,7 @@ TEST_F(MainServers, PressOnTrackProjectsWithoutServerDoesNothing) {
   main().Press(kTrackProjects);
   main().mnuProjectTrackProjects();
   EXPECT_TRUE(world.shell.started.empty());
-  EXPECT_EQ(StoredServer(), std::nullopt) << "a dead slot does not even save";
+  EXPECT_EQ(StoredServer(), std::nullopt) << "a disabled button does not even save";
 }
 
 TEST_F(MainServers, TrackProjectsOpensTheSiteInTheBrowserFoundAtStartUp) {

@@ -242,7 +242,7 @@ TEST_F(TrayForm, RightClickDuringTheSplashIsIgnored) {
   EXPECT_TRUE(world.tray.shown.empty());
   EXPECT_TRUE(world.desktop.messages.empty());
   EXPECT_TRUE(world.main().loaded());
-  EXPECT_EQ(world.tray.popups, 1) << "start-up has gone on to its end";
+  EXPECT_EQ(world.tray.popups, 1) << "start-up is complete";
 }
 
 TEST_F(TrayForm, BeforeTheHookIsInstalledTheMenuDoesNothing) {

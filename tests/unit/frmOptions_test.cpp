@@ -364,7 +364,7 @@ TEST_F(Options, RemoveTakesAllSelectedRowsAndKeepsTheOrderOfTheOthers) {
     EXPECT_EQ(Rows(form.lstRegEx), (std::vector<Text>{u"b", u"e"}));
     EXPECT_EQ(form.lstRegEx.SelCount(), 0);
     form.cmdRemoveRegEx.UserClick();
-    EXPECT_EQ(form.lstRegEx.ListCount(), 2) << "without a selection nothing goes";
+    EXPECT_EQ(form.lstRegEx.ListCount(), 2) << "without a selection nothing is removed";
     form.cmdOK.UserClick();
   });
   EXPECT_EQ(List(), Numbered({"b", "e"}));
@@ -400,7 +400,8 @@ TEST_F(Options, OkRewritesTheKeyWithNothingElseInIt) {
   PlantList({"a", "b", "", "d"});
   registry.Plant(kCurrentUser, kSegmentList, "Other", kRegDword, DwordBytes(1));
   EXPECT_TRUE(Open([](frmOptions& form) { form.cmdOK.UserClick(); }));
-  EXPECT_EQ(List(), Numbered({"a", "b"})) << "what the list did not show has gone with the key";
+  EXPECT_EQ(List(), Numbered({"a", "b"}))
+      << "rows that the list did not show are deleted with the key";
 }
 
 TEST_F(Options, OkWritesTheRowsInTheirOrder) {

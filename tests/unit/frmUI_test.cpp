@@ -617,7 +617,7 @@ TEST_F(DisplaySettings, ADragTakesTheRowAlongRowByRow) {
     DropRows(form, 2, {3, 4, 5, 6});
     EXPECT_EQ(Buttons(form), Moved(2, 6));
     EXPECT_EQ(form.lstIcons.ListIndex(), 6);
-    EXPECT_FALSE(form.lstIcons.Selected(6)) << "its tick goes with it";
+    EXPECT_FALSE(form.lstIcons.Selected(6)) << "its tick moves with it";
     EXPECT_TRUE(form.lstIcons.Selected(2));
     EXPECT_EQ(form.lstIcons.List(6), captions[2]);
     DropRows(form, 6, {5, 4, 3, 2});

@@ -207,7 +207,7 @@ TEST_F(FindFilesTest, CancelledSearchEndsInEachFolderAtItsNextEntry) {
     if (events == 8) search.SearchCancelled = -1;
   };
   EXPECT_EQ(Find(u"C:\\P"), (Paths{u"C:\\P\\a.qtd", u"C:\\P\\b\\c.qtd"}));
-  EXPECT_EQ(events, 9) << "the root learns of it at e.qtd";
+  EXPECT_EQ(events, 9) << "the root notices it at e.qtd";
   EXPECT_EQ(Find(u"C:\\P"), Paths()) << "it stays cancelled until it is cleared";
   search.SearchCancelled = 0;
   EXPECT_EQ(Find(u"C:\\P").size(), 4u);

@@ -64,7 +64,7 @@ TEST_F(FindWindow, LetterCaseDoesNotCountInAnyMode) {
   EXPECT_EQ(Find(u"\u00fcBERSETZER", kTitleEnds), 1);
   EXPECT_EQ(Find(u"L : \u00fc", kTitleContains), 1);
   EXPECT_EQ(Find(u"marl : \u00fcbersetzer", kTitleEquals), 1);
-  EXPECT_EQ(title, u"mArL : \u00dcbersetzer") << "the title comes as it stands";
+  EXPECT_EQ(title, u"mArL : \u00dcbersetzer") << "the title is unchanged";
 }
 
 TEST_F(FindWindow, AnyOtherModeMatchesNothing) {

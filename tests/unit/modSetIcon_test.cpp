@@ -93,7 +93,7 @@ TEST_F(SetIcon, MissingResourceIsSilent) {
 TEST_F(SetIcon, HandleIsLoadedInOneSizeAndGivenBack) {
   EXPECT_EQ(module.LoadIconHandle(kMarlIcon, true), kBig);
   EXPECT_EQ(module.LoadIconHandle(kMarlIcon, false), kSmall);
-  EXPECT_EQ(icons.opened.size(), 2u) << "each call opens the library anew";
+  EXPECT_EQ(icons.opened.size(), 2u) << "each call opens the library again";
   module.ReleaseIcon(kSmall);
   EXPECT_EQ(icons.destroyed, std::vector<IconHandle>{kSmall});
 }
