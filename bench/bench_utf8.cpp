@@ -9,7 +9,7 @@
 
 #include "bench/Race.h"
 #include "documents/modUTF8.h"
-#include "fuzz/OneFile.h"
+#include "platform/memory/OneFile.h"
 
 namespace marl {
 namespace {
@@ -31,8 +31,8 @@ std::size_t Iconv(iconv_t converter, const char* in, std::size_t size, char* out
 }
 
 void Measure(const std::string& name, const Text& text, double bound, bench::Goals& goals) {
-  const fuzz::OneFile file(nullptr, 0);
-  fuzz::OneFile files = file;
+  const OneFile file(nullptr, 0);
+  OneFile files = file;
   modUTF8 utf8(files);
   utf8.ToUTF8Bytes(text);
   const Bytes bytes = utf8.OutputBytes();

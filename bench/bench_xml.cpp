@@ -14,7 +14,7 @@
 #include "bench/Race.h"
 #include "documents/clsXMLEngine.h"
 #include "documents/clsXMLTag.h"
-#include "fuzz/OneFile.h"
+#include "platform/memory/OneFile.h"
 
 namespace {
 
@@ -192,7 +192,7 @@ std::size_t ScanByBytes(const std::string& text) {
 
 void Measure(const std::string& name, const std::string& text, int rounds, int repeats, bool peers,
              bench::Goals& goals) {
-  const fuzz::OneFile file(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
+  const OneFile file(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
   const Sum expected = ReadOurs(file);
   if (expected != ReadRapidXml(text) || expected != ReadPugiXml(text, pugi::parse_minimal) ||
       expected != ReadExpat(text) || Scan(text) != ScanByBytes(text)) {
@@ -238,7 +238,7 @@ void MeasureBad(const std::string& name, const std::string& head, const std::str
     const std::size_t size = times * kSmall;
     std::string text = head;
     while (text.size() < size) text += pattern;
-    const fuzz::OneFile file(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
+    const OneFile file(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
     double& best = seconds[times == 1 ? 0 : 1];
     for (int round = 0; round < 3; ++round) {
       const std::size_t before = g_live;

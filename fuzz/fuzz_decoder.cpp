@@ -1,6 +1,6 @@
 #include "documents/modUTF8.h"
-#include "fuzz/OneFile.h"
-#include "fuzz/Target.h"
+#include "platform/memory/OneFile.h"
+#include "tests/unit/FuzzTarget.h"
 #include "tests/unit/XMLReference.h"
 
 // Any bytes, decoded, encoded and decoded again; and the same bytes as units to encode.
@@ -22,7 +22,7 @@ MARL_FUZZ_TARGET(decoder) {
   }
   fuzz::Expect(steps == text, "steps give the same text");
 
-  fuzz::OneFile file(data, 0);
+  OneFile file(data, 0);
   modUTF8 utf8(file);
   Text units;
   for (std::size_t i = 0; i + 1 < size; i += 2) {

@@ -1,7 +1,7 @@
 #include "appearance/PanelLayout.h"
 #include "documents/modUTF8.h"
-#include "fuzz/Target.h"
 #include "platform/RuntimeError.h"
+#include "tests/unit/FuzzTarget.h"
 
 // The first byte is the number of columns; the rest is any text, read as a display order and laid
 // out.

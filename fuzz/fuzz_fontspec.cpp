@@ -1,6 +1,6 @@
 #include "appearance/FontSpec.h"
 #include "documents/modUTF8.h"
-#include "fuzz/Target.h"
+#include "tests/unit/FuzzTarget.h"
 
 // Any text, applied as a font spec with both decimal separators.
 MARL_FUZZ_TARGET(fontspec) {

@@ -1,13 +1,13 @@
 #include "documents/clsQPRX.h"
-#include "fuzz/OneFile.h"
-#include "fuzz/Target.h"
 #include "platform/RuntimeError.h"
+#include "platform/memory/OneFile.h"
+#include "tests/unit/FuzzTarget.h"
 
 // Any bytes as a project file: a result or the one known failure, and lists as long as their
 // counts.
 MARL_FUZZ_TARGET(project) {
   using namespace marl;
-  const fuzz::OneFile file(data, size);
+  const OneFile file(data, size);
   clsQPRX project(file);
   try {
     project.ParseProjectFile(u"a.qprx");

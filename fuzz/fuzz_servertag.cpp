@@ -1,14 +1,14 @@
 #include "documents/modUTF8.h"
-#include "fuzz/OneFile.h"
-#include "fuzz/Target.h"
 #include "network/ServerTag.h"
 #include "network/TrackingServerClient.h"
+#include "platform/memory/OneFile.h"
+#include "tests/unit/FuzzTarget.h"
 
 // Any text: as a server's bare name, as a name that the user typed, as a stored tag, as a document.
 MARL_FUZZ_TARGET(servertag) {
   using namespace marl;
   const Text source = DecodeUTF8(Bytes(data, data + size));
-  const fuzz::OneFile files(data, size);
+  const OneFile files(data, size);
   const auto check = [&](const Text& text) {
     clsXMLTag tag;
     ReadServerTag(text, tag);

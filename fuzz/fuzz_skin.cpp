@@ -1,6 +1,6 @@
 #include "appearance/SkinFile.h"
-#include "fuzz/OneFile.h"
-#include "fuzz/Target.h"
+#include "platform/memory/OneFile.h"
+#include "tests/unit/FuzzTarget.h"
 
 namespace {
 
@@ -28,7 +28,7 @@ class Checked : public SkinTarget {
 };
 
 /// Keeps the one file that is written.
-class Sink : public fuzz::OneFile {
+class Sink : public OneFile {
  public:
   Sink() : OneFile(nullptr, 0) {}
   Bytes bytes;
@@ -57,13 +57,13 @@ class Sink : public fuzz::OneFile {
 // Any bytes, loaded as a skin; the result, saved and loaded again.
 MARL_FUZZ_TARGET(skin) {
   Checked first;
-  fuzz::Expect(LoadSkinFile(fuzz::OneFile(data, size), u"x.qsk", first), "the file opens");
+  fuzz::Expect(LoadSkinFile(OneFile(data, size), u"x.qsk", first), "the file opens");
   Sink sink;
   modUTF8 writer(sink);
   SaveSkinFile(writer, u"y.qsk", first.skin);
   Checked second;
   second.skin = SkinSettings();
-  fuzz::Expect(LoadSkinFile(fuzz::OneFile(sink.bytes.data(), sink.bytes.size()), u"y.qsk", second),
+  fuzz::Expect(LoadSkinFile(OneFile(sink.bytes.data(), sink.bytes.size()), u"y.qsk", second),
                "the saved file opens");
   fuzz::Expect(second.skin == first.skin, "a saved skin comes back whole");
 }

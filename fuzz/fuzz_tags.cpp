@@ -1,7 +1,7 @@
 #include "documents/clsXMLTag.h"
 #include "documents/modUTF8.h"
-#include "fuzz/Target.h"
 #include "platform/RuntimeError.h"
+#include "tests/unit/FuzzTarget.h"
 #include "tests/unit/XMLReference.h"
 
 // Any text, parsed as a tag.

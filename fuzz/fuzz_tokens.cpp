@@ -1,15 +1,15 @@
 #include "documents/clsXMLEngine.h"
 #include "documents/clsXMLTag.h"
-#include "fuzz/OneFile.h"
-#include "fuzz/Target.h"
 #include "platform/RuntimeError.h"
+#include "platform/memory/OneFile.h"
+#include "tests/unit/FuzzTarget.h"
 #include "tests/unit/XMLReference.h"
 
 // A file of any bytes, cut into tokens: together they are the document, and each is the one that
 // the reference finds.
 MARL_FUZZ_TARGET(tokens) {
   using namespace marl;
-  const fuzz::OneFile file(data, size);
+  const OneFile file(data, size);
   clsXMLEngine engine(file);
   fuzz::Expect(engine.OpenDocument(u"a.xml"), "a file that is there opens");
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "fuzz/Target.h"
+#include "tests/unit/FuzzTarget.h"
 #include "tests/unit/SourceFolder.h"
 
 namespace marl {

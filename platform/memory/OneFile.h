@@ -5,7 +5,7 @@
 
 #include "platform/FileSystem.h"
 
-namespace marl::fuzz {
+namespace marl {
 
 /// A read-only file system in which every path is the same file.
 class OneFile : public FileSystem {
@@ -39,4 +39,4 @@ class OneFile : public FileSystem {
   Bytes bytes_;
 };
 
-}  // namespace marl::fuzz
+}  // namespace marl
