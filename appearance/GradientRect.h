@@ -4,9 +4,9 @@
 #include <memory>
 #include <vector>
 
-#include "platform/Desktop.h"
-#include "platform/forms/Geometry.h"
-#include "platform/forms/Picture.h"
+#include "platform/Geometry.h"
+#include "platform/Picture.h"
+#include "platform/forms/Desktop.h"
 
 namespace marl {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "appearance/SkinSettings.h"
-#include "platform/forms/Geometry.h"
+#include "platform/Geometry.h"
 
 namespace marl {
 

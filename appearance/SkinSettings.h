@@ -5,9 +5,9 @@
 #include <span>
 #include <vector>
 
+#include "platform/Geometry.h"
 #include "platform/RegistryStore.h"
 #include "platform/Text.h"
-#include "platform/forms/Geometry.h"
 #include "support/Buttons.h"
 #include "support/Numbers.h"
 

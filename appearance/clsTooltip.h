@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/TipWindows.h"
+#include "platform/forms/Desktop.h"
 
 namespace marl {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "documents/modFindFiles.h"
-#include "platform/Desktop.h"
 #include "platform/Text.h"
+#include "platform/forms/Desktop.h"
 #include "support/StringTable.h"
 #include "support/clsCommon.h"
 

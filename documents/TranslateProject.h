@@ -5,10 +5,10 @@
 #include <memory>
 #include <vector>
 
-#include "platform/Desktop.h"
 #include "platform/FileSystem.h"
 #include "platform/Locale.h"
 #include "platform/Text.h"
+#include "platform/forms/Desktop.h"
 #include "support/StringTable.h"
 #include "support/clsCommon.h"
 #include "support/clsLanguages.h"

@@ -3,8 +3,8 @@
 #include <functional>
 
 #include "network/TrackingServerClient.h"
-#include "platform/Desktop.h"
 #include "platform/RegistryStore.h"
+#include "platform/forms/Desktop.h"
 #include "settings/clsMRU.h"
 
 namespace marl {

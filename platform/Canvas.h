@@ -1,9 +1,9 @@
 #pragma once
 
+#include "platform/Font.h"
+#include "platform/Geometry.h"
+#include "platform/Picture.h"
 #include "platform/Text.h"
-#include "platform/forms/Font.h"
-#include "platform/forms/Geometry.h"
-#include "platform/forms/Picture.h"
 
 namespace marl {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/forms/Geometry.h"
+#include "platform/Geometry.h"
 
 namespace marl {
 

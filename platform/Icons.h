@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "platform/Desktop.h"
 #include "platform/Text.h"
+#include "platform/WindowHandle.h"
 
 namespace marl {
 

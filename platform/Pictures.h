@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/forms/Picture.h"
+#include "platform/Picture.h"
 #include "resources/ids.h"
 
 namespace marl {

@@ -3,7 +3,8 @@
 #include <cstdint>
 #include <variant>
 
-#include "platform/Desktop.h"
+#include "platform/Text.h"
+#include "platform/WindowHandle.h"
 
 namespace marl {
 

@@ -3,8 +3,9 @@
 #include <functional>
 #include <memory>
 
+#include "platform/Geometry.h"
 #include "platform/Icons.h"
-#include "platform/forms/Picture.h"
+#include "platform/Picture.h"
 
 namespace marl {
 

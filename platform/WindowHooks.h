@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "platform/Desktop.h"
+#include "platform/WindowHandle.h"
 
 namespace marl {
 

@@ -2,7 +2,6 @@
 
 #include "platform/ColorDialog.h"
 #include "platform/Components.h"
-#include "platform/Desktop.h"
 #include "platform/FileDialogs.h"
 #include "platform/FileSystem.h"
 #include "platform/FontList.h"
@@ -17,6 +16,7 @@
 #include "platform/TipWindows.h"
 #include "platform/Tray.h"
 #include "platform/WindowHooks.h"
+#include "platform/forms/Desktop.h"
 #include "support/StringTable.h"
 
 namespace marl {

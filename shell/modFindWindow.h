@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Desktop.h"
+#include "platform/forms/Desktop.h"
 
 namespace marl {
 

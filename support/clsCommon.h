@@ -5,12 +5,12 @@
 #include <optional>
 #include <vector>
 
-#include "platform/Desktop.h"
 #include "platform/FileSystem.h"
 #include "platform/Process.h"
 #include "platform/Profile.h"
 #include "platform/RegistryStore.h"
 #include "platform/Shell.h"
+#include "platform/forms/Desktop.h"
 #include "support/StringTable.h"
 
 namespace marl {

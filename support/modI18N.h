@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
+#include "platform/Font.h"
 #include "platform/Locale.h"
 #include "platform/Text.h"
-#include "platform/forms/Font.h"
 #include "support/Numbers.h"
 
 namespace marl {

@@ -4,10 +4,10 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Font.h"
+#include "platform/Geometry.h"
+#include "platform/Picture.h"
 #include "platform/Text.h"
-#include "platform/forms/Font.h"
-#include "platform/forms/Geometry.h"
-#include "platform/forms/Picture.h"
 
 namespace marl {
 

@@ -1,4 +1,4 @@
-#include "platform/Desktop.h"
+#include "platform/forms/Desktop.h"
 
 #include <new>
 #include <stdexcept>

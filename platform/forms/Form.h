@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Desktop.h"
 #include "platform/Text.h"
 #include "platform/forms/Control.h"
+#include "platform/forms/Desktop.h"
 
 namespace marl {
 

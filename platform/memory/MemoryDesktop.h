@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Desktop.h"
+#include "platform/forms/Desktop.h"
 #include "platform/forms/Form.h"
 
 namespace marl {

@@ -1,7 +1,7 @@
 #include "platform/win32/DdeServer.h"
 
 #include "platform/DdeCommand.h"
-#include "platform/Desktop.h"
+#include "platform/forms/Desktop.h"
 #include "platform/forms/Form.h"
 #include "platform/win32/Handle.h"
 

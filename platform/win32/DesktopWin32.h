@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/Desktop.h"
+#include "platform/forms/Desktop.h"
 #include "platform/win32/CanvasWin32.h"
 #include "platform/win32/DdeServer.h"
 #include "platform/win32/Handle.h"

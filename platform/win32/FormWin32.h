@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
-#include "platform/Desktop.h"
 #include "platform/forms/Controls.h"
+#include "platform/forms/Desktop.h"
 #include "platform/forms/Form.h"
 #include "platform/win32/CanvasWin32.h"
 #include "platform/win32/Handle.h"

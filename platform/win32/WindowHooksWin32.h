@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "platform/WindowHooks.h"
+#include "platform/forms/Desktop.h"
 
 namespace marl::win32 {
 

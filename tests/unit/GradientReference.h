@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <vector>
 
-#include "platform/forms/Geometry.h"
-#include "platform/forms/Picture.h"
+#include "platform/Geometry.h"
+#include "platform/Picture.h"
 
 namespace marl {
 

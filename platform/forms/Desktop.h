@@ -7,18 +7,16 @@
 #include <vector>
 
 #include "platform/Canvas.h"
+#include "platform/Geometry.h"
 #include "platform/RuntimeError.h"
 #include "platform/Text.h"
-#include "platform/forms/Geometry.h"
+#include "platform/WindowHandle.h"
 
 namespace marl {
 
 class Control;
 class Form;
 enum class Property;
-
-/// A window of any program, as the platform numbers it; 0 is none.
-using WindowHandle = std::int32_t;
 
 /// What a form looks like on its platform. The form owns it from load to unload.
 class FormPeer {
