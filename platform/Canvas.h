@@ -9,24 +9,25 @@ namespace marl {
 
 enum class Alignment { kLeft = 0, kRight = 1, kCenter = 2 };
 
-/// How a text is written into its box.
+/// How text is drawn into its box.
 struct TextStyle {
   Font font;
   Color color = 0;
   Alignment alignment = Alignment::kLeft;
   bool wrap = true;
   bool accessKeys = true;  ///< "&" underlines the next character
-  bool enabled = true;     ///< false engraves the text in the system's grey
+  bool enabled = true;     ///< false draws the text engraved, in the system's grey
 };
 
-/// What a form is painted on. Boxes and points are in pixels; all is clipped to the surface.
+/// The surface that a form is painted on. Boxes and points are in pixels; everything is clipped to
+/// the surface.
 class Canvas {
  public:
   virtual ~Canvas() = default;
   virtual void Fill(const Box& box, Color color) = 0;
-  /// Lays the picture over what is there, by its alpha.
+  /// Blends the picture over the surface by its alpha.
   virtual void Draw(const Picture& picture, int x, int y) = 0;
-  /// A line of one pixel's width; the end point is left out.
+  /// A line one pixel wide, without its end point.
   virtual void Line(Point from, Point to, Color color) = 0;
   virtual void Write(TextView text, const Box& box, const TextStyle& style) = 0;
 };

@@ -12,13 +12,13 @@ enum ColorDialogFlag : int {
   kColorFullOpen = 2,  ///< shows the whole dialog at once
 };
 
-/// The platform's dialog for the choice of a colour, above a form and modal to it.
+/// The platform's colour dialog, above a form and modal to it.
 class ColorDialog {
  public:
   virtual ~ColorDialog() = default;
-  /// Asks for a colour (ChooseColor). `color` is what the dialog starts from, with `kColorInit`,
-  /// and the choice afterwards, never a system colour reference then. False, and `color`
-  /// untouched, when the user cancelled or the dialog could not do its work.
+  /// Asks for a colour (ChooseColor). `color` is the initial colour (with `kColorInit`) and
+  /// afterwards the choice, which is never a system colour reference. False, and `color` unchanged,
+  /// if the user cancelled or the dialog failed.
   virtual bool ShowColor(const Form* owner, int flags, Color& color) = 0;
 };
 

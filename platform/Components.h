@@ -9,34 +9,34 @@
 
 namespace marl {
 
-/// A value of a kind that components and the switchboard do not exchange: an object, a date, ...
+/// A value of a kind that the switchboard does not use: an object, a date, ...
 struct ForeignValue {
   bool operator==(const ForeignValue&) const = default;
 };
 
 /// An argument or result of a component's operation: nothing, a number or a text. A component may
-/// give anything else as well.
+/// also return anything else.
 using ComponentValue = std::variant<std::monostate, std::int32_t, Text, ForeignValue>;
 
-/// One live component of the suite; dropping it releases it.
+/// A component instance; the destructor releases it.
 class Component {
  public:
   virtual ~Component() = default;
-  /// Calls `operation` (IDispatch::Invoke, late bound). The arguments go in by reference and come
-  /// back as the component left them. False when the call failed: `failure` is then its
-  /// description, or the system's text for its code where it has none, and never empty; arguments
-  /// and result are untouched.
+  /// Calls `operation` (IDispatch::Invoke, late bound). Arguments are passed by reference, so the
+  /// component can change them. False if the call failed: `failure` is then its description, or the
+  /// system's text for its code if it has none, and never empty; arguments and result are
+  /// unchanged.
   virtual bool Call(TextView operation, std::vector<ComponentValue>& arguments,
                     ComponentValue& result, Text& failure) = 0;
 };
 
-/// The in-process components that share the suite's folder, by name ("Marl.QaComponent").
+/// The suite's in-process components, by ProgID ("Marl.QaComponent").
 class Components {
  public:
   virtual ~Components() = default;
-  /// Makes an instance (CLSIDFromProgID, CoCreateInstance). Null where it makes none: `failure` is
-  /// then empty when none is registered, and the system's description when a registered one cannot
-  /// be made.
+  /// Creates an instance (CLSIDFromProgID, CoCreateInstance). Null on failure: `failure` is empty
+  /// if the component is not registered, and the system's description if a registered one cannot be
+  /// created.
   virtual std::unique_ptr<Component> Create(TextView name, Text& failure) = 0;
 };
 

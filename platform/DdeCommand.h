@@ -4,13 +4,13 @@
 
 namespace marl {
 
-/// True when the bytes of an execute command are 16-bit units: clients of both kinds reach the
-/// program, and the data does not say which it is. A command that is accepted begins with a
-/// letter of ASCII, so the second byte tells.
+/// True if the bytes of an execute command are 16-bit units: clients may be wide or 8-bit, and the
+/// data does not say which. A valid command begins with an ASCII letter, so the second byte
+/// decides.
 inline bool IsWideCommand(const Bytes& data) { return data.size() >= 2 && data[1] == 0; }
 
 /// Text of a wide command: up to its first NUL, or to the end of the data; an odd last byte is
-/// left out.
+/// ignored.
 inline Text WideCommand(const Bytes& data) {
   Text text;
   for (std::size_t i = 0; i + 1 < data.size(); i += 2) {

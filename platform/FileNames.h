@@ -4,16 +4,16 @@
 
 namespace marl {
 
-/// The prefix of a path that the platform takes as it stands, of any length.
+/// The prefix of paths that the platform does not normalise, of any length.
 constexpr TextView kLongPathPrefix = u"\\\\?\\";
 
-/// True for a text that can be the path of something: neither empty nor with a NUL, behind which
-/// the platform would see nothing.
+/// True for a text that can be a path: neither empty nor with a NUL, where the platform would stop
+/// reading.
 constexpr bool IsPath(TextView path) { return !path.empty() && path.find(u'\0') == TextView::npos; }
 
-/// True for a path without wildcards: those of the user, and quotes and angle brackets, which are
-/// wildcards to the platform below and a broken quote on a command line. The prefix of a long path
-/// is none.
+/// True for a path without wildcards: "*" and "?", and also quotes and angle brackets, which the
+/// file system takes as wildcards and which would break a command line. The prefix of a long path
+/// is not a wildcard.
 constexpr bool IsExactPath(TextView path) {
   if (!IsPath(path)) return false;
   if (path.starts_with(kLongPathPrefix)) path.remove_prefix(kLongPathPrefix.size());

@@ -9,8 +9,7 @@
 
 namespace marl {
 
-/// Every `step`th unit from `first` to `last` meets the other letter case at a distance, which
-/// wraps round at 16 bits.
+/// Every `step`th unit from `first` to `last` folds to the unit at `distance`, modulo 2^16.
 struct FoldRun {
   char16_t first;
   char16_t last;
@@ -18,14 +17,14 @@ struct FoldRun {
   std::uint16_t distance;
 };
 
-/// All units that are not their own meeting place, in their order.
+/// All units that do not fold to themselves, sorted.
 inline constexpr FoldRun kFoldRuns[] = {
 #include "platform/FoldCase.inc"
 };
 
-/// Where a unit meets its other letter cases, without regard to the locale: the capital of those
-/// units that Unicode's simple case folding takes for one. Covers the basic plane; a unit stays one
-/// unit, so the sharp s does not meet "ss". The dotted and the dotless i are no pair.
+/// Folds a unit, independently of the locale: units that are equal by Unicode's simple case folding
+/// become their capital. Covers the basic plane; a unit stays one unit, so sharp s does not equal
+/// "ss". Dotted and dotless i differ.
 constexpr char16_t FoldCase(char16_t unit) {
   if (unit < 0x80) return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 32) : unit;
   const FoldRun* const run =
@@ -36,14 +35,14 @@ constexpr char16_t FoldCase(char16_t unit) {
   return static_cast<char16_t>(unit + run->distance);
 }
 
-/// The text in its meeting places: equal for texts that differ in letter case alone.
+/// The folded text: equal for texts that differ only in letter case.
 inline Text FoldCase(TextView text) {
   Text folded(text);
   for (char16_t& unit : folded) unit = FoldCase(unit);
   return folded;
 }
 
-/// True when both texts are the same but for case.
+/// True if both texts are equal, ignoring case.
 constexpr bool SameText(TextView a, TextView b) {
   if (a.size() != b.size()) return false;
   for (std::size_t i = 0; i < a.size(); ++i) {
@@ -52,7 +51,7 @@ constexpr bool SameText(TextView a, TextView b) {
   return true;
 }
 
-/// True when `text` begins with `prefix`, but for case.
+/// True if `text` begins with `prefix`, ignoring case.
 constexpr bool StartsWithText(TextView text, TextView prefix) {
   return text.size() >= prefix.size() && SameText(text.substr(0, prefix.size()), prefix);
 }

@@ -6,7 +6,7 @@
 
 namespace marl {
 
-/// A font as forms and controls name it; the platform chooses a face that comes closest.
+/// A font of a form or control; the platform chooses the closest match.
 struct Font {
   Text Name = u"Tahoma";
   std::int64_t Size = 82500;  ///< points, in ten-thousandths

@@ -4,7 +4,8 @@
 
 namespace marl {
 
-/// A place on a form, in twips from the inner top left corner (or of the screen, for a form).
+/// A rectangle on a form, in twips from the top left corner of its client area (for a form, of the
+/// screen).
 struct Box {
   std::int32_t left = 0;
   std::int32_t top = 0;
@@ -30,7 +31,7 @@ struct Point {
   bool operator==(const Point&) const = default;
 };
 
-/// Width and height of a pixel in twips: 1440 by the dots an inch, a fraction on many screens.
+/// Width and height of a pixel in twips: 1440 / dpi, a fraction on many screens.
 struct PixelTwips {
   double x = 15;
   double y = 15;

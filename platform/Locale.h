@@ -13,19 +13,20 @@ constexpr std::uint32_t kLocaleDefaultAnsiCodePage = 4100;
 constexpr std::uint32_t kLocaleDecimal = 14;
 constexpr std::uint32_t kLocaleThousand = 15;
 
-/// What the platform knows of languages and regions.
+/// Languages and regions, as the platform knows them.
 class Locale {
  public:
   virtual ~Locale() = default;
   /// Locale id of the running thread (GetThreadLocale).
   virtual std::uint32_t ThreadLocale() const = 0;
-  /// Puts one fact of a locale, with its terminator, into the buffer (GetLocaleInfoA). Returns the
-  /// bytes written; 0, and an untouched buffer, for an unknown locale or fact or too little room.
+  /// Writes a property of a locale, with its terminator, into the buffer (GetLocaleInfoA). Returns
+  /// the number of bytes written; 0, with the buffer unchanged, if locale or property is unknown or
+  /// the buffer is too short.
   virtual int LocaleInfo(std::uint32_t locale, std::uint32_t type,
                          std::span<char> buffer) const = 0;
-  /// True when both texts are the same in the user's collation but for case (CompareStringW with
-  /// NORM_IGNORECASE): a letter and its accent count as the letter with the accent, the sharp s as
-  /// "ss"; the dotted and the dotless i are two letters.
+  /// True if both texts are equal in the user's collation, ignoring case (CompareStringW with
+  /// NORM_IGNORECASE): a letter followed by an accent equals the precomposed letter, sharp s equals
+  /// "ss"; dotted and dotless i differ.
   virtual bool SameText(TextView a, TextView b) const = 0;
 };
 

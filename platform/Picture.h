@@ -6,8 +6,7 @@
 
 namespace marl {
 
-/// A picture in memory: rows from the top, 32 bits a pixel laid out 0xAARRGGBB, colours
-/// multiplied with their alpha.
+/// A picture in memory: top-down rows of 32-bit pixels, 0xAARRGGBB, premultiplied by alpha.
 struct Picture {
   int width = 0;   ///< pixels
   int height = 0;  ///< pixels

@@ -5,14 +5,14 @@
 
 namespace marl {
 
-/// The pictures that the program carries.
+/// The pictures in the program's resources.
 class Pictures {
  public:
   virtual ~Pictures() = default;
-  /// The picture of this number (MARL_PICTURE_..., resources/ids.h), as large as it was drawn;
-  /// null when there is none or it cannot be read.
+  /// The picture with this id (MARL_PICTURE_..., resources/ids.h) in its original size; null if
+  /// there is none or it cannot be read.
   virtual PicturePtr Load(int id) = 0;
-  /// Says that a picture will be loaded soon: it may be decoded meanwhile.
+  /// Announces that a picture will be loaded soon, so that it can be decoded in the background.
   virtual void Prepare(int id) = 0;
 };
 

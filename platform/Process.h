@@ -4,16 +4,16 @@
 
 namespace marl {
 
-/// What the running process knows of itself.
+/// The running process.
 class Process {
  public:
   virtual ~Process() = default;
-  /// The command line behind the program's own name, as it was typed.
+  /// The command line after the program's own name, as typed.
   virtual Text CommandLine() const = 0;
   /// Full path of the program's file (GetModuleFileName).
   virtual Text ProgramPath() const = 0;
-  /// True when another process of this same program runs for this user already: the first caller
-  /// claims a named object of the user's session and holds it to its end.
+  /// True if this program is already running for this user: the first process creates a named
+  /// object in the user's session and keeps it until it ends.
   virtual bool PreviousInstance() = 0;
 };
 

@@ -7,21 +7,21 @@
 namespace marl {
 
 /// INI files, which are 8-bit in the system's code page. Section and key names ignore the case of
-/// the letters A to Z; of others the platform says. A file
-/// name without folder is looked for in the platform's own folder. Texts end at their first NUL.
+/// the letters A to Z; for other letters it depends on the platform. A file name without a folder
+/// means the Windows folder. Texts end at their first NUL.
 class Profile {
  public:
   virtual ~Profile() = default;
 
   /// Value of a key without the blanks around it and one pair of quotation marks
-  /// (GetPrivateProfileStringA with a buffer of `bufferSize` bytes). What does not fit is cut off;
-  /// the last byte is a terminator's. When section, key or file is missing, the default without
-  /// the blanks at its end.
+  /// (GetPrivateProfileStringA with a buffer of `bufferSize` bytes). A longer value is truncated;
+  /// the last byte is for the terminator. If section, key or file is missing: the default, without
+  /// trailing blanks.
   virtual Text GetString(TextView section, TextView key, TextView defaultText,
                          std::size_t bufferSize, TextView file) const = 0;
 
-  /// Writes a value (WritePrivateProfileStringA), making file, section and key when they are
-  /// missing. False when the file cannot be written.
+  /// Writes a value (WritePrivateProfileStringA), creating file, section and key if necessary.
+  /// False if the file cannot be written.
   virtual bool SetString(TextView section, TextView key, TextView value, TextView file) = 0;
 };
 

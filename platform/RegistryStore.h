@@ -37,7 +37,7 @@ constexpr bool IsTextKind(std::uint32_t kind) {
   return kind == kRegSz || kind == kRegExpandSz || kind == kRegMultiSz;
 }
 
-/// What a key is opened for.
+/// Access rights of an open key.
 enum KeyAccess : std::uint32_t {
   kKeyQueryValue = 1,
   kKeySetValue = 2,
@@ -48,7 +48,7 @@ enum KeyAccess : std::uint32_t {
   kKeyAllAccess = 0xF003F,
 };
 
-/// What RegQueryInfoKeyA tells. Lengths are in bytes without terminator.
+/// Results of RegQueryInfoKeyA. Lengths are in bytes, without terminator.
 struct KeyInfo {
   std::uint32_t subKeys = 0;
   std::uint32_t longestSubKey = 0;
@@ -58,7 +58,7 @@ struct KeyInfo {
 
 class RegistryStore;
 
-/// Owns one open key; closes it when it goes.
+/// Owns an open key; the destructor closes it.
 class OpenKeyHandle {
  public:
   OpenKeyHandle() = default;
@@ -68,7 +68,7 @@ class OpenKeyHandle {
   inline OpenKeyHandle& operator=(OpenKeyHandle&& other) noexcept;
   inline ~OpenKeyHandle();
 
-  /// kNoKey when nothing is open.
+  /// kNoKey if nothing is open.
   KeyHandle get() const { return key_; }
   inline void Reset();
 
@@ -78,21 +78,22 @@ class OpenKeyHandle {
 };
 
 /// The registry through its 8-bit entry points: keys and values by name, data as bytes and kinds,
-/// results as the platform's status codes. Names and text data are in the system's code page;
-/// names end at their first NUL, ignore case, and a key path is parted by backslashes. What the
-/// bytes mean is decided above.
+/// results as the platform's status codes. Names and text data are in the system's code page; names
+/// end at their first NUL and ignore case, and backslashes separate the keys of a path. What the
+/// bytes mean is decided by the callers.
 ///
-/// Each `key` is an open key or a root. Outputs hold what they held before unless it is said
-/// otherwise. Common failures: kInvalidHandle for kNoKey, kFileNotFound for what is not there,
-/// kAccessDenied for what the key was not opened for, kKeyDeleted for an open key that is gone.
+/// Each `key` is an open key or a root. On failure, outputs are unchanged unless stated otherwise.
+/// Common failures: kInvalidHandle for kNoKey, kFileNotFound for a missing key or value,
+/// kAccessDenied without the necessary access right, kKeyDeleted for an open key that has been
+/// deleted.
 class RegistryStore {
  public:
   virtual ~RegistryStore() = default;
 
-  /// RegOpenKeyExA. An empty path opens `key` once more. `out` is empty on failure.
+  /// RegOpenKeyExA. An empty path opens `key` again. `out` is empty on failure.
   virtual Status OpenKey(KeyHandle key, const NarrowText& path, std::uint32_t access,
                          OpenKeyHandle& out) = 0;
-  /// RegCreateKeyExA, class "", options 0: opens the key, making all that is missing of the path.
+  /// RegCreateKeyExA, class "", options 0: opens the key, creating missing keys of the path.
   virtual Status CreateKey(KeyHandle key, const NarrowText& path, std::uint32_t access,
                            OpenKeyHandle& out) = 0;
   /// RegCloseKey; called by OpenKeyHandle.
@@ -100,25 +101,24 @@ class RegistryStore {
   /// RegDeleteKeyA. A key with sub-keys is not deleted: kAccessDenied.
   virtual Status DeleteKey(KeyHandle key, const NarrowText& path) = 0;
 
-  /// RegQueryValueExA. A buffer without address asks for kind and size only. kMoreData when the
-  /// data does not fit: `kind` and `size` are set, the buffer is untouched. When the value is
-  /// missing `size` stays. Text that was stored without a terminator comes without it.
+  /// RegQueryValueExA. A null buffer asks for kind and size only. kMoreData if the data does not
+  /// fit: `kind` and `size` are set, the buffer is unchanged. If the value is missing, `size` is
+  /// unchanged. Text that was stored without a terminator is returned without it.
   virtual Status QueryValue(KeyHandle key, const NarrowText& name, std::uint32_t& kind,
                             std::span<char> buffer, std::uint32_t& size) = 0;
-  /// RegSetValueExA with all bytes of `data`, a byte of zero behind them. For text kinds the
-  /// platform looks at it: data that is not empty and does not end in NUL is stored with one.
+  /// RegSetValueExA with all bytes of `data`, followed by a zero byte in memory. For text kinds the
+  /// platform checks that byte: data that is not empty and does not end in NUL is stored with one.
   virtual Status SetValue(KeyHandle key, const NarrowText& name, std::uint32_t kind,
                           const NarrowText& data) = 0;
   /// RegDeleteValueA.
   virtual Status DeleteValue(KeyHandle key, const NarrowText& name) = 0;
 
-  /// RegEnumKeyA, RegEnumKeyExA: name of the sub-key at `index` with its terminator. kMoreData
-  /// when the buffer is too short for both, kNoMoreItems behind the last. Sub-keys come in the
-  /// order of their names.
+  /// RegEnumKeyA, RegEnumKeyExA: name of the sub-key at `index` with its terminator. kMoreData if
+  /// the buffer is too short for both, kNoMoreItems after the last. Sub-keys are sorted by name.
   virtual Status EnumKey(KeyHandle key, std::uint32_t index, std::span<char> name) = 0;
-  /// RegEnumValueA: name of the value at `index` with its terminator, `nameLength` without it,
-  /// and data as QueryValue gives it. kMoreData when either does not fit: `size` is set then,
-  /// names and data are undefined. Values come in an order of the platform's own.
+  /// RegEnumValueA: name of the value at `index` with its terminator, `nameLength` without it, and
+  /// data as with QueryValue. kMoreData if either does not fit: `size` is set then, names and data
+  /// are undefined. Values come in any order.
   virtual Status EnumValue(KeyHandle key, std::uint32_t index, std::span<char> name,
                            std::uint32_t& nameLength, std::uint32_t& kind, std::span<char> data,
                            std::uint32_t& size) = 0;
@@ -128,13 +128,13 @@ class RegistryStore {
   /// RegConnectRegistryA: a root of another machine's registry; an empty name is this machine.
   virtual Status ConnectRegistry(const NarrowText& machine, KeyHandle root, OpenKeyHandle& out) = 0;
 
-  /// ExpandEnvironmentStringsA: replaces each %NAME% that the environment knows. Gives the whole
-  /// expansion's size with its terminator, however much of it the buffer took: a buffer of n
-  /// bytes that is too short gets the first n - 1 and a terminator.
+  /// ExpandEnvironmentStringsA: replaces each %NAME% that is set in the environment. Returns the
+  /// size of the whole expansion with its terminator, even if the buffer is too short: a buffer of
+  /// n bytes then gets the first n - 1 and a terminator.
   virtual std::uint32_t ExpandEnvironment(const NarrowText& source, std::span<char> buffer) = 0;
 
-  /// Text in the system's code page (WideCharToMultiByte): what it lacks becomes the character
-  /// that looks most like it, or a question mark.
+  /// Text to the system's code page (WideCharToMultiByte): a missing character becomes the most
+  /// similar one, or a question mark.
   virtual NarrowText ToNarrow(TextView text) const = 0;
   /// Text from the system's code page (MultiByteToWideChar).
   virtual Text FromNarrow(std::string_view text) const = 0;

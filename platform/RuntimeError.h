@@ -6,8 +6,8 @@
 
 namespace marl {
 
-/// A failure that nothing has to catch: it carries the runtime's text, which becomes a message
-/// box at the one place where events enter, and ends the process there.
+/// A failure by the runtime's rules (see docs/ARCHITECTURE.md), with its number and text. Nothing
+/// needs to catch it: `Desktop::Event` shows the text in a message box and ends the process.
 class RuntimeError : public std::exception {
  public:
   /// `number` is the runtime's error number, `text` what the user reads.
@@ -33,8 +33,8 @@ class RuntimeError : public std::exception {
   Text text_;
 };
 
-/// Runs `statement` and drops its failure: the mode in which a failing statement is skipped and
-/// the next one runs. Returns whether it succeeded.
+/// Runs `statement` and drops its failure, so that the next statement runs. Returns whether it
+/// succeeded.
 template <typename Statement>
 bool Skip(Statement&& statement) {
   try {

@@ -6,21 +6,21 @@
 namespace marl {
 
 /// The per-user store of texts that the form-based programs of the suite share, addressed by
-/// application, section and key. Names are found without regard to case; one that is empty or holds
-/// a NUL names nothing. Texts end at their first NUL.
+/// application, section and key. Names ignore case; a name that is empty or contains a NUL is
+/// invalid. Texts end at their first NUL.
 class SettingsStore {
  public:
   virtual ~SettingsStore() = default;
-  /// The text of a key; `default_` when there is none, or something other than a text.
-  /// Reading writes nothing.
+  /// The text of a key; `default_` if there is none, or a value of another kind. Reading creates no
+  /// keys.
   virtual Text GetSetting(TextView application, TextView section, TextView key,
                           TextView default_) const = 0;
-  /// Stores a text, persistent at once. Names of nothing are refused with kInvalidParameter.
+  /// Stores a text, persistent at once. Invalid names are refused with kInvalidParameter.
   virtual Status SaveSetting(TextView application, TextView section, TextView key,
                              TextView value) = 0;
 
  protected:
-  /// True when none of the names is empty or holds a NUL.
+  /// True if none of the names is empty or contains a NUL.
   static bool AreNames(TextView application, TextView section, TextView key) {
     for (const TextView name : {application, section, key}) {
       if (name.empty() || name.find(u'\0') != TextView::npos) return false;

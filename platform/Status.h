@@ -9,7 +9,7 @@ enum Status : long {
   kPathNotFound = 3,
   kAccessDenied = 5,
   kInvalidHandle = 6,
-  kTypeMismatch = 13,  // the registry classes' own
+  kTypeMismatch = 13,  // used by the registry classes only
   kNoMoreFiles = 18,
   kSharingViolation = 32,
   kInvalidParameter = 87,

@@ -4,12 +4,12 @@
 
 namespace marl {
 
-/// The program's texts by number, in the language that it was built for.
+/// The program's texts by id, in the language that it was built for.
 class StringResource {
  public:
   virtual ~StringResource() = default;
-  /// Puts the text of a 16-bit id into `out` (LoadString). False when there is none; `out` is
-  /// untouched then.
+  /// Loads the text of a 16-bit id into `out` (LoadString). False if there is none; `out` is then
+  /// unchanged.
   virtual bool Load(int id, Text& out) const = 0;
 };
 

@@ -9,11 +9,11 @@
 
 namespace marl {
 
-/// What the notification area is told of an icon. The fields have the platform's names.
+/// An icon of the notification area (NOTIFYICONDATA), with the platform's field names.
 struct NotifyIconData {
-  int cbSize = 0;  ///< size of the platform's record in its first, 8-bit form
+  int cbSize = 0;  ///< size of the platform's record in its first version, 8-bit
   WindowHandle hWnd = 0;
-  std::int32_t uID = 0;  ///< window and this number together name the icon
+  std::int32_t uID = 0;  ///< identifies the icon, together with the window
   std::uint32_t uFlags = 0;
   std::uint32_t uCallbackMessage = 0;
   IconHandle hIcon = 0;
@@ -22,25 +22,25 @@ struct NotifyIconData {
   bool operator==(const NotifyIconData&) const = default;
 };
 
-/// The first form of the platform's record in a 32-bit program.
+/// Size of the first version of the platform's record in a 32-bit program.
 constexpr int kNotifyIconDataSize = 88;
 
 enum NotifyCommand : int { kNotifyAdd = 0, kNotifyDelete = 2 };
 enum NotifyFlag : std::uint32_t { kNotifyMessage = 1, kNotifyIcon = 2, kNotifyTip = 4 };
 
-/// A menu that stands by itself, with a picture before each item.
+/// A popup menu with a picture before each item.
 class PopupMenu {
  public:
   virtual ~PopupMenu() = default;
-  /// Square pictures side by side; items name theirs by its place, from 0.
+  /// Square pictures side by side; items refer to them by index, from 0.
   virtual void SetImageList(PicturePtr strip) = 0;
   /// The window that the menu belongs to. It should be active when the menu is shown: the menu
   /// closes when the user clicks elsewhere, and takes keys.
   virtual void SetOwner(WindowHandle window) = 0;
   /// Appends an item. Items are numbered from 1.
   virtual void AddItem(TextView caption, int picture, bool checked, bool enabled) = 0;
-  /// Shows the menu at a place of the screen, in pixels, and returns when it has closed. Raises
-  /// `Click` if an item was chosen.
+  /// Shows the menu at a screen position, in pixels, and returns when it is closed. Raises `Click`
+  /// if an item was chosen.
   virtual void Show(Point at) = 0;
 
   std::function<void(int itemNumber)> Click;
@@ -50,12 +50,12 @@ class PopupMenu {
 class Tray {
  public:
   virtual ~Tray() = default;
-  /// Adds or removes an icon (Shell_NotifyIcon). False when the shell refuses.
+  /// Adds or removes an icon (Shell_NotifyIcon). False if the shell refuses.
   virtual bool NotifyIcon(int command, const NotifyIconData& data) = 0;
   /// The handle of the icon that a window shows (WM_GETICON); 0 for none.
   virtual IconHandle IconOf(WindowHandle window) const = 0;
   virtual std::unique_ptr<PopupMenu> CreatePopup() = 0;
-  /// Where the mouse is on the screen, in pixels (GetCursorPos).
+  /// Position of the mouse on the screen, in pixels (GetCursorPos).
   virtual Point CursorPosition() const = 0;
 };
 

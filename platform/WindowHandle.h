@@ -4,7 +4,7 @@
 
 namespace marl {
 
-/// A window of any program, as the platform numbers it; 0 is none.
+/// A handle of any program's window; 0 is none.
 using WindowHandle = std::int32_t;
 
 }  // namespace marl

@@ -7,7 +7,7 @@
 
 namespace marl {
 
-/// Where a window's procedure is; 0 is none.
+/// Address of a window procedure; 0 is none.
 using ProcAddress = std::intptr_t;
 
 /// Sees every message of a window before the window does.
@@ -19,19 +19,19 @@ class MessageListener {
                                   std::intptr_t lParam) = 0;
 };
 
-/// Message numbers by name, and procedures in front of windows.
+/// Registered messages, and procedures in front of window procedures.
 class WindowHooks {
  public:
   virtual ~WindowHooks() = default;
-  /// The number of a message that is the same for all programs that ask for the name
-  /// (RegisterWindowMessage); 0 on failure.
+  /// The number of the message with this name, the same for all programs (RegisterWindowMessage); 0
+  /// on failure.
   virtual std::uint32_t RegisterMessage(std::string_view name) = 0;
-  /// Puts the listener in the place of the window's procedure (SetWindowLong, index -4). Returns
-  /// the procedure that was there; 0 when there is no such window.
+  /// Replaces the window's procedure by the listener (SetWindowLong, index -4). Returns the
+  /// previous procedure; 0 if there is no such window.
   virtual ProcAddress Replace(WindowHandle window, MessageListener& listener) = 0;
-  /// Makes `previous` the window's procedure again. The listener hears nothing from here on.
+  /// Makes `previous` the window's procedure again. The listener gets no more messages.
   virtual void PutBack(WindowHandle window, ProcAddress previous) = 0;
-  /// Hands a message to a procedure that was replaced (CallWindowProc).
+  /// Passes a message to a replaced procedure (CallWindowProc).
   virtual std::intptr_t Call(ProcAddress previous, WindowHandle window, std::uint32_t message,
                              std::uintptr_t wParam, std::intptr_t lParam) = 0;
 };

@@ -8,8 +8,8 @@
 
 namespace marl {
 
-/// A tab of a tab strip, a button of a tool bar or a column of a list: what the control's own
-/// properties are for the control, for one part of it.
+/// A part of a control: a tab of a tab strip, a button of a tool bar or a column of a list, with
+/// properties of its own.
 struct ControlPart {
   Text Caption;
   Text Tag;  ///< free text, for the program's own use
@@ -17,7 +17,7 @@ struct ControlPart {
   bool operator==(const ControlPart&) const = default;
 };
 
-/// The parts of a control. They count from 1; any other number throws "Subscript out of range".
+/// The parts of a control, numbered from 1; any other number throws "Subscript out of range".
 class PartedControl : public Control {
  public:
   PartedControl(Form& form, ControlKind kind, std::string_view name, int index, Control* container)
@@ -36,8 +36,8 @@ class PartedControl : public Control {
   std::vector<ControlPart> parts_;
 };
 
-/// A row of tabs, of which one is selected as soon as there is one. What the tabs show is the
-/// form's affair: `Click` is raised when another tab is selected.
+/// A row of tabs; the first one added is selected. `Click` is raised when another tab is selected,
+/// and the form then shows its contents.
 class TabStrip : public PartedControl {
  public:
   explicit TabStrip(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
@@ -70,7 +70,7 @@ class ListView : public PartedControl {
       : PartedControl(form, ControlKind::kListView, name, index, container) {}
 };
 
-/// A dialog of pages with a tab each. Its tabs are a number and a caption each; they count from 0.
+/// Pages with one tab each. The tabs have captions and are numbered from 0.
 class SSTab : public Control {
  public:
   explicit SSTab(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
@@ -78,10 +78,10 @@ class SSTab : public Control {
   int Tabs() const { return static_cast<int>(captions_.size()); }
   /// Throws "Invalid property value" below 1.
   void SetTabs(int count);
-  /// Caption of a tab. Any number beyond the tabs throws "Invalid procedure call or argument".
+  /// Caption of a tab. A number outside the tabs throws "Invalid procedure call or argument".
   const Text& TabCaption(int tab) const;
   void SetTabCaption(int tab, TextView caption);
-  /// Number of the tab whose page is seen.
+  /// Number of the tab whose page is shown.
   int Tab() const { return tab_; }
   void SetTab(int tab);
   void UserSelectTab(int tab);

@@ -81,7 +81,8 @@ void Control::SetBounds(const Box& bounds) {
 }
 
 Size Control::PixelSize() const {
-  // Neighbours that touch in twips touch in pixels: the far edge is converted, not the size.
+  // The right and bottom edges are converted, not the size, so that neighbours that touch in twips
+  // also touch in pixels.
   const Desktop& desktop = form_.desktop();
   return {desktop.PixelsX(Left() + Width()) - desktop.PixelsX(Left()),
           desktop.PixelsY(Top() + Height()) - desktop.PixelsY(Top())};

@@ -13,7 +13,7 @@ namespace marl {
 
 class Form;
 
-/// What a control is. The windowless kinds are painted by their form; a timer and a menu have no
+/// The kinds of controls. Windowless kinds are painted by their form; timers and menus have no
 /// place on it; all others are standard controls of the platform.
 enum class ControlKind {
   kLabel,
@@ -38,13 +38,13 @@ enum class ControlKind {
   kMenu,
 };
 
-/// Whether the kind has the property. Every control carries its state all the same; those without
-/// it show nothing of it.
+/// Whether the kind has the property. Every control stores the state, but a kind without the
+/// property does not show it.
 bool HasCaption(ControlKind kind);
 bool HasToolTipText(ControlKind kind);
 bool HasFont(ControlKind kind);
 
-/// The property whose change a peer is told of.
+/// The property that has changed, for a peer.
 enum class Property {
   kBounds,
   kVisible,
@@ -61,11 +61,11 @@ enum class Property {
   kTimer,
 };
 
-/// One control of a form: portable state. Every property lives here; setting one updates the
-/// peer, and raises the events that the change raises, whoever made it.
+/// One control of a form: portable state. Every property is stored here; setting one updates the
+/// peer and raises the events that the change raises, whether the program or the user made it.
 ///
-/// A control is a member of its form and names it on construction, so that the form's list of
-/// controls is in the order of declaration. `index` is the place in a control array, or -1.
+/// A control is a member of its form, which it gets in the constructor, so the form's controls are
+/// in the order of declaration. `index` is the index in a control array, or -1.
 class Control {
  public:
   Control(Form& form, ControlKind kind, std::string_view name, int index = -1,
@@ -78,13 +78,14 @@ class Control {
   ControlKind kind() const { return kind_; }
   const std::string& name() const { return name_; }
   int index() const { return index_; }
-  /// The control that this one stands in (its place counts from there); null for the form itself.
+  /// The control that contains this one, and from whose corner its position counts; null for the
+  /// form itself.
   Control* container() const { return container_; }
-  /// True when the form paints the control: it has no window of its own.
+  /// True if the form paints the control, because it has no window.
   bool windowless() const;
-  /// True when neither the control nor one that it stands in is hidden or disabled.
+  /// True if neither the control nor one of its containers is hidden or disabled.
   bool Reachable() const;
-  /// True when the kind can have the focus at all.
+  /// True if the kind can have the focus.
   bool TakesFocus() const;
 
   Text Tag;  ///< free text, for the program's own use
@@ -114,29 +115,29 @@ class Control {
   Color BackColor() const { return backColor_; }
   void SetBackColor(Color color);
 
-  /// Place in the tab order; controls take theirs in the order of declaration.
+  /// Position in the tab order; by default the order of declaration.
   int TabIndex = 0;
   bool TabStop = true;
   bool HandCursor = false;  ///< over a link; set by the design only, for windowless controls
 
-  /// Marks the control to be painted when the event is over: all that an event marks is painted in
-  /// one go.
+  /// Marks the control to be painted at the end of the event, together with everything else that is
+  /// marked.
   void Refresh();
   void SetFocus();
 
   std::function<void()> Click;
   std::function<void()> GotFocus;
 
-  /// The user clicked it: raises what a click raises. Called by peers and by tests; a control
-  /// that is hidden or disabled takes no click.
+  /// The user has clicked it: raises the events of a click. Called by peers and by tests; a control
+  /// that is hidden or disabled ignores it.
   virtual void UserClick();
-  /// It has got the focus: raises `GotFocus`, unless it had it when the form was left and has it
-  /// back with the form.
+  /// It has got the focus: raises `GotFocus`, unless it got it back with the form, after another
+  /// window was active.
   void UserFocus();
 
  protected:
   void Changed(Property property);
-  /// A property that a label and its kin show: repaints where it stood and where it stands.
+  /// A visible property of a windowless control has changed: repaints its old and new area.
   Box bounds_;
   bool visible_ = true;
   bool enabled_ = true;

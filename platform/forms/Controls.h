@@ -30,7 +30,7 @@ class Image : public Control {
   PicturePtr picture_;
 };
 
-/// A rectangle. A transparent one without border is a place on the form and nothing to be seen.
+/// A rectangle. A transparent one without a border is invisible: just an area of the form.
 class Shape : public Control {
  public:
   explicit Shape(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
@@ -47,7 +47,7 @@ class Shape : public Control {
   Color fillColor_ = 0xFFFFFF;
 };
 
-/// A line of one pixel's width from one point to another, in twips; it leaves out its end point.
+/// A line one pixel wide from one point to another, in twips, without its end point.
 class Line : public Control {
  public:
   explicit Line(Form& form, std::string_view name, int index = -1, Control* container = nullptr);
@@ -112,9 +112,9 @@ class TextBox : public Control {
 
   std::function<void()> Change;
 
-  /// The user edited the field: text and selection as the edit left them.
+  /// The user has edited the field: text and selection after the edit.
   void UserEdit(TextView text, int selStart, int selLength);
-  /// The caret moved; raises nothing.
+  /// The caret has moved; raises nothing.
   void UserSelect(int start, int length);
 
  private:
@@ -122,7 +122,7 @@ class TextBox : public Control {
   int selLength_ = 0;
 };
 
-/// The rows that a list or a drop-down list shows, each with a number of the program's own.
+/// The rows of a list or a drop-down list, each with a number for the program's use.
 class ItemList : public Control {
  public:
   ItemList(Form& form, ControlKind kind, std::string_view name, int index, Control* container)
@@ -133,24 +133,24 @@ class ItemList : public Control {
   void SetList(int row, TextView text);
   int ItemData(int row) const;
   void SetItemData(int row, int data);
-  /// Appends a row, or inserts it at `row`. Returns where it stands (a sorted list chooses).
+  /// Appends a row, or inserts it at `row`. Returns its index (a sorted list chooses it).
   int AddItem(TextView text, int row = -1);
   /// Throws "Invalid procedure call or argument" outside the list.
   void RemoveItem(int row);
   void Clear();
 
   int ListIndex() const { return listIndex_; }
-  /// Selects a row, -1 none. Raises `Click` when the index changes to a row, and nothing when it
+  /// Selects a row, or none (-1). Raises `Click` if the index changes to a row, and nothing if it
   /// stays. Throws "Invalid property value" outside the list.
   void SetListIndex(int row);
 
-  bool Sorted = false;  // set by the design only: rows stand in their order, whatever their case
+  bool Sorted = false;  // set by the design only: rows are sorted, ignoring case
 
-  /// The user chose the row: a click, also on the row that is chosen already. -1 is none.
+  /// The user has chosen the row: a click, even if the row is already chosen. -1 is none.
   void UserSelectRow(int row);
 
-  /// While one lives, the list's changes of rows are shown all at once at its end. Nothing may be
-  /// asked of the user meanwhile.
+  /// While one lives, changes of rows are not shown; at its end they are shown together. No dialog
+  /// may be opened meanwhile.
   class Batch {
    public:
     explicit Batch(ItemList& list) : list_(list) { ++list_.batches_; }
@@ -172,7 +172,7 @@ class ItemList : public Control {
   };
   std::vector<Item> items_;
   int listIndex_ = -1;
-  /// Makes the row the current one; raises `Click` when that changes to a row.
+  /// Makes the row the current one; raises `Click` if that changes to a row.
   void Select(int row);
 
  private:
@@ -191,26 +191,26 @@ class ListBox : public ItemList {
   bool CheckBoxes = false;   // set by the design only; not together with MultiSelect
   /// Whether the row is ticked, or selected in a list without boxes; false outside the list.
   bool Selected(int row) const;
-  /// A tick leaves the current row as it is and raises `ItemCheck`; a selection makes the row
+  /// A tick does not change the current row and raises `ItemCheck`; a selection makes the row
   /// current and raises `Click`. Throws "Invalid procedure call or argument" outside the list.
   void SetSelected(int row, bool selected);
   int SelCount() const;
 
   std::function<void(int row)> ItemCheck;  ///< a row's tick has changed
-  // The left mouse button on the list. The current row follows the mouse while the button is down
-  // and has done so already when the event comes.
+  // The left mouse button on the list. The current row follows the mouse while the button is down;
+  // it is already set when the event is raised.
   std::function<void()> MouseDown;
   std::function<void()> MouseMove;
   std::function<void()> MouseUp;
 
-  /// The user ticked the row, or took its tick away.
+  /// The user has ticked or unticked the row.
   void UserCheck(int row);
-  /// The user selected exactly these rows of a multi-selection list; `current` is the last one
-  /// touched, or -1. Raises `Click`.
+  /// The user has selected exactly these rows of a multi-selection list; `current` is the last one
+  /// clicked, or -1. Raises `Click`.
   void UserSelectRows(const std::vector<int>& rows, int current);
-  /// The button went down on the row, which the user chooses by it; -1 means below the last one.
+  /// The button went down on the row, which chooses it; -1 means below the last row.
   void UserMouseDown(int row);
-  /// The mouse is above the row now, or above none (-1).
+  /// The mouse is now over the row, or over none (-1).
   void UserMouseMove(int row);
   void UserMouseUp();
 
@@ -224,11 +224,11 @@ class ComboBox : public ItemList {
   explicit ComboBox(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
       : ItemList(form, ControlKind::kComboBox, name, index, container) {}
   bool Editable = false;  // set by the design only
-  /// What the field shows. Without an edit field, setting it selects the first row of that text,
-  /// whatever its case, and throws when there is none.
+  /// The text of the field. Without an edit field, setting it selects the first row with that text,
+  /// ignoring case, and throws if there is none.
   marl::Text Text() const;
   void SetText(TextView text);
-  /// Selection of the edit field, as it was set last.
+  /// Selection of the edit field, as last set.
   int SelStart() const { return selStart_; }
   int SelLength() const { return selLength_; }
   void Select(int start, int length);
@@ -265,17 +265,17 @@ class HScrollBar : public Control {
   /// Throws "Invalid property value" outside the two numbers.
   void SetValue(int value);
 
-  std::function<void()> Change;  ///< the value differs, also while the thumb is on its way
+  std::function<void()> Change;  ///< the value differs, also while the thumb is dragged
 
-  /// The user moved the thumb; what lies outside stops at the end.
+  /// The user has moved the thumb; values outside are limited to the range.
   void UserScroll(int value);
 
  private:
   int value_ = 0;
 };
 
-/// A plain area that holds other controls; option buttons within it are one group. It may show a
-/// picture behind them.
+/// An area for other controls; option buttons within it are one group. It can show a picture behind
+/// them.
 class PictureBox : public Control {
  public:
   explicit PictureBox(Form& form, std::string_view name, int index = -1,
@@ -284,14 +284,14 @@ class PictureBox : public Control {
     TabStop = false;
   }
   const PicturePtr& Picture() const { return picture_; }
-  /// The picture is shown from the upper left corner; `PixelSize` tells how large it is to be.
+  /// The picture is shown from the upper left corner; it should be of `PixelSize`.
   void SetPicture(PicturePtr picture);
 
  private:
   PicturePtr picture_;
 };
 
-/// The bar at the foot of a form, with one text.
+/// The status bar at the bottom of a form, with one text.
 class StatusBar : public Control {
  public:
   explicit StatusBar(Form& form, std::string_view name)
@@ -312,11 +312,11 @@ class Timer : public Control {
   int interval_ = 0;
 };
 
-/// The platform's numbers of function keys; a letter's key has the number of its capital.
+/// The platform's codes of function keys; a letter's key has the code of its capital.
 enum KeyCode : int { kKeyF1 = 0x70, kKeyF4 = 0x73, kKeyF6 = 0x75, kKeyF7 = 0x76 };
 
-/// Keys that choose a menu entry from anywhere on its form. They belong to the design of the form
-/// and not to its language.
+/// Keys that choose a menu entry from anywhere on its form. They are part of the design and not
+/// translated.
 struct Shortcut {
   int key = 0;  ///< 0 for none
   bool control = false;
@@ -325,7 +325,7 @@ struct Shortcut {
   bool operator==(const Shortcut&) const = default;
 };
 
-/// What a menu shows for a shortcut: "Ctrl+N", "Shift+F1"; empty for none.
+/// The text of a shortcut in a menu: "Ctrl+N", "Shift+F1"; empty for none.
 Text ShortcutText(const Shortcut& shortcut);
 
 /// An entry of a form's menu bar, or of the menu `parent`. A caption of "-" is a separator.

@@ -18,7 +18,7 @@ class Control;
 class Form;
 enum class Property;
 
-/// What a form looks like on its platform. The form owns it from load to unload.
+/// The window of a form on its platform. The form owns it from load to unload.
 class FormPeer {
  public:
   virtual ~FormPeer() = default;
@@ -28,34 +28,34 @@ class FormPeer {
   virtual void SetState() = 0;
   virtual void Show(bool visible) = 0;
   virtual void ControlChanged(Control& control, Property property) = 0;
-  /// Marks an area for painting, in twips from the inner corner.
+  /// Marks an area for painting, in twips from the corner of the client area.
   virtual void Invalidate(const Box& area) = 0;
   virtual void InvalidateAll() = 0;
-  /// Paints what is marked, now (UpdateWindow).
+  /// Paints the marked areas now (UpdateWindow).
   virtual void Refresh() = 0;
   virtual void Focus(Control& control) = 0;
   virtual void BringToFront() = 0;
   virtual bool InForeground() const = 0;
   /// False while a dialog keeps the form from input (IsWindowEnabled).
   virtual bool TakesInput() const = 0;
-  /// The form's window; 0 when it has gone.
+  /// The form's window; 0 if it is destroyed.
   virtual WindowHandle Handle() const = 0;
   /// A control's window; 0 for a control without one.
   virtual WindowHandle HandleOf(const Control& control) const = 0;
-  /// The inner corner's place on the screen, in pixels (GetClientRect, ClientToScreen).
+  /// Position of the client area's corner on the screen, in pixels (GetClientRect, ClientToScreen).
   virtual Point ClientOrigin() const = 0;
-  /// The window goes, and with it those of the forms that it owns (`Form::PeerLost`); no event
-  /// comes any more. The object itself may be in use further up the stack: the desktop keeps it
-  /// until the events have run out.
+  /// Destroys the window, and those of the forms that it owns (`Form::PeerLost`); no more events
+  /// follow. The object may still be in use further up the stack, so the desktop keeps it until all
+  /// events have returned.
   virtual void Close() = 0;
 };
 
-/// Ends the process at once, from wherever it is thrown: no form's unload sequence runs.
+/// Thrown to end the process at once; no form's unload sequence runs.
 struct ProcessEnd {
   int exitCode = 0;
 };
 
-/// Ends the event in which it is thrown, and nothing else: what the event waits for never comes.
+/// Thrown to end the current event only, because what it waits for will never happen.
 struct EventEnd {};
 
 /// Flags and answers of a message box, with the platform's numbers.
@@ -75,87 +75,88 @@ class Desktop {
   virtual ~Desktop() = default;
 
   virtual std::unique_ptr<FormPeer> CreatePeer(Form& form) = 0;
-  /// Runs events until `form` is hidden, unloaded or has lost its window; the other forms take no
-  /// input meanwhile.
+  /// Runs events until `form` is hidden, unloaded or has lost its window; the other forms are
+  /// disabled meanwhile.
   virtual void RunModal(Form& form, Form* owner) = 0;
   /// Runs events until no form is loaded. Returns the process's exit code.
   virtual int Run() = 0;
-  /// Runs the events that wait, and returns.
+  /// Runs the pending events, and returns.
   virtual void DoEvents() = 0;
-  /// Sleeps until an event waits (WaitMessage).
+  /// Sleeps until an event is pending (WaitMessage).
   virtual void WaitForEvents() = 0;
 
-  /// Shows a message under the title (MessageBox) above the active window, or above `TopForm` while
-  /// another program is in front. Returns the answer.
+  /// Shows a message box with this title (MessageBox) above the active window, or above `TopForm`
+  /// while another program is in front. Returns the answer.
   virtual int MsgBox(TextView text, int flags, TextView title) = 0;
   virtual void Beep() = 0;
 
   /// Calls `visit` for each top-level window of any program, the topmost first, until it returns
   /// false (EnumWindows).
   virtual void EnumerateWindows(const std::function<bool(WindowHandle)>& visit) = 0;
-  /// The window's title as it fits into a buffer of `capacity` characters with its end mark
-  /// (GetWindowText); empty when the window has gone.
+  /// The window's title, as far as it fits into a buffer of `capacity` characters with its
+  /// terminator (GetWindowText); empty if the window is gone.
   virtual Text TitleOf(WindowHandle window, int capacity) = 0;
-  /// True for a window that has the visible style, minimised or not (IsWindowVisible).
+  /// True if the window has the visible style, minimised or not (IsWindowVisible).
   virtual bool IsVisible(WindowHandle window) = 0;
   /// Shows a window by a `ShowCommand`.
   virtual void ShowWindow(WindowHandle window, int command) = 0;
-  /// Brings the window of exactly this title to the foreground; false when there is none.
+  /// Brings the window with exactly this title to the foreground; false if there is none.
   virtual bool ActivateByTitle(TextView title) = 0;
 
   /// Width and height of the primary screen, in twips.
   virtual Size ScreenSize() const = 0;
-  /// Dots an inch of the screen, in X and Y.
+  /// Resolution of the screen, in dpi.
   virtual Size Dpi() const = 0;
-  /// Size of a pixel: 15 by 15 twips at 96 dots an inch, 7.5 by 7.5 at 192. Callers round once,
-  /// at the end of what they compute.
+  /// Size of a pixel: 15 by 15 twips at 96 dpi, 7.5 by 7.5 at 192. Callers round once, at the end
+  /// of a computation.
   PixelTwips TwipsPerPixel() const;
   /// Twips to pixels and back, rounded to the nearest.
   int PixelsX(int twips) const;
   int PixelsY(int twips) const;
   int TwipsX(int pixels) const;
   int TwipsY(int pixels) const;
-  /// A place in pixels as mouse events give it: in twips, not rounded.
+  /// A mouse position in pixels, in twips, not rounded.
   float TwipsAtX(int pixels) const;
   float TwipsAtY(int pixels) const;
   /// A system colour's value (GetSysColor).
   virtual Color SystemColorValue(int index) const = 0;
 
   /// Registers the common controls (InitCommonControlsEx with a record of `size` bytes and these
-  /// class flags); the program runs with those that it has.
+  /// class flags). Failures are ignored.
   virtual void InitCommonControlsEx(int size, int flags) = 0;
 
-  /// Takes commands from other programs for the form, under service and topic (DDE), as long as
-  /// the form is loaded.
+  /// Accepts commands from other programs for the form, under service and topic (DDE), while the
+  /// form is loaded.
   virtual void OfferCommands(Form& form, TextView service, TextView topic) = 0;
 
-  /// The forms that are loaded, in the order of loading.
+  /// The loaded forms, in the order of loading.
   const std::vector<Form*>& forms() const { return forms_; }
 
-  /// The form that a new window stands above: the last loaded one that can be seen, without
-  /// `except`; null when there is none. A form without a frame goes by itself and owns nothing.
+  /// The form above which a new window is shown: the last loaded visible one, apart from `except`;
+  /// null if there is none. A form without a frame closes by itself and owns nothing.
   Form* TopForm(const Form* except = nullptr) const;
-  /// The form whose window is to own that of `form`, or null: a window goes with its owner.
+  /// The form whose window should own that of `form`, or null. A window is destroyed with its
+  /// owner.
   Form* OwnerFor(const Form& form) const;
 
-  /// The one place where events enter: runs `event` and lets no failure out. A failure that
-  /// nothing caught ends the process: no further event runs, and its text is shown.
+  /// Runs `event`; every event enters here, and no failure gets out. An uncaught failure ends the
+  /// process: no further event runs, and its text is shown.
   void Event(const std::function<void()>& event);
-  /// True once the process is to end; no further event runs then.
+  /// True once the process has to end; no further event runs then.
   bool ended() const { return ended_; }
   int exitCode() const { return exitCode_; }
-  /// Ends the process with this exit code, whatever still waits on the stack.
+  /// Ends the process with this exit code, whatever is still on the stack.
   void End(int exitCode);
   /// Unloads the form that ends the program, because the session ends or the program is asked to
-  /// go (WM_ENDSESSION, WM_QUIT). Called within an event. False when no such form is loaded.
+  /// quit (WM_ENDSESSION, WM_QUIT). Called within an event. False if no such form is loaded.
   bool Leave();
   /// True while a `WorkingPointer` lives.
   bool working() const { return working_ > 0; }
 
  protected:
-  /// The process is to end now, from within all that is on the stack.
+  /// The process has to end now, whatever is on the stack.
   virtual void Ended() = 0;
-  /// `working` has changed: the pointer is to follow at once.
+  /// `working` has changed: updates the pointer at once.
   virtual void WorkingChanged() = 0;
 
  private:
@@ -170,11 +171,11 @@ class Desktop {
   bool ended_ = false;
   bool over_ = false;  ///< `Ended` has been called
   int exitCode_ = 0;
-  int working_ = 0;  ///< pointers of work that live
+  int working_ = 0;  ///< number of `WorkingPointer` objects
 };
 
-/// While one lives, the pointer over the program's windows is that of work in the background
-/// (IDC_APPSTARTING): something takes its time, and the windows can be used all the same.
+/// While one lives, the program's windows show the "working in background" pointer
+/// (IDC_APPSTARTING): something takes time, but the windows can be used.
 class WorkingPointer {
  public:
   explicit WorkingPointer(Desktop& desktop) : desktop_(desktop) {

@@ -12,7 +12,7 @@ namespace marl {
 
 namespace {
 
-/// The access key of a caption, in capitals; 0 when it has none. "&&" is a plain "&".
+/// The access key of a caption, in capitals; 0 if it has none. "&&" is a plain "&".
 char16_t AccessKey(TextView caption) {
   for (std::size_t i = 0; i + 1 < caption.size(); ++i) {
     if (caption[i] != u'&') continue;
@@ -22,7 +22,7 @@ char16_t AccessKey(TextView caption) {
   return 0;
 }
 
-/// The number of the tab with this access key; 0 when there is none.
+/// The number of the tab with this access key; 0 if there is none.
 int TabWithKey(const TabStrip& tabs, char16_t key) {
   for (int tab = 1; tab <= tabs.PartCount(); ++tab) {
     const char16_t own = AccessKey(tabs.Part(tab).Caption);
@@ -31,7 +31,7 @@ int TabWithKey(const TabStrip& tabs, char16_t key) {
   return 0;
 }
 
-/// True for what has the access key of another control.
+/// True for controls whose access key leads to another control.
 bool LeadsOn(const Control& control) {
   return control.kind() == ControlKind::kLabel || control.kind() == ControlKind::kFrame;
 }
@@ -112,7 +112,7 @@ void Form::Show() {
   Load();
   if (!peer_ || visible_) return;
   visible_ = true;
-  // A form that starts minimised may hide itself before anything of it is seen.
+  // A form that starts minimised may hide itself before it becomes visible.
   if (state_ == WindowState::kMinimised) OnResize();
   if (visible_) peer_->Show(true);
 }
@@ -162,7 +162,7 @@ void Form::GoAway() {
   unloading_ = true;
   const bool endsProgram = EndsProgram && desktop_.depth_ > 0 && !desktop_.ended();
   if (!desktop_.ended()) OnUnload();
-  // What becomes of the other windows while this one goes concerns no handler any more.
+  // While this window closes, changes of other windows must not reach any handler.
   if (endsProgram) desktop_.StopEvents(0);
   visible_ = false;
   std::erase(desktop_.forms_, this);
@@ -210,7 +210,7 @@ bool Form::UserAccessKey(char16_t key, const Control* focus) {
     }
     default:
       owner->SetFocus();
-      // The click may end the form: nothing of it is touched after it.
+      // The click may destroy the form: do not use it afterwards.
       owner->UserClick();
       break;
   }
@@ -235,7 +235,7 @@ bool Form::UserShortcut(const Shortcut& keys) {
     if (control->kind() != ControlKind::kMenu) continue;
     auto* const menu = static_cast<Menu*>(control);
     if (menu->Shortcut != keys || !menu->Reachable()) continue;
-    // The entry may end the form: nothing of it is touched after the click.
+    // The handler may destroy the form: do not use it after the click.
     menu->UserClick();
     return true;
   }
@@ -254,7 +254,7 @@ void Form::UserMouseDown(int button, float x, float y) {
 
 void Form::UserMouseUp(int button, float x, float y) {
   if (button != 1) return;
-  // A click is a button pressed and let go over the same thing.
+  // A click is a button pressed and released over the same control.
   Control* const pressed = std::exchange(pressed_, nullptr);
   const bool onForm = std::exchange(pressedForm_, false);
   Control* const now = HitTest(x, y);
@@ -283,7 +283,7 @@ void Form::PeerPlaced(const Box& bounds, const Size& inner, WindowState state) {
   bounds_ = bounds;
   inner_ = inner;
   state_ = state;
-  // The first placing belongs to the making of the window.
+  // The first placing is part of creating the window.
   if (resized && peer_) OnResize();
 }
 
@@ -297,11 +297,11 @@ Point Form::Origin(const Control& control) const {
 }
 
 Control* Form::HitTest(float x, float y) const {
-  // Later controls lie above earlier ones.
+  // Later controls are above earlier ones.
   for (auto it = controls_.rbegin(); it != controls_.rend(); ++it) {
     Control& control = **it;
     if (control.kind() != ControlKind::kLabel && control.kind() != ControlKind::kImage) continue;
-    // A disabled control lets the click through to what lies beneath.
+    // A disabled control lets the click through to what is beneath it.
     if (!control.Reachable()) continue;
     const Point at = Origin(control);
     if (x >= static_cast<float>(at.x) && x < static_cast<float>(at.x + control.Width()) &&
@@ -343,7 +343,7 @@ Control* Form::FollowerOf(const Control& label) const {
 
 Control* Form::AccessKeyOwner(char16_t key, const Control* focus) const {
   Control* first = nullptr;
-  Control* behind = nullptr;  // the focus
+  Control* behind = nullptr;  // the control after the focus
   for (Control* control : controls_) {
     if (!control->Reachable() || !HasAccessKey(*control, key)) continue;
     if (LeadsOn(*control) && !FollowerOf(*control)) continue;

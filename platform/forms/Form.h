@@ -18,7 +18,7 @@ struct Shortcut;
 enum class BorderStyle { kNone, kFixedSingle, kSizable, kFixedDialog };
 enum class WindowState { kNormal = 0, kMinimised = 1, kMaximised = 2 };
 
-/// A window of the program: portable state, its controls, its events. A form is a class that owns
+/// A window of the program: its portable state, controls and events. A form is a class that owns
 /// its controls as members; its window exists from `Load` to `Unload`.
 class Form {
  public:
@@ -38,7 +38,7 @@ class Form {
   const marl::Font& Font() const { return font_; }
   void SetFont(const marl::Font& font) { font_ = font; }
 
-  /// Outer place on the screen, in twips.
+  /// Outer bounds on the screen, in twips.
   const Box& bounds() const { return bounds_; }
   int Left() const { return bounds_.left; }
   int Top() const { return bounds_.top; }
@@ -54,7 +54,8 @@ class Form {
   bool Visible() const { return visible_; }
   Color BackColor() const { return backColor_; }
   void SetBackColor(Color color);
-  /// The picture behind the controls, or null: kept, so that no repaint computes it again.
+  /// The picture behind the controls, or null. It is kept, so that repainting does not compute it
+  /// again.
   const PicturePtr& Background() const { return background_; }
   void SetBackground(PicturePtr picture);
 
@@ -66,66 +67,69 @@ class Form {
   bool KeyPreview = false;
   /// The program ends with this form: see `Unload`.
   bool EndsProgram = false;
-  Size Design;  ///< inner size at creation, in twips
+  Size Design;  ///< initial inner size, in twips
 
-  /// Makes the window, unseen, and runs the form's load sequence. A loaded form stays as it is.
+  /// Creates the window, hidden, and runs the form's load sequence. Does nothing if the form is
+  /// loaded.
   void Load();
   void Show();
-  /// Shows the form above `owner` and returns when it has been hidden or unloaded. A form that
-  /// nobody has placed comes up in the middle of its owner. When the form loses its window, because
-  /// its owner goes, the call does not return: the event that it stands in ends there (EventEnd).
+  /// Shows the form above `owner` and returns when it has been hidden or unloaded. A form without a
+  /// position is centred over its owner. If the form loses its window because its owner is
+  /// destroyed, the call does not return: it ends the current event (EventEnd).
   void ShowModal(Form* owner);
   void Hide();
-  /// Ends the form: `QueryUnload`, which may refuse, then `OnUnload`, then the window goes.
+  /// Unloads the form: `QueryUnload`, which may refuse, then `OnUnload`, then the window is
+  /// destroyed.
   ///
-  /// Within an event, a form that ends the program does not return (ProcessEnd). The process ends
-  /// there with code 0, whatever dialog, message or component is still at work further up the
-  /// stack: no code behind any of these runs any more.
+  /// Within an event, a call for the form that ends the program does not return (ProcessEnd). The
+  /// process ends there with code 0, whatever dialog, message or component call is still open
+  /// further up the stack: no code after any of these runs.
   void Unload();
   void Refresh();
-  /// Above the program's other windows and active (SetForegroundWindow).
+  /// Brings it above the program's other windows and activates it (SetForegroundWindow).
   void BringToFront();
   bool InForeground() const;
   FormPeer* peer() const { return peer_.get(); }
   /// The form's window; 0 while it is not loaded.
   WindowHandle hWnd() const { return peer_ ? peer_->Handle() : 0; }
-  /// The inner corner's place on the screen, in pixels.
+  /// Position of the client area's corner on the screen, in pixels.
   Point ClientOrigin() const { return peer_ ? peer_->ClientOrigin() : Point{}; }
 
-  // What the user and the platform did. Called by peers and tests.
+  // Actions of the user and the platform. Called by peers and tests.
   void UserClick();
   void UserKey(char16_t character);
-  /// A key went down anywhere on a form that looks at keys first (`KeyPreview`): its `KeyCode`, and
-  /// 1 for Shift and 2 for Ctrl. True when it is dealt with and goes no further.
+  /// A key went down anywhere on a form with `KeyPreview`: its `KeyCode`, and 1 for Shift plus 2
+  /// for Ctrl. True if the key is handled and must not reach its control.
   bool UserKeyDown(int key, int shift);
-  /// An access key was pressed while `focus`, or nothing, had the focus. Of the controls with this
-  /// key the next one in the tab order gets it, round the end: a tab is selected, a button or box
-  /// takes the focus and is clicked, and the key of a label or frame puts the focus on what follows
-  /// it. False when no control that can be reached has the key.
+  /// An access key was pressed while `focus`, or nothing, had the focus. It goes to the next
+  /// control in the tab order (wrapping around) that has this key: a tab is selected, a button or
+  /// box gets the focus and is clicked, and the key of a label or frame puts the focus on the
+  /// control that follows it. False if no enabled and visible control has the key.
   bool UserAccessKey(char16_t key, const Control* focus);
-  /// Selects the tab `step` tabs on, round the end. False when there are no tabs to be reached.
+  /// Selects the tab `step` tabs further, wrapping around. False if there are no enabled and
+  /// visible tabs.
   bool UserNextTab(int step);
-  /// Chooses the entry of the menu with this shortcut. False when there is none that can be
-  /// reached: the key is a plain one then.
+  /// Chooses the menu entry with this shortcut. False if there is none that is enabled and visible:
+  /// the key is then an ordinary one.
   bool UserShortcut(const Shortcut& keys);
-  /// Position in twips from the inner corner.
+  /// Position in twips from the corner of the client area.
   void UserMouseMove(int button, int shift, float x, float y);
   void UserMouseDown(int button, float x, float y);
   void UserMouseUp(int button, float x, float y);
-  /// The form is the active one again. What had the focus when it was left has got it back by now,
-  /// and that is no `GotFocus`.
+  /// The form is active again. The control that had the focus has already got it back, without a
+  /// `GotFocus`.
   void UserActivate();
-  /// Another window is the active one now; `focus`, or nothing, has had the focus in this form.
+  /// Another window is active now; `focus`, or nothing, had the focus in this form.
   void UserDeactivate(Control* focus) { left_ = focus; }
-  /// Closes the form. Behind a dialog only the form that ends the program can be closed.
+  /// The user closes the form. Behind a dialog only the form that ends the program can be closed.
   void UserClose();
-  /// The window's place, inner size and state as the platform has them now.
+  /// The window's new bounds, inner size and state.
   void PeerPlaced(const Box& bounds, const Size& inner, WindowState state);
   void PeerVisible(bool visible) { visible_ = visible; }
-  /// The platform takes the window away, as it does with the windows that a closing one owns: the
-  /// form is unloaded without being asked, and a call that shows it modally ends its event.
+  /// The platform destroys the window, as it does with windows whose owner closes: the form is
+  /// unloaded without `QueryUnload`, and a modal call ends its event.
   void PeerLost();
-  /// A command from another program. Returns false when it is refused.
+  /// A command from another program. False if it is refused.
   bool UserExecute(TextView command);
 
   /// The topmost visible windowless control that takes clicks at the point, or null.
@@ -133,15 +137,15 @@ class Form {
   /// The button that Enter or Esc presses, or null.
   CommandButton* DefaultButton() const;
   CommandButton* CancelButton() const;
-  /// The control that an access key leads to while `focus`, or nothing, has the focus: the next one
-  /// in the tab order, round the end, with this key. A label or frame stands for what follows it
-  /// and can have the focus, whether Tab stops there or not. Null when no control that can be
-  /// reached has the key.
+  /// The target of an access key while `focus`, or nothing, has the focus: the next control in the
+  /// tab order, wrapping around, with this key. A label or frame stands for the next control that
+  /// can have the focus, even if it is no tab stop. Null if no enabled and visible control has the
+  /// key.
   Control* AccessKeyTarget(char16_t key, const Control* focus = nullptr) const;
-  /// Marks the place of a windowless control for painting.
+  /// Marks the area of a windowless control for painting.
   void Invalidate(const Control& control);
   void ControlChanged(Control& control, Property property);
-  /// A control's left and top, counted from the form's inner corner.
+  /// A control's left and top, from the corner of the form's client area.
   Point Origin(const Control& control) const;
 
  protected:
@@ -150,13 +154,13 @@ class Form {
   virtual void OnResize() {}
   virtual void OnClick() {}
   virtual void OnKeyPress(char16_t /*character*/) {}
-  /// A key on its way to a control; true keeps it from there.
+  /// A key on its way to a control; true if the form has handled it.
   virtual bool OnKeyDown(int /*key*/, int /*shift*/) { return false; }
   virtual void OnMouseMove(int /*button*/, int /*shift*/, float /*x*/, float /*y*/) {}
   virtual bool OnQueryUnload() { return true; }
   virtual void OnUnload() {}
-  /// The process is about to end without this form's unload: what the system would keep of it is
-  /// given back. No event runs any more. Must not throw.
+  /// The process is about to end without unloading this form: releases what the system would
+  /// otherwise keep. No event runs any more. Must not throw.
   virtual void OnEnded() {}
   virtual bool OnExecute(TextView /*command*/) { return false; }
 
@@ -168,8 +172,8 @@ class Form {
   void Remove(Control& control);
   Control* AccessKeyOwner(char16_t key, const Control* focus) const;
   Control* FollowerOf(const Control& label) const;
-  /// True for the control that had the focus when the form was left, the first time that it is
-  /// focused again.
+  /// True for the control that had the focus when the form was deactivated, the first time that it
+  /// is focused again.
   bool ComesBack(const Control& control) { return std::exchange(left_, nullptr) == &control; }
   void CentreOver(const Form* owner);
 
@@ -183,7 +187,7 @@ class Form {
   WindowState state_ = WindowState::kNormal;
   bool visible_ = false;
   bool unloading_ = false;
-  bool lost_ = false;  ///< the platform took the window away
+  bool lost_ = false;  ///< the platform has destroyed the window
   Color backColor_ = kButtonFace;
   PicturePtr background_;
   std::unique_ptr<FormPeer> peer_;
@@ -198,8 +202,8 @@ void PaintForm(const Form& form, Canvas& canvas);
 /// Paints a picture box: its colour, its picture and its windowless controls, on a canvas whose
 /// origin is its inner corner.
 void PaintPicture(const PictureBox& box, Canvas& canvas);
-/// Paints the windowless controls that stand in `container`, or on the form itself if it is null,
-/// on a canvas whose origin is the container's inner corner.
+/// Paints the windowless controls in `container`, or on the form itself if it is null, on a canvas
+/// whose origin is the container's inner corner.
 void PaintControls(const Form& form, const Control* container, Canvas& canvas);
 
 }  // namespace marl

@@ -14,10 +14,10 @@ class MemoryColorDialog : public ColorDialog {
   struct Showing {
     const Form* owner = nullptr;
     int flags = 0;
-    Color color = 0;  ///< what it was to start from
+    Color color = 0;  ///< the initial colour
   };
 
-  /// Runs while the dialog stands. It sets the user's choice and returns true, or cancels.
+  /// Runs while the dialog is open. It sets the user's choice and returns true, or cancels.
   std::function<bool(Color& color)> whenShown;
   std::vector<Showing> shown;
 

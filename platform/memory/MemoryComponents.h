@@ -12,8 +12,8 @@ namespace marl {
 /// Components that a test registers, and the calls that reached them.
 class MemoryComponents : public Components {
  public:
-  /// What a component does when it is called; false fails with the text put into `failure`, or with
-  /// the system's text where that is empty.
+  /// Handles a call of a component; false fails with the text in `failure`, or with the system's
+  /// text if that is empty.
   using Body = std::function<bool(const Text& operation, std::vector<ComponentValue>& arguments,
                                   ComponentValue& result, Text& failure)>;
   struct CallRecord {
@@ -24,9 +24,9 @@ class MemoryComponents : public Components {
   };
 
   std::map<Text, Body> registered;
-  std::map<Text, Text> broken;  ///< registered ones that cannot be made, and why
+  std::map<Text, Text> broken;  ///< registered ones that cannot be created, and why
   std::vector<CallRecord> calls;
-  int live = 0;  ///< instances that have not been released
+  int live = 0;  ///< instances that are not released
 
   std::unique_ptr<Component> Create(TextView name, Text& failure) override {
     failure.clear();

@@ -88,7 +88,7 @@ void MemoryPeer::Close() {
   for (;;) {
     const auto next = std::find_if(peers.begin(), peers.end(), owned);
     if (next == peers.end()) break;
-    (*next)->owner_ = nullptr;  // once, even if its form is busy with its own unload
+    (*next)->owner_ = nullptr;  // once only, even if its form is already unloading
     (*next)->Destroy();
   }
   if (desktop_.foreground == &form_) desktop_.foreground = nullptr;
@@ -130,7 +130,7 @@ void MemoryDesktop::RunModal(Form& form, Form* owner) {
   }
   modalForms_.pop_back();
   if (ended()) throw ProcessEnd{exitCode()};
-  // A user who does nothing would stay here for ever: the form is closed instead.
+  // Without a user this would never return: the form is closed instead.
   if (form.Visible()) form.UserClose();
   if (owner && owner->Visible()) foreground = owner;
 }
@@ -142,7 +142,7 @@ int MemoryDesktop::Run() {
 
 void MemoryDesktop::Step() {
   if (posted.empty()) {
-    // Nothing would ever happen again: the clock moves on, as it does for a user who waits.
+    // Nothing else would happen: the clock moves on, as it does for a user who waits.
     Advance(50);
   } else {
     const auto action = std::move(posted.front());
@@ -161,7 +161,7 @@ void MemoryDesktop::Standing::Answered() const {
 }
 
 int MemoryDesktop::MsgBox(TextView text, int flags, TextView title) {
-  // The last word of a program that has ended already is no wait for it.
+  // The last message of a program that has ended does not wait.
   const bool last = ended();
   messages.push_back({Text(text), flags, Text(title)});
   messageOwners.push_back(TopForm());

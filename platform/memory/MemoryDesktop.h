@@ -13,7 +13,7 @@ namespace marl {
 
 class MemoryDesktop;
 
-/// Records what its form shows and moves as a window would.
+/// Records what its form shows, and behaves like a window.
 class MemoryPeer : public FormPeer {
  public:
   MemoryPeer(MemoryDesktop& desktop, Form& form);
@@ -33,14 +33,14 @@ class MemoryPeer : public FormPeer {
   bool InForeground() const override;
   bool TakesInput() const override;
   WindowHandle Handle() const override { return closed_ ? 0 : handle_; }
-  /// Controls are numbered behind their form, in their order.
+  /// Controls get the numbers after their form's, in order.
   WindowHandle HandleOf(const Control& control) const override;
   Point ClientOrigin() const override;
   void Close() override;
-  /// The window goes although the form has not asked for it, and with it those that it owns.
+  /// Destroys the window and those that it owns, without the form's doing.
   void Destroy() { form_.PeerLost(); }
 
-  Text caption;  ///< what the title shows
+  Text caption;  ///< the title
   std::vector<Box> invalidated;
   int invalidatedWhole = 0;
   int refreshed = 0;
@@ -56,8 +56,8 @@ class MemoryPeer : public FormPeer {
   bool closed_ = false;
 };
 
-/// What a user does in a modal form. A script that is set and never runs is a fault of its test:
-/// what it checks would not have been checked.
+/// What a user does in a modal form. A script that never runs fails its test, since its checks have
+/// not been made.
 class ModalScript {
  public:
   ModalScript() = default;
@@ -74,8 +74,8 @@ class ModalScript {
   bool waiting_ = false;
 };
 
-/// A whole screen in memory: windows with a frame, a scripted user, a clock. The windows of other
-/// programs can be put there by tests.
+/// A whole screen in memory: windows with a frame, a scripted user, a clock. Tests can add windows
+/// of other programs.
 class MemoryDesktop : public Desktop {
  public:
   struct Message {
@@ -94,27 +94,27 @@ class MemoryDesktop : public Desktop {
     Text topic;
   };
 
-  // What the test arranges.
-  Size screen{15360, 11520};  ///< twips: 1024 by 768 pixels at 96 dots an inch
+  // Set by the test.
+  Size screen{15360, 11520};  ///< twips: 1024 by 768 pixels at 96 dpi
   Size dpi{96, 96};
   Size frame{120, 570};             ///< twips that a window's frame and title add
   std::map<Text, int> answers;      ///< message text -> answer; kAnswerOk when not listed
-  std::vector<OtherWindow> others;  ///< topmost first; the handle is the place, from 1
+  std::vector<OtherWindow> others;  ///< topmost first; the handle is the position, from 1
   Form* foreground = nullptr;
   Point cursor;  ///< pixels
-  /// Runs when a form of this name is shown modally, in place of the user. A form that no script
-  /// answers is a fault of the test.
+  /// Runs in place of the user when a form of this name is shown modally. A form without a script
+  /// fails the test.
   std::map<std::string, ModalScript> whenModal;
   /// Runs for a modal form that `whenModal` does not name.
   std::function<void(Form&)> whenAnyModal;
-  /// Hears of each property that a loaded form hands over to the window of a control.
+  /// Called for each property that a loaded form passes to the window of a control.
   std::function<void(Control&, Property)> whenChanged;
   /// Answers a message that `answers` does not list.
   std::function<int(const Message&)> answer;
-  /// Runs once each, one a call of DoEvents.
+  /// Each runs once, one per call of DoEvents.
   std::deque<std::function<void()>> posted;
 
-  // What has happened.
+  // Recorded for the test.
   std::vector<Message> messages;
   std::vector<const Form*> messageOwners;  ///< the forms under the messages; null for none
   std::vector<Text> activated;
@@ -122,9 +122,9 @@ class MemoryDesktop : public Desktop {
   std::vector<Offer> offers;
   std::vector<std::pair<int, int>> commonControls;  ///< size and flags of each call
   int beeps = 0;
-  std::int64_t now = 0;            ///< milliseconds that the clock has run
+  std::int64_t now = 0;            ///< clock, in milliseconds
   std::vector<std::string> modal;  ///< names of the forms shown modally, in order
-  std::vector<Form*> owners;       ///< of those forms, each at its place; null for none
+  std::vector<Form*> owners;       ///< owners of those forms, in the same order; null for none
 
   std::unique_ptr<FormPeer> CreatePeer(Form& form) override;
   void RunModal(Form& form, Form* owner) override;
@@ -146,15 +146,15 @@ class MemoryDesktop : public Desktop {
   Color SystemColorValue(int index) const override;
   void OfferCommands(Form& form, TextView service, TextView topic) override;
 
-  /// Another program's window becomes the active one, and then the form in front before that again,
-  /// with the focus where it was.
+  /// Activates another program's window, and then the previous form again, with the focus where it
+  /// was.
   void SwitchAway();
   void SwitchBack();
 
   /// Moves the clock on; timers tick on their way.
   void Advance(int milliseconds);
 
-  /// A dialog of the platform stands for as long as this lives: forms take no input.
+  /// A system dialog is open while this lives: forms take no input.
   class Standing {
    public:
     explicit Standing(MemoryDesktop* desktop) : desktop_(desktop) {
@@ -165,7 +165,7 @@ class MemoryDesktop : public Desktop {
     }
     Standing(const Standing&) = delete;
     Standing& operator=(const Standing&) = delete;
-    /// Does not return when the process has ended while the dialog stood.
+    /// Does not return if the process has ended while the dialog was open.
     void Answered() const;
 
    private:
@@ -180,14 +180,14 @@ class MemoryDesktop : public Desktop {
   friend class MemoryPeer;
   void Step();
   OtherWindow* Other(WindowHandle window);
-  /// Moves all timers on, at most this many milliseconds, to just before the first of them is due.
-  /// Returns how many that were.
+  /// Advances all timers by at most this many milliseconds, to just before the first one is due.
+  /// Returns by how many.
   int QuietFor(int milliseconds);
-  Form* left_ = nullptr;                 ///< in front before another program
-  WindowHandle lastForm_ = 0x10000;      ///< forms are numbered from behind it
-  std::vector<MemoryPeer*> peers_;       ///< windows that there are
-  std::vector<const Form*> modalForms_;  ///< what stands modally, the topmost last
-  int dialogs_ = 0;                      ///< dialogs of the platform that stand
+  Form* left_ = nullptr;                 ///< in front before another program was
+  WindowHandle lastForm_ = 0x10000;      ///< number of the last form
+  std::vector<MemoryPeer*> peers_;       ///< existing windows
+  std::vector<const Form*> modalForms_;  ///< modal forms, the topmost last
+  int dialogs_ = 0;                      ///< open system dialogs
   std::map<const Control*, int> elapsed_;
 };
 

@@ -8,7 +8,7 @@
 namespace marl {
 
 struct MemoryFileSystem::Node {
-  Text path;  // as it was made; no last backslash, but for a drive's root
+  Text path;  // as created; without a trailing backslash, except for a drive's root
   Bytes bytes;
   std::uint32_t attributes = 0;
   int writers = 0;
@@ -21,7 +21,7 @@ namespace {
 
 bool HasWildcard(TextView path) { return path.find_first_of(u"*?") != TextView::npos; }
 
-/// True for a path with a character that no name has; wildcards are among them.
+/// True for a path with an invalid character, including wildcards.
 bool HasForbidden(TextView path) {
   if (path.starts_with(kLongPathPrefix)) path.remove_prefix(kLongPathPrefix.size());
   return std::any_of(path.begin(), path.end(), [](char16_t unit) {
@@ -36,8 +36,8 @@ TextView ParentOf(TextView path) {
   return slash == TextView::npos ? TextView() : path.substr(0, slash);
 }
 
-// The platform's rules: "*" is any run of units, "?" one unit or none at the end, and ".*" at the
-// end nothing too where the name has no point. Both texts are in capitals.
+// The platform's rules: "*" is any number of units, "?" one unit (or none at the end), and a final
+// ".*" also matches a name without a dot. Both texts are in capitals.
 bool Matches(TextView name, TextView pattern) {
   if (pattern.ends_with(u".*") && name.find(u'.') == TextView::npos) pattern.remove_suffix(2);
   std::size_t n = 0, p = 0, star = TextView::npos, mark = 0;
@@ -97,9 +97,9 @@ MemoryFileSystem::MemoryFileSystem() { SetTempPath(u"C:\\Users\\Translator\\Temp
 
 MemoryFileSystem::~MemoryFileSystem() = default;
 
-/// Drive, backslash and names: without empty parts, "." and "..", and without a last backslash, nor
-/// blanks and dots at the end. A path without a drive counts from the root of drive C. One with the
-/// prefix keeps every name that it has.
+/// Drive, backslash and names: without empty parts, "." and "..", a trailing backslash, and
+/// trailing blanks and dots. A path without a drive counts from the root of drive C. One with the
+/// prefix keeps all its names.
 Text MemoryFileSystem::FullPath(TextView path) {
   const bool asItStands = path.starts_with(kLongPathPrefix);
   if (asItStands) path.remove_prefix(kLongPathPrefix.size());
@@ -306,7 +306,7 @@ std::unique_ptr<FileSearch> MemoryFileSystem::Find(TextView pattern) const {
     entries.push_back({it->second->attributes, it->second->name()});
   }
   if (entries.empty()) return nullptr;
-  // What an exact path meets is met once: a file that is to vanish is gone behind its listing.
+  // An exact path is met once: a file that has to vanish is gone after its listing.
   if (!HasWildcard(wanted)) Meet(pattern);
   return std::make_unique<Listing>(std::move(entries));
 }

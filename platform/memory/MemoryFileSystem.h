@@ -10,7 +10,7 @@
 
 namespace marl {
 
-/// What is done to a path; one line of the record that `MemoryFileSystem` keeps.
+/// An operation on a path, in the record that `MemoryFileSystem` keeps.
 enum class FileAction {
   kTest,
   kRead,
@@ -24,9 +24,9 @@ enum class FileAction {
   kFind,
 };
 
-/// A small working file system in memory: drives, folders, names that keep their case and are
-/// found without it, attributes, listings in the order of the names. Drive C is there from the
-/// start, with the temporary folder on it; other drives come with their first `Put`.
+/// A small working file system in memory: drives, folders, names that keep but ignore case,
+/// attributes, sorted listings. Drive C with the temporary folder exists from the start; other
+/// drives are created by their first `Put`.
 class MemoryFileSystem : public FileSystem {
  public:
   MemoryFileSystem();
@@ -48,24 +48,24 @@ class MemoryFileSystem : public FileSystem {
   Text TempPath() const override { return tempPath_; }
   Text TempName() override;
 
-  // What follows is for tests. None of it is recorded, fails on request or minds attributes.
+  // The rest is for tests. It is not recorded, does not fail on request, and ignores attributes.
 
-  /// Puts a file there with all folders above it, in place of what stood there.
+  /// Creates or replaces a file, with all folders above it.
   void Put(TextView path, Bytes bytes, std::uint32_t attributes = kArchive);
   void Put(TextView path, std::string_view bytes, std::uint32_t attributes = kArchive);
-  /// Puts a folder there with all folders above it. A folder that exists takes the attributes.
+  /// Creates a folder with all folders above it. An existing folder gets the attributes.
   void PutFolder(TextView path, std::uint32_t attributes = 0);
-  /// Takes a file, or a folder with all below it, away.
+  /// Deletes a file, or a folder with its contents.
   void Erase(TextView path);
-  /// The next operation that meets the file finds it, and then it is gone.
+  /// The next operation on the file still finds it, and then it is gone.
   void Vanish(TextView path);
-  /// The next operation of this kind ends with `status`, or the one after `skip` others.
+  /// The next operation of this kind, after skipping `skip` of them, returns `status`.
   void FailNext(FileAction action, Status status, int skip = 0);
-  /// Content of a file; nothing when there is no such file.
+  /// Content of a file; nothing if there is no such file.
   std::optional<Bytes> Content(TextView path) const;
-  /// Files open for writing now.
+  /// Number of files that are open for writing.
   int OpenFiles() const;
-  /// Full paths of all files, in the order of the names.
+  /// Full paths of all files, sorted.
   std::vector<Text> Files() const;
 
   struct Touch {
@@ -73,11 +73,11 @@ class MemoryFileSystem : public FileSystem {
     Text path;  ///< as the caller wrote it
     bool operator==(const Touch&) const = default;
   };
-  /// All that was done since the start or the last `ForgetTouched`, failures included.
+  /// All operations since the start or the last `ForgetTouched`, including failures.
   const std::vector<Touch>& Touched() const { return touched_; }
   void ForgetTouched() { touched_.clear(); }
 
-  /// The temporary folder becomes this one, which is made; a missing last backslash is added.
+  /// Creates this folder and makes it the temporary one; a missing trailing backslash is added.
   void SetTempPath(TextView folder);
 
  private:
@@ -97,7 +97,7 @@ class MemoryFileSystem : public FileSystem {
   Status Absence(TextView path) const;
   std::optional<Status> Begin(FileAction action, TextView path) const;
 
-  std::map<Text, NodePointer> nodes_;  // by folded full path, without the last backslash
+  std::map<Text, NodePointer> nodes_;  // by folded full path, without a trailing backslash
   Text tempPath_;
   int nextTempName_ = 1;
   mutable std::vector<Failure> failures_;

@@ -7,7 +7,7 @@
 
 namespace marl {
 
-/// The fonts that a test puts on its machine, as the platform hands them over.
+/// Fonts set by a test, in the form in which the platform passes them on.
 class MemoryFontList : public FontList {
  public:
   std::vector<Text> faces{u"Tahoma", u"Arial", u"Times New Roman", u"Courier New"};

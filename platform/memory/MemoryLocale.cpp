@@ -9,7 +9,7 @@ namespace {
 struct Composition {
   char16_t composed;
   char16_t letter;
-  char16_t accent;  ///< 0: the composed unit is the letter under another number
+  char16_t accent;  ///< 0: the composed unit is a duplicate of the letter
 };
 
 // Capitals of the European and Vietnamese letters with accents.
@@ -48,7 +48,7 @@ void Reduce(char16_t unit, Text& to) {
   }
 }
 
-/// A text as the collation sees it: capitals, taken apart into letters and accents.
+/// A text's collation key: capitals, decomposed into letters and accents.
 Text Reduced(TextView text) {
   Text reduced;
   for (const char16_t unit : text) Reduce(UpperCase(unit), reduced);

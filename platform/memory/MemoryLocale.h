@@ -9,11 +9,11 @@
 
 namespace marl {
 
-/// A few locales of the world, and those that a test adds.
+/// A few locales, and those that a test adds.
 class MemoryLocale : public Locale {
  public:
   std::uint32_t threadLocale = 0x409;
-  /// Facts by locale and type.
+  /// Properties by locale and type.
   std::map<std::pair<std::uint32_t, std::uint32_t>, std::string> facts = {
       {{0x409, kLocaleDefaultAnsiCodePage}, "1252"},
       {{0x407, kLocaleDefaultAnsiCodePage}, "1252"},
@@ -26,7 +26,7 @@ class MemoryLocale : public Locale {
       {{0x409, kLocaleThousand}, ","},
   };
 
-  /// Makes the thread's locale one with this code page.
+  /// Gives the thread a locale with this code page.
   void UseCodePage(std::string codePage) {
     threadLocale = 0x10000;
     facts[{threadLocale, kLocaleDefaultAnsiCodePage}] = std::move(codePage);

@@ -7,12 +7,12 @@
 
 namespace marl {
 
-/// Plain pictures of the sizes that the real ones have.
+/// Blank pictures in the sizes of the real ones.
 class MemoryPictures : public Pictures {
  public:
-  std::set<int> missing;    ///< numbers without a picture
-  std::vector<int> loaded;  ///< what was asked for, in order
-  std::set<int> prepared;   ///< what was announced
+  std::set<int> missing;    ///< ids without a picture
+  std::vector<int> loaded;  ///< ids of loaded pictures, in order
+  std::set<int> prepared;   ///< ids of prepared pictures
 
   PicturePtr Load(int id) override {
     loaded.push_back(id);

@@ -52,7 +52,7 @@ bool IsKey(std::string_view line, TextView wanted) {
          SameName(trimmed.substr(0, equals), wanted);
 }
 
-/// Line of the section's head; kNone when there is none.
+/// Line of the section's header; kNone if there is none.
 std::size_t FindSection(const std::vector<std::string>& lines, TextView section) {
   for (std::size_t i = 0; i < lines.size(); ++i) {
     if (IsSection(lines[i], section)) return i;
@@ -60,7 +60,7 @@ std::size_t FindSection(const std::vector<std::string>& lines, TextView section)
   return kNone;
 }
 
-/// Line of the key in the section whose head is at `head`; kNone when there is none.
+/// Line of the key in the section whose header is at `head`; kNone if there is none.
 std::size_t FindKey(const std::vector<std::string>& lines, std::size_t head, TextView key) {
   for (std::size_t i = head + 1; i < lines.size() && !IsSection(lines[i]); ++i) {
     if (IsKey(lines[i], key)) return i;
@@ -120,7 +120,7 @@ bool MemoryProfile::SetString(TextView section, TextView key, TextView value, Te
   } else if (const std::size_t at = FindKey(lines, head, key); at != kNone) {
     lines[at] = line;
   } else {
-    // Behind the section's last line that says something.
+    // After the section's last line that is not blank.
     std::size_t place = head + 1;
     for (std::size_t i = head + 1; i < lines.size() && !IsSection(lines[i]); ++i) {
       if (!Trim(lines[i]).empty()) place = i + 1;

@@ -8,8 +8,8 @@
 
 namespace marl {
 
-/// INI files on a file system of the test's choosing, in code page 1252. A file name without
-/// folder means a file in `windowsFolder`.
+/// INI files on a given file system, in code page 1252. A file name without a folder means a file
+/// in `windowsFolder`.
 class MemoryProfile : public Profile {
  public:
   explicit MemoryProfile(FileSystem& files) : files_(files) {}

@@ -14,10 +14,10 @@ constexpr auto kBadPathName = static_cast<Status>(161);
 constexpr std::size_t kLongestKeyName = 255;
 constexpr std::size_t kLongestValueName = 16383;
 
-/// The 8-bit entry points take names that end at their first NUL.
+/// For the 8-bit entry points names end at the first NUL.
 NarrowText Name(const NarrowText& text) { return text.substr(0, text.find('\0')); }
 
-/// What names are compared and sorted by.
+/// The key by which names are compared and sorted.
 Text Folded(const NarrowText& name) { return UpperCase(FromCodePage1252(name)); }
 
 std::uint32_t Size(const NarrowText& text) { return static_cast<std::uint32_t>(text.size()); }
@@ -39,7 +39,7 @@ struct MemoryRegistryStore::Node {
   std::weak_ptr<Node> parent;
   std::map<Text, std::shared_ptr<Node>> children;
   std::vector<Value> values;
-  std::map<Text, std::size_t> places;  ///< of the values, by their folded names
+  std::map<Text, std::size_t> places;  ///< indexes of the values, by folded name
   bool deleted = false;
 
   std::vector<Value>::iterator Find(const NarrowText& wanted) {
@@ -66,13 +66,13 @@ struct MemoryRegistryStore::Node {
     return child;
   }
 
-  /// Gives the data by the size protocol.
+  /// Returns the data by the size protocol.
   static Status Give(const Value& value, std::span<char> buffer, std::uint32_t& size) {
     size = Size(value.data);
     if (!buffer.data()) return kOk;
     if (buffer.size() < value.data.size()) return kMoreData;
     std::copy(value.data.begin(), value.data.end(), buffer.begin());
-    // A terminator that is missing is supplied where there is room, but not counted.
+    // A missing terminator is added if there is room, but not counted.
     if (IsTextKind(value.kind) && buffer.size() > value.data.size() && !value.data.empty() &&
         value.data.back() != '\0') {
       buffer[value.data.size()] = '\0';
@@ -141,7 +141,7 @@ Status MemoryRegistryStore::Walk(KeyHandle key, const NarrowText& path, bool mak
     if (end > at) steps.push_back(whole.substr(at, end - at));
     at = end + 1;
   }
-  // Nothing is made of a path that is wrong further on.
+  // If a later part of the path is invalid, nothing is created.
   for (const NarrowText& step : steps) {
     if (step.size() > kLongestKeyName) return make ? kInvalidParameter : kFileNotFound;
   }

@@ -9,21 +9,21 @@
 
 namespace marl {
 
-/// A registry in memory with the platform's rules: names that ignore case, rights of open keys,
-/// sub-keys that keep their key from being deleted, keys deleted while open, size protocol,
-/// terminators, length limits. HKEY_CLASSES_ROOT shows Software\Classes of HKEY_LOCAL_MACHINE.
-/// The system's code page is 1252. Values are enumerated in the order of their making.
+/// A registry in memory with the platform's rules: names that ignore case, access rights of open
+/// keys, keys that cannot be deleted because of sub-keys, keys deleted while open, size protocol,
+/// terminators, length limits. HKEY_CLASSES_ROOT shows Software\Classes of HKEY_LOCAL_MACHINE. The
+/// system's code page is 1252. Values are enumerated in the order of creation.
 class MemoryRegistryStore : public RegistryStore {
  public:
   MemoryRegistryStore();
   ~MemoryRegistryStore() override;
 
-  /// The environment that ExpandEnvironment sees. Names ignore case.
+  /// The environment for ExpandEnvironment. Names ignore case.
   void SetEnvironment(const NarrowText& name, const NarrowText& value);
-  /// A machine that ConnectRegistry reaches under this name, with roots of its own.
+  /// A machine that ConnectRegistry reaches under this name, with its own roots.
   MemoryRegistryStore& AddMachine(const NarrowText& name);
-  /// Puts data into a value as it is, as a program with wide entry points could leave it: text
-  /// without terminator, lengths of any kind. The key is made.
+  /// Stores a value's bytes unchanged, as a program with wide entry points could leave them: text
+  /// without terminator, any length. Creates the key.
   void Plant(KeyHandle root, const NarrowText& path, const NarrowText& name, std::uint32_t kind,
              const NarrowText& data);
   struct Place {
@@ -32,11 +32,11 @@ class MemoryRegistryStore : public RegistryStore {
     NarrowText name;
     auto operator<=>(const Place&) const = default;
   };
-  /// Keys that were to be opened by their path from a root, there or not; `name` is empty.
+  /// Keys that were opened by path from a root, or tried; `name` is empty.
   const std::set<Place>& OpenedPaths() const { return openedPaths_; }
-  /// Values that were asked for, there or not.
+  /// Values that were queried, existing or not.
   const std::set<Place>& AskedValues() const { return askedValues_; }
-  /// Keys that are open now.
+  /// Number of open keys.
   std::size_t OpenKeys() const { return open_.size(); }
 
   Status OpenKey(KeyHandle key, const NarrowText& path, std::uint32_t access,
@@ -65,7 +65,7 @@ class MemoryRegistryStore : public RegistryStore {
   struct Opened {
     std::shared_ptr<Node> node;
     std::uint32_t access = 0;
-    Place place = {};  ///< where it lies; without a name
+    Place place = {};  ///< its place, without a name
   };
 
   Status Find(KeyHandle key, Opened& out) const;

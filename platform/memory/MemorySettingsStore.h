@@ -10,7 +10,7 @@
 
 namespace marl {
 
-/// Settings in memory. Every write is remembered, so that a test sees what a start touched.
+/// Settings in memory. Every write is recorded, so that a test sees what a start has changed.
 class MemorySettingsStore : public SettingsStore {
  public:
   struct Write {
@@ -29,8 +29,8 @@ class MemorySettingsStore : public SettingsStore {
   };
 
   std::vector<Write> writes;
-  mutable std::set<Setting> asked;  ///< all that was read, found or not
-  Status failure = kOk;             ///< what every write ends with while it is not kOk
+  mutable std::set<Setting> asked;  ///< everything that was read, existing or not
+  Status failure = kOk;             ///< if not kOk, the result of every write
 
   Text GetSetting(TextView application, TextView section, TextView key,
                   TextView default_) const override {
@@ -47,7 +47,7 @@ class MemorySettingsStore : public SettingsStore {
     return kOk;
   }
 
-  /// Puts a value there that was not written by the program.
+  /// Stores a value that the program has not written.
   void Put(TextView application, TextView section, TextView key, TextView value) {
     values_[Name(application, section, key)] = value;
   }

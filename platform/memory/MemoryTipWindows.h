@@ -7,7 +7,7 @@
 
 namespace marl {
 
-/// Tip windows in memory: what each was told, in order.
+/// Tip windows in memory, with the messages that each got, in order.
 class MemoryTipWindows : public TipWindows {
  public:
   struct Sent {
@@ -25,9 +25,9 @@ class MemoryTipWindows : public TipWindows {
   static constexpr std::intptr_t kInstance = 0x400000;
 
   std::map<WindowHandle, PixelRect> clients;  ///< windows and their client areas
-  bool fails = false;                         ///< no tip window can be made
+  bool fails = false;                         ///< no tip window can be created
 
-  std::map<WindowHandle, Tip> tips;  ///< those that exist
+  std::map<WindowHandle, Tip> tips;  ///< existing tips
   int created = 0;
   int initialised = 0;  ///< calls of InitCommonControls
 

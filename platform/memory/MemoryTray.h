@@ -23,7 +23,7 @@ class MemoryTray : public Tray {
     bool enabled = true;
     bool operator==(const Item&) const = default;
   };
-  /// A menu as it was when it was shown.
+  /// The contents of a menu when it was shown.
   struct Shown {
     PicturePtr pictures;
     WindowHandle owner = 0;
@@ -31,19 +31,19 @@ class MemoryTray : public Tray {
     Point at;
   };
 
-  // What the test arranges.
-  bool refuses = false;  ///< the shell takes no icon
+  // Set by the test.
+  bool refuses = false;  ///< the shell refuses icons
   std::map<WindowHandle, IconHandle> windowIcons;
   Point cursor;    ///< pixels
   int choice = 0;  ///< the item that the user chooses; 0 for none
 
-  // What has happened.
+  // Recorded for the test.
   std::vector<Call> calls;
-  std::vector<NotifyIconData> icons;  ///< what the area shows
+  std::vector<NotifyIconData> icons;  ///< the icons in the area
   std::vector<Shown> shown;
-  int popups = 0;  ///< menus that are alive
+  int popups = 0;  ///< number of existing menus
 
-  /// The taskbar is made anew: it knows no icon any more.
+  /// The taskbar has restarted and has lost its icons.
   void Restart() { icons.clear(); }
 
   bool NotifyIcon(int command, const NotifyIconData& data) override {

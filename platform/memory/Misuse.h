@@ -4,12 +4,11 @@
 
 namespace marl {
 
-/// Hears of a test that uses the memory backend wrongly, or of a form whose window would not show
-/// what the program set.
+/// Called if a test uses the memory backend wrongly, or if a form's window would not show what the
+/// program has set.
 using MisuseHandler = void (*)(const std::string& what);
 
-/// Sets the handler. Test programs make a failure of the running test of it; without one the
-/// process ends.
+/// Sets the handler. Test programs let the running test fail; without a handler the process ends.
 void OnMisuse(MisuseHandler handler);
 void ReportMisuse(const std::string& what);
 

@@ -48,7 +48,7 @@ void CanvasWin32::Draw(const Picture& picture, int x, int y) {
   if (picture.width <= 0 || picture.height <= 0) return;
   RECT clip;
   if (GetClipBox(context_, &clip) == NULLREGION) return;
-  // Only what the clip shows is copied.
+  // Only the clipped part is copied.
   const int left = std::max<int>(x, clip.left);
   const int top = std::max<int>(y, clip.top);
   const int right = std::min<int>(x + picture.width, clip.right);
@@ -76,7 +76,7 @@ void CanvasWin32::Draw(const Picture& picture, int x, int y) {
   info.bmiHeader.biPlanes = 1;
   info.bmiHeader.biBitCount = 32;
   if (common == 0xFF000000) {
-    // Nothing shines through: straight from the picture, without a bitmap in between.
+    // An opaque picture is drawn directly, without a temporary bitmap.
     info.bmiHeader.biWidth = picture.width;
     SetDIBitsToDevice(context_, left, top, static_cast<DWORD>(width), static_cast<DWORD>(height),
                       left - x, 0, 0, static_cast<UINT>(height), first, &info, DIB_RGB_COLORS);
@@ -117,7 +117,7 @@ void CanvasWin32::Write(TextView text, const Box& box, const TextStyle& style) {
   const auto* const characters = reinterpret_cast<const wchar_t*>(text.data());
   const int length = static_cast<int>(text.size());
   if (!style.enabled) {
-    // Engraved, as the platform's own disabled texts: a light edge below, the grey above.
+    // Engraved, like the platform's disabled text: a light edge below, grey above.
     RECT edge = area;
     OffsetRect(&edge, 1, 1);
     SetTextColor(context_, GetSysColor(COLOR_3DHILIGHT));

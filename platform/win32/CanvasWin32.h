@@ -11,11 +11,10 @@ namespace marl::win32 {
 /// The value of a colour that may be a system colour reference.
 COLORREF Resolve(Color color);
 
-/// Fonts by their description, made once and kept: CreateFontIndirect is dear, and a label's font
-/// changes with each hover.
+/// Cache of fonts: CreateFontIndirect is expensive, and a label's font changes with each hover.
 class FontCache {
  public:
-  /// `dpi` is the screen's dots an inch in Y. The handle lives as long as the cache.
+  /// `dpi` is the screen's vertical resolution. The handle is valid as long as the cache.
   HFONT Get(const Font& font, int dpi);
 
  private:

@@ -7,7 +7,7 @@
 
 namespace marl::win32 {
 
-/// The machine's own colour dialog. The user's own colours stay for the life of the object.
+/// The platform's colour dialog. Custom colours are kept as long as the object lives.
 class ColorDialogWin32 : public ColorDialog {
  public:
   ColorDialogWin32() { custom_.fill(0xFFFFFF); }

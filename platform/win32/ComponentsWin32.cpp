@@ -73,14 +73,14 @@ Text MessageOf(DWORD code) {
 
 Text SystemMessage(HRESULT code) {
   Text message = MessageOf(static_cast<DWORD>(code));
-  // A code of the platform's own in the form of a HRESULT; not every system knows it like that.
+  // A Win32 error code inside a HRESULT, for which not every system has a text.
   if (message.empty() && HRESULT_FACILITY(code) == FACILITY_WIN32) {
     message = MessageOf(static_cast<DWORD>(HRESULT_CODE(code)));
   }
   return message.empty() ? Text(u"Automation error") : message;
 }
 
-/// A failure in its own words, or in the system's where it has none.
+/// A failure's description, or the system's text if it has none.
 Text FailureText(HRESULT status, const EXCEPINFO& exception) {
   const UINT length = SysStringLen(exception.bstrDescription);
   if (length > 0) return FromWide(exception.bstrDescription, length);

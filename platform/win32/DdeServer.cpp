@@ -9,7 +9,7 @@ namespace marl::win32 {
 
 namespace {
 
-// The library's callback gets no context of ours; there is one server a process.
+// The library's callback has no context argument, so there is one server per process.
 DdeServer* g_server = nullptr;
 
 Text FromCodePage(const NarrowText& text) {

@@ -12,8 +12,8 @@ class Form;
 
 namespace win32 {
 
-/// Answers DDE conversations of one service and topic with the commands that the form takes
-/// (the platform's DDE management library). One at a time.
+/// Serves DDE conversations of one service and topic and passes their commands to the form (DDE
+/// management library). One instance at a time.
 class DdeServer {
  public:
   DdeServer(Desktop& desktop, Form& form, TextView service, TextView topic);

@@ -15,7 +15,7 @@ HWND WindowOf(const Form* form) {
   return form && form->peer() ? static_cast<FormWin32*>(form->peer())->window() : nullptr;
 }
 
-// A handle's upper half only repeats its sign: 32 bits are all of it, in every build.
+// Handles are sign-extended 32-bit values, in 64-bit programs too.
 HWND FromHandle(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
 
 BOOL CALLBACK VisitWindow(HWND window, LPARAM data) {
@@ -81,7 +81,7 @@ int DesktopWin32::Run() {
 
 void DesktopWin32::Quit(const MSG& message) {
   Event([this] { Leave(); });
-  // Without a form that ends the program the loop further out is to end as well.
+  // Without a form that ends the program, the outer loop must end too.
   PostQuitMessage(static_cast<int>(message.wParam));
 }
 
@@ -188,7 +188,7 @@ void DesktopWin32::Withdraw(const Form& form) {
   if (dde_ && &dde_->form() == &form) dde_.reset();
 }
 
-// The window under the pointer is asked for its pointer, as it is when the mouse moves.
+// Asks the window under the mouse for its pointer, as a mouse move does.
 void DesktopWin32::WorkingChanged() {
   POINT at = {};
   if (!GetCursorPos(&at)) return;

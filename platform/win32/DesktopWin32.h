@@ -12,7 +12,7 @@ namespace marl::win32 {
 
 class FormWin32;
 
-/// The screen of the machine and the thread's message loop.
+/// The real screen and the thread's message loop.
 class DesktopWin32 : public Desktop {
  public:
   DesktopWin32();
@@ -37,8 +37,8 @@ class DesktopWin32 : public Desktop {
   void OfferCommands(Form& form, TextView service, TextView topic) override;
 
   FontCache& fonts() { return fonts_; }
-  /// The form is about to leave the screen: the windows that it kept from input take it again,
-  /// so that one of ours and no other program's is next.
+  /// The form is about to be hidden: enables the windows that it had disabled, so that one of them,
+  /// and not another program's, is activated next.
   void EndModal(const Form& form);
   /// No command reaches the form any more.
   void Withdraw(const Form& form);
@@ -57,7 +57,7 @@ class DesktopWin32 : public Desktop {
   /// Another part of the process, or another program, wants the message loop to end (WM_QUIT).
   void Quit(const MSG& message);
   HWND MessageOwner() const;
-  /// Hands a key to the menu of its form. True when an entry was chosen by it.
+  /// Passes a key to the menu of its form. True if it chose an entry.
   bool TakeShortcut(const MSG& message);
 
   Size dpi_;

@@ -17,8 +17,8 @@ constexpr std::size_t kLongestPath = 32767;
 
 const wchar_t* OrNone(const Text& text) { return text.empty() ? nullptr : Wide(text); }
 
-/// The program's current folder, put back at the end: a dialog for opening changes it with each
-/// folder that the user looks into, whatever the flags say.
+/// Restores the program's current folder at the end: the open dialog changes it with each folder
+/// that the user visits, whatever the flags.
 class KeptFolder {
  public:
   KeptFolder() : folder_(GetCurrentDirectoryW(0, nullptr), L'\0') {
@@ -34,7 +34,7 @@ class KeptFolder {
 
 FileDialogResult Show(BOOL(WINAPI* dialog)(OPENFILENAMEW*), const Form* owner,
                       const FileDialogSettings& settings, Text& path) {
-  // Pairs end with a NUL each, the list with one more.
+  // Each text ends with a NUL, and the list with one more.
   Text filter = settings.Filter;
   std::replace(filter.begin(), filter.end(), u'|', u'\0');
   filter.append(2, u'\0');

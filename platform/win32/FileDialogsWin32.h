@@ -4,7 +4,7 @@
 
 namespace marl::win32 {
 
-/// The machine's own file dialogs.
+/// The platform's file dialogs.
 class FileDialogsWin32 : public FileDialogs {
  public:
   FileDialogResult ShowOpen(const Form* owner, const FileDialogSettings& settings,

@@ -15,7 +15,7 @@ Status LastStatus() {
   return error == ERROR_SUCCESS ? kGeneralFailure : static_cast<Status>(error);
 }
 
-/// A path too long for the plain form is given in the form that has no limit.
+/// A path too long for the plain form gets the prefix without a limit.
 Text Native(TextView path) {
   constexpr std::size_t kPlainLimit = 248;
   Text plain(path);
@@ -62,9 +62,9 @@ class Output : public OutputFile {
   UniqueFile file_;
 };
 
-/// Begins a listing, and gives its first entry.
+/// Starts a listing and reads its first entry.
 UniqueSearch Start(TextView pattern, WIN32_FIND_DATAW& first) {
-  // Without the short names that nobody asks for, and many entries at a time.
+  // Without short names, which are not used, and many entries at a time.
   const HANDLE search = FindFirstFileExW(Wide(Native(pattern)), FindExInfoBasic, &first,
                                          FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
   return UniqueSearch(search == INVALID_HANDLE_VALUE ? nullptr : search);
@@ -171,7 +171,7 @@ Status FileSystemWin32::Copy(TextView from, TextView to) {
   const DWORD wanted = GetFileAttributesW(Wide(source));
   const DWORD before = GetFileAttributesW(Wide(target));
   const bool there = before != INVALID_FILE_ATTRIBUTES;
-  // As for Create; and what is replaced would keep its attributes on Wine.
+  // As for Create; also, under Wine the replaced file would keep its attributes.
   if (wanted != INVALID_FILE_ATTRIBUTES && there && (before & (kReadOnly | kHidden))) {
     return kAccessDenied;
   }
@@ -214,7 +214,7 @@ Text FileSystemWin32::TempPath() const {
 }
 
 Text FileSystemWin32::TempName() {
-  // Process, clock and a running number: nobody else makes the same name at the same time.
+  // Process, clock and a running number make the name unique.
   constexpr char16_t kDigits[] = u"0123456789ABCDEF";
   std::uint64_t seed = (std::uint64_t{GetCurrentProcessId()} << 32) ^ GetTickCount64();
   seed = (seed + ++tempNumber_) * 0x9E3779B97F4A7C15u;

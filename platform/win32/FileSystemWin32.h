@@ -4,7 +4,7 @@
 
 namespace marl::win32 {
 
-/// Files and folders of the machine, through the wide entry points.
+/// Real files and folders, through the wide entry points.
 class FileSystemWin32 : public FileSystem {
  public:
   bool NormalFileExists(TextView path) const override;

@@ -15,7 +15,7 @@ struct Visit {
   std::exception_ptr failure;
 };
 
-// A failure must not cross the platform's frames: it is carried round them.
+// An exception must not cross the platform's stack frames, so it is stored and rethrown.
 int CALLBACK OnFont(const LOGFONTA* font, const TEXTMETRICA*, DWORD, LPARAM data) noexcept {
   auto& state = *reinterpret_cast<Visit*>(data);
   try {

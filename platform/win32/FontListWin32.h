@@ -4,7 +4,7 @@
 
 namespace marl::win32 {
 
-/// The machine's fonts.
+/// The installed fonts.
 class FontListWin32 : public FontList {
  public:
   void EnumFamilies(const Form& form, const std::function<bool(TextView faceName)>& visit) override;

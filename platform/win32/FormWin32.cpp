@@ -16,8 +16,8 @@ namespace {
 constexpr wchar_t kClassName[] = L"MarlForm";
 constexpr int kFirstControlId = 1000;
 constexpr std::size_t kDirtyAreas = 32;
-constexpr auto kComboField = static_cast<WPARAM>(-1);  // the closed part, where rows are numbered
-/// Posted to the form: Enter has closed the list of a drop-down list, whose window this is.
+constexpr auto kComboField = static_cast<WPARAM>(-1);  // the closed part, in place of a row
+/// Posted to the form: Enter has closed the list of the drop-down list with this window.
 constexpr UINT kRowAccepted = WM_APP;
 
 DWORD StyleOf(const Form& form) {
@@ -32,7 +32,7 @@ DWORD StyleOf(const Form& form) {
   if (form.MinButton) style |= WS_MINIMIZEBOX;
   if (form.MaxButton) style |= WS_MAXIMIZEBOX;
   if (!form.ShowInTaskbar) style |= WS_POPUP;
-  // Wine takes it from this flag that a dialog without an icon is to have none.
+  // Under Wine, only this flag makes a dialog without an icon show none.
   if (form.Border == BorderStyle::kFixedDialog) style |= DS_MODALFRAME;
   return style;
 }
@@ -54,11 +54,11 @@ int ButtonOf(UINT message) {
   }
 }
 
-/// Lets a waiting message loop look again whether it goes on: what another program sends, as the
-/// shell does for the tray icon, is handled without the loop's waking up.
+/// Wakes a waiting message loop, so that it checks whether to go on: messages that another program
+/// sends, as the shell does for the tray icon, are handled without waking it.
 void WakeLoop() { PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0); }
 
-/// The window that the form's new one belongs to.
+/// The owner of the form's new window.
 HWND OwnerOf(const Form& form) {
   const Form* const owner = form.desktop().OwnerFor(form);
   return owner && owner->peer() ? static_cast<const FormWin32*>(owner->peer())->window() : nullptr;
@@ -76,7 +76,7 @@ FormWin32::FormWin32(DesktopWin32& desktop, Form& form) : desktop_(desktop), for
   static const ATOM registered = [] {
     WNDCLASSEXW description = {};
     description.cbSize = sizeof description;
-    // A double click is one click and something that is not asked for.
+    // A double click counts as one click; its second half is ignored.
     description.style = CS_DBLCLKS;
     description.lpfnWndProc = Entry;
     description.hInstance = GetModuleHandleW(nullptr);
@@ -99,20 +99,21 @@ FormWin32::FormWin32(DesktopWin32& desktop, Form& form) : desktop_(desktop), for
   std::stable_sort(order.begin(), order.end(),
                    [](const Control* a, const Control* b) { return a->TabIndex < b->TabIndex; });
   for (Control* control : order) CreateWithContainer(*control);
-  // The dialog manager goes by the order of the windows.
+  // The dialog manager uses the Z order of the windows.
   const Control* before = nullptr;
   for (Control* control : order) {
     const HWND child = WindowOf(*control);
     if (!child) continue;
     SetWindowPos(child, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    // The first option button of a run begins a group for the arrow keys; what follows ends it.
+    // The first option button of a run starts a group for the arrow keys; the next other control
+    // ends it.
     const bool inRun = before && before->kind() == ControlKind::kOptionButton &&
                        control->kind() == ControlKind::kOptionButton &&
                        before->container() == control->container();
     if (!inRun) SetWindowLongW(child, GWL_STYLE, GetWindowLongW(child, GWL_STYLE) | WS_GROUP);
     before = control;
   }
-  // A strip lies beneath its pages, and so behind them in the order of Tab.
+  // A tab strip is below its pages, and therefore after them in the tab order.
   for (const auto& [control, child] : windows_) {
     if (control->kind() != ControlKind::kTabStrip) continue;
     SetWindowPos(child, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
@@ -137,7 +138,7 @@ LRESULT CALLBACK FormWin32::Entry(HWND window, UINT message, WPARAM w, LPARAM l)
 
 LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
   const HWND window = window_;
-  // Messages may close the form: after an event nothing of it is touched any more.
+  // Messages may destroy the form: do not use it after an event.
   switch (message) {
     case WM_PAINT:
       if (desktop_.ended()) return PaintNothing(window);
@@ -243,7 +244,7 @@ LRESULT FormWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
       if (w) desktop_.Event([&] { desktop_.Leave(); });
       return 0;
     case WM_DESTROY:
-      // Not by `Close`, which cuts the way of messages first.
+      // Not through `Close`, which stops the messages first.
       destroying_ = true;
       form_.PeerLost();
       WakeLoop();
@@ -263,7 +264,7 @@ Point FormWin32::ClientOrigin() const {
 
 bool FormWin32::TakeAccessKey(const MSG& message) {
   if (message.message == WM_CHAR) {
-    // Without Alt a letter is an access key only where it would not be typed.
+    // Without Alt a letter is an access key only if it would not be typed.
     const LRESULT code = SendMessageW(message.hwnd, WM_GETDLGCODE, message.wParam,
                                       reinterpret_cast<LPARAM>(&message));
     if (code & (DLGC_WANTCHARS | DLGC_WANTALLKEYS)) return false;
@@ -288,7 +289,7 @@ bool FormWin32::PreviewKey(const MSG& message) {
     const bool left = message.wParam == VK_PRIOR || (message.wParam == VK_TAB && shift);
     const bool right = message.wParam == VK_NEXT || (message.wParam == VK_TAB && !shift);
     if (!taken && control && (left || right)) taken = form_.UserNextTab(left ? -1 : 1);
-    // A form that has gone takes no keys any more.
+    // A destroyed form handles no keys.
     taken = taken || !form_.loaded();
   });
   return taken;
@@ -300,7 +301,7 @@ void FormWin32::OnScroll(HScrollBar& bar, int code) {
   info.cbSize = sizeof info;
   info.fMask = SIF_POS | SIF_TRACKPOS;
   GetScrollInfo(child, SB_CTL, &info);
-  int steps = info.nPos;  // from the left end
+  int steps = info.nPos;  // from the left
   switch (code) {
     case SB_LINELEFT: steps -= bar.SmallChange; break;
     case SB_LINERIGHT: steps += bar.SmallChange; break;
@@ -355,7 +356,7 @@ void FormWin32::OnCommand(int id, int notification, HWND from) {
     case ControlKind::kCommandButton:
     case ControlKind::kCheckBox:
     case ControlKind::kOptionButton:
-      // The second click of two that are quick comes as a double click.
+      // The second of two quick clicks arrives as a double click.
       if (notification == BN_CLICKED || notification == BN_DOUBLECLICKED) {
         control->UserClick();
       } else if (notification == BN_SETFOCUS) {
@@ -387,7 +388,7 @@ void FormWin32::OnCommand(int id, int notification, HWND from) {
       } else if (notification == CBN_DROPDOWN) {
         ListOf(*control)->DroppingDown();
       } else if (notification == CBN_SELENDOK) {
-        // The native list has yet to close.
+        // The native list is still open.
         if (ListOf(*control)->AcceptsAsItIs()) {
           PostMessageW(window_, kRowAccepted, 0, reinterpret_cast<LPARAM>(from));
         }
@@ -404,7 +405,7 @@ void FormWin32::OnCommand(int id, int notification, HWND from) {
 void FormWin32::Report() {
   if (!window_) return;
   if (IsIconic(window_)) {
-    // Minimised, the form keeps the place that it comes back to.
+    // Minimised, the form keeps its normal position.
     form_.PeerPlaced(form_.bounds(), form_.inner(), WindowState::kMinimised);
     return;
   }
@@ -417,7 +418,7 @@ void FormWin32::Report() {
       {desktop_.TwipsX(outer.left), desktop_.TwipsY(outer.top),
        desktop_.TwipsX(outer.right - outer.left), desktop_.TwipsY(outer.bottom - outer.top)},
       {desktop_.TwipsX(inner.right), desktop_.TwipsY(inner.bottom)},
-      // Unseen, the form's state waits for the form to be shown.
+      // While hidden, the form only stores its state.
       !IsWindowVisible(window_) ? form_.State()
       : IsZoomed(window_)       ? WindowState::kMaximised
                                 : WindowState::kNormal);
@@ -444,7 +445,7 @@ void FormWin32::Show(bool visible) {
   }
   switch (form_.State()) {
     case WindowState::kNormal:
-      // What was maximised before it was minimised would come back maximised.
+      // A window that was maximised before it was minimised would be restored maximised.
       if (IsIconic(window_)) ShowWindow(window_, SW_SHOWNOACTIVATE);
       ShowWindow(window_, SW_SHOWNORMAL);
       break;
@@ -454,7 +455,7 @@ void FormWin32::Show(bool visible) {
   if (hasFields_ && GetFocus() == window_) FocusFirst();
 }
 
-// The focus does not stay with what nobody sees: from a page it goes to the tabs.
+// The focus must not stay in a hidden page: it goes to the tabs.
 void FormWin32::LeaveHidden(const Control& hidden) {
   const TabStrip* const tabs = StripOf(hidden);
   if (tabs && WindowOf(*tabs)) {
@@ -468,7 +469,8 @@ void FormWin32::FocusFirst() {
   if (const HWND first = GetNextDlgTabItem(window_, nullptr, FALSE)) SetFocus(first);
 }
 
-// The window that had the focus when the form was left; the platform gives it to the form itself.
+// Restores the window that had the focus when the form was deactivated; the platform would focus
+// the form itself.
 void FormWin32::RestoreFocus() {
   if (!hasFields_ || IsIconic(window_) || IsChild(window_, GetFocus())) return;
   if (IsChild(window_, lastFocus_) && IsWindowVisible(lastFocus_) && IsWindowEnabled(lastFocus_)) {
@@ -480,7 +482,7 @@ void FormWin32::RestoreFocus() {
 
 void FormWin32::CreateWithContainer(Control& control) {
   if (windows_.contains(&control)) return;
-  // A container comes before the controls that stand in it.
+  // A container comes before its controls.
   if (control.container()) CreateWithContainer(*control.container());
   CreateControl(control, kFirstControlId + static_cast<int>(windows_.size()));
 }
@@ -568,19 +570,20 @@ void FormWin32::PlaceControl(const Control& control, HWND child) {
   if (control.kind() == ControlKind::kStatusBar) return PlaceStatusBar();
   const int left = desktop_.PixelsX(control.Left());
   const int top = desktop_.PixelsY(control.Top());
-  // Neighbours that touch in twips touch in pixels: the far edge is converted, not the size.
+  // The right and bottom edges are converted, not the size, so that neighbours that touch in twips
+  // also touch in pixels.
   const int width = desktop_.PixelsX(control.Left() + control.Width()) - left;
   int height = desktop_.PixelsY(control.Top() + control.Height()) - top;
   const bool combo = control.kind() == ControlKind::kComboBox;
   const int closed = height;
-  // The height of a drop-down list is that with its list open.
+  // The height of a drop-down list includes its open list.
   if (combo) height = height * 10;
   SetWindowPos(child, nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
   if (combo) SetClosedHeight(child, closed);
 }
 
-// Closed, a drop-down list is as high as its font, which differs from the fields beside it. Wine
-// tells another height of the text than the one that was set: what is still missing comes on top.
+// A closed drop-down list is as high as its font, unlike the fields beside it. Wine reports another
+// text height than the one that was set, so the difference is added.
 void FormWin32::SetClosedHeight(HWND combo, int height) {
   auto text = static_cast<int>(SendMessageW(combo, CB_GETITEMHEIGHT, kComboField, 0));
   for (int attempt = 0; attempt < 3; ++attempt) {
@@ -618,7 +621,7 @@ void FormWin32::ControlChanged(Control& control, Property property) {
       SyncMenuCaption(entry);
     } else {
       FillMenu(entry.parent());
-      // The bar may take another line now, and its form be less high inside.
+      // The menu bar may now need another line, which reduces the inner height.
       if (!entry.parent()) Report();
     }
     return;
@@ -742,7 +745,7 @@ void FormWin32::Close() {
   if (!window_) return;
   desktop_.EndModal(form_);
   desktop_.Withdraw(form_);
-  // From here on no message finds its way to the form.
+  // From here on no message reaches the form.
   SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
   SetMenu(window_, nullptr);
   for (const auto& [parent, menu] : menus_) {

@@ -15,11 +15,11 @@ namespace marl::win32 {
 
 class DesktopWin32;
 
-/// A form's window and the standard controls on it. Translates: what a message means for the form
-/// is the form's to decide.
+/// A form's window and its standard controls. Only translates: the form decides what a message
+/// means.
 class FormWin32 : public FormPeer {
  public:
-  /// Makes the window unseen, with its controls, and tells the form its place.
+  /// Creates the window, hidden, with its controls, and reports its bounds to the form.
   FormWin32(DesktopWin32& desktop, Form& form);
   ~FormWin32() override;
 
@@ -43,13 +43,14 @@ class FormWin32 : public FormPeer {
     return HandleToLong(WindowOf(control));
   }
   HWND window() const { return window_; }
-  /// Gives the form the message if it is an access key. True when it is dealt with; the form may be
-  /// gone then.
+  /// Passes the message to the form if it is an access key. True if it is handled; the form may
+  /// then be destroyed.
   bool TakeAccessKey(const MSG& message);
-  /// Hands a key to a form that looks at keys first, then to its tabs (Ctrl+Tab, Ctrl+Page Down).
-  /// True when it is dealt with; the form may be gone then.
+  /// Passes a key to a form with `KeyPreview`, then to its tabs (Ctrl+Tab, Ctrl+Page Down). True if
+  /// it is handled; the form may then be destroyed.
   bool PreviewKey(const MSG& message);
-  /// True when keys go through the dialog manager: there is a control that can have the focus.
+  /// True if keys go through the dialog manager, because there is a control that can have the
+  /// focus.
   bool hasFields() const { return hasFields_; }
 
  private:
@@ -65,8 +66,8 @@ class FormWin32 : public FormPeer {
   void PaintPictureBox(const PictureBox& box, HDC context);
   void EraseContainer(HWND container, HDC context);
   LRESULT ColorControl(HDC context, HWND child);
-  /// The brush behind what stands in a container, or null where it is the plain one; its pattern
-  /// starts at `origin`, in the container's pixels.
+  /// The background brush of a container, or null for the plain one; its pattern starts at
+  /// `origin`, in the container's pixels.
   HBRUSH BackgroundIn(const Control* container, POINT& origin) const;
   void CreatePages();
   void OnScroll(HScrollBar& bar, int code);
@@ -83,7 +84,7 @@ class FormWin32 : public FormPeer {
   void PlaceStatusBar();
   static bool HasMenuBar(const Form& form);
   void CreateMenus();
-  /// Fills the menu of `parent`, or the menu bar, anew with the entries that are shown.
+  /// Rebuilds the menu of `parent`, or the menu bar, with the visible entries.
   void FillMenu(const Menu* parent);
   void SyncMenuCaption(const Menu& entry);
   void SyncTimer(Timer& timer);
@@ -96,25 +97,25 @@ class FormWin32 : public FormPeer {
   HWND WindowOf(const Control& control) const;
   ListWin32* ListOf(const Control& control) const;
   Control* ControlOf(HWND window) const;
-  /// The control that the window is or lies in; null for none of this form's.
+  /// The control that is this window or contains it; null if it is none of this form's.
   Control* ControlAround(HWND window) const;
   Menu* MenuOf(int id) const;
 
   DesktopWin32& desktop_;
   Form& form_;
   HWND window_ = nullptr;
-  HWND lastFocus_ = nullptr;  ///< what had the focus when another window became active
+  HWND lastFocus_ = nullptr;  ///< had the focus when another window became active
   std::map<const Control*, HWND> windows_;
   std::map<const Control*, std::unique_ptr<ListWin32>> lists_;
   std::map<const Control*, UniqueBrush> pages_;  ///< backgrounds of the pages of tab strips
-  /// The native menu of each entry that has one, and under null the menu bar.
+  /// The native menu of each entry that has one; under null, the menu bar.
   std::map<const Menu*, UniqueMenu> menus_;
   bool hasFields_ = false;
-  bool destroying_ = false;  ///< the platform is taking the window away
-  /// What waits to be painted, in pixels: each question to the platform costs more than a look
+  bool destroying_ = false;  ///< the platform is destroying the window
+  /// Areas to be painted, in pixels: each call to the platform costs more than collecting them
   /// here.
   std::vector<RECT> dirty_;
-  int updating_ = 0;  ///< above 0 while the program writes into a control
+  int updating_ = 0;  ///< above 0 while the program changes a control
 };
 
 }  // namespace marl::win32

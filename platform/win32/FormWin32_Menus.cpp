@@ -10,14 +10,14 @@ namespace marl::win32 {
 
 namespace {
 
-constexpr int kFirstMenuId = 20000;  // and on, by the entry's place among the form's controls
+constexpr int kFirstMenuId = 20000;  // plus the entry's index among the form's controls
 
 Text CaptionWithKeys(const Menu& entry) {
   const Text keys = ShortcutText(entry.Shortcut);
   return keys.empty() ? entry.Caption() : entry.Caption() + u'\t' + keys;
 }
 
-/// What the platform is told of a menu entry. `caption` outlives the record.
+/// The platform's record of a menu entry. `caption` must outlive it.
 MENUITEMINFOW MenuItem(const Menu& entry, const Text& caption) {
   MENUITEMINFOW item = {};
   item.cbSize = sizeof item;
@@ -43,7 +43,7 @@ void FormWin32::CreateMenus() {
   for (const Control* control : form_.controls()) {
     if (control->kind() != ControlKind::kMenu) continue;
     const Menu* const parent = static_cast<const Menu*>(control)->parent();
-    // A hidden top-level menu is no reason for a bar, nor is what lies in it.
+    // A hidden top-level menu needs no menu bar, and neither do its entries.
     if (!parent && !HasMenuBar(form_)) continue;
     if (!menus_.contains(parent))
       menus_[parent] = UniqueMenu(parent ? CreatePopupMenu() : CreateMenu());
@@ -52,7 +52,7 @@ void FormWin32::CreateMenus() {
   const auto bar = menus_.find(nullptr);
   if (bar == menus_.end()) return;
   SetMenu(window_, bar->second.get());
-  // Long captions may take a second line; the design names the inner size without the bar.
+  // Long captions may need a second line; the design's inner size does not include the bar.
   RECT inner;
   RECT outer;
   GetClientRect(window_, &inner);
@@ -68,7 +68,7 @@ void FormWin32::FillMenu(const Menu* parent) {
   const auto found = menus_.find(parent);
   if (found == menus_.end()) return;
   const HMENU menu = found->second.get();
-  // The menus of entries have their owners here: they are taken out, not destroyed.
+  // Sub-menus have owners here, so they are removed, not destroyed.
   while (GetMenuItemCount(menu) > 0) RemoveMenu(menu, 0, MF_BYPOSITION);
   const auto& controls = form_.controls();
   UINT position = 0;
@@ -88,7 +88,7 @@ void FormWin32::FillMenu(const Menu* parent) {
   if (!parent) DrawMenuBar(window_);
 }
 
-// An entry of a menu that drops down: nothing but its text is new.
+// For an entry of a drop-down menu only the text changes.
 void FormWin32::SyncMenuCaption(const Menu& entry) {
   const auto found = menus_.find(entry.parent());
   if (found == menus_.end() || !entry.Visible()) return;

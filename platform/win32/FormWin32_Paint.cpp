@@ -1,4 +1,4 @@
-// How a form, its picture boxes, groups and pages are painted.
+// Painting of a form, its picture boxes, groups and pages.
 
 #include "platform/win32/FormWin32.h"
 
@@ -19,7 +19,7 @@ void FormWin32::PaintBuffered(HWND window, Paint paint) {
   const int width = dirty.right - dirty.left;
   const int height = dirty.bottom - dirty.top;
   if (width > 0 && height > 0) {
-    // Composed beside the screen and shown at once: nothing flickers.
+    // Composed off screen and shown at once, so that nothing flickers.
     const UniqueContext memory(CreateCompatibleDC(screen));
     const UniqueBitmap bitmap(CreateCompatibleBitmap(screen, width, height));
     const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
@@ -40,7 +40,8 @@ void FormWin32::OnPaint() {
   });
 }
 
-// Behind the last message of a program that has failed: what to paint may be what failed.
+// During the last message of a failed program only the background is painted: the failure may have
+// been in what is painted.
 LRESULT FormWin32::PaintNothing(HWND window) {
   PAINTSTRUCT record;
   const HDC screen = BeginPaint(window, &record);
@@ -60,8 +61,8 @@ void FormWin32::PaintPictureBox(const PictureBox& box, HDC context) {
   PaintControls(form_, &box, canvas);
 }
 
-// The native group paints itself; its labels come on top, where it was painted and nowhere else:
-// text that is written twice gets fatter.
+// The native group paints itself; its labels are painted on top, in the same area only: text that
+// is drawn twice gets bolder.
 void FormWin32::PaintFrame(HWND frame) {
   const HRGN dirty = CreateRectRgn(0, 0, 0, 0);
   GetUpdateRgn(frame, dirty, FALSE);
@@ -87,7 +88,7 @@ void FormWin32::EraseContainer(HWND container, HDC context) {
 }
 
 LRESULT FormWin32::ColorControl(HDC context, HWND child) {
-  // The context comes as its last user left it, with the colour of a disabled text perhaps.
+  // The context may still have the previous text colour, such as that of disabled text.
   SetTextColor(context, GetSysColor(IsWindowEnabled(child) ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
   SetBkColor(context, GetSysColor(COLOR_BTNFACE));
   const Control* const control = ControlOf(child);
@@ -131,7 +132,7 @@ LRESULT CALLBACK FormWin32::ContainerEntry(HWND window, UINT message, WPARAM w, 
                                            DWORD_PTR peer) noexcept {
   auto* const form = reinterpret_cast<FormWin32*>(peer);
   switch (message) {
-    // What happens to the controls within concerns the form.
+    // The form handles the notifications of the controls inside.
     case WM_COMMAND:
     case WM_HSCROLL:
     case WM_NOTIFY:

@@ -26,10 +26,10 @@ enum class HandleKind {
   kCount
 };
 
-/// How many handles of a kind have an owner now. The count is what a leak test reads.
+/// Number of live handles of each kind, for leak tests.
 inline std::atomic<int> g_liveHandles[static_cast<int>(HandleKind::kCount)];
 
-/// Owns one handle of the platform, move-only; assignment closes what it held.
+/// Owns one handle of the platform; move-only. Assignment closes the previous handle.
 template <typename Handle, HandleKind kind, auto closer>
 class Unique {
  public:
@@ -54,7 +54,7 @@ class Unique {
     closer(std::exchange(handle_, Handle{}));
     --Count();
   }
-  /// Gives the handle up: somebody else closes it.
+  /// Gives up ownership: the caller has to close the handle.
   Handle Release() {
     if (handle_) --Count();
     return std::exchange(handle_, Handle{});
@@ -91,7 +91,7 @@ using UniqueMutex = Unique<HANDLE, HandleKind::kMutex, CloseAny>;
 using UniqueProcess = Unique<HANDLE, HandleKind::kProcess, CloseAny>;
 using UniqueThread = Unique<HANDLE, HandleKind::kThread, CloseAny>;
 
-/// Text as the platform's wide entry points take it.
+/// Text for the platform's wide entry points.
 inline const wchar_t* Wide(const std::u16string& text) {
   return reinterpret_cast<const wchar_t*>(text.c_str());
 }

@@ -6,7 +6,7 @@ namespace marl::win32 {
 
 namespace {
 
-// A handle's upper half only repeats its sign: 32 bits are all of it, in every build.
+// Handles are sign-extended 32-bit values, in 64-bit programs too.
 HWND Window(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
 HICON Icon(IconHandle icon) { return static_cast<HICON>(LongToHandle(icon)); }
 HMODULE Library(LibraryHandle library) { return reinterpret_cast<HMODULE>(library); }

@@ -4,7 +4,7 @@
 
 namespace marl::win32 {
 
-/// Icons in libraries of any width: they are opened for their resources, no code of theirs runs.
+/// Icons in libraries of any bitness: they are opened for their resources only.
 class IconsWin32 : public Icons {
  public:
   LibraryHandle OpenLibrary(TextView path) override;

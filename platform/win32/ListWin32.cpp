@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kDesignDpi = 96;
 constexpr int kMargin = 3;    // pixels at the design's resolution, around a check box
-constexpr int kBoxSize = 13;  // where no theme tells
+constexpr int kBoxSize = 13;  // without a theme
 
 int TextWidth(HDC context, const Text& text) {
   SIZE size = {};
@@ -47,7 +47,7 @@ LRESULT CALLBACK ListWin32::Entry(HWND window, UINT message, WPARAM w, LPARAM l,
   auto* const self = reinterpret_cast<ListWin32*>(data);
   auto& list = static_cast<ListBox&>(self->list_);
   DesktopWin32& desktop = self->desktop_;
-  // Events may close the form: after one nothing of the list is touched any more.
+  // Events may destroy the form: do not use the list after an event.
   switch (message) {
     case WM_LBUTTONDOWN:
     case WM_LBUTTONDBLCLK: {
@@ -75,11 +75,11 @@ LRESULT CALLBACK ListWin32::Entry(HWND window, UINT message, WPARAM w, LPARAM l,
     case WM_LBUTTONUP:
     case WM_CAPTURECHANGED: {
       const LRESULT result = self->Quietly(message, w, l);
-      // Letting the button go takes the capture away, by a message of its own inside the first.
+      // Releasing the button releases the capture, by a nested message.
       if (!IsWindow(window) || self->quiet_ > 0) return result;
       if (!std::exchange(self->pressed_, false)) return result;
       desktop.Event([&] {
-        // Of several rows the selection is complete now.
+        // A selection of several rows is complete now.
         if (list.MultiSelect) self->SelectionChanged();
         list.UserMouseUp();
       });
@@ -90,7 +90,7 @@ LRESULT CALLBACK ListWin32::Entry(HWND window, UINT message, WPARAM w, LPARAM l,
       desktop.Event([&] { list.UserCheck(list.ListIndex()); });
       return 0;
     case WM_CHAR:
-      // A blank ticks; it does not look for a row that begins with it.
+      // The space bar ticks; it does not search for a row that begins with a blank.
       if (w == L' ' && list.CheckBoxes) return 0;
       break;
     default: break;
@@ -110,7 +110,7 @@ void ListWin32::SyncItems() {
   }
   const std::size_t gone = shown_.size() - first - same;
   const std::size_t come = count - first - same;
-  // To draw again would show a hidden list.
+  // Enabling redraw would show a hidden list.
   const bool several = gone + come > 2 && (GetWindowLongW(window_, GWL_STYLE) & WS_VISIBLE);
   if (several) Send(WM_SETREDRAW, FALSE, 0);
   const auto top = Send(drop() ? CB_GETTOPINDEX : LB_GETTOPINDEX, 0, 0);
@@ -124,7 +124,7 @@ void ListWin32::SyncItems() {
   SyncSelection();
   if (!drop()) Send(LB_SETTOPINDEX, static_cast<WPARAM>(top), 0);
   if (several) Send(WM_SETREDRAW, TRUE, 0);
-  // A row that came where one went has no place of its own to be painted for.
+  // A row that replaces another one is not invalidated by the platform.
   InvalidateRect(window_, nullptr, several ? TRUE : FALSE);
 }
 
@@ -154,7 +154,7 @@ LRESULT ListWin32::Quietly(UINT message, WPARAM w, LPARAM l) {
   const HWND window = window_;
   ++quiet_;
   const LRESULT result = DefSubclassProc(window, message, w, l);
-  // What the message has done may have closed the form.
+  // The message may have destroyed the form.
   if (IsWindow(window)) --quiet_;
   return result;
 }
@@ -166,7 +166,7 @@ int ListWin32::PressedRow(LPARAM position) const {
       Send(LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&area)) < 0) {
     return -1;
   }
-  // The platform may take the last row for a press below it.
+  // For a press below the last row the platform may report the last row.
   const bool below = static_cast<short>(HIWORD(position)) >= area.bottom;
   return below && row == list_.ListIndex() ? -1 : static_cast<int>(row);
 }
@@ -200,7 +200,8 @@ int ListWin32::Scaled(int pixels) const {
   return MulDiv(pixels, desktop_.Dpi().height, kDesignDpi);
 }
 
-// The theme of buttons is opened for no window: it would become that of the list, and frame it.
+// The button theme is opened without a window: otherwise it would become the theme of the list and
+// draw a frame.
 Size ListWin32::BoxSize() const {
   SIZE size = {Scaled(kBoxSize), Scaled(kBoxSize)};
   if (const HTHEME theme = OpenThemeData(nullptr, L"BUTTON")) {

@@ -4,7 +4,7 @@
 
 namespace marl::win32 {
 
-/// The machine's locales.
+/// The platform's locales.
 class LocaleWin32 : public Locale {
  public:
   std::uint32_t ThreadLocale() const override;

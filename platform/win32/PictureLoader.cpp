@@ -1,6 +1,6 @@
 #include "platform/win32/PictureLoader.h"
 
-// The identifiers of the imaging component are in no library that is linked.
+// The ids of the imaging component are not in the linked libraries.
 #define INITGUID
 #include <windows.h>
 #include <objbase.h>
@@ -34,7 +34,7 @@ PicturePtr DecodePicture(const void* data, std::size_t size) {
   IWICStream* rawStream = nullptr;
   if (FAILED(factory->CreateStream(&rawStream))) return nullptr;
   const Com<IWICStream> stream(rawStream);
-  // The stream only reads; its signature does not say so.
+  // The stream only reads, although its parameter is not const.
   auto* const bytes = static_cast<BYTE*>(const_cast<void*>(data));
   if (FAILED(stream->InitializeFromMemory(bytes, static_cast<DWORD>(size)))) return nullptr;
 

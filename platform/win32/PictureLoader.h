@@ -9,18 +9,18 @@
 
 namespace marl::win32 {
 
-/// Decodes a picture file in memory (PNG and all else that the platform's imaging component
-/// reads) to colours multiplied with their alpha. Null when it is no picture, or one with a side
-/// above 16384 pixels. COM has to be ready on the thread.
+/// Decodes a picture file in memory (PNG and the other formats of the Windows Imaging Component),
+/// premultiplied by alpha. Null if it is no picture, or larger than 16384 pixels in a direction.
+/// COM must be initialised on the thread.
 PicturePtr DecodePicture(const void* data, std::size_t size);
 
-/// The pictures in the program's resources (RCDATA), each decoded at its first use and kept while
-/// somebody shows it.
+/// The pictures in the program's resources (RCDATA), each decoded at first use and kept while it is
+/// shown.
 class PicturesWin32 : public Pictures {
  public:
   ~PicturesWin32() override;
   PicturePtr Load(int id) override;
-  /// Decodes on a thread of its own.
+  /// Decodes on a separate thread.
   void Prepare(int id) override;
 
  private:

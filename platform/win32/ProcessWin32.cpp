@@ -16,7 +16,7 @@ Text ProcessWin32::CommandLine() const {
   } else {
     while (*at && *at != L' ' && *at != L'\t') ++at;
   }
-  // One blank separates; any other belongs to what was typed.
+  // The first blank separates; further ones belong to the command line.
   if (*at == L' ' || *at == L'\t') ++at;
   return FromWide(at, wcslen(at));
 }
@@ -33,7 +33,7 @@ Text ProcessWin32::ProgramPath() const {
 }
 
 bool ProcessWin32::PreviousInstance() {
-  // One switchboard a user: each user of a machine has a name of his own in his session.
+  // One switchboard per user: the name of the object contains the user.
   std::array<wchar_t, 257> user = {};
   DWORD size = static_cast<DWORD>(user.size());
   GetUserNameW(user.data(), &size);

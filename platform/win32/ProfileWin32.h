@@ -4,7 +4,7 @@
 
 namespace marl::win32 {
 
-/// INI files of the machine, through the 8-bit entry points.
+/// Real INI files, through the 8-bit entry points.
 class ProfileWin32 : public Profile {
  public:
   Text GetString(TextView section, TextView key, TextView defaultText, std::size_t bufferSize,

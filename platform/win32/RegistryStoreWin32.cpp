@@ -7,7 +7,7 @@
 namespace marl::win32 {
 namespace {
 
-/// The platform's handle. A root's 32-bit number is widened with its sign.
+/// The platform's handle. The 32-bit number of a root is sign-extended.
 HKEY Key(KeyHandle key) {
   return reinterpret_cast<HKEY>(static_cast<LONG_PTR>(static_cast<LONG>(key)));
 }

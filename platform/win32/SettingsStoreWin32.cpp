@@ -34,7 +34,7 @@ Text SettingsStoreWin32::GetSetting(TextView application, TextView section, Text
     DWORD kind = 0;
     const LSTATUS status = RegQueryValueExW(opened.get(), Wide(name), nullptr, &kind,
                                             reinterpret_cast<BYTE*>(value.data()), &size);
-    if (status == ERROR_MORE_DATA) {  // another program may write between two readings
+    if (status == ERROR_MORE_DATA) {  // another program may write between two reads
       ++size;
       size += size % 2;
       continue;

@@ -19,7 +19,7 @@ int ShellWin32::Execute(ShellOwner owner, TextView verb, TextView file, TextView
 }
 
 int ShellWin32::FindProgram(TextView file, TextView directory, Text& program) {
-  // The platform writes MAX_PATH characters at most; the rest is room that nobody misses.
+  // The platform writes at most MAX_PATH characters; the rest stays unused.
   std::array<wchar_t, 1024> buffer = {};
   const HINSTANCE code = FindExecutableW(Wide(Text(file)), Wide(Text(directory)), buffer.data());
   const int result = static_cast<int>(reinterpret_cast<INT_PTR>(code));
@@ -33,7 +33,7 @@ int ShellWin32::FindProgram(TextView file, TextView directory, Text& program) {
 Status ShellWin32::Run(TextView program, TextView commandLine, int show) {
   const auto cut = [](TextView text) { return text.find(u'\0') != TextView::npos; };
   if (commandLine.empty() || cut(commandLine) || cut(program)) return kInvalidParameter;
-  // The platform writes into the command line that it is given.
+  // CreateProcess may write into the command line.
   Text line(commandLine);
   const Text path(program);
   STARTUPINFOW startup = {};

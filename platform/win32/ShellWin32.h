@@ -8,7 +8,7 @@
 
 namespace marl::win32 {
 
-/// The shell of the platform. `mainWindow` gives the window that started programs belong to.
+/// The platform's shell. `mainWindow` returns the owner window for started programs.
 class ShellWin32 : public Shell {
  public:
   explicit ShellWin32(std::function<HWND()> mainWindow) : mainWindow_(std::move(mainWindow)) {}

@@ -6,7 +6,7 @@ namespace marl::win32 {
 
 bool StringResourceWin32::Load(int id, Text& out) const {
   if (id < 0 || id > 0xFFFF) return false;
-  // With no room given, the platform hands out the text where it lies, and its length.
+  // With a buffer size of 0 the platform returns a pointer to the text itself, and its length.
   const wchar_t* text = nullptr;
   const int length = LoadStringW(GetModuleHandleW(nullptr), static_cast<UINT>(id),
                                  reinterpret_cast<wchar_t*>(&text), 0);

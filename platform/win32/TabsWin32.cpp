@@ -55,7 +55,7 @@ UniqueBrush PageBackground(Size size) {
 }
 
 void FillWith(HDC context, const RECT& area, HBRUSH brush, POINT origin) {
-  // A pattern starts in the device's coordinates.
+  // The origin of a brush is in device coordinates.
   LPtoDP(context, &origin, 1);
   POINT before;
   SetBrushOrgEx(context, origin.x, origin.y, &before);

@@ -5,14 +5,13 @@
 
 namespace marl::win32 {
 
-/// Gives a native tab control the tabs of the strip, with the selected one.
+/// Sets the tabs of a native tab control and the selected one.
 void SyncTabs(const TabStrip& tabs, HWND window);
 
-/// The tab strip that the control is a page of, beside it and within its bounds; null when it is
-/// no page.
+/// The tab strip whose page the control is (a sibling within its bounds); null if it is no page.
 const TabStrip* StripOf(const Control& page);
 
-/// The background of a page of this size, in pixels, as the theme paints it; none without a theme.
+/// The theme's background for a page of this size, in pixels; none without a theme.
 UniqueBrush PageBackground(Size size);
 
 /// Fills the area with a brush whose pattern starts at `origin`, in the context's own coordinates.

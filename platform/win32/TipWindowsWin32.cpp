@@ -10,7 +10,7 @@
 
 namespace marl::win32 {
 
-// The second form ends with the record's own number; both character widths are of one size.
+// The second version ends with lParam; the 8-bit and the wide record have the same size.
 constexpr UINT kRecordSize = offsetof(TTTOOLINFOW, lParam) + sizeof(LPARAM);
 static_assert(kRecordSize == offsetof(TTTOOLINFOA, lParam) + sizeof(LPARAM));
 static_assert(sizeof(void*) != 4 || kRecordSize == kToolInfoSize);
@@ -22,8 +22,8 @@ namespace {
 
 HWND Window(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
 
-/// Some makes of the controls take the -1 that stands for their own delay as a time of more than a
-/// minute. They are told the delay that -1 means.
+/// Some versions of the controls take -1, which means the default delay, as a time of more than a
+/// minute. They get the default explicitly.
 void RepairDelay(HWND tip, WPARAM which) {
   if (SendMessageW(tip, TTM_GETDELAYTIME, which, 0) != 0xFFFF) return;
   const UINT unit = GetDoubleClickTime();
@@ -42,7 +42,7 @@ void Deliver(HWND window, int message, std::uintptr_t wParam, const TipParameter
     record.rect = {tool->rect.left, tool->rect.top, tool->rect.right, tool->rect.bottom};
     record.hinst = reinterpret_cast<HINSTANCE>(tool->hinst);
     record.lpszText = reinterpret_cast<wchar_t*>(text.data());
-    // The wide twin of the message loses no characters.
+    // The wide version of the message loses no characters.
     const UINT wide = message == kTipAddTool ? TTM_ADDTOOLW : static_cast<UINT>(message);
     SendMessageW(window, wide, wParam, reinterpret_cast<LPARAM>(&record));
   } else if (const auto* const text = std::get_if<Text>(&lParam)) {
@@ -149,8 +149,8 @@ void TipWindowsWin32::OnMouse(HWND parent, UINT message, WPARAM w, LPARAM l) {
     if (tip.watched != parent) continue;
     const bool made = !tip.window && PtInRect(&tip.place, mouse);
     if (made) Make(tip);
-    // A new tip has not heard of the message that made it. And on Wine only the tip that was bound
-    // to a window last hears of the mouse by itself.
+    // A new tip has missed the mouse message for which it was created. Also, under Wine only the
+    // last tip of a window gets mouse messages by itself.
     if (!tip.window || !(made || OnWine())) continue;
     MSG relayed = {};
     relayed.hwnd = parent;

@@ -9,9 +9,8 @@
 
 namespace marl::win32 {
 
-/// The tip windows of the common controls. A window costs the platform dearly and most tips never
-/// show: each is made when the mouse first comes over its tool. Until then this object remembers
-/// what it is to be told.
+/// The tip windows of the common controls. Windows are expensive and most tips never show, so each
+/// is created when the mouse first moves over its tool. Until then this object stores its messages.
 class TipWindowsWin32 : public TipWindows {
  public:
   ~TipWindowsWin32() override;
@@ -34,9 +33,9 @@ class TipWindowsWin32 : public TipWindows {
     std::uint32_t style = 0;
     HWND parent = nullptr;
     bool topmost = false;
-    HWND watched = nullptr;  ///< whose area the tool is part of; null without a tool
+    HWND watched = nullptr;  ///< the window with the tool's area; null without a tool
     RECT place = {};
-    std::vector<Message> told;  ///< before there was a window
+    std::vector<Message> told;  ///< messages from before the window existed
     HWND window = nullptr;
   };
 

@@ -17,7 +17,7 @@ namespace {
 
 HWND Window(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
 
-/// One square out of the strip, as menus draw it: colours multiplied with their alpha.
+/// One square of the strip, as menus draw it: premultiplied by alpha.
 UniqueBitmap Cut(const Picture& strip, int place) {
   const int side = strip.height;
   if (side <= 0 || place < 0 || (place + 1) * side > strip.width) return {};
@@ -37,8 +37,8 @@ UniqueBitmap Cut(const Picture& strip, int place) {
   return bitmap;
 }
 
-/// True where menus lay a picture over the item by its alpha. Wine copies all of it; there the
-/// owner of the menu draws the pictures itself, which would cost a menu of Windows its theme.
+/// True if menus blend pictures by alpha. Wine copies all pixels, so there the menu's owner draws
+/// the pictures; on Windows that would lose the menu's theme.
 bool MenusBlend() { return !OnWine(); }
 
 class Popup : public PopupMenu {
@@ -83,16 +83,16 @@ class Popup : public PopupMenu {
     const int chosen =
         TrackPopupMenuEx(menu_.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y, owner, nullptr);
     if (!MenusBlend()) RemoveWindowSubclass(owner, OwnerProc, 0);
-    // Without a message behind it, a menu of the notification area may close at once when it is
-    // shown the next time.
+    // Without a following message, a menu of the notification area may close at once the next time
+    // (as TrackPopupMenu documents).
     PostMessageW(owner, WM_NULL, 0, 0);
-    // The item may end the program: nothing of the menu is touched after the click. What fails in
-    // it is for the caller, who stands in an event.
+    // The item may end the program: do not use the menu after the click. Its failures go to the
+    // caller, which runs within an event.
     if (chosen > 0 && Click) Click(chosen);
   }
 
  private:
-  // The room between a picture and the text behind it.
+  // The gap between a picture and its text.
   static constexpr int kGap = 4;
 
   static LRESULT CALLBACK OwnerProc(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
@@ -144,7 +144,7 @@ bool TrayWin32::NotifyIcon(int command, const NotifyIconData& data) {
   record.uFlags = data.uFlags;
   record.uCallbackMessage = data.uCallbackMessage;
   record.hIcon = static_cast<HICON>(LongToHandle(data.hIcon));
-  // The record has room for 64 bytes of the tip, its NUL included.
+  // The record has 64 bytes for the tip, including its NUL.
   constexpr int kRoom = 63;
   int length = std::min(static_cast<int>(data.szTip.size()), kRoom);
   while (length > 0 && WideCharToMultiByte(CP_ACP, 0, Wide(data.szTip), length, record.szTip, kRoom,

@@ -6,8 +6,8 @@ namespace marl::win32 {
 
 namespace {
 
-// What a hooked window carries along. The last one stays when the hook has gone: who stood in
-// front of the hook - a tip window, say - may still put it back, and messages must find their way.
+// Properties of a hooked window. The last one stays after unhooking: another hook in front of ours,
+// such as a tip window's, may later restore our procedure, which must still pass messages on.
 constexpr wchar_t kListener[] = L"MarlListener";
 constexpr wchar_t kDesktop[] = L"MarlDesktop";
 constexpr wchar_t kPrevious[] = L"MarlPrevious";

@@ -7,7 +7,7 @@
 
 namespace marl::win32 {
 
-/// The windows of this thread.
+/// Hooks for windows of this thread.
 class WindowHooksWin32 : public WindowHooks {
  public:
   explicit WindowHooksWin32(Desktop& desktop) : desktop_(desktop) {}

@@ -4,8 +4,7 @@
 
 namespace marl::win32 {
 
-/// True where the program runs on Wine, for the few places at which its controls know less than
-/// those of Windows.
+/// True if the program runs under Wine, for the few features that its controls lack.
 inline bool OnWine() {
   static const bool wine =
       GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
