@@ -1,5 +1,5 @@
-# Uses ccache when it is there. Paths are taken relative to the checkout, so that checkouts side by
-# side share what they have compiled.
+# Uses ccache if it is installed. Paths are relative to the checkout, so that checkouts side by side
+# share results.
 find_program(MARL_CCACHE ccache)
 mark_as_advanced(MARL_CCACHE)
 if(MARL_CCACHE)

@@ -9,7 +9,7 @@ function(marl_sources var)
   set(${var} ${files} PARENT_SCOPE)
 endfunction()
 
-# Stops the configuration when a source file on disk is on no list.
+# Stops the configuration if a source file on disk is in no list.
 function(marl_check_listed)
   set(patterns)
   foreach(room shell appearance documents network settings support platform suite tests bench fuzz

@@ -1,4 +1,4 @@
-// Which folder includes which: the arrows of docs/ARCHITECTURE.md against the sources on the disk.
+// Which folder may include which: the layers of docs/ARCHITECTURE.md, checked on the sources.
 
 #include <gtest/gtest.h>
 
@@ -17,11 +17,11 @@ namespace {
 
 namespace fs = std::filesystem;
 using Names = std::set<std::string>;
-using Arrows = std::map<std::string, Names>;
+using Layers = std::map<std::string, Names>;
 
-/// What each room may include beside itself. The entry point is a room of its own: it alone brings
-/// the logic and the platform together.
-const Arrows kArrows = {
+/// What each folder may include besides itself. The entry point counts as a folder of its own: only
+/// it brings the logic and the platform together.
+const Layers kMayInclude = {
     {"platform", {"resources"}},
     {"platform/forms", {"platform"}},
     {"platform/memory", {"platform", "platform/forms", "resources"}},
@@ -46,15 +46,15 @@ const Arrows kArrows = {
       "support", "tests"}},
 };
 
-/// The room of a file, named from the root with slashes.
-std::string RoomOf(const std::string& file) {
-  if (kArrows.contains(file)) return file;
+/// The folder of a file, for the table; `file` is its path from the root, with slashes.
+std::string FolderOf(const std::string& file) {
+  if (kMayInclude.contains(file)) return file;
   const std::string first = file.substr(0, file.find('/'));
   const std::string folder = file.substr(0, file.rfind('/'));
   return first == "platform" ? folder : first;
 }
 
-/// What the text of a source includes between double quotes.
+/// The files that a source includes in double quotes.
 Names Includes(std::istream& text) {
   constexpr std::string_view kInclude = "#include \"";
   Names files;
@@ -65,24 +65,24 @@ Names Includes(std::istream& text) {
   return files;
 }
 
-/// The arrows on the disk; the files behind those that the table does not have go into `strays`.
-Arrows ArrowsOnDisk(Names& strays) {
-  Arrows found;
+/// The includes of all sources; those that the table does not allow are added to `strays`.
+Layers IncludesOnDisk(Names& strays) {
+  Layers found;
   const fs::path root = SourceFolder();
-  Names folders;
-  for (const auto& [room, others] : kArrows) folders.insert(room.substr(0, room.find('/')));
-  for (const std::string& folder : folders) {
+  Names roots;
+  for (const auto& [folder, others] : kMayInclude) roots.insert(folder.substr(0, folder.find('/')));
+  for (const std::string& folder : roots) {
     for (const auto& entry : fs::recursive_directory_iterator(root / folder)) {
       const fs::path& path = entry.path();
       if (path.extension() != ".h" && path.extension() != ".cpp") continue;
       std::ifstream stream(path, std::ios::binary);
       const std::string file = fs::relative(path, root).generic_string();
-      const std::string room = RoomOf(file);
+      const std::string folder = FolderOf(file);
       for (const std::string& included : Includes(stream)) {
-        const std::string other = RoomOf(included);
-        if (other == room) continue;
-        found[room].insert(other);
-        if (!kArrows.contains(room) || !kArrows.at(room).contains(other)) {
+        const std::string other = FolderOf(included);
+        if (other == folder) continue;
+        found[folder].insert(other);
+        if (!kMayInclude.contains(folder) || !kMayInclude.at(folder).contains(other)) {
           strays.insert(file + " includes " + included);
         }
       }
@@ -91,25 +91,25 @@ Arrows ArrowsOnDisk(Names& strays) {
   return found;
 }
 
-TEST(Structure, EveryIncludeFollowsAnArrow) {
+TEST(Structure, EveryIncludeIsAllowed) {
   Names strays;
-  ArrowsOnDisk(strays);
+  IncludesOnDisk(strays);
   EXPECT_EQ(strays, Names{});
 }
 
-TEST(Structure, EveryArrowIsUsed) {
+TEST(Structure, EveryAllowedIncludeExists) {
   Names strays;
-  Arrows found = ArrowsOnDisk(strays);
-  for (const auto& [room, others] : kArrows) {
+  Layers found = IncludesOnDisk(strays);
+  for (const auto& [folder, others] : kMayInclude) {
     for (const std::string& other : others) {
-      EXPECT_TRUE(found[room].contains(other)) << room << " no longer includes " << other;
+      EXPECT_TRUE(found[folder].contains(other)) << folder << " no longer includes " << other;
     }
   }
 }
 
-TEST(Structure, NoArrowsRunInACircle) {
-  // Takes away the rooms that include only what has gone already; a circle stays.
-  Arrows left = kArrows;
+TEST(Structure, ThereAreNoCycles) {
+  // Removes folders that include only removed ones; a cycle remains.
+  Layers left = kMayInclude;
   for (bool went = true; went;) {
     went = std::erase_if(left, [&](const auto& row) {
              for (const std::string& other : row.second) {
@@ -118,16 +118,17 @@ TEST(Structure, NoArrowsRunInACircle) {
              return true;
            }) != 0;
   }
-  for (const auto& [room, others] : left) ADD_FAILURE() << room << " is in a circle or above one";
+  for (const auto& [folder, others] : left)
+    ADD_FAILURE() << folder << " is in a cycle or above one";
 }
 
-TEST(StructureCheck, KnowsRoomsAndIncludes) {
-  EXPECT_EQ(RoomOf("platform/Text.h"), "platform");
-  EXPECT_EQ(RoomOf("platform/forms/Form.h"), "platform/forms");
-  EXPECT_EQ(RoomOf("resources/strings/en.inc"), "resources");
-  EXPECT_EQ(RoomOf("tests/unit/World.h"), "tests");
-  EXPECT_EQ(RoomOf("shell/main.cpp"), "shell/main.cpp");
-  EXPECT_EQ(RoomOf("shell/frmMain.cpp"), "shell");
+TEST(StructureCheck, FindsFoldersAndIncludes) {
+  EXPECT_EQ(FolderOf("platform/Text.h"), "platform");
+  EXPECT_EQ(FolderOf("platform/forms/Form.h"), "platform/forms");
+  EXPECT_EQ(FolderOf("resources/strings/en.inc"), "resources");
+  EXPECT_EQ(FolderOf("tests/unit/World.h"), "tests");
+  EXPECT_EQ(FolderOf("shell/main.cpp"), "shell/main.cpp");
+  EXPECT_EQ(FolderOf("shell/frmMain.cpp"), "shell");
   std::istringstream text(
       "#include \"a/b.h\"\n// #include \"c/d.h\"\n#include <e/f>\n"
       "#include \"g/h.h\"\n");
