@@ -71,8 +71,8 @@ Layers IncludesOnDisk(Names& strays) {
   const fs::path root = SourceFolder();
   Names roots;
   for (const auto& [folder, others] : kMayInclude) roots.insert(folder.substr(0, folder.find('/')));
-  for (const std::string& folder : roots) {
-    for (const auto& entry : fs::recursive_directory_iterator(root / folder)) {
+  for (const std::string& top : roots) {
+    for (const auto& entry : fs::recursive_directory_iterator(root / top)) {
       const fs::path& path = entry.path();
       if (path.extension() != ".h" && path.extension() != ".cpp") continue;
       std::ifstream stream(path, std::ios::binary);
