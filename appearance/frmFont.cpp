@@ -1,6 +1,7 @@
 #include "appearance/frmFont.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "appearance/FontSpec.h"
 #include "appearance/modGetFonts.h"
@@ -96,9 +97,15 @@ void frmFont::SetInitialFont() {
     CopyFontAndColour(samples_.Sample(SampleIndex), lblSample);
     CentreSample();
   });
-  if (!Skip([&] { cmbFont.SetText(lblSample.Font().Name); })) cmbFont.SetListIndex(-1);
+  beginAtSize_ = !Skip([&] { cmbFont.SetText(lblSample.Font().Name); });
+  if (beginAtSize_) cmbFont.SetListIndex(-1);
   Skip([&] { SyncStyleControls(); });
   Skip([&] { DrawGradient(); });
+}
+
+// With the focus a list without a choice would be a coloured bar that says nothing.
+void frmFont::OnActivate() {
+  if (std::exchange(beginAtSize_, false)) txtSize.SetFocus();
 }
 
 void frmFont::SyncStyleControls() {

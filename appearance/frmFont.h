@@ -60,6 +60,7 @@ class frmFont : public Form {
 
  protected:
   void OnLoad() override;
+  void OnActivate() override;
 
  private:
   void SyncStyleControls();
@@ -76,6 +77,7 @@ class frmFont : public Form {
   Ports ports_;
   SampleForm& samples_;
   NumberFormat numbers_;
+  bool beginAtSize_ = false;  ///< where the focus goes when the form comes up
   std::optional<clsGradient> gradient_;
   GradientPicture picture_;
 };

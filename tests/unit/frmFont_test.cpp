@@ -187,6 +187,21 @@ TEST_F(FontDialog, AFontThatIsNotInstalledLeavesTheListUnset) {
   EXPECT_EQ(Result().Name, u"No Such Font");
 }
 
+TEST_F(FontDialog, ListWithoutAChoiceDoesNotTakeTheFirstFocus) {
+  samples.Put(0, u"Missing", 100000);
+  Open(0, [&](frmFont& form) {
+    auto& peer = static_cast<MemoryPeer&>(*form.peer());
+    EXPECT_EQ(peer.focus, &form.txtSize);
+    // Back from another window the focus is where it was.
+    peer.focus = nullptr;
+    form.UserActivate();
+    EXPECT_EQ(peer.focus, nullptr);
+  });
+  Open(1, [&](frmFont& form) {
+    EXPECT_EQ(static_cast<MemoryPeer&>(*form.peer()).focus, nullptr) << "the first field's";
+  });
+}
+
 TEST_F(FontDialog, ASecondInitialFontThatIsNotInstalledUnsetsTheList) {
   samples.Put(1, u"No Such Font", 100000);
   Open(0, [](frmFont& form) {
