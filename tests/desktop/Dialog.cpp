@@ -107,7 +107,9 @@ bool Dialog::FocusGoesTo(HWND control) const {
 }
 
 bool Dialog::Type(HWND field, const std::wstring& text) const {
-  if (!ClickOn(field) || !FocusGoesTo(field)) return false;
+  // A click into the field that already has the focus could arrive behind the selection.
+  if (!field || !BringForward(window_)) return false;
+  if (Focus() != field && (!ClickOn(field) || !FocusGoesTo(field))) return false;
   SendMessageW(field, EM_SETSEL, 0, -1);
   if (text.empty()) {
     Chord({}, VK_DELETE);

@@ -185,6 +185,7 @@ TEST_F(FontDialog, AFontThatIsNotInstalledIsInNoList) {
   PutStored(kSkinKey, "Font1", Text("Xqz Antiqua|11|i"));
   const Dialog dialog = Open();
   EXPECT_EQ(SendMessageW(Fonts(dialog), CB_GETCURSEL, 0, 0), CB_ERR);
+  EXPECT_TRUE(dialog.FocusGoesTo(SizeField(dialog)));
   EXPECT_TRUE(SizeIs(dialog, L"11"));
   EXPECT_TRUE(dialog.Checked(L"&Italic"));
   EXPECT_TRUE(dialog.Leave(L"OK"));
@@ -192,6 +193,7 @@ TEST_F(FontDialog, AFontThatIsNotInstalledIsInNoList) {
 }
 
 TEST_F(FontDialog, TheKeyboardAloneDoesIt) {
+  PutStored(kSkinKey, "Font1", Text("Tahoma|10|b"));
   const Dialog dialog = Open();
   EXPECT_TRUE(dialog.FocusGoesTo(Fonts(dialog)));
   Chord({VK_MENU}, 'S');
@@ -208,7 +210,7 @@ TEST_F(FontDialog, TheKeyboardAloneDoesIt) {
   Chord({}, VK_RETURN);
   EXPECT_TRUE(dialog.Gone());
   StoredKey stored = Finish();
-  EXPECT_EQ(stored["Font1"], Text("Arial|13|biu"));
+  EXPECT_EQ(stored["Font1"], Text("Tahoma|13|biu"));
   EXPECT_EQ(stored["Text1"], Number(RGB(0, 0, 128)));
 }
 
