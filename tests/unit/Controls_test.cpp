@@ -316,6 +316,34 @@ class PreviewForm : public Form {
   }
 };
 
+TEST_F(Controls, AnOptionThatGoesOutRaisesNoClickAndTakesNoOtherAlong) {
+  PictureBox box(form, "pic");
+  OptionButton first(form, "opt", 0, &box);
+  OptionButton second(form, "opt", 1, &box);
+  OptionButton elsewhere(form, "optElsewhere");
+  std::vector<int> clicks;
+  first.Click = [&] { clicks.push_back(1); };
+  second.Click = [&] { clicks.push_back(2); };
+  elsewhere.Click = [&] { clicks.push_back(3); };
+  elsewhere.SetValue(true);
+  first.SetValue(true);
+  second.UserClick();
+  EXPECT_EQ(clicks, (std::vector<int>{3, 1, 2}));
+  EXPECT_FALSE(first.Value());
+  EXPECT_TRUE(second.Value());
+  EXPECT_TRUE(elsewhere.Value()) << "another group";
+  clicks.clear();
+  second.UserClick();
+  second.SetValue(false);
+  EXPECT_EQ(clicks, std::vector<int>{}) << "the same again, and none";
+  first.SetValue(true);
+  second.SetValue(true);
+  clicks.clear();
+  first.SetValue(false);
+  EXPECT_TRUE(second.Value());
+  EXPECT_EQ(clicks, std::vector<int>{});
+}
+
 TEST_F(Controls, WhatIsSetWhileTheFormShowsReachesTheWindow) {
   TextBox field(form, "txt");
   CommandButton button(form, "cmd");
