@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "platform/memory/MemoryDesktop.h"
 #include "platform/memory/MemoryLocale.h"
 #include "platform/memory/MemoryPictures.h"
@@ -98,6 +100,20 @@ TEST_F(About, LabelsShowTheAddressesThatTheyOpen) {
   };
   EXPECT_TRUE(shows(5, kProduct));
   EXPECT_TRUE(shows(6, kSupportPage));
+}
+
+TEST_F(About, TheNameIsBoldAndTheLinksAreUnderlined) {
+  form.Load();
+  const auto style = [this](int index) {
+    const Font& font = At(index).Font();
+    return std::array{font.Bold, font.Italic, font.Underline};
+  };
+  EXPECT_EQ(style(frmAbout2006::kSuite), (std::array{true, false, false}));
+  for (const int link : {5, 6}) {
+    EXPECT_EQ(style(link), (std::array{false, false, true})) << link;
+    EXPECT_EQ(At(link).ForeColor(), Rgb(0, 95, 71)) << link;
+  }
+  EXPECT_EQ(style(frmAbout2006::kCopyright), (std::array{false, false, false}));
 }
 
 TEST_F(About, OtherLabelsOpenNothing) {
