@@ -116,6 +116,8 @@ class MemoryDesktop : public Desktop {
 
   // Recorded for the test.
   std::vector<Message> messages;
+  /// How many messages there had been each time that the process was to end: one number at most.
+  std::vector<std::size_t> messagesAtEnd;
   std::vector<const Form*> messageOwners;  ///< the forms under the messages; null for none
   std::vector<Text> activated;
   std::vector<std::pair<Text, int>> shown;  ///< titles of other windows, and show commands
@@ -173,7 +175,7 @@ class MemoryDesktop : public Desktop {
   };
 
  protected:
-  void Ended() override {}
+  void Ended() override { messagesAtEnd.push_back(messages.size()); }
   void WorkingChanged() override {}
 
  private:

@@ -68,9 +68,14 @@ TEST_F(CommonControls, AToolBarReportsItsButton) {
   bar.UserButtonClick(2);
   bar.UserButtonClick(0);
   bar.UserButtonClick(3);
+  bar.UserButtonClick(1);
+  EXPECT_EQ(pressed, (std::vector<int>{2, 1}));
   bar.SetVisible(false);
   bar.UserButtonClick(1);
-  EXPECT_EQ(pressed, std::vector<int>{2});
+  bar.SetVisible(true);
+  bar.SetEnabled(false);
+  bar.UserButtonClick(1);
+  EXPECT_EQ(pressed.size(), 2u);
 }
 
 TEST_F(CommonControls, ATabbedDialogHasOnePageAtLeast) {

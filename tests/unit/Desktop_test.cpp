@@ -30,6 +30,15 @@ TEST_F(Failures, ErrorOfTheRuntimeIsShownAndEndsTheProgram) {
   EXPECT_EQ(desktop.exitCode(), 1);
 }
 
+TEST_F(Failures, ProcessEndsOnceAfterItsMessage) {
+  desktop.Event([&] {
+    desktop.Event([] { throw RuntimeError(53, u"File not found"); });
+    throw RuntimeError(53, u"File not found");
+  });
+  EXPECT_EQ(desktop.messagesAtEnd.size(), 1u);
+  EXPECT_EQ(desktop.messagesAtEnd.front(), 1u);
+}
+
 TEST_F(Failures, OutOfMemoryIsShownAndEndsTheProgram) {
   Fail(std::bad_alloc());
   EXPECT_EQ(desktop.messages, (std::vector<Message>{{u"Out of memory", kCritical, u"Marl"}}));
