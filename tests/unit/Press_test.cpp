@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/unit/ErrorOf.h"
 #include "tests/unit/SuiteWorld.h"
 
 // Pressing buttons, the table of programs and the items of the menu bar.
@@ -199,6 +200,21 @@ TEST_P(ComponentEntry, OneThatIsRegisteredAndCannotBeMadeIsAFailureToo) {
   EXPECT_EQ(world.desktop.messages,
             (std::vector{MemoryDesktop::Message{u"Module not found", kCritical, u"Marl"}}));
   EXPECT_TRUE(world.desktop.ended());
+}
+
+TEST_P(ComponentEntry, FailuresHaveTheNumbersOfAutomation) {
+  SuiteWorld world;
+  world.components.registered[Text(GetParam().component)] = [](auto&&...) { return false; };
+  world.Start();
+  const auto number = [&] {
+    return ErrorOf([&] {
+      (world.main().*GetParam().entry)();
+      return 0;
+    });
+  };
+  EXPECT_EQ(number(), 440) << "Automation error";
+  world.components.broken[Text(GetParam().component)] = u"Module not found";
+  EXPECT_EQ(number(), 429) << "the component cannot be made";
 }
 
 TEST_P(ComponentEntry, AFailureWithoutATextShowsTheSystems) {

@@ -142,6 +142,14 @@ TEST_F(Languages, OutOfRangeYieldsNothing) {
   EXPECT_EQ(languages.CodePageCode(languages.CodePageCount() + 1), u"");
 }
 
+TEST_F(Languages, OutOfRangeHasNoCodePageEvenWhereOneHasTheNumberNought) {
+  lists.pages.push_back({u"Any", u"any", 0});
+  const clsLanguages languages(components);
+  EXPECT_EQ(languages.LanguageCodePage(2), 3) << "the encoding that is 0";
+  EXPECT_EQ(languages.LanguageCodePage(-1), -1);
+  EXPECT_EQ(languages.LanguageCodePage(4), -1);
+}
+
 TEST_F(Languages, CodePageIsTheFirstWithTheNumberOfTheEncoding) {
   const clsLanguages languages(components);
   EXPECT_EQ(languages.LanguageCodePage(0), 0);

@@ -82,6 +82,7 @@ TEST_F(RunningApps, CancelGivesOneAndHides) {
   form.cmdCancel.UserClick();
   EXPECT_EQ(form.Result, 1);
   EXPECT_FALSE(form.Visible());
+  EXPECT_EQ(form.DefaultButton(), &form.cmdSwitchTo);
   EXPECT_EQ(form.CancelButton(), &form.cmdCancel);
 }
 
