@@ -103,7 +103,7 @@ void frmFont::SetInitialFont() {
   Skip([&] { DrawGradient(); });
 }
 
-// With the focus a list without a choice would be a coloured bar that says nothing.
+// With the focus, a list without a selection would be an empty coloured bar.
 void frmFont::OnActivate() {
   if (std::exchange(beginAtSize_, false)) txtSize.SetFocus();
 }

@@ -77,7 +77,7 @@ class frmFont : public Form {
   Ports ports_;
   SampleForm& samples_;
   NumberFormat numbers_;
-  bool beginAtSize_ = false;  ///< where the focus goes when the form comes up
+  bool beginAtSize_ = false;  ///< the focus starts in the size field
   std::optional<clsGradient> gradient_;
   GradientPicture picture_;
 };

@@ -22,18 +22,17 @@ import subprocess
 import sys
 import time
 
-ROOMS = ("appearance", "documents", "network", "platform/forms", "settings", "shell", "support")
-LEFT_OUT = ("shell/main.cpp",)  # belongs to the program on Windows
+FOLDERS = ("appearance", "documents", "network", "platform/forms", "settings", "shell", "support")
+LEFT_OUT = ("shell/main.cpp",)  # part of the program on Windows only
 EQUIVALENT = "tests/mutants/equivalent.txt"
 MEMORY = 4 << 30  # bytes that a run of the tests may take
 SLOWEST = 1.5     # times the processor time of the whole suite: the mutant does not end
 SLOWEST_NEAR = 25 # seconds of it for the tests of one source
-# A twip is a fifteenth of a pixel: where a control stands is looked at, in pictures, and not held to
-# the twip by tests. What is left of such a line is whether it is there.
+# Positions in twips are checked by eye, in pictures: of such lines only the removal is a mutant.
 GEOMETRY = re.compile(r"SetBounds\(|\bDesign = |^ +\{?[{\d, k+*/-]*[\d}][{}\d, k+*/-]*[;,)]*$")
 
-# Name, pattern, replacements. The sources are formatted alike: a binary operator stands between
-# blanks, the angles of a template do not.
+# Name, pattern, replacements. The sources are formatted: there are blanks around a binary operator,
+# but not around the angle brackets of a template.
 OPERATORS = (
     ("relation", r"(?<= )==(?= )", ("!=",)),
     ("relation", r"(?<= )!=(?= )", ("==",)),
@@ -157,9 +156,9 @@ def mutants_of(path):
 
 def all_mutants():
     mutants = []
-    for room in ROOMS:
-        for name in sorted(os.listdir(room)):
-            path = f"{room}/{name}"
+    for folder in FOLDERS:
+        for name in sorted(os.listdir(folder)):
+            path = f"{folder}/{name}"
             if name.endswith(".cpp") and path not in LEFT_OUT:
                 mutants.extend(mutants_of(path))
     return mutants
@@ -262,7 +261,7 @@ class Build:
         command = [os.path.abspath(f"{self.folder}/tests/unit/unit_tests"), "--gtest_fail_fast",
                    f"--gtest_filter={filter_}"]
         try:
-            # A test that waits for ever takes no processor time.
+            # A test that waits forever uses no processor time.
             done = subprocess.run(command, env=environment, capture_output=True,
                                   timeout=20 * limit, preexec_fn=bound, cwd=self.folder)
         except subprocess.TimeoutExpired as stuck:
@@ -291,7 +290,7 @@ def main():
     stale = set(known) - {m.key for m in mutants}
     for key in sorted(stale):
         print(f"no such mutant any more, see {EQUIVALENT}: {key}")
-    # The order belongs to the seed and the place, so that a change elsewhere moves no other mutant.
+    # The order depends on the seed and the position, so that a change elsewhere moves no other mutant.
     def rank(m):
         return hashlib.sha256(f"{options.seed} {m.key} {m.column}".encode()).digest()
     mutants = sorted((m for m in mutants if options.only in m.path), key=rank)
@@ -305,7 +304,7 @@ def main():
           flush=True)
     limit = max(60, int(SLOWEST * whole))
 
-    # Which test noticed a mutant the last time: it is asked first.
+    # The test that noticed a mutant the last time runs first.
     memory = f"{options.build}/killers.json"
     killers = json.load(open(memory)) if os.path.exists(memory) else {}
     killed, survived, equivalent, no_program = 0, [], 0, 0
@@ -324,7 +323,7 @@ def main():
         filters = [killers[name]] if name in killers else []
         filters += [*suites.near(mutant.path), "*"]
         for filter_ in filters:
-            # The few tests of one source end in a fraction of the time of all.
+            # The tests of one source take a fraction of the time of all.
             passed, first = build.run(filter_, build.work, limit if filter_ == "*" else SLOWEST_NEAR)
             if not passed:
                 killed += 1

@@ -3,8 +3,8 @@
 #include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
 
-// The font dialog on the real program, reached through the display settings: what mouse and keys
-// do to font, size, styles and colour, as the registry has it in the end.
+// The font dialog in the real program, opened from the display settings: font, size, styles and
+// colour, changed by mouse and keys and read back from the registry.
 
 namespace marl::desktop {
 
@@ -29,7 +29,7 @@ class FontDialog : public SwitchboardTest {
     EXPECT_TRUE(dialog && dialog.InFront());
     return dialog;
   }
-  /// Leaves the display settings with OK and the program. Returns what is stored.
+  /// Closes the display settings with OK, exits the program, and returns what is stored.
   StoredKey Finish() {
     EXPECT_TRUE(display->InFront());
     EXPECT_TRUE(display->Leave(L"OK"));
@@ -166,7 +166,7 @@ TEST_F(FontDialog, InvalidSizesAreSkippedSilently) {
   const Dialog dialog = Open();
   EXPECT_TRUE(dialog.Type(SizeField(dialog), L"9.5"));
   for (const wchar_t* const text : {L"0", L"-8", L"1e9", L"abc", L"99999999999999999999", L""}) {
-    Chord({VK_MENU}, 'S');  // selects what the field holds
+    Chord({VK_MENU}, 'S');  // selects the field's text
     if (*text) {
       Keys(text);
     } else {
@@ -177,7 +177,7 @@ TEST_F(FontDialog, InvalidSizesAreSkippedSilently) {
   }
   Chord({}, VK_RETURN);
   EXPECT_TRUE(dialog.Gone());
-  // The digits on the way to the last ones were sizes: 99 and 999 points.
+  // The intermediate digits were sizes too: 99 and 999 points.
   EXPECT_EQ(Finish()["Font1"], Text("Arial|999|b"));
 }
 

@@ -4,9 +4,8 @@
 
 #include "tests/desktop/Switchboard.h"
 
-// A user without a plan on the real program: clicks, keys, shortcuts, whatever window is in front.
-// The program neither crashes nor hangs nor stays behind in a dialog, and ends wherever he leaves
-// it.
+// A random user on the real program: clicks, keys, shortcuts, in whatever window is in front. The
+// program neither crashes nor hangs nor stays in a dialog, and ends wherever the user exits.
 
 namespace marl::desktop {
 
@@ -14,11 +13,11 @@ namespace {
 
 constexpr int kUsualActs = 400;
 constexpr int kActsToALeave = 40;
-constexpr int kWarmUp = 40;    ///< acts until what comes up once has come up
-constexpr int kStretch = 150;  ///< acts of one program in which a leak would show
+constexpr int kWarmUp = 40;    ///< actions until everything that opens only once has opened
+constexpr int kStretch = 150;  ///< actions in one process in which a leak would show
 constexpr int kMostStretches = 10;
 
-/// A number of the environment, for a longer look.
+/// A number from the environment, for longer runs.
 int NumberFrom(const wchar_t* name, int otherwise) {
   const std::wstring text = Environment(name);
   return text.empty() ? otherwise : _wtoi(text.c_str());
@@ -28,15 +27,15 @@ class RandomUser : public SwitchboardTest {
  protected:
   int Below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random_); }
 
-  /// The program's window that takes input now: its topmost dialog, or the main form.
+  /// The program's window that takes input: its topmost dialog, or the main form.
   static HWND InUse(const RunningMarl& marl) {
     Search search = {marl.id(), nullptr};
     EnumWindows(Take, reinterpret_cast<LPARAM>(&search));
     return search.found;
   }
 
-  /// Does one thing to the window. The title bar is left alone: a window that is dragged about
-  /// teaches nothing.
+  /// Performs one action on the window. The title bar is left out: moving windows around tests
+  /// nothing.
   std::string Act(HWND window) {
     RECT area;
     GetClientRect(window, &area);
@@ -62,7 +61,7 @@ class RandomUser : public SwitchboardTest {
         return std::string("type ") + static_cast<char>(letter);
       }
       case 6: {
-        // Shortcuts of the main form; in dialogs they are keys like others.
+        // Shortcuts of the main form; in dialogs they are ordinary keys.
         const WORD key = Below(2) == 0 ? static_cast<WORD>('A' + Below(26))
                                        : static_cast<WORD>(VK_F1 + Below(9));
         const std::vector<WORD> held =
@@ -74,12 +73,12 @@ class RandomUser : public SwitchboardTest {
     }
   }
 
-  /// Leaves the program, whatever stands on the screen: by the tray's menu, by a close of the main
-  /// window, or by the end of the session. It has to end, and to have saved.
+  /// Exits the program in any state: by the tray menu, by closing the main window, or by the end of
+  /// the session. It must end, and must have saved.
   void LeaveNow() {
     const HWND main = marl->Window();
     if (!main) return;
-    // While a menu is open the tray shows none.
+    // While a menu is open there is no tray menu.
     const int way = MenuOnScreen() ? Below(2) : Below(3);
     static constexpr const char* kWays[] = {"close", "end of session", "exit in the tray"};
     last_.push_back(std::string("leave by ") + kWays[way]);
@@ -97,11 +96,11 @@ class RandomUser : public SwitchboardTest {
     ++leaves;
   }
 
-  /// Starts the program, and leaves it before its splash has gone.
+  /// Starts the program, and exits while its splash is shown.
   void LeaveTheSplash();
-  /// Does that many things, and starts the program again whenever it was ended.
+  /// Performs that many actions, and restarts the program whenever it has ended.
   void Use(int acts);
-  /// Leaves all dialogs: Esc leads out of each, and of a menu.
+  /// Closes all dialogs and menus, with Esc.
   bool LeaveDialogs() const;
 
   std::string History() const {
@@ -112,9 +111,9 @@ class RandomUser : public SwitchboardTest {
 
   const SuiteFolder suite;
   std::unique_ptr<RunningMarl> marl;
-  int ends = 0;  ///< how often the program was found ended
+  int ends = 0;  ///< how often the program had ended
   bool leavesAnywhere = true;
-  int leaves = 0;  ///< how often he has left it on purpose, wherever he was
+  int leaves = 0;  ///< how often the user has exited on purpose
 
  private:
   struct Search {
@@ -139,7 +138,7 @@ class RandomUser : public SwitchboardTest {
 };
 
 void RandomUser::LeaveTheSplash() {
-  // He may have chosen that the wizard comes up instead.
+  // The user may have chosen to start with the wizard.
   marl = std::make_unique<RunningMarl>(suite, L"nw");
   ASSERT_TRUE(WaitUntil([&] { return marl->Window() && marl->Splash(); })) << History();
   ASSERT_TRUE(marl->WaitForIdle());
@@ -163,7 +162,7 @@ void RandomUser::Use(int acts) {
         LeaveTheSplash();
         if (HasFatalFailure()) return;
       }
-      // He may have chosen that the wizard comes up instead.
+      // The user may have chosen to start with the wizard.
       marl = std::make_unique<RunningMarl>(suite, L"nw");
       ASSERT_TRUE(marl->WaitForWindow()) << History();
     }
@@ -215,7 +214,7 @@ TEST_F(RandomUser, LeavesAProgramThatWorksAndEnds) {
   Use(acts - kStretch);
   if (HasFatalFailure()) return;
   EXPECT_GT(leaves, 0);
-  // Leaks show in a program that goes on: a stretch counts when he did not end it by a command.
+  // Leaks show in one process: a stretch counts if the user did not end it by a command.
   leavesAnywhere = false;
   for (int stretches = 1;; ++stretches) {
     ASSERT_LE(stretches, kMostStretches) << "every stretch ended the program";
@@ -230,7 +229,7 @@ TEST_F(RandomUser, LeavesAProgramThatWorksAndEnds) {
     if (HasFatalFailure()) return;
     ASSERT_TRUE(LeaveDialogs()) << History();
     if (!marl->Running() || ends != endsBefore) continue;
-    // A dialog of the platform that comes up for the first time keeps what it loads.
+    // A system dialog that opens for the first time keeps what it loads.
     EXPECT_LE(marl->Handles(), handles + 16);
     EXPECT_LT(marl->PrivateBytes(), bytes + 8 * 1024 * 1024);
     std::cout << acts << " acts; left " << leaves << " times, ended " << ends

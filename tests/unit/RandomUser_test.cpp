@@ -1,6 +1,6 @@
-// A user without a plan: clicks, keys, menu commands, tray messages, commands of other programs and
-// answers in dialogs, chosen by fixed seeds. Whatever he does, and wherever he leaves the program,
-// it neither fails nor stays behind in a dialog, saves what it has to once, and leaks nothing.
+// A random user: clicks, keys, menu commands, tray messages, commands of other programs and answers
+// in dialogs, chosen by fixed seeds. Whatever the user does, and wherever the user exits, the
+// program neither fails nor stays in a dialog, saves once, and leaks nothing.
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ class RandomUser {
  public:
   explicit RandomUser(std::uint32_t seed) : random_(seed) { MakeWorld(); }
 
-  /// Does one thing. Every failure tells of it.
+  /// Performs one action, which every failure message names.
   void Act() {
     const std::string what = Choose();
     last_.push_back(what);
@@ -43,7 +43,7 @@ class RandomUser {
   }
 
   int exits() const { return exits_; }
-  /// How often he left from within a dialog, a message, a search or a call.
+  /// How often the user exited from within a dialog, a message, a search or a call.
   int exitsInside() const { return exitsInside_; }
   std::size_t dialogs() const { return dialogs_; }
 
@@ -56,7 +56,7 @@ class RandomUser {
   }
 
   static std::string Narrow(const Text& text) { return {text.begin(), text.end()}; }
-  /// The program has gone, with all that it showed, and has saved once.
+  /// Checks that the program has ended, with all its windows, and has saved once.
   void ExpectLeft() {
     SuiteWorld& world = *world_;
     const auto& messages = world.desktop.messages;
@@ -73,7 +73,7 @@ class RandomUser {
         << History();
   }
 
-  /// Leaves the program from where it is, now and then. True when he did.
+  /// Exits the program now and then, from its present state. True if it did.
   bool LeavesHere(const char* where, int oneIn = 100) {
     if (world_->desktop.ended() || !Sometimes(oneIn)) return false;
     last_.push_back(std::string("leave:") + where);
@@ -133,7 +133,7 @@ class RandomUser {
     world.Start();
   }
 
-  /// The same machine and user, with the program ended and started anew.
+  /// The same machine and user, with the program restarted.
   void StartAgain() {
     bool gone = false;
     do {
@@ -144,7 +144,7 @@ class RandomUser {
       next->files.Put(u"C:\\Project\\en\\a.htm", "text");
       world_ = std::move(next);
       Arrange();
-      // He may have chosen that the wizard comes up instead.
+      // The user may have chosen to start with the wizard.
       world_->process.commandLine = u"nw";
       const bool leaves = Sometimes(10);
       if (leaves) {
@@ -190,7 +190,7 @@ class RandomUser {
     world_->shell.browser = u"C:\\Browser\\b.exe";
   }
 
-  /// What a user does in a dialog: a few things, and then away.
+  /// What a user does in a dialog: a few actions, then closes it.
   void Use(Form& form) {
     ++dialogs_;
     if (++depth_ <= 4) {
@@ -340,7 +340,7 @@ class RandomUser {
       }
       case 9: desktop.Advance(Below(400)); return "wait";
       case 12:
-        // Waits for him in the next search of a folder.
+        // Runs in the next folder search.
         desktop.posted.push_back([this] { LeavesHere("search", 10); });
         desktop.Event([&] { main.mnuProjectClean(); });
         return "clean";
@@ -372,7 +372,7 @@ class RandomUser {
 
 class AnHour : public testing::TestWithParam<std::uint32_t> {};
 
-// Each user does 10,000 things, more than a hasty one does in an hour.
+// Each user performs 10,000 actions, more than a fast one in an hour.
 TEST_P(AnHour, OfRandomActionsLeavesTheProgramSound) {
   RandomUser user(GetParam());
   for (int act = 0; act < 10000 && !testing::Test::HasFailure(); ++act) user.Act();
