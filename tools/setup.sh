@@ -12,7 +12,7 @@ COVERAGE_PACKAGES=(gcovr)
 MUTATE_PACKAGES=(python3)
 FUZZ_PACKAGES=(clang libclang-rt-14-dev)
 
-# Prints those of the given packages that are not installed.
+# Prints the packages that are not installed.
 missing_packages() {
   local native installed name
   native=$(dpkg --print-architecture)
@@ -35,8 +35,8 @@ may_install() {
   command -v apt-get >/dev/null && { [[ $(id -u) == 0 ]] || command -v sudo >/dev/null; }
 }
 
-# ensure_packages KIND: installs what the kind of work needs and is not there. Nothing is fetched
-# when all is there. Building needs no Wine, and tests do what they can without.
+# ensure_packages KIND: installs missing packages for a kind of work. Building needs no Wine, and
+# without it the tests that can run do.
 ensure_packages() {
   local wanted=() missing
   case $1 in
@@ -63,7 +63,7 @@ ensure_packages() {
   esac
 }
 
-# On a machine without Debian's package tools: tells which programs are missing.
+# On a machine without Debian's package tools: fails with a list of missing programs.
 check_commands() {
   local name names=(cmake ninja g++ i686-w64-mingw32-g++-posix x86_64-w64-mingw32-g++-posix) gone=()
   if [[ $1 != build ]]; then names+=(wine Xvfb xdotool xwininfo import); fi
@@ -73,12 +73,12 @@ check_commands() {
   ((${#gone[@]} == 0)) || fail "these programs are missing: ${gone[*]}"
 }
 
-# Not empty when this run has met Wine's packages and found no way for them.
+# Not empty if this run has tried to install Wine's packages and failed.
 WINE_TRIED=
 
-# install_all PACKAGE...: these, and in the same breath all that building and running need: a later
-# install, from another state of the index, could ask for other versions of shared libraries, and
-# Wine wants the same versions for two architectures. Without Wine if it must be.
+# install_all PACKAGE...: installs these, and at once everything else that building and running
+# need: a later install, from a newer index, could want other versions of shared libraries, and Wine
+# needs the same versions for two architectures. Goes on without Wine if it cannot be installed.
 install_all() {
   local missing native
   mapfile -t native < <(missing_packages "$@" "${BUILD_PACKAGES[@]}" "${RUN_PACKAGES[@]}" | sort -u)
@@ -92,7 +92,7 @@ install_all() {
   apt_install "${native[@]}" || one_index_install "${native[@]}" || true
 }
 
-# install_together PACKAGE...: the plain way, then from the main index alone.
+# install_together PACKAGE...: installs normally, or else from the main index alone.
 install_together() {
   local added=
   if [[ " $* " == *:i386\ * && " $(dpkg --print-foreign-architectures) " != *i386* ]]; then
@@ -103,14 +103,14 @@ install_together() {
   if apt_install "$@"; then return; fi
   say "Trying with the main index alone"
   if one_index_install "$@"; then return; fi
-  # An architecture that nothing was taken from would only make later updates fail.
+  # An unused architecture would only make later updates fail.
   if [[ -n $added ]]; then
     as_root dpkg --remove-architecture i386 && as_root apt-get update -q || true
   fi
   return 1
 }
 
-# apt_install PACKAGE...; extra options of apt-get stand in APT_OPTIONS.
+# apt_install PACKAGE...; with the extra options of apt-get in APT_OPTIONS.
 APT_OPTIONS=()
 apt_install() {
   as_root env DEBIAN_FRONTEND=noninteractive apt-get "${APT_OPTIONS[@]}" install -y --no-remove \
@@ -136,7 +136,7 @@ one_index_install() {
 
 release_name() { (. /etc/os-release && echo "${VERSION_CODENAME:-bookworm}"); }
 
-# The distribution's main index as a line of sources.list, from where this machine has it.
+# The distribution's main index as a line of sources.list, from this machine's mirror.
 main_source() {
   local mirror keyring=/usr/share/keyrings/debian-archive-keyring.gpg signed=
   mirror=$(apt-get indextargets --format '$(RELEASE) $(COMPONENT) $(REPO_URI)' \
@@ -147,10 +147,10 @@ main_source() {
   echo "deb $signed${mirror:-http://deb.debian.org/debian} $(release_name) main"
 }
 
-# ensure_wine KIND: finds how Windows programs run here, on the first of these roads that works:
-# Wine in the machine, for both widths; in a private root, for both widths; in the machine, for
-# 64-bit programs. Each is proven by running programs, and remembered (tools/wine.sh). Tests go on
-# without any; `./marl setup` tries the better roads again.
+# ensure_wine KIND: selects the first mode of running Windows programs that works: the machine's
+# Wine, for both widths; Wine in a private root, for both widths; the machine's Wine, for 64-bit
+# programs. Each is checked by running programs, and stored (tools/wine.sh). Tests go on without
+# any; `./marl setup` tries the better modes again.
 ensure_wine() {
   local missing=()
   if wine_remembered "$1"; then return; fi
@@ -158,15 +158,15 @@ ensure_wine() {
     mapfile -t missing < <(missing_packages "${WINE_PACKAGES[@]}")
     install_together "${missing[@]}" || true
   fi
-  if ! wine_lacks "${WINE_PACKAGES[@]}" && prove_wine machine; then return; fi
+  if ! wine_lacks "${WINE_PACKAGES[@]}" && check_wine machine; then return; fi
   if private_root_ready ||
      { may_install && make_private_root "${WINE_PACKAGES[@]}" "${WINE_FONTS[@]}"; }; then
-    if prove_wine root; then return; fi
+    if check_wine root; then return; fi
   fi
   if wine_lacks "${WINE64_PACKAGES[@]}" && may_install; then
     apt_install "${WINE64_PACKAGES[@]}" || true
   fi
-  if command -v wine >/dev/null && prove_wine 64; then
+  if command -v wine >/dev/null && check_wine 64; then
     say "ONLY 64-BIT PROGRAMS RUN HERE: $WINE_NO_32"
     return
   fi
@@ -175,17 +175,17 @@ ensure_wine() {
   say "NO WINDOWS PROGRAMS RUN HERE: $WINE_NONE"
 }
 
-# True when one of these packages is not installed; false on a machine without Debian's packages.
+# True if one of these packages is not installed; false on a machine without Debian's packages.
 wine_lacks() {
   command -v dpkg-query >/dev/null && [[ -n $(missing_packages "$@") ]]
 }
 
-# prove_wine ROAD: true, and remembered, when programs run on it.
-prove_wine() {
+# check_wine MODE: runs programs in this mode; if they run, stores it.
+check_wine() {
   local answers wanted='=x86 =AMD64 '
   if [[ $1 == 64 ]]; then wanted='=AMD64 '; fi
-  say "Checking that Windows programs run: ${WINE_ROADS[$1]}"
-  wine_take "$1"
+  say "Checking that Windows programs run: ${WINE_MODES[$1]}"
+  wine_use "$1"
   answers=$("${WINE_VIA[@]}" wine --version 2>&1 >/dev/null && wine_begin tests && wine_answers) ||
     true
   if [[ $(tr -d '\r' <<<"$answers" | sed -n 's/^PROC.*=/=/p' | tr '\n' ' ') == "$wanted" ]]; then
@@ -196,10 +196,10 @@ prove_wine() {
   fi
 }
 
-# What a 32-bit and a 64-bit program say of themselves. A 32-bit one reaches the others by the name
-# sysnative.
+# Prints what a 32-bit and a 64-bit program report about themselves. A 32-bit program reaches 64-bit
+# ones as sysnative.
 wine_answers() {
-  if [[ $WINE_ROAD == 64 ]]; then
+  if [[ $WINE_MODE == 64 ]]; then
     "${WINE_VIA[@]}" wine 'C:\windows\system32\cmd.exe' /c 'set PROCESSOR_ARCHITECTURE'
   else
     "${WINE_VIA[@]}" wine 'C:\windows\syswow64\cmd.exe' /c 'set PROCESSOR_ARCHITECTURE'
