@@ -11,6 +11,7 @@
 #include <memory>
 #include <utility>
 
+#include "platform/ApplicationTitle.h"
 #include "platform/RuntimeError.h"
 #include "support/Numbers.h"
 
@@ -374,7 +375,7 @@ bool clsGradient::Draw(GradientTarget& target) {
       count = DrawGradient(target, size.width, size.height);
     }
   } catch (const RuntimeError& error) {
-    desktop_.MsgBox(error.text(), kExclamation, u"Marl");
+    desktop_.MsgBox(error.text(), kExclamation, kApplicationTitle);
   }
   target.LockWindowUpdate(false);
   return count > 0;

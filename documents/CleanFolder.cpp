@@ -4,6 +4,7 @@
 #include <limits>
 #include <vector>
 
+#include "platform/ApplicationTitle.h"
 #include "platform/FoldCase.h"
 #include "platform/RuntimeError.h"
 
@@ -11,7 +12,6 @@ namespace marl {
 
 namespace {
 
-constexpr TextView kTitle = u"Marl";
 constexpr TextView kWorkingFiles = u"*.qtd|*.obj|*.mif|*.fmp|";
 
 constexpr int kNoProjectString = 10001;
@@ -28,7 +28,7 @@ bool CleanFolder::IsWorkingFile(TextView path) {
 
 void CleanFolder::Run(TextView projectFile) const {
   const auto say = [this](int message, int flags) {
-    return ports_.desktop.MsgBox(ports_.strings.Get(message), flags, kTitle);
+    return ports_.desktop.MsgBox(ports_.strings.Get(message), flags, kApplicationTitle);
   };
   Text folder = clsCommon::strParseFileName(projectFile, 0);
   if (folder.empty()) {

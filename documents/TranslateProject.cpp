@@ -5,13 +5,13 @@
 #include "documents/OlderProject.h"
 #include "documents/clsQPRX.h"
 #include "documents/frmSelectFile.h"
+#include "platform/ApplicationTitle.h"
 #include "platform/FoldCase.h"
 
 namespace marl {
 
 namespace {
 
-constexpr TextView kTitle = u"Marl";
 constexpr TextView kXmlExtension = u".qprx";
 constexpr std::int16_t kByCode = 1;
 
@@ -165,7 +165,8 @@ void TranslateProject::Open(const Text& path) const {
 }
 
 void TranslateProject::Complain(int message, TextView detail) const {
-  ports_.desktop.MsgBox(ports_.strings.Get(message).append(detail), kExclamation, kTitle);
+  ports_.desktop.MsgBox(ports_.strings.Get(message).append(detail), kExclamation,
+                        kApplicationTitle);
 }
 
 }  // namespace marl

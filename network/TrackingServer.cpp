@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "network/ServerTag.h"
+#include "platform/ApplicationTitle.h"
 #include "settings/clsRegistry.h"
 
 namespace marl {
@@ -69,7 +70,7 @@ Text TrackingServer::Accepted(TextView server, bool showError) {
   if (tag.AttributeValue(u"server").empty()) return {};
   Text failure;
   if (client_.SetServer(ServerDocument(wanted), failure)) return wanted;
-  if (showError) ports_.desktop.MsgBox(failure, kExclamation, u"Marl");
+  if (showError) ports_.desktop.MsgBox(failure, kExclamation, kApplicationTitle);
   return CurrentServerTag;
 }
 

@@ -1,6 +1,7 @@
 #include "network/frmLanSettings.h"
 
 #include "network/ValidateNumericText.h"
+#include "platform/ApplicationTitle.h"
 #include "support/Numbers.h"
 #include "support/modI18N.h"
 #include "support/modResources.h"
@@ -84,7 +85,7 @@ bool frmLanSettings::ProxyIsIncomplete() const {
 
 void frmLanSettings::OkClicked() {
   if (ProxyIsIncomplete()) {
-    desktop().MsgBox(ports_.strings.Get(kIncomplete), kExclamation, u"Marl");
+    desktop().MsgBox(ports_.strings.Get(kIncomplete), kExclamation, kApplicationTitle);
     return;
   }
   if (optDefault.Value()) {

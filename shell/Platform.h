@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ApplicationTitle.h"
 #include "platform/ColorDialog.h"
 #include "platform/Components.h"
 #include "platform/FileDialogs.h"
@@ -20,9 +21,6 @@
 #include "support/StringTable.h"
 
 namespace marl {
-
-/// Title of the program, on its windows and messages.
-constexpr TextView kApplicationTitle = u"Marl";
 
 /// All ports of the program: Windows, or a desktop in memory.
 struct Platform {

@@ -62,7 +62,7 @@ void frmMain::EndIfSecondInstance() {
   Skip([&] {
     WindowHandle window = 0;
     Text title;
-    if (FindWindowByTitle(desktop(), u"Marl :", kTitleBegins, window, title)) {
+    if (FindWindowByTitle(desktop(), ServerTitleStart(), kTitleBegins, window, title)) {
       desktop().ShowWindow(window, kShowNormal);
       desktop().ActivateByTitle(title);
     } else {

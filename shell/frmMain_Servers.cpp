@@ -2,12 +2,13 @@
 
 #include "network/ServerTag.h"
 #include "network/frmChangeServer.h"
+#include "platform/ApplicationTitle.h"
 
 // The tracking server in the main form: shows it, changes it, opens its site.
 
 namespace marl {
 
-void frmMain::ShowServer(TextView name) { SetCaption(Text(u"Marl : ") + Text(name)); }
+void frmMain::ShowServer(TextView name) { SetCaption(ServerTitleStart() + u' ' + Text(name)); }
 
 void frmMain::EnableTracking(bool enabled) {
   lblRun[kTrackProjects]->SetEnabled(enabled);

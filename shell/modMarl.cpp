@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/ApplicationTitle.h"
 #include "platform/RuntimeError.h"
 
 namespace marl {
@@ -49,7 +50,7 @@ void modMarl::AddTrayIcon(IconHandle icon) {
   TrayIconRecord.uFlags = kNotifyMessage | kNotifyIcon | kNotifyTip;
   TrayIconRecord.uCallbackMessage = RegisteredMessages[msgMarlMenu];
   TrayIconRecord.hIcon = icon;
-  TrayIconRecord.szTip = u"Marl";
+  TrayIconRecord.szTip = kApplicationTitle;
   iconAdded_ = true;
   tray_.NotifyIcon(kNotifyAdd, TrayIconRecord);
 }

@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 
+#include "platform/ApplicationTitle.h"
 #include "platform/RuntimeError.h"
 #include "platform/forms/Controls.h"
 #include "platform/forms/Form.h"
@@ -13,8 +14,6 @@
 namespace marl {
 
 namespace {
-
-constexpr TextView kTitle = u"Marl";
 
 // A failure of MoveFile: a message, the destination, and on the next line the detail.
 constexpr int kCopyFailedString = 3003;
@@ -113,7 +112,8 @@ void clsCommon::StartSysInfo() const {
     }
     started = StartCommand(ports_.shell, ports_.files, command, kShowNormal);
   });
-  if (!started) ports_.desktop.MsgBox(ports_.strings.Get(kNoSystemInfoString), kOkOnly, kTitle);
+  if (!started)
+    ports_.desktop.MsgBox(ports_.strings.Get(kNoSystemInfoString), kOkOnly, kApplicationTitle);
 }
 
 bool clsCommon::GetKeyValue(KeyHandle root, TextView keyPath, TextView valueName, Text& out) const {

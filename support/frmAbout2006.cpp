@@ -1,5 +1,6 @@
 #include "support/frmAbout2006.h"
 
+#include "platform/ApplicationTitle.h"
 #include "support/Drawing.h"
 #include "support/Version.h"
 #include "support/modI18N.h"
@@ -78,7 +79,7 @@ void frmAbout2006::OnLoad() {
   ports_.setIcon(hWnd());
   ApplyLocaleFont(*this, ports_.locales);
   LoadFormStrings(*this, ports_.strings);
-  lblLabel[kVersionLabel]->SetCaption(Text(u"Marl ").append(kVersion));
+  lblLabel[kVersionLabel]->SetCaption(Text(kApplicationTitle).append(u" ").append(kVersion));
   imgLogo.SetPicture(LoadDrawing(ports_.pictures, kLogo, desktop().Dpi().width));
 }
 

@@ -3,6 +3,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "platform/ApplicationTitle.h"
 #include "platform/forms/Form.h"
 
 namespace marl {
@@ -65,7 +66,7 @@ void Desktop::Event(const std::function<void()>& event) {
 
 void Desktop::Fail(TextView text) {
   StopEvents(1);
-  MsgBox(text, kCritical, u"Marl");
+  MsgBox(text, kCritical, kApplicationTitle);
   End(1);
 }
 
