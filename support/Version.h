@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/Text.h"
-#include "resources/version.h"
+#include "resources/version.h"  // written by the build
 
 namespace marl {
 
