@@ -15,10 +15,8 @@ namespace marl {
 
 namespace {
 
-constexpr int kOkString = 3063;  // strings
-constexpr int kCancelString = 3064;
-constexpr int kSkinFilter = 10043;
-constexpr std::array<int, 4> kIconSetNames = {3066, 3067, 3068, 3072};
+constexpr std::array<int, 4> kIconSetNames = {IDS_UI_ICONS_WHITE_GOLD, IDS_UI_ICONS_BEVELLED,
+                                              IDS_UI_ICONS_GLOSSY, IDS_UI_ICONS_BONUS};
 
 constexpr int kFewestColumns = 3;
 constexpr int kMostColumns = 6;
@@ -47,15 +45,15 @@ frmUI::frmUI(Ports ports, Switchboard switchboard)
 // Two columns: the colours and the sample on the left, the contents of the panel on the right.
 // Groups share one grid: two halves, 240 apart, each with a swatch and its button.
 void frmUI::Arrange() {
-  Tag = u"3050";
+  Tag = StringTag(IDS_UI_TITLE);
   Design = {10920, 6750};
 
   fraGradient.SetBounds({120, 90, 6360, 1215});
-  fraGradient.Tag = u"3051";
+  fraGradient.Tag = StringTag(IDS_UI_GRADIENT);
   fraText.SetBounds({120, 1425, 6360, 3405});
-  fraText.Tag = u"3055";
+  fraText.Tag = StringTag(IDS_UI_TEXT);
   fraBorder.SetBounds({120, 4950, 6360, 1215});
-  fraBorder.Tag = u"3058";
+  fraBorder.Tag = StringTag(IDS_UI_BORDER);
   for (const int index : {0, 1, 4, 5}) {
     const int half = index % 2 == 0 ? 180 : 3300;
     Shape& swatch = shpColor(index);
@@ -65,12 +63,12 @@ void frmUI::Arrange() {
     swatch.SetBorderColor(kGrayText);
     cmdSetColor(index).SetBounds({half + 555, 300, 2325, 345});
   }
-  cmdSetColor(0).Tag = u"3052";
-  cmdSetColor(1).Tag = u"3053";
-  cmdSetColor(4).Tag = u"3059";
-  cmdSetColor(5).Tag = u"3060";
+  cmdSetColor(0).Tag = StringTag(IDS_UI_COLOUR_1);
+  cmdSetColor(1).Tag = StringTag(IDS_UI_COLOUR_2);
+  cmdSetColor(4).Tag = StringTag(IDS_UI_BORDER_COLOUR_1);
+  cmdSetColor(5).Tag = StringTag(IDS_UI_BORDER_COLOUR_2);
   lblAngle.SetBounds({180, 810, 555, 225});
-  lblAngle.Tag = u"3054";
+  lblAngle.Tag = StringTag(IDS_UI_ANGLE);
   hsbAngle.SetBounds({735, 795, 4935, 255});
   hsbAngle.Max = kLastAngle;
   hsbAngle.LargeChange = 30;
@@ -83,33 +81,33 @@ void frmUI::Arrange() {
     imgSample[i].SetBounds({half + 1440 - kPictureTwips / 2, 645, kPictureTwips, kPictureTwips});
     lblSample[i].SetBounds({half + 60, 1410, 2760, 960});
     lblSample[i].Alignment = Alignment::kCenter;
-    lblSample[i].Tag = i == 0 ? u"3056" : u"3057";
+    lblSample[i].Tag = StringTag(i == 0 ? IDS_UI_TEXT_NORMAL : IDS_UI_TEXT_HIGHLIGHTED);
     lblSample[i].HandCursor = true;
     cmdSample[i].SetBounds({180 + half, 2895, 2880, 345});
   }
   chkThickBorder.SetBounds({180, 795, 6000, 255});
-  chkThickBorder.Tag = u"3061";
+  chkThickBorder.Tag = StringTag(IDS_UI_WIDE_BORDER);
 
   fraIcons.SetBounds({6600, 90, 4200, 6075});
   lstIcons.SetBounds({180, 300, 2610, 4380});
   lstIcons.CheckBoxes = true;
   cmdMove[0].SetBounds({2895, 300, 1125, 345});
-  cmdMove[0].Tag = u"3073";
+  cmdMove[0].Tag = StringTag(IDS_UI_UP);
   cmdMove[1].SetBounds({2895, 735, 1125, 345});
-  cmdMove[1].Tag = u"3074";
+  cmdMove[1].Tag = StringTag(IDS_UI_DOWN);
   cmbIcons.SetBounds({180, 4815, 3840, 315});
   chkUseTwoState.SetBounds({180, 5235, 3840, 255});
-  chkUseTwoState.Tag = u"3069";
+  chkUseTwoState.Tag = StringTag(IDS_UI_TWO_STATE);
   lblIconsPerRow.SetBounds({180, 5655, 2610, 225});
-  lblIconsPerRow.Tag = u"3075";
+  lblIconsPerRow.Tag = StringTag(IDS_UI_ICONS_PER_ROW);
   cmbIconsPerRow.SetBounds({2895, 5595, 1125, 315});
 
   cmdLoad.SetBounds({120, 6285, 1125, 345});
-  cmdLoad.Tag = u"3070";
+  cmdLoad.Tag = StringTag(IDS_UI_LOAD);
   cmdSave.SetBounds({1335, 6285, 1125, 345});
-  cmdSave.Tag = u"3071";
+  cmdSave.Tag = StringTag(IDS_UI_SAVE);
   cmdDefault.SetBounds({2685, 6285, 1125, 345});
-  cmdDefault.Tag = u"3065";
+  cmdDefault.Tag = StringTag(IDS_UI_DEFAULT);
   cmdDismiss[0].SetBounds({8460, 6285, 1125, 345});
   cmdDismiss[0].Default = true;
   cmdDismiss[1].SetBounds({9675, 6285, 1125, 345});
@@ -176,8 +174,8 @@ void frmUI::OnLoad() {
 void frmUI::Localise() {
   ApplyLocaleFont(*this, ports_.locale);
   LoadFormStrings(*this, ports_.strings);
-  cmdDismiss[0].SetCaption(ports_.strings.Get(kOkString));
-  cmdDismiss[1].SetCaption(ports_.strings.Get(kCancelString));
+  cmdDismiss[0].SetCaption(ports_.strings.Get(IDS_UI_OK));
+  cmdDismiss[1].SetCaption(ports_.strings.Get(IDS_UI_CANCEL));
   for (std::size_t i = 0; i < cmdSample.size(); ++i) {
     cmdSample[i].SetCaption(lblSample[i].Caption() + u"...");
   }
@@ -376,7 +374,7 @@ void frmUI::Drag() {
 FileDialogSettings frmUI::SkinDialog(int flags) {
   FileDialogSettings settings;
   const Text folder = PrepareSkinFolder(ports_.files, switchboard_.applicationFolder);
-  settings.Filter = ports_.strings.Get(kSkinFilter);
+  settings.Filter = ports_.strings.Get(IDS_SKIN_FILTER);
   settings.Flags = flags;
   if (ports_.files.FolderExists(folder)) settings.Folder = folder;
   return settings;

@@ -14,10 +14,6 @@ namespace {
 
 constexpr TextView kWorkingFiles = u"*.qtd|*.obj|*.mif|*.fmp|";
 
-constexpr int kNoProjectString = 10001;
-constexpr int kQuestionString = 10002;
-constexpr int kNothingFoundString = 10003;
-
 }  // namespace
 
 bool CleanFolder::IsWorkingFile(TextView path) {
@@ -32,7 +28,7 @@ void CleanFolder::Run(TextView projectFile) const {
   };
   Text folder = clsCommon::strParseFileName(projectFile, 0);
   if (folder.empty()) {
-    say(kNoProjectString, kExclamation);
+    say(IDS_NO_PROJECT, kExclamation);
     return;
   }
   search_.SearchCancelled = 0;
@@ -42,12 +38,12 @@ void CleanFolder::Run(TextView projectFile) const {
     search_.FindFiles(folder, u"*", kWorkingFiles, -1, found);
   }
   if (found.empty()) {
-    say(kNothingFoundString, kInformation);
+    say(IDS_NOTHING_TO_CLEAN, kInformation);
     return;
   }
   // Other MIF files are counted so far: if there is nothing else, the answer to the question has no
   // effect.
-  if (say(kQuestionString, kQuestion | kYesNo) != kAnswerYes) return;
+  if (say(IDS_ASK_CLEAN, kQuestion | kYesNo) != kAnswerYes) return;
   std::int16_t entry = 0;
   for (const Text& path : found) {
     if (entry == std::numeric_limits<std::int16_t>::max()) throw RuntimeError::Overflow();

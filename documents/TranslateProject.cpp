@@ -15,11 +15,6 @@ namespace {
 constexpr TextView kXmlExtension = u".qprx";
 constexpr std::int16_t kByCode = 1;
 
-constexpr int kNoProjectString = 10001;
-constexpr int kNoLanguagesString = 10004;
-constexpr int kNoFilesString = 10005;
-constexpr int kNoFileString = 10006;
-
 bool IsXmlName(TextView path) {
   return path.size() >= kXmlExtension.size() &&
          SameText(path.substr(path.size() - kXmlExtension.size()), kXmlExtension);
@@ -100,22 +95,22 @@ void TranslateProject::Run(TextView projectFile, Form* owner) const {
   const std::unique_ptr<ProjectLists> project = Read(projectFile);
   const Text folder = clsCommon::strParseFileName(projectFile, 0);
   const std::int16_t style = project->Style();
-  if (folder.empty()) return Complain(kNoProjectString);
-  if (project->LangCount() == 0) return Complain(kNoLanguagesString);
-  if (project->DocCount() == 0) return Complain(kNoFilesString);
+  if (folder.empty()) return Complain(IDS_NO_PROJECT);
+  if (project->LangCount() == 0) return Complain(IDS_NO_LANGUAGES);
+  if (project->DocCount() == 0) return Complain(IDS_NO_FILES);
 
   frmSelectFile form({ports_.desktop, ports_.locale, ports_.strings, ports_.setIcon});
   form.Load();
   const std::vector<std::int32_t> mapping = FillLanguages(*project, form);
   if (mapping.empty()) {
     form.Unload();
-    return Complain(kNoLanguagesString);
+    return Complain(IDS_NO_LANGUAGES);
   }
   form.cmbLanguage.SetListIndex(0);
   FillFiles(*project, form);
   if (form.cmbFile.ListCount() == 0) {
     form.Unload();
-    return Complain(kNoFilesString);
+    return Complain(IDS_NO_FILES);
   }
   form.cmbFile.SetListIndex(0);
 
@@ -160,7 +155,7 @@ void TranslateProject::FillFiles(const ProjectLists& project, frmSelectFile& for
 }
 
 void TranslateProject::Open(const Text& path) const {
-  if (!ports_.files.NormalFileExists(path)) return Complain(kNoFileString, path);
+  if (!ports_.files.NormalFileExists(path)) return Complain(IDS_FILE_NOT_FOUND, path);
   ports_.openEditor(u'"' + path + u'"');
 }
 

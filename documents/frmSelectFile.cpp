@@ -10,19 +10,19 @@ namespace marl {
 
 frmSelectFile::frmSelectFile(Ports ports)
     : Form(ports.desktop, "frmSelectFile"), ports_(std::move(ports)) {
-  Tag = u"6000";
+  Tag = StringTag(IDS_SELECT_TITLE);
   Design = {6240, 2055};
   lblLanguage.SetBounds({120, 120, 6000, 225});
-  lblLanguage.Tag = u"6001";
+  lblLanguage.Tag = StringTag(IDS_SELECT_LANGUAGE);
   cmbLanguage.SetBounds({120, 345, 6000, 315});
   lblFile.SetBounds({120, 780, 6000, 225});
-  lblFile.Tag = u"6002";
+  lblFile.Tag = StringTag(IDS_SELECT_FILE);
   cmbFile.SetBounds({120, 1005, 6000, 315});
   cmdOK.SetBounds({3780, 1590, 1125, 345});
-  cmdOK.Tag = u"501";
+  cmdOK.Tag = StringTag(IDS_OK);
   cmdOK.Default = true;
   cmdCancel.SetBounds({4995, 1590, 1125, 345});
-  cmdCancel.Tag = u"502";
+  cmdCancel.Tag = StringTag(IDS_CANCEL);
   cmdCancel.Cancel = true;
 
   cmdOK.Click = [this] { Leave(true); };

@@ -10,7 +10,6 @@ namespace marl {
 
 namespace {
 
-constexpr int kNoServer = 1075;  // string id of the name to show
 constexpr TextView kKeyRoot = u"Software\\Oru\\Marl";
 constexpr TextView kSubkey = u"Settings";
 constexpr TextView kValue = u"TrackingServer";
@@ -53,7 +52,7 @@ bool TrackingServer::SetTrackingServer(TextView server, bool showError) {
   if (changed) {
     clsXMLTag tag;
     ReadServerTag(CurrentServerTag, tag);
-    view_.ShowName(CurrentServerTag.empty() ? TextView(ports_.strings.Get(kNoServer))
+    view_.ShowName(CurrentServerTag.empty() ? TextView(ports_.strings.Get(IDS_NO_SERVER))
                                             : tag.AttributeValue(u"server"));
     if (!CurrentServerTag.empty()) ServerList.AddMRU(CurrentServerTag);
   }

@@ -22,7 +22,7 @@ class BuiltInClient : public Component {
         IsServerDocument(*document, ports_.files)) {
       return true;
     }
-    failure = ports_.strings.Get(kServerRefusedString);
+    failure = ports_.strings.Get(IDS_SERVER_REFUSED);
     return false;
   }
 

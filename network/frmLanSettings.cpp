@@ -10,7 +10,6 @@ namespace marl {
 
 namespace {
 
-constexpr int kIncomplete = 5018;  // string id of the message
 // One more than the highest valid port: earlier versions stored it, so it must stay accepted.
 constexpr std::int32_t kHighestPort = 65536;
 
@@ -24,28 +23,28 @@ Text Trim(TextView text) {
 
 frmLanSettings::frmLanSettings(const Ports& ports)
     : Form(ports.desktop, "frmLanSettings"), ports_(ports) {
-  Tag = u"5010";
+  Tag = StringTag(IDS_LAN_TITLE);
   Design = {6660, 2835};
   fraProxyServer.SetBounds({120, 90, 6420, 2130});
-  fraProxyServer.Tag = u"5019";
+  fraProxyServer.Tag = StringTag(IDS_LAN_PROXY_SERVER);
   picContainer.SetBounds({120, 240, 6180, 1770});
   optDefault.SetBounds({60, 60, 6060, 255});
-  optDefault.Tag = u"5011";
+  optDefault.Tag = StringTag(IDS_LAN_DEFAULT);
   optOverride.SetBounds({60, 375, 6060, 255});
-  optOverride.Tag = u"5012";
+  optOverride.Tag = StringTag(IDS_LAN_OVERRIDE);
   chkUseProxy.SetBounds({330, 795, 5790, 255});
-  chkUseProxy.Tag = u"5013";
+  chkUseProxy.Tag = StringTag(IDS_LAN_USE_PROXY);
   lblProxyAddress.SetBounds({600, 1275, 840, 255});
-  lblProxyAddress.Tag = u"5014";
+  lblProxyAddress.Tag = StringTag(IDS_LAN_ADDRESS);
   txtProxyAddress.SetBounds({1440, 1215, 2850, 315});
   lblProxyPort.SetBounds({4545, 1275, 600, 255});
-  lblProxyPort.Tag = u"5015";
+  lblProxyPort.Tag = StringTag(IDS_LAN_PORT);
   txtProxyPort.SetBounds({5145, 1215, 780, 315});
   cmdOK.SetBounds({4200, 2370, 1125, 345});
-  cmdOK.Tag = u"5016";
+  cmdOK.Tag = StringTag(IDS_LAN_OK);
   cmdOK.Default = true;
   cmdCancel.SetBounds({5415, 2370, 1125, 345});
-  cmdCancel.Tag = u"5017";
+  cmdCancel.Tag = StringTag(IDS_LAN_CANCEL);
   cmdCancel.Cancel = true;
 
   optDefault.Click = [this] { UpdateProxyControls(); };
@@ -85,7 +84,7 @@ bool frmLanSettings::ProxyIsIncomplete() const {
 
 void frmLanSettings::OkClicked() {
   if (ProxyIsIncomplete()) {
-    desktop().MsgBox(ports_.strings.Get(kIncomplete), kExclamation, kApplicationTitle);
+    desktop().MsgBox(ports_.strings.Get(IDS_LAN_INCOMPLETE), kExclamation, kApplicationTitle);
     return;
   }
   if (optDefault.Value()) {

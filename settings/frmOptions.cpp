@@ -13,11 +13,12 @@ namespace {
 constexpr TextView kExpressionsKey = u"Software\\Oru\\Marl\\HiddenSegments";
 constexpr TextView kExpression = u"RegEx";  // followed by the number of the row
 
-constexpr int kTitle = 4000;
-constexpr int kOkString = 20000;
-constexpr int kCancelString = 20001;
-constexpr std::array kTabStrings = {4013, 4014, 4015, 4017};
-constexpr std::array kOptionStrings = {4001, 4002, 4003, 4005, 4006, 4008, 4009, 4010, 4011};
+constexpr std::array kTabStrings = {IDS_OPTIONS_TAB_SWITCHBOARD, IDS_OPTIONS_TAB_GENERAL,
+                                    IDS_OPTIONS_TAB_LAN, IDS_OPTIONS_TAB_HIDDEN_SEGMENTS};
+constexpr std::array kOptionStrings = {
+    IDS_OPTIONS_TOOLTIPS,      IDS_OPTIONS_TOOLS_MENU,   IDS_OPTIONS_WORD_COUNTS,
+    IDS_OPTIONS_CONTEXT_MENUS, IDS_OPTIONS_WIZARD,       IDS_OPTIONS_NUMBER_SEGMENTS,
+    IDS_OPTIONS_RED_BARS,      IDS_OPTIONS_LIST_NUMBERS, IDS_OPTIONS_BULLETS};
 
 constexpr Box kTabs{105, 105, 7365, 4035};
 constexpr Box kPanel{kTabs.left + 75, kTabs.top + 375, kTabs.width - 150, kTabs.height - 450};
@@ -123,18 +124,18 @@ bool frmOptions::OnKeyDown(int key, int) {
 
 void frmOptions::SetCaptions() {
   const StringTable& strings = ports_.strings;
-  SetCaption(strings.Get(kTitle));
+  SetCaption(strings.Get(IDS_OPTIONS_TITLE));
   for (std::size_t i = 0; i < kTabStrings.size(); ++i) {
     tabOptions.SetPartCaption(static_cast<int>(i) + 1, strings.Get(kTabStrings[i]));
   }
   for (std::size_t i = 0; i < chkOptions.size(); ++i) {
     chkOptions[i].SetCaption(strings.Get(kOptionStrings[i]));
   }
-  cmdDisplay.SetCaption(strings.Get(4012));
-  cmdSegmentation.SetCaption(strings.Get(4004));
-  cmdLanSettings.SetCaption(strings.Get(4016));
-  cmdOK.SetCaption(strings.Get(kOkString));
-  cmdCancel.SetCaption(strings.Get(kCancelString));
+  cmdDisplay.SetCaption(strings.Get(IDS_OPTIONS_DISPLAY));
+  cmdSegmentation.SetCaption(strings.Get(IDS_OPTIONS_SEGMENTATION));
+  cmdLanSettings.SetCaption(strings.Get(IDS_OPTIONS_LAN));
+  cmdOK.SetCaption(strings.Get(IDS_DIALOG_OK));
+  cmdCancel.SetCaption(strings.Get(IDS_DIALOG_CANCEL));
 }
 
 void frmOptions::ShowTab() {

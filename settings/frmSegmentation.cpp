@@ -8,8 +8,6 @@ namespace marl {
 
 namespace {
 
-constexpr int kNewRow = 30024;  // string id of the text in a new row
-
 void Fill(ListBox& list, const std::vector<Text>& rules) {
   const ItemList::Batch batch(list);
   list.Clear();
@@ -26,34 +24,36 @@ std::vector<Text> Rows(const ListBox& list, TextView newRow) {
 }
 
 /// One list with its caption, field and buttons; `left` in twips, the texts as string ids.
-void DesignColumn(int left, TextView caption, TextView addText, TextView removeText, Label& label,
-                  ListBox& list, TextBox& field, CommandButton& add, CommandButton& remove) {
+void DesignColumn(int left, int caption, int addText, int removeText, Label& label, ListBox& list,
+                  TextBox& field, CommandButton& add, CommandButton& remove) {
   label.SetBounds({left, 120, 3780, 225});
-  label.Tag = caption;
+  label.Tag = StringTag(caption);
   list.SetBounds({left, 360, 3780, 2355});
   list.MultiSelect = true;
   field.SetBounds({left, 2820, 3780, 315});
   add.SetBounds({left, 3240, 1125, 345});
-  add.Tag = addText;
+  add.Tag = StringTag(addText);
   remove.SetBounds({left + 1215, 3240, 1125, 345});
-  remove.Tag = removeText;
+  remove.Tag = StringTag(removeText);
 }
 
 }  // namespace
 
 frmSegmentation::frmSegmentation(const Ports& ports)
     : Form(ports.desktop, "frmSegmentation"), ports_(ports) {
-  Tag = u"4100";
+  Tag = StringTag(IDS_SEGMENTATION_TITLE);
   Design = {7920, 4215};
-  DesignColumn(120, u"4101", u"30020", u"30021", lblDontSplit, lstDontSplit, txtDontSplit,
+  DesignColumn(120, IDS_SEGMENTATION_DONT_SPLIT, IDS_SEGMENTATION_ADD_DONT_SPLIT,
+               IDS_SEGMENTATION_REMOVE_DONT_SPLIT, lblDontSplit, lstDontSplit, txtDontSplit,
                cmdAddDontSplit, cmdRemoveDontSplit);
-  DesignColumn(4020, u"4102", u"30022", u"30023", lblForceSplit, lstForceSplit, txtForceSplit,
+  DesignColumn(4020, IDS_SEGMENTATION_FORCE_SPLIT, IDS_SEGMENTATION_ADD_FORCE_SPLIT,
+               IDS_SEGMENTATION_REMOVE_FORCE_SPLIT, lblForceSplit, lstForceSplit, txtForceSplit,
                cmdAddForceSplit, cmdRemoveForceSplit);
   cmdOK.SetBounds({5460, 3750, 1125, 345});
-  cmdOK.Tag = u"20000";
+  cmdOK.Tag = StringTag(IDS_DIALOG_OK);
   cmdOK.Default = true;
   cmdCancel.SetBounds({6675, 3750, 1125, 345});
-  cmdCancel.Tag = u"20001";
+  cmdCancel.Tag = StringTag(IDS_DIALOG_CANCEL);
   cmdCancel.Cancel = true;
 
   cmdOK.Click = [this] {
@@ -66,8 +66,8 @@ frmSegmentation::frmSegmentation(const Ports& ports)
 void frmSegmentation::OnLoad() {
   ApplyLocaleFont(*this, ports_.locale);
   LoadFormStrings(*this, ports_.strings);
-  dontSplit_.SetNewRow(ports_.strings.Get(kNewRow));
-  forceSplit_.SetNewRow(ports_.strings.Get(kNewRow));
+  dontSplit_.SetNewRow(ports_.strings.Get(IDS_SEGMENTATION_NEW_ROW));
+  forceSplit_.SetNewRow(ports_.strings.Get(IDS_SEGMENTATION_NEW_ROW));
   const SegmentationRules rules = SegmentationRules::Load(ports_.registry);
   Fill(lstDontSplit, rules.dontSplit);
   Fill(lstForceSplit, rules.forceSplit);

@@ -14,7 +14,7 @@ bool Launcher::RunProgram(TextView folder, TextView file, TextView arguments, in
   const Text path = JoinPath(folder, file);
   if (!platform_.files.NormalFileExists(path)) {
     if (complain) {
-      platform_.desktop.MsgBox(platform_.strings.Get(10006) + path, kExclamation,
+      platform_.desktop.MsgBox(platform_.strings.Get(IDS_FILE_NOT_FOUND) + path, kExclamation,
                                kApplicationTitle);
     }
     return false;

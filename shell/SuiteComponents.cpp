@@ -22,7 +22,7 @@ void SuiteComponents::Run(TextView component, TextView operation,
   const auto instance = platform_.components.Create(component, failure);
   if (!instance && !failure.empty()) throw RuntimeError(429, failure);
   if (!instance) {
-    platform_.desktop.MsgBox(platform_.strings.Get(kComponentMissingString), kExclamation,
+    platform_.desktop.MsgBox(platform_.strings.Get(IDS_COMPONENT_MISSING), kExclamation,
                              kApplicationTitle);
     return;
   }

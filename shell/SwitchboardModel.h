@@ -3,6 +3,7 @@
 #include <array>
 
 #include "platform/Text.h"
+#include "resources/strings/ids.h"
 #include "support/Buttons.h"
 
 namespace marl {
@@ -34,8 +35,8 @@ struct SwitchboardButton {
 /// The buttons, by index.
 extern const std::array<SwitchboardButton, kButtonCount> kSwitchboard;
 
-constexpr int kCaptionString = 2000;  ///< string id of the first button's caption
-constexpr int kTooltipString = 2020;  ///< string id of the first button's tip
+constexpr int kCaptionString = IDS_BUTTON_ANALYSE;  ///< string id of the first button's caption
+constexpr int kTooltipString = IDS_TIP_ANALYSE;     ///< string id of the first button's tip
 
 /// The word that opens the display settings, and how much of it has been typed.
 class HiddenKeySequence {

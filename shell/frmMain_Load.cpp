@@ -66,7 +66,7 @@ void frmMain::EndIfSecondInstance() {
       desktop().ShowWindow(window, kShowNormal);
       desktop().ActivateByTitle(title);
     } else {
-      desktop().MsgBox(platform_.strings.Get(10000), kInformation, kApplicationTitle);
+      desktop().MsgBox(platform_.strings.Get(IDS_ALREADY_RUNNING), kInformation, kApplicationTitle);
     }
   });
   throw ProcessEnd{};
@@ -75,12 +75,13 @@ void frmMain::EndIfSecondInstance() {
 void frmMain::AskFirstRunQuestions() {
   if (Setting(u"FirstRun", u"Y") != u"Y") return;
   // After the demonstration the user is asked again at the next start: `FirstRun` stays "Y".
-  if (Ask(9027) && launcher_.RunProgram(ProgramFolder(), u"MarlTour.exe", u"", kShowNormal, true)) {
+  if (Ask(IDS_ASK_DEMONSTRATION) &&
+      launcher_.RunProgram(ProgramFolder(), u"MarlTour.exe", u"", kShowNormal, true)) {
     throw ProcessEnd{};
   }
   Save(u"FirstRun", u"N");
   launcher_.RunProgram(ProgramFolder(), u"Q17Shell.exe", u"/R", kShowHidden, false);
-  Save(u"Wizard", Ask(9026) ? u"Y" : u"N");
+  Save(u"Wizard", Ask(IDS_ASK_WIZARD) ? u"Y" : u"N");
 }
 
 void frmMain::RedirectToWizard() {

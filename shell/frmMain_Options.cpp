@@ -15,7 +15,6 @@ namespace marl {
 
 namespace {
 
-constexpr int kContextMenuEntry = 4007;  // string id of the entry's label
 constexpr TextView kBenchKey = u"Software\\Oru\\Oru Bench\\Settings";
 constexpr TextView kMarlKey = u"Software\\Oru\\Marl";
 constexpr TextView kSegmentation = u"Marl.SegmentationComponent";
@@ -58,7 +57,7 @@ std::int16_t OneOrZero(bool one) { return static_cast<std::int16_t>(one ? 1 : 0)
 
 void frmMain::mnuToolsOptions() {
   const bool contextMenu =
-      ContextMenuEnabled(platform_.registry, platform_.strings.Get(kContextMenuEntry));
+      ContextMenuEnabled(platform_.registry, platform_.strings.Get(IDS_CONTEXT_MENU_ENTRY));
   cRegistry registry(platform_.registry);
   registry.ClassKey = kCurrentUser;
   registry.valueType = kRegDword;

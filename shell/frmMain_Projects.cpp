@@ -8,17 +8,12 @@
 
 namespace marl {
 
-namespace {
-
-constexpr int kOpenTitleString = 10007;
-constexpr int kOpenFilterString = 10008;
-
-}  // namespace
+namespace {}  // namespace
 
 void frmMain::mnuProjectOpen() {
   const Text before = dlgOpen.FileName;
-  dlgOpen.DialogTitle = platform_.strings.Get(kOpenTitleString);
-  dlgOpen.Filter = platform_.strings.Get(kOpenFilterString);
+  dlgOpen.DialogTitle = platform_.strings.Get(IDS_OPEN_PROJECT_TITLE);
+  dlgOpen.Filter = platform_.strings.Get(IDS_OPEN_PROJECT_FILTER);
   dlgOpen.FileName.clear();
   Text chosen;
   const FileDialogResult result = platform_.fileDialogs.ShowOpen(

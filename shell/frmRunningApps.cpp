@@ -7,19 +7,19 @@ namespace marl {
 
 frmRunningApps::frmRunningApps(Desktop& desktop, const Locale& locales, const StringTable& strings)
     : Form(desktop, "frmRunningApps"), locales_(locales), strings_(strings) {
-  Tag = u"8000";
+  Tag = StringTag(IDS_RUNNING_TITLE);
   Design = {5160, 3390};
   lblWarning.SetBounds({120, 120, 4920, 630});
-  lblWarning.Tag = u"8001";
+  lblWarning.Tag = StringTag(IDS_RUNNING_WARNING);
   lstRunningApplications.SetBounds({120, 810, 4920, 1995});
   cmdSwitchTo.SetBounds({1335, 2925, 1275, 345});
-  cmdSwitchTo.Tag = u"8002";
+  cmdSwitchTo.Tag = StringTag(IDS_RUNNING_SWITCH_TO);
   cmdSwitchTo.Default = true;
   cmdSwitchTo.SetEnabled(false);
   cmdExit.SetBounds({2700, 2925, 1125, 345});
-  cmdExit.Tag = u"8003";
+  cmdExit.Tag = StringTag(IDS_RUNNING_EXIT);
   cmdCancel.SetBounds({3915, 2925, 1125, 345});
-  cmdCancel.Tag = u"20001";
+  cmdCancel.Tag = StringTag(IDS_DIALOG_CANCEL);
   cmdCancel.Cancel = true;
 
   lstRunningApplications.Click = [this] {

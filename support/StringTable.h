@@ -1,17 +1,11 @@
 #pragma once
 
 #include "platform/StringResource.h"
+#include "resources/strings/ids.h"
 
 namespace marl {
 
-/// Strings of the switchboard's own, in addition to those that are shared with the suite.
-enum OwnString : int {
-  kComponentMissingString = 30001,
-  kNoSystemInfoString = 30002,
-  kServerRefusedString = 30010,
-};
-
-/// The user interface's texts by id.
+/// The user interface's texts by id (resources/strings/ids.h).
 class StringTable {
  public:
   explicit StringTable(const StringResource& resource) : resource_(resource) {}

@@ -15,11 +15,6 @@ namespace marl {
 
 namespace {
 
-// A failure of MoveFile: a message, the destination, and on the next line the detail.
-constexpr int kCopyFailedString = 3003;
-constexpr int kDeletionFailedString = 3004;
-constexpr int kReadOnlyClearedString = 3005;
-
 std::size_t Length(TextView text) { return text.size(); }
 
 // The runtime's text functions, with positions from 1; outside the text the result is empty.
@@ -113,7 +108,7 @@ void clsCommon::StartSysInfo() const {
     started = StartCommand(ports_.shell, ports_.files, command, kShowNormal);
   });
   if (!started)
-    ports_.desktop.MsgBox(ports_.strings.Get(kNoSystemInfoString), kOkOnly, kApplicationTitle);
+    ports_.desktop.MsgBox(ports_.strings.Get(IDS_NO_SYSTEM_INFO), kOkOnly, kApplicationTitle);
 }
 
 bool clsCommon::GetKeyValue(KeyHandle root, TextView keyPath, TextView valueName, Text& out) const {
@@ -184,15 +179,15 @@ std::int16_t clsCommon::MoveFile(TextView source, TextView destination, const Ad
     if (status != kOk && files.Attributes(destination, attributes) == kOk &&
         (attributes & kReadOnly)) {
       files.SetAttributes(destination, attributes & ~std::uint32_t{kReadOnly});
-      tell(kReadOnlyClearedString, status);
+      tell(IDS_READ_ONLY_CLEARED, status);
       status = files.Remove(destination, false);
     }
   }
   if (status != kOk) {
-    tell(kDeletionFailedString, status);
+    tell(IDS_DELETION_FAILED, status);
     ++failures;
   } else if (status = files.Copy(source, destination); status != kOk) {
-    tell(kCopyFailedString, status);
+    tell(IDS_COPY_FAILED, status);
     ++failures;
   }
   // The source is deleted even if the copy failed.

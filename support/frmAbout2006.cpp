@@ -31,18 +31,18 @@ constexpr Box TextLine(int top, int width = kWidth - 2 * kMargin) {
 frmAbout2006::frmAbout2006(Ports ports)
     : Form(ports.desktop, "frmAbout2006"), ports_(std::move(ports)) {
   Design = {kWidth, 4875};
-  Tag = u"3020";
+  Tag = StringTag(IDS_ABOUT_TITLE);
   imgLogo.SetBounds({0, 0, kWidth, 1440});
   imgLogo.HandCursor = true;
   imgLogo.Click = [this] { Open(u"Open", kMakersSite); };
 
-  AddLabel(kSuite, TextLine(1620), u"3021");
+  AddLabel(kSuite, TextLine(1620), StringTag(IDS_ABOUT_SUITE));
   lblLabel[kSuite]->SetFont({u"Tahoma", 82500, true});
   AddLabel(kVersionLabel, TextLine(1875), u"");
-  AddLabel(kCopyright, TextLine(2130), u"3022");
-  AddLabel(kSite, TextLine(2520, kLinkWidth), u"3025");
+  AddLabel(kCopyright, TextLine(2130), StringTag(IDS_ABOUT_COPYRIGHT));
+  AddLabel(kSite, TextLine(2520, kLinkWidth), StringTag(IDS_ABOUT_SITE));
   cmdShell[0] = std::make_unique<CommandButton>(*this, "cmdShell", 0);
-  AddLabel(kSupport, TextLine(2775, kLinkWidth), u"3026");
+  AddLabel(kSupport, TextLine(2775, kLinkWidth), StringTag(IDS_ABOUT_SUPPORT));
   cmdShell[1] = std::make_unique<CommandButton>(*this, "cmdShell", 1);
   for (std::size_t i = 0; i < cmdShell.size(); ++i) {
     const int link = kSite + static_cast<int>(i);
@@ -57,11 +57,11 @@ frmAbout2006::frmAbout2006(Ports ports)
   linBottom.Place({kMargin, 3165}, {kWidth - kMargin, 3165});
   linBottom.SetVisible(true);
   linBottom.SetBorderColor(SystemColor(16));  // COLOR_BTNSHADOW
-  AddLabel(kWarning, {kMargin, 3285, kWidth - 2 * kMargin, 1020}, u"3027");
+  AddLabel(kWarning, {kMargin, 3285, kWidth - 2 * kMargin, 1020}, StringTag(IDS_ABOUT_WARNING));
 
   cmdOK = std::make_unique<CommandButton>(*this, "cmdOK");
   cmdOK->SetBounds({kWidth - kMargin - 1125, 4380, 1125, 345});
-  cmdOK->Tag = u"20000";
+  cmdOK->Tag = StringTag(IDS_DIALOG_OK);
   cmdOK->Default = true;
   cmdOK->Cancel = true;
   cmdOK->Click = [this] { Unload(); };

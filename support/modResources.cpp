@@ -25,6 +25,8 @@ std::optional<Text> Named(TextView property, const StringTable& strings) {
 
 }  // namespace
 
+Text StringTag(int id) { return NumberText(id); }
+
 void LoadFormStrings(Form& form, const StringTable& strings) {
   if (const auto text = Named(form.Tag, strings)) form.SetCaption(*text);
   for (Control* control : form.controls()) {

@@ -1,9 +1,15 @@
 #pragma once
 
+#include "platform/Text.h"
+#include "resources/strings/ids.h"
+
 namespace marl {
 
 class Form;
 class StringTable;
+
+/// The `Tag` of a control whose caption is the text of a string id.
+Text StringTag(int id);
 
 /// Replaces the string ids in the design of a form and its controls by their texts. A `Tag` that is
 /// a number is the id of the caption (for a tab, tool bar button or column, of that part's), a

@@ -1,5 +1,7 @@
 #include "platform/memory/MemoryStrings.h"
 
+#include "resources/strings/ids.h"
+
 #define MARL_WIDE(text) u##text
 #define MARL_STRING(id, text) {id, MARL_WIDE(text)},
 

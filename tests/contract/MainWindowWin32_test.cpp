@@ -191,7 +191,7 @@ TEST_F(MainWindow, TipsReadBackFromTheirWindows) {
     asked.cch = 100;
     SendMessageW(tip, TTM_GETTITLE, 0, reinterpret_cast<LPARAM>(&asked));
     if (title[0]) {  // not every version of the controls reports it
-      EXPECT_EQ(title, Wide(strings.Get(2000 + static_cast<int>(index))));
+      EXPECT_EQ(title, Wide(strings.Get(IDS_BUTTON_ANALYSE + static_cast<int>(index))));
       EXPECT_EQ(asked.uTitleBitmap, static_cast<UINT>(TTI_INFO));
     }
     EXPECT_EQ(SendMessageW(tip, TTM_GETTIPTEXTCOLOR, 0, 0),

@@ -76,7 +76,7 @@ TEST_F(FormFonts, OfTheCodePageAreSetOnEveryFormBeforeItsTexts) {
   clsMRU list(w.registry, w.locales);
   frmUI::Switchboard switchboard;
   for (std::size_t i = 0; i < switchboard.captions.size(); ++i) {
-    switchboard.captions[i] = w.strings.Get(2000 + static_cast<int>(i));
+    switchboard.captions[i] = w.strings.Get(IDS_BUTTON_ANALYSE + static_cast<int>(i));
   }
 
   frmSplash splash(w.desktop, w.pictures, w.locales);

@@ -13,9 +13,9 @@ TEST(Captions, AndTooltipTextsComeFromTheStringTable) {
   world.Start();
   for (int i = 0; i < kButtonCount; ++i) {
     const auto slot = static_cast<std::size_t>(i);
-    EXPECT_EQ(world.main().lblRun[slot]->Caption(), world.strings.Get(2000 + i));
-    EXPECT_EQ(world.main().TooltipTexts[slot], world.strings.Get(2020 + i));
-    EXPECT_EQ(world.main().mnuMarl[slot]->Caption(), world.strings.Get(2000 + i));
+    EXPECT_EQ(world.main().lblRun[slot]->Caption(), world.strings.Get(IDS_BUTTON_ANALYSE + i));
+    EXPECT_EQ(world.main().TooltipTexts[slot], world.strings.Get(IDS_TIP_ANALYSE + i));
+    EXPECT_EQ(world.main().mnuMarl[slot]->Caption(), world.strings.Get(IDS_BUTTON_ANALYSE + i));
     EXPECT_EQ(world.main().lblRun[slot]->ToolTipText(), u"");
     EXPECT_EQ(world.main().imgRun[slot]->ToolTipText(), u"");
   }
@@ -23,7 +23,7 @@ TEST(Captions, AndTooltipTextsComeFromTheStringTable) {
 
 TEST(Captions, AMissingStringEndsTheProcess) {
   SuiteWorld world;
-  world.resource.texts.erase(2005);
+  world.resource.texts.erase(IDS_BUTTON_EDIT);
   EXPECT_NE(world.Start(), 0);
   EXPECT_EQ(world.Messages(), (std::vector<Text>{u"Resource with identifier '2005' not found"}));
 }

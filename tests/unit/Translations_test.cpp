@@ -13,6 +13,7 @@
 #include "platform/FoldCase.h"
 #include "platform/RuntimeError.h"
 #include "platform/memory/MemoryStrings.h"
+#include "resources/strings/ids.h"
 #include "support/StringTable.h"
 #include "tests/unit/SourceFolder.h"
 
@@ -67,28 +68,58 @@ struct Neighbours {
 
 const std::vector<Neighbours>& AllNeighbours() {
   static const std::vector<Neighbours> all = {
-      {"menu bar", {1000, 1100, 1200, 1300, 1400, 1500, 1600}},
-      {"project menu", {1001, 1002, 1003, 1004, 1005, 1006, 1007, 1008, 1009}},
-      {"TM menu", {1101, 1102}},
-      {"translate menu", {1201, 1202, 1203, 1204, 1205}},
-      {"align menu", {1301, 1302}},
-      {"glossary menu", {1401, 1402}},
-      {"tools menu", {1508, 1509, 1506}, u"12345"},
-      {"help menu", {1601, 1602, 1603}},
-      {"change server", {1082, 1083, 1084, 1085}},
+      {"menu bar",
+       {IDS_MENU_PROJECT, IDS_MENU_TM, IDS_MENU_TRANSLATE, IDS_MENU_ALIGN, IDS_MENU_GLOSSARY,
+        IDS_MENU_TOOLS, IDS_MENU_HELP}},
+      {"project menu",
+       {IDS_MENU_PROJECT_NEW, IDS_MENU_PROJECT_OPEN, IDS_MENU_PROJECT_SAVE, IDS_MENU_PROJECT_CLEAN,
+        IDS_MENU_PROJECT_ANALYSE, IDS_MENU_PROJECT_EXIT, IDS_MENU_PROJECT_TM,
+        IDS_MENU_PROJECT_CHANGE_SERVER, IDS_MENU_PROJECT_TRACK_PROJECTS}},
+      {"TM menu", {IDS_MENU_TM_IMPORT, IDS_MENU_TM_EXPORT}},
+      {"translate menu",
+       {IDS_MENU_TRANSLATE_BATCH, IDS_MENU_TRANSLATE_PROJECT, IDS_MENU_TRANSLATE_SINGLE,
+        IDS_MENU_TRANSLATE_CLIPBOARD, IDS_MENU_TRANSLATE_REPLACE}},
+      {"align menu", {IDS_MENU_ALIGN_NEW, IDS_MENU_ALIGN_OPEN}},
+      {"glossary menu", {IDS_MENU_GLOSSARY_MAINTAIN, IDS_MENU_GLOSSARY_QA_CHECK}},
+      {"tools menu",
+       {IDS_MENU_TOOLS_QA_CHECK, IDS_MENU_TOOLS_COMMENT_REPORT, IDS_MENU_TOOLS_OPTIONS},
+       u"12345"},
+      {"help menu", {IDS_MENU_HELP_CONTENTS, IDS_MENU_HELP_ABOUT, IDS_MENU_HELP_TUTORIAL}},
+      {"change server",
+       {IDS_SERVER_NAME, IDS_SERVER_SSL, IDS_SERVER_PORT, IDS_SERVER_DEFAULT_PORT}},
       {"display settings",
-       {3052, 3053, 3059, 3060, 3061, 3062, 3063, 3064, 3065, 3069, 3070, 3071, 3073, 3074, 3075}},
-      {"font", {3102, 3103, 3104, 3105, 3106, 3107, 3108}},
-      {"options, switchboard", {4013, 4014, 4015, 4017, 4012, 4001, 4002, 4006, 20000, 20001}},
+       {IDS_UI_COLOUR_1, IDS_UI_COLOUR_2, IDS_UI_BORDER_COLOUR_1, IDS_UI_BORDER_COLOUR_2,
+        IDS_UI_WIDE_BORDER, IDS_UI_COLOURED_ICONS, IDS_UI_OK, IDS_UI_CANCEL, IDS_UI_DEFAULT,
+        IDS_UI_TWO_STATE, IDS_UI_LOAD, IDS_UI_SAVE, IDS_UI_UP, IDS_UI_DOWN, IDS_UI_ICONS_PER_ROW}},
+      {"font",
+       {IDS_FONT_SIZE, IDS_FONT_BOLD, IDS_FONT_ITALIC, IDS_FONT_UNDERLINE, IDS_FONT_COLOUR,
+        IDS_FONT_OK, IDS_FONT_CANCEL}},
+      {"options, switchboard",
+       {IDS_OPTIONS_TAB_SWITCHBOARD, IDS_OPTIONS_TAB_GENERAL, IDS_OPTIONS_TAB_LAN,
+        IDS_OPTIONS_TAB_HIDDEN_SEGMENTS, IDS_OPTIONS_DISPLAY, IDS_OPTIONS_TOOLTIPS,
+        IDS_OPTIONS_TOOLS_MENU, IDS_OPTIONS_WIZARD, IDS_DIALOG_OK, IDS_DIALOG_CANCEL}},
       {"options, general",
-       {4013, 4014, 4015, 4017, 4003, 4004, 4005, 4008, 4009, 4010, 4011, 20000, 20001}},
-      {"options, LAN", {4013, 4014, 4015, 4017, 4016, 20000, 20001}},
+       {IDS_OPTIONS_TAB_SWITCHBOARD, IDS_OPTIONS_TAB_GENERAL, IDS_OPTIONS_TAB_LAN,
+        IDS_OPTIONS_TAB_HIDDEN_SEGMENTS, IDS_OPTIONS_WORD_COUNTS, IDS_OPTIONS_SEGMENTATION,
+        IDS_OPTIONS_CONTEXT_MENUS, IDS_OPTIONS_NUMBER_SEGMENTS, IDS_OPTIONS_RED_BARS,
+        IDS_OPTIONS_LIST_NUMBERS, IDS_OPTIONS_BULLETS, IDS_DIALOG_OK, IDS_DIALOG_CANCEL}},
+      {"options, LAN",
+       {IDS_OPTIONS_TAB_SWITCHBOARD, IDS_OPTIONS_TAB_GENERAL, IDS_OPTIONS_TAB_LAN,
+        IDS_OPTIONS_TAB_HIDDEN_SEGMENTS, IDS_OPTIONS_LAN, IDS_DIALOG_OK, IDS_DIALOG_CANCEL}},
       // The buttons of this page are not translated: "&Add", "&Remove", "&Clear".
-      {"options, hidden segments", {4013, 4014, 4015, 4017, 20000, 20001}, u"ARC"},
-      {"segmentation rules", {30020, 30021, 30022, 30023, 20000, 20001}},
-      {"wizard mode", {5001, 5002}},
-      {"LAN settings", {5011, 5012, 5013, 5014, 5015, 5016, 5017}},
-      {"about", {3025, 3026}},
+      {"options, hidden segments",
+       {IDS_OPTIONS_TAB_SWITCHBOARD, IDS_OPTIONS_TAB_GENERAL, IDS_OPTIONS_TAB_LAN,
+        IDS_OPTIONS_TAB_HIDDEN_SEGMENTS, IDS_DIALOG_OK, IDS_DIALOG_CANCEL},
+       u"ARC"},
+      {"segmentation rules",
+       {IDS_SEGMENTATION_ADD_DONT_SPLIT, IDS_SEGMENTATION_REMOVE_DONT_SPLIT,
+        IDS_SEGMENTATION_ADD_FORCE_SPLIT, IDS_SEGMENTATION_REMOVE_FORCE_SPLIT, IDS_DIALOG_OK,
+        IDS_DIALOG_CANCEL}},
+      {"wizard mode", {IDS_WIZARD_IMPORT, IDS_WIZARD_EXPORT}},
+      {"LAN settings",
+       {IDS_LAN_DEFAULT, IDS_LAN_OVERRIDE, IDS_LAN_USE_PROXY, IDS_LAN_ADDRESS, IDS_LAN_PORT,
+        IDS_LAN_OK, IDS_LAN_CANCEL}},
+      {"about", {IDS_ABOUT_SITE, IDS_ABOUT_SUPPORT}},
   };
   return all;
 }
@@ -350,20 +381,48 @@ TEST(Translations, TheListsIdsAreThereAndNoOthers) {
 
 TEST(Translations, AnUnknownLanguageHasNoTexts) { EXPECT_TRUE(MemoryStrings("xx").texts.empty()); }
 
+/// The numbers of the ids by their names, as the header has them.
+std::map<std::string, int> Ids() {
+  std::ifstream file(SourceFolder() / "resources/strings/ids.h");
+  EXPECT_TRUE(file);
+  std::map<std::string, int> ids;
+  std::string define, name;
+  for (std::string line; std::getline(file, line);) {
+    int number = 0;
+    std::istringstream words(line);
+    if (words >> define >> name >> number && define == "#define") {
+      EXPECT_TRUE(ids.emplace(name, number).second) << name;
+    }
+  }
+  return ids;
+}
+
+TEST(Translations, EachIdOfTheHeaderHasANumberOfItsOwnAndAText) {
+  std::set<int> numbers;
+  for (const auto& [name, number] : Ids()) {
+    EXPECT_TRUE(name.starts_with("IDS_")) << name;
+    EXPECT_TRUE(numbers.insert(number).second) << name;
+    EXPECT_TRUE(EnglishTexts().contains(number)) << name;
+  }
+  EXPECT_EQ(numbers.size(), EnglishTexts().size());
+}
+
 TEST(Translations, NoIdOccursTwiceInAFile) {
-  for (const char* language : {"en", "de"}) {
-    std::ifstream file(SourceFolder() / "resources/strings" / (std::string(language) + ".inc"));
+  const std::map<std::string, int> ids = Ids();
+  for (const std::string language : {"en", "de"}) {
+    std::ifstream file(SourceFolder() / "resources/strings" / (language + ".inc"));
     ASSERT_TRUE(file) << language;
     int last = 0;
     std::size_t lines = 0;
     for (std::string line; std::getline(file, line); ++lines) {
       const std::string start = "MARL_STRING(";
       ASSERT_EQ(line.substr(0, start.size()), start) << language << ": " << line;
-      const int id = std::stoi(line.substr(start.size()));
-      EXPECT_GT(id, last) << language << ": out of order or twice";
-      EXPECT_LE(id, 0xFFFF);
+      const auto id = ids.find(line.substr(start.size(), line.find(',') - start.size()));
+      ASSERT_NE(id, ids.end()) << language << ": " << line;
+      EXPECT_GT(id->second, last) << language << ": out of order or twice";
+      EXPECT_LE(id->second, 0xFFFF);
       EXPECT_EQ(line.find("\\\""), std::string::npos) << line;
-      last = id;
+      last = id->second;
     }
     EXPECT_EQ(lines, MemoryStrings(language).texts.size()) << language;
   }

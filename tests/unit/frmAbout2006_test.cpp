@@ -58,12 +58,12 @@ class About : public testing::Test {
 TEST_F(About, ShowsItsTextsItsVersionAndItsPicture) {
   form.Load();
   EXPECT_EQ(form.Caption(), u"About Marl");
-  EXPECT_EQ(At(frmAbout2006::kSuite).Caption(), resource.texts.at(3021));
+  EXPECT_EQ(At(frmAbout2006::kSuite).Caption(), resource.texts.at(IDS_ABOUT_SUITE));
   EXPECT_EQ(At(frmAbout2006::kVersionLabel).Caption(), u"Marl 2007 SP3 (Build 7044)");
-  EXPECT_EQ(At(frmAbout2006::kCopyright).Caption(), resource.texts.at(3022));
-  EXPECT_EQ(At(5).Caption(), resource.texts.at(3025));
-  EXPECT_EQ(At(6).Caption(), resource.texts.at(3026));
-  EXPECT_EQ(At(frmAbout2006::kWarning).Caption(), resource.texts.at(3027));
+  EXPECT_EQ(At(frmAbout2006::kCopyright).Caption(), resource.texts.at(IDS_ABOUT_COPYRIGHT));
+  EXPECT_EQ(At(5).Caption(), resource.texts.at(IDS_ABOUT_SITE));
+  EXPECT_EQ(At(6).Caption(), resource.texts.at(IDS_ABOUT_SUPPORT));
+  EXPECT_EQ(At(frmAbout2006::kWarning).Caption(), resource.texts.at(IDS_ABOUT_WARNING));
   EXPECT_EQ(form.cmdOK->Caption(), u"OK");
   ASSERT_TRUE(form.imgLogo.Picture());
   EXPECT_EQ(form.imgLogo.Picture()->width, 400);

@@ -307,7 +307,8 @@ TEST_F(MenuBar, PlainCounterpartOfTheTrayMenuPressesItsButtons) {
   ASSERT_EQ(items.size(), 18u);
   for (int i = 0; i < 18; ++i) {
     EXPECT_EQ(items[static_cast<std::size_t>(i)]->index(), i);
-    EXPECT_EQ(items[static_cast<std::size_t>(i)]->Caption(), world.strings.Get(2000 + i));
+    EXPECT_EQ(items[static_cast<std::size_t>(i)]->Caption(),
+              world.strings.Get(IDS_BUTTON_ANALYSE + i));
     EXPECT_EQ(items[static_cast<std::size_t>(i)]->Visible(), i != 8 && i != 16) << i;
     EXPECT_FALSE(items[static_cast<std::size_t>(i)]->Reachable());
   }

@@ -281,7 +281,7 @@ TEST_F(MainOptions, PreviousStateIsTheOneBeforeTheDialogOpened) {
 
 TEST_F(MainOptions, EntryOfAnotherLanguageReadsAsAbsentAndIsAddedAgain) {
   PutEntry();
-  world.resource.texts[4007] = u"Mit Marl \u00FCbersetzen";
+  world.resource.texts[IDS_CONTEXT_MENU_ENTRY] = u"Mit Marl \u00FCbersetzen";
   EXPECT_EQ(Shown()[3], 0);
   Choose({1, 0, 0, 1, 1, 0, 0, 1, 1});
   ASSERT_EQ(world.shell.ran.size(), 1u);

@@ -233,9 +233,9 @@ TEST_F(Projects, CleanWithoutAProjectEndsSilently) {
 
 TEST_F(Projects, CleanAsksForAProjectAndCleansItsFolder) {
   world.fileDialogs.Choose(kProject);
-  world.desktop.answers[world.strings.Get(10002)] = kAnswerYes;
+  world.desktop.answers[world.strings.Get(IDS_ASK_CLEAN)] = kAnswerYes;
   ASSERT_TRUE(Choose("mnuProjectClean"));
-  EXPECT_EQ(world.desktop.messages, Says(world.strings.Get(10002), kQuestion | kYesNo));
+  EXPECT_EQ(world.desktop.messages, Says(world.strings.Get(IDS_ASK_CLEAN), kQuestion | kYesNo));
   EXPECT_FALSE(world.files.Content(u"C:\\P\\French\\sub\\report.qtd"));
   EXPECT_TRUE(world.files.Content(kProject));
 }
@@ -248,7 +248,7 @@ TEST_F(Projects, OtherCommandsRunWhileTheFolderIsSearched) {
     world.fileDialogs.Choose(u"C:\\Q\\other.qprx");
     Choose("mnuProjectOpen");
   });
-  world.desktop.answers[world.strings.Get(10002)] = kAnswerYes;
+  world.desktop.answers[world.strings.Get(IDS_ASK_CLEAN)] = kAnswerYes;
   Choose("mnuProjectClean");
   EXPECT_TRUE(open);
   EXPECT_EQ(current(), u"C:\\Q\\other.qprx");

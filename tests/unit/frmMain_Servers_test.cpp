@@ -328,7 +328,7 @@ TEST_F(MainServers, NameThatEndsTheElementIsRefusedByTheBuiltInClient) {
   ChangeTo(u"x\" server=\"y");
   EXPECT_EQ(main().CurrentServerTag(), u"");
   ASSERT_EQ(world.desktop.messages.size(), 2u);
-  EXPECT_EQ(world.desktop.messages[0].text, world.strings.Get(kServerRefusedString));
+  EXPECT_EQ(world.desktop.messages[0].text, world.strings.Get(IDS_SERVER_REFUSED));
 }
 
 TEST_F(MainServers, DuplicateAttributeDoesNotStopAPress) {

@@ -38,8 +38,8 @@ TEST_F(ButtonTips, EachVisibleButtonHasOneOnItsRectangle) {
                             shape.Height() / 15 + shape.Top() / 15 - 1};
     EXPECT_EQ(tool.rect, rect) << i;
     const clsTooltip& tip = *world.main().TooltipObjects[i];
-    EXPECT_EQ(tip.Text(), world.strings.Get(2020 + static_cast<int>(i)));
-    EXPECT_EQ(tip.Title(), world.strings.Get(2000 + static_cast<int>(i)));
+    EXPECT_EQ(tip.Text(), world.strings.Get(IDS_TIP_ANALYSE + static_cast<int>(i)));
+    EXPECT_EQ(tip.Title(), world.strings.Get(IDS_BUTTON_ANALYSE + static_cast<int>(i)));
     EXPECT_EQ(tip.Style(), 65);
     EXPECT_EQ(tip.Icon(), 1);
     EXPECT_FALSE(tip.Centered());

@@ -138,7 +138,7 @@ TEST_F(TrayForm, PopupHoldsAllButtonsInTheOrderOfTheirIndexes) {
   ASSERT_EQ(menu.items.size(), 18u);
   for (int i = 0; i < 18; ++i) {
     EXPECT_EQ(menu.items[static_cast<std::size_t>(i)],
-              (MemoryTray::Item{world.strings.Get(2000 + i), i, false, true}));
+              (MemoryTray::Item{world.strings.Get(IDS_BUTTON_ANALYSE + i), i, false, true}));
   }
   ASSERT_TRUE(menu.pictures);
   EXPECT_EQ(menu.pictures->height, 16);

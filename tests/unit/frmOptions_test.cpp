@@ -120,7 +120,7 @@ TEST_F(Options, TextsOfTheFourthTabStayInEveryLanguage) {
 }
 
 TEST_F(Options, AMissingTextEndsTheProgramWithItsId) {
-  resource.texts.erase(4013);
+  resource.texts.erase(IDS_OPTIONS_TAB_SWITCHBOARD);
   desktop.Event([this] { Show(); });
   ASSERT_EQ(desktop.messages.size(), 1u);
   EXPECT_EQ(desktop.messages[0].text, u"Resource with identifier '4013' not found");

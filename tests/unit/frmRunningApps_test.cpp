@@ -29,7 +29,7 @@ class RunningApps : public testing::Test {
 TEST_F(RunningApps, ShowsItsTexts) {
   form.Load();
   EXPECT_EQ(form.Caption(), u"Running Applications");
-  EXPECT_EQ(form.lblWarning.Caption(), resource.texts.at(8001));
+  EXPECT_EQ(form.lblWarning.Caption(), resource.texts.at(IDS_RUNNING_WARNING));
   EXPECT_EQ(form.cmdSwitchTo.Caption(), u"Switch To");
   EXPECT_EQ(form.cmdExit.Caption(), u"Exit");
   EXPECT_EQ(form.cmdCancel.Caption(), u"Cancel");

@@ -102,7 +102,7 @@ class DisplaySettings : public testing::Test {
  protected:
   DisplaySettings() {
     for (int i = 0; i < kButtonCount; ++i) {
-      captions[static_cast<std::size_t>(i)] = strings.Get(2000 + i);
+      captions[static_cast<std::size_t>(i)] = strings.Get(IDS_BUTTON_ANALYSE + i);
     }
     files.PutFolder(u"C:\\Suite");
   }
@@ -1062,7 +1062,7 @@ TEST_F(DisplaySettingsOnTheSwitchboard, TheyShowThePanelAsItIs) {
   Type(u"setgui", [&](frmUI& form) {
     EXPECT_EQ(form.hsbAngle.Value(), 33);
     for (int row = 0; row < kButtonCount; ++row) {
-      EXPECT_EQ(form.lstIcons.List(row), world.strings.Get(2000 + row));
+      EXPECT_EQ(form.lstIcons.List(row), world.strings.Get(IDS_BUTTON_ANALYSE + row));
     }
     EXPECT_EQ(world.icons.given.back().window, form.hWnd());
     form.cmdLoad.UserClick();
