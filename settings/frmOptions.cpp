@@ -65,18 +65,14 @@ frmOptions::frmOptions(const Ports& ports, Dialogs dialogs, const Form& mainForm
   cmdSegmentation.SetBounds({120, 2520, 2760, 345});
   // LAN settings.
   cmdLanSettings.SetBounds({120, 120, 2760, 345});
-  // Hidden segments. These texts stay as they are in every language.
+  // Hidden segments.
   lblRegEx.SetBounds({120, 120, 6975, 225});
-  lblRegEx.SetCaption(u"Hide segments matching these regular expressions:");
   lstRegEx.SetBounds({120, 360, 5730, 2610});
   lstRegEx.MultiSelect = true;
   txtRegEx.SetBounds({120, 3075, 5730, 315});
   cmdAddRegEx.SetBounds({5970, 360, 1125, 345});
-  cmdAddRegEx.SetCaption(u"&Add");
   cmdRemoveRegEx.SetBounds({5970, 795, 1125, 345});
-  cmdRemoveRegEx.SetCaption(u"&Remove");
   cmdClearRegEx.SetBounds({5970, 1230, 1125, 345});
-  cmdClearRegEx.SetCaption(u"&Clear");
 
   cmdOK.SetBounds({5130, 4260, 1125, 345});
   cmdOK.Default = true;
@@ -134,6 +130,10 @@ void frmOptions::SetCaptions() {
   cmdDisplay.SetCaption(strings.Get(IDS_OPTIONS_DISPLAY));
   cmdSegmentation.SetCaption(strings.Get(IDS_OPTIONS_SEGMENTATION));
   cmdLanSettings.SetCaption(strings.Get(IDS_OPTIONS_LAN));
+  lblRegEx.SetCaption(strings.Get(IDS_OPTIONS_EXPRESSIONS));
+  cmdAddRegEx.SetCaption(strings.Get(IDS_OPTIONS_EXPRESSIONS_ADD));
+  cmdRemoveRegEx.SetCaption(strings.Get(IDS_OPTIONS_EXPRESSIONS_REMOVE));
+  cmdClearRegEx.SetCaption(strings.Get(IDS_OPTIONS_EXPRESSIONS_CLEAR));
   cmdOK.SetCaption(strings.Get(IDS_DIALOG_OK));
   cmdCancel.SetCaption(strings.Get(IDS_DIALOG_CANCEL));
 }

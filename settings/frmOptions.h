@@ -67,6 +67,7 @@ class frmOptions : public Form {
   Ports ports_;
   Dialogs dialogs_;
   const Form& mainForm_;
+  // Not translated: a row that is not edited is stored like this, and other programs may read it.
   RowEditor expressions_{lstRegEx, txtRegEx, cmdAddRegEx, cmdRemoveRegEx, u"[New Expression]"};
 };
 

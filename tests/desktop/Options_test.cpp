@@ -168,7 +168,7 @@ TEST_F(OptionsWindow, GermanDialogsAsTheyOpen) {
   ASSERT_TRUE(dialog && dialog.InFront());
   const std::array<const wchar_t*, 4> buttons = {L"Anzeige&einstellungen \u00e4ndern...",
                                                  L"Segmentierungs&regeln...",
-                                                 L"LAN-E&instellungen...", L"&Add"};
+                                                 L"LAN-E&instellungen...", L"&Hinzuf\u00fcgen"};
   for (std::size_t tab = 0; tab < 4; ++tab) {
     ASSERT_TRUE(WaitUntil([&] { return dialog.Button(buttons[tab]) != nullptr; })) << tab;
     dialog.Picture("frmOptions-de-" + std::to_string(tab + 1));

@@ -106,11 +106,11 @@ const std::vector<Neighbours>& AllNeighbours() {
       {"options, LAN",
        {IDS_OPTIONS_TAB_SWITCHBOARD, IDS_OPTIONS_TAB_GENERAL, IDS_OPTIONS_TAB_LAN,
         IDS_OPTIONS_TAB_HIDDEN_SEGMENTS, IDS_OPTIONS_LAN, IDS_DIALOG_OK, IDS_DIALOG_CANCEL}},
-      // The buttons of this page are not translated: "&Add", "&Remove", "&Clear".
       {"options, hidden segments",
        {IDS_OPTIONS_TAB_SWITCHBOARD, IDS_OPTIONS_TAB_GENERAL, IDS_OPTIONS_TAB_LAN,
-        IDS_OPTIONS_TAB_HIDDEN_SEGMENTS, IDS_DIALOG_OK, IDS_DIALOG_CANCEL},
-       u"ARC"},
+        IDS_OPTIONS_TAB_HIDDEN_SEGMENTS, IDS_OPTIONS_EXPRESSIONS, IDS_OPTIONS_EXPRESSIONS_ADD,
+        IDS_OPTIONS_EXPRESSIONS_REMOVE, IDS_OPTIONS_EXPRESSIONS_CLEAR, IDS_DIALOG_OK,
+        IDS_DIALOG_CANCEL}},
       {"segmentation rules",
        {IDS_SEGMENTATION_ADD_DONT_SPLIT, IDS_SEGMENTATION_REMOVE_DONT_SPLIT,
         IDS_SEGMENTATION_ADD_FORCE_SPLIT, IDS_SEGMENTATION_REMOVE_FORCE_SPLIT, IDS_DIALOG_OK,
@@ -344,6 +344,10 @@ const std::map<int, Text>& EnglishTexts() {
       {30022, u"A&dd"},
       {30023, u"Re&move"},
       {30024, u"[New string]"},
+      {30030, u"Hide segments matching these regular expressions:"},
+      {30031, u"&Add"},
+      {30032, u"&Remove"},
+      {30033, u"&Clear"},
   };
   return texts;
 }

@@ -107,15 +107,32 @@ TEST_F(Options, CaptionsComeFromTheTable) {
   });
 }
 
-TEST_F(Options, TextsOfTheFourthTabStayInEveryLanguage) {
-  for (const char* const language : {"en", "de"}) {
+TEST_F(Options, TextsOfTheFourthTabAreThoseOfTheLanguage) {
+  const auto expectTexts = [this](const std::array<TextView, 4>& texts) {
+    Open([&](frmOptions& form) {
+      EXPECT_EQ(form.lblRegEx.Caption(), texts[0]);
+      EXPECT_EQ(form.cmdAddRegEx.Caption(), texts[1]);
+      EXPECT_EQ(form.cmdRemoveRegEx.Caption(), texts[2]);
+      EXPECT_EQ(form.cmdClearRegEx.Caption(), texts[3]);
+    });
+  };
+  expectTexts(
+      {u"Hide segments matching these regular expressions:", u"&Add", u"&Remove", u"&Clear"});
+  resource = MemoryStrings("de");
+  expectTexts({u"Segmente ausblenden, auf die diese regulären Ausdrücke zutreffen:", u"&Hinzufügen",
+               u"&Entfernen", u"Alle e&ntfernen"});
+}
+
+TEST_F(Options, ANewExpressionIsTheSameInEveryLanguage) {
+  for (const std::string language : {"en", "de"}) {
     resource = MemoryStrings(language);
     Open([&](frmOptions& form) {
-      EXPECT_EQ(form.lblRegEx.Caption(), u"Hide segments matching these regular expressions:");
-      EXPECT_EQ(form.cmdAddRegEx.Caption(), u"&Add");
-      EXPECT_EQ(form.cmdRemoveRegEx.Caption(), u"&Remove");
-      EXPECT_EQ(form.cmdClearRegEx.Caption(), u"&Clear");
+      form.cmdClearRegEx.UserClick();
+      form.cmdAddRegEx.UserClick();
+      EXPECT_EQ(form.lstRegEx.List(0), u"[New Expression]");
+      form.cmdOK.UserClick();
     });
+    EXPECT_EQ(List(), Numbered({"[New Expression]"}));
   }
 }
 
