@@ -32,35 +32,35 @@ frmFont::frmFont(const Ports& ports, SampleForm& samples)
   for (std::size_t i = 0; i < 3; ++i) --chkStyle[i]->TabIndex;
 
   Tag = StringTag(IDS_FONT_TITLE);
-  Design = {5295, 3000};
-  picGrad.SetBounds({120, 120, 5055, 1290});
-  lblSample.SetBounds({0, 0, 5055, 1290});
+  Design = {5655, 3000};
+  picGrad.SetBounds({120, 120, 5415, 1290});
+  lblSample.SetBounds({0, 0, 5415, 1290});
   lblSample.Tag = StringTag(IDS_FONT_SAMPLE);
   lblSample.Alignment = Alignment::kCenter;
   lblSample.WordWrap = false;
   cmbFont.SetBounds({120, 1545, 3195, 315});
   cmbFont.Sorted = true;
-  lblSize.SetBounds({3435, 1590, 750, 255});
+  lblSize.SetBounds({3435, 1590, 1110, 255});
   lblSize.Alignment = Alignment::kRight;
   lblSize.Tag = StringTag(IDS_FONT_SIZE);
-  txtSize.SetBounds({4275, 1545, 600, 315});
+  txtSize.SetBounds({4635, 1545, 600, 315});
   // Only its arrow shows, so that list and field look like one combo box. The keyboard uses the
   // field.
-  cmbSize.SetBounds({4875, 1545, 300, 315});
+  cmbSize.SetBounds({5235, 1545, 300, 315});
   cmbSize.Editable = true;
   cmbSize.TabStop = false;
   chkStyle[0]->SetBounds({120, 2025, 1140, 255});
   chkStyle[0]->Tag = StringTag(IDS_FONT_BOLD);
   chkStyle[1]->SetBounds({1320, 2025, 1140, 255});
   chkStyle[1]->Tag = StringTag(IDS_FONT_ITALIC);
-  chkStyle[2]->SetBounds({2520, 2025, 1440, 255});
+  chkStyle[2]->SetBounds({2520, 2025, 1800, 255});
   chkStyle[2]->Tag = StringTag(IDS_FONT_UNDERLINE);
-  cmdSetColor.SetBounds({4050, 1980, 1125, 345});
+  cmdSetColor.SetBounds({4410, 1980, 1125, 345});
   cmdSetColor.Tag = StringTag(IDS_FONT_COLOUR);
-  cmdDismiss[0]->SetBounds({2835, 2535, 1125, 345});
+  cmdDismiss[0]->SetBounds({3195, 2535, 1125, 345});
   cmdDismiss[0]->Tag = StringTag(IDS_FONT_OK);
   cmdDismiss[0]->Default = true;
-  cmdDismiss[1]->SetBounds({4050, 2535, 1125, 345});
+  cmdDismiss[1]->SetBounds({4410, 2535, 1125, 345});
   cmdDismiss[1]->Tag = StringTag(IDS_FONT_CANCEL);
   cmdDismiss[1]->Cancel = true;
 

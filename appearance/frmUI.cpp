@@ -67,9 +67,9 @@ void frmUI::Arrange() {
   cmdSetColor(1).Tag = StringTag(IDS_UI_COLOUR_2);
   cmdSetColor(4).Tag = StringTag(IDS_UI_BORDER_COLOUR_1);
   cmdSetColor(5).Tag = StringTag(IDS_UI_BORDER_COLOUR_2);
-  lblAngle.SetBounds({180, 810, 555, 225});
+  lblAngle.SetBounds({180, 810, 1050, 225});
   lblAngle.Tag = StringTag(IDS_UI_ANGLE);
-  hsbAngle.SetBounds({735, 795, 4935, 255});
+  hsbAngle.SetBounds({1230, 795, 4440, 255});
   hsbAngle.Max = kLastAngle;
   hsbAngle.LargeChange = 30;
   lblAngleValue.SetBounds({5670, 810, 510, 225});
@@ -106,7 +106,7 @@ void frmUI::Arrange() {
   cmdLoad.Tag = StringTag(IDS_UI_LOAD);
   cmdSave.SetBounds({1335, 6285, 1125, 345});
   cmdSave.Tag = StringTag(IDS_UI_SAVE);
-  cmdDefault.SetBounds({2685, 6285, 1125, 345});
+  cmdDefault.SetBounds({2685, 6285, 1200, 345});
   cmdDefault.Tag = StringTag(IDS_UI_DEFAULT);
   cmdDismiss[0].SetBounds({8460, 6285, 1125, 345});
   cmdDismiss[0].Default = true;

@@ -34,23 +34,23 @@ TextView Trim(TextView text) {
 frmChangeServer::frmChangeServer(const Ports& ports, clsMRU& list)
     : Form(ports.desktop, "frmChangeServer"), ports_(ports), list_(list) {
   Tag = StringTag(IDS_SERVER_TITLE);
-  Design = {5910, 2310};
+  Design = {6810, 2310};
   Image1.SetBounds({150, 150, kPictureTwips, kPictureTwips});
-  lblServer.SetBounds({1065, 210, 1155, 255});
+  lblServer.SetBounds({1065, 210, 1575, 255});
   lblServer.Tag = StringTag(IDS_SERVER_NAME);
-  cmbServer.SetBounds({2220, 150, 3570, 315});
+  cmbServer.SetBounds({2640, 150, 4050, 315});
   cmbServer.Editable = true;
-  chkSSL.SetBounds({1065, 615, 4725, 255});
+  chkSSL.SetBounds({1065, 615, 5625, 255});
   chkSSL.Tag = StringTag(IDS_SERVER_SSL);
-  chkUseDefault.SetBounds({1065, 960, 4725, 255});
+  chkUseDefault.SetBounds({1065, 960, 5625, 255});
   chkUseDefault.Tag = StringTag(IDS_SERVER_DEFAULT_PORT);
-  lblPortNumber.SetBounds({1065, 1380, 1155, 255});
+  lblPortNumber.SetBounds({1065, 1380, 1575, 255});
   lblPortNumber.Tag = StringTag(IDS_SERVER_PORT);
-  txtPortNumber.SetBounds({2220, 1320, 780, 315});
-  cmdOK.SetBounds({3450, 1845, 1125, 345});
+  txtPortNumber.SetBounds({2640, 1320, 780, 315});
+  cmdOK.SetBounds({4350, 1845, 1125, 345});
   cmdOK.Tag = StringTag(IDS_OK);
   cmdOK.Default = true;
-  cmdCancel.SetBounds({4665, 1845, 1125, 345});
+  cmdCancel.SetBounds({5565, 1845, 1125, 345});
   cmdCancel.Tag = StringTag(IDS_CANCEL);
   cmdCancel.Cancel = true;
 

@@ -24,26 +24,26 @@ Text Trim(TextView text) {
 frmLanSettings::frmLanSettings(const Ports& ports)
     : Form(ports.desktop, "frmLanSettings"), ports_(ports) {
   Tag = StringTag(IDS_LAN_TITLE);
-  Design = {6660, 2835};
-  fraProxyServer.SetBounds({120, 90, 6420, 2130});
+  Design = {7020, 2835};
+  fraProxyServer.SetBounds({120, 90, 6780, 2130});
   fraProxyServer.Tag = StringTag(IDS_LAN_PROXY_SERVER);
-  picContainer.SetBounds({120, 240, 6180, 1770});
-  optDefault.SetBounds({60, 60, 6060, 255});
+  picContainer.SetBounds({120, 240, 6540, 1770});
+  optDefault.SetBounds({60, 60, 6420, 255});
   optDefault.Tag = StringTag(IDS_LAN_DEFAULT);
-  optOverride.SetBounds({60, 375, 6060, 255});
+  optOverride.SetBounds({60, 375, 6420, 255});
   optOverride.Tag = StringTag(IDS_LAN_OVERRIDE);
-  chkUseProxy.SetBounds({330, 795, 5790, 255});
+  chkUseProxy.SetBounds({330, 795, 6150, 255});
   chkUseProxy.Tag = StringTag(IDS_LAN_USE_PROXY);
-  lblProxyAddress.SetBounds({600, 1275, 840, 255});
+  lblProxyAddress.SetBounds({600, 1275, 1275, 255});
   lblProxyAddress.Tag = StringTag(IDS_LAN_ADDRESS);
-  txtProxyAddress.SetBounds({1440, 1215, 2850, 315});
-  lblProxyPort.SetBounds({4545, 1275, 600, 255});
+  txtProxyAddress.SetBounds({1875, 1215, 2595, 315});
+  lblProxyPort.SetBounds({4590, 1275, 975, 255});
   lblProxyPort.Tag = StringTag(IDS_LAN_PORT);
-  txtProxyPort.SetBounds({5145, 1215, 780, 315});
-  cmdOK.SetBounds({4200, 2370, 1125, 345});
+  txtProxyPort.SetBounds({5565, 1215, 780, 315});
+  cmdOK.SetBounds({4560, 2370, 1125, 345});
   cmdOK.Tag = StringTag(IDS_LAN_OK);
   cmdOK.Default = true;
-  cmdCancel.SetBounds({5415, 2370, 1125, 345});
+  cmdCancel.SetBounds({5775, 2370, 1125, 345});
   cmdCancel.Tag = StringTag(IDS_LAN_CANCEL);
   cmdCancel.Cancel = true;
 

@@ -20,7 +20,7 @@ constexpr std::array kOptionStrings = {
     IDS_OPTIONS_CONTEXT_MENUS, IDS_OPTIONS_WIZARD,       IDS_OPTIONS_NUMBER_SEGMENTS,
     IDS_OPTIONS_RED_BARS,      IDS_OPTIONS_LIST_NUMBERS, IDS_OPTIONS_BULLETS};
 
-constexpr Box kTabs{105, 105, 7365, 4035};
+constexpr Box kTabs{105, 105, 8325, 4035};
 constexpr Box kPanel{kTabs.left + 75, kTabs.top + 375, kTabs.width - 150, kTabs.height - 450};
 
 cRegistry Expressions(RegistryStore& store) {
@@ -41,7 +41,7 @@ frmOptions::frmOptions(const Ports& ports, Dialogs dialogs, const Form& mainForm
       ports_(ports),
       dialogs_(std::move(dialogs)),
       mainForm_(mainForm) {
-  Design = {7575, 4725};
+  Design = {8535, 4725};
   KeyPreview = true;
   tabOptions.SetBounds(kTabs);
   for (PictureBox& panel : picTab) {
@@ -51,32 +51,32 @@ frmOptions::frmOptions(const Ports& ports, Dialogs dialogs, const Form& mainForm
   }
 
   // Switchboard.
-  chkOptions[0].SetBounds({120, 120, 6975, 255});
-  chkOptions[1].SetBounds({120, 465, 6975, 255});
-  chkOptions[4].SetBounds({120, 810, 6975, 255});
+  chkOptions[0].SetBounds({120, 120, 7935, 255});
+  chkOptions[1].SetBounds({120, 465, 7935, 255});
+  chkOptions[4].SetBounds({120, 810, 7935, 255});
   cmdDisplay.SetBounds({120, 1320, 2760, 345});
   // General.
-  chkOptions[2].SetBounds({120, 120, 6975, 255});
-  chkOptions[3].SetBounds({120, 465, 6975, 255});
-  chkOptions[5].SetBounds({120, 975, 6975, 255});
-  chkOptions[6].SetBounds({120, 1320, 6975, 255});
-  chkOptions[7].SetBounds({120, 1665, 6975, 255});
-  chkOptions[8].SetBounds({120, 2010, 6975, 255});
+  chkOptions[2].SetBounds({120, 120, 7935, 255});
+  chkOptions[3].SetBounds({120, 465, 7935, 255});
+  chkOptions[5].SetBounds({120, 975, 7935, 255});
+  chkOptions[6].SetBounds({120, 1320, 7935, 255});
+  chkOptions[7].SetBounds({120, 1665, 7935, 255});
+  chkOptions[8].SetBounds({120, 2010, 7935, 255});
   cmdSegmentation.SetBounds({120, 2520, 2760, 345});
   // LAN settings.
   cmdLanSettings.SetBounds({120, 120, 2760, 345});
   // Hidden segments.
-  lblRegEx.SetBounds({120, 120, 6975, 225});
-  lstRegEx.SetBounds({120, 360, 5730, 2610});
+  lblRegEx.SetBounds({120, 120, 7935, 225});
+  lstRegEx.SetBounds({120, 360, 6570, 2610});
   lstRegEx.MultiSelect = true;
-  txtRegEx.SetBounds({120, 3075, 5730, 315});
-  cmdAddRegEx.SetBounds({5970, 360, 1125, 345});
-  cmdRemoveRegEx.SetBounds({5970, 795, 1125, 345});
-  cmdClearRegEx.SetBounds({5970, 1230, 1125, 345});
+  txtRegEx.SetBounds({120, 3075, 6570, 315});
+  cmdAddRegEx.SetBounds({6810, 360, 1245, 345});
+  cmdRemoveRegEx.SetBounds({6810, 795, 1245, 345});
+  cmdClearRegEx.SetBounds({6810, 1230, 1245, 345});
 
-  cmdOK.SetBounds({5130, 4260, 1125, 345});
+  cmdOK.SetBounds({6090, 4260, 1125, 345});
   cmdOK.Default = true;
-  cmdCancel.SetBounds({6345, 4260, 1125, 345});
+  cmdCancel.SetBounds({7305, 4260, 1125, 345});
   cmdCancel.Cancel = true;
 
   // Tab order: from the top of each panel to its bottom.

@@ -31,9 +31,9 @@ void DesignColumn(int left, int caption, int addText, int removeText, Label& lab
   list.SetBounds({left, 360, 3780, 2355});
   list.MultiSelect = true;
   field.SetBounds({left, 2820, 3780, 315});
-  add.SetBounds({left, 3240, 1125, 345});
+  add.SetBounds({left, 3240, 1245, 345});
   add.Tag = StringTag(addText);
-  remove.SetBounds({left + 1215, 3240, 1125, 345});
+  remove.SetBounds({left + 1335, 3240, 1245, 345});
   remove.Tag = StringTag(removeText);
 }
 

@@ -12,7 +12,7 @@ frmRunningApps::frmRunningApps(Desktop& desktop, const Locale& locales, const St
   lblWarning.SetBounds({120, 120, 4920, 630});
   lblWarning.Tag = StringTag(IDS_RUNNING_WARNING);
   lstRunningApplications.SetBounds({120, 810, 4920, 1995});
-  cmdSwitchTo.SetBounds({1335, 2925, 1275, 345});
+  cmdSwitchTo.SetBounds({1230, 2925, 1380, 345});
   cmdSwitchTo.Tag = StringTag(IDS_RUNNING_SWITCH_TO);
   cmdSwitchTo.Default = true;
   cmdSwitchTo.SetEnabled(false);

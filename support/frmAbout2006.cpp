@@ -19,7 +19,7 @@ constexpr std::array<Drawing, 3> kLogo = {
 constexpr int kWidth = 6000;  // the logo's, in twips
 constexpr int kMargin = 240;
 constexpr int kLineHeight = 240;
-constexpr int kLinkWidth = 2700;
+constexpr int kLinkWidth = 3600;
 constexpr Color kLink = Rgb(0, 95, 71);
 
 constexpr Box TextLine(int top, int width = kWidth - 2 * kMargin) {
