@@ -45,17 +45,17 @@ cmd_run() {
   fi
 }
 
-SHOT_LANGUAGES=(en de)
 SHOT_RESOLUTIONS=(96 120 144 168 192 240)
 
 # Screenshots of every form in out/shots/forms/LANGUAGE/DPI, and a contact sheet beside it. Without
 # arguments: all languages, all resolutions, and the demo's screenshots too.
 cmd_shots() {
-  local languages=("${SHOT_LANGUAGES[@]}") resolutions=("${SHOT_RESOLUTIONS[@]}") demo=1
+  local languages resolutions=("${SHOT_RESOLUTIONS[@]}") demo=1 code
+  mapfile -t languages < <(languages)
   while (($#)); do
     demo=
     case $1 in
-      --language) languages=("${2:?--language needs en or de}") ;;
+      --language) code=$(language_option "${@:1:2}"); languages=("$code") ;;
       --dpi) resolutions=("${2:?--dpi needs a number}") ;;
       *) usage >&2; fail "unknown: $1" ;;
     esac
@@ -75,7 +75,7 @@ cmd_shots() {
 form_shots() {
   local dpi language folder program
   unset DISPLAY
-  build_preset win32 "${languages[@]/#/form_pictures_}"
+  build_preset win32 "${languages[@]/#/forms_tests_}"
   wine_begin shots 96 2560x1920
   for dpi in "${resolutions[@]}"; do
     wine_dpi "$dpi"
@@ -83,9 +83,10 @@ form_shots() {
       folder=out/shots/forms/$language/$dpi
       rm -rf "$folder"
       mkdir -p "$folder"
-      program=build/win32/tests/pictures/form_pictures_$language.exe
-      MARL_SHOTS="Z:$ROOT/$folder" "${WINE_VIA[@]}" wine "$program" ||
-        fail "not all forms could be shown ($language, $dpi dots an inch)"
+      program=build/win32/tests/forms/forms_tests_$language.exe
+      MARL_SHOTS="Z:$ROOT/$folder" "${WINE_VIA[@]}" wine "$program" "--language=$language" \
+          --gtest_filter='Forms.*' --gtest_brief=1 ||
+        fail "not all forms could be shown whole ($language, $dpi dots an inch)"
       montage "$folder"/*.png -background '#808080' -geometry +8+8 -tile 5x "$folder.png"
       say "$folder, $folder.png"
     done

@@ -21,5 +21,5 @@ list_tests() {
     FNR == 1 { open = "" }
     open != "" { emit(open " " $0); open = ""; next }
     /^(TYPED_)?TEST(_F|_P)?\(/ { if (/\)/) emit($0); else open = $0 }
-  ' tests/{unit,contract,desktop}/*.cpp | { grep -iF -e "${1:-}" || true; }
+  ' tests/{unit,contract,desktop,forms}/*.cpp | { grep -iF -e "${1:-}" || true; }
 }

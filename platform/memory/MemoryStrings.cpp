@@ -1,5 +1,7 @@
 #include "platform/memory/MemoryStrings.h"
 
+#include <span>
+
 #include "resources/strings/ids.h"
 
 #define MARL_WIDE(text) u##text
@@ -14,26 +16,28 @@ struct Entry {
   const char16_t* text;
 };
 
-constexpr Entry kEnglish[] = {
-#include "resources/strings/en.inc"
+struct Language {
+  std::string_view code;
+  std::span<const Entry> entries;
 };
 
-constexpr Entry kGerman[] = {
-#include "resources/strings/de.inc"
-};
-
-template <std::size_t size>
-std::map<int, Text> TextsOf(const Entry (&entries)[size]) {
-  std::map<int, Text> texts;
-  for (const Entry& entry : entries) texts.emplace(entry.id, entry.text);
-  return texts;
-}
+#include "resources/strings/languages.inc"  // written by the build: kLanguages
 
 }  // namespace
 
 MemoryStrings::MemoryStrings(std::string_view language) {
-  if (language == "en") texts = TextsOf(kEnglish);
-  if (language == "de") texts = TextsOf(kGerman);
+  for (const Language& known : kLanguages) {
+    if (known.code != language) continue;
+    for (const Entry& entry : known.entries) texts.emplace(entry.id, entry.text);
+  }
+}
+
+std::vector<std::string> MemoryStrings::Languages() {
+  std::vector<std::string> codes;
+  for (const Language& known : kLanguages) {
+    if (known.code != kMarked) codes.emplace_back(known.code);
+  }
+  return codes;
 }
 
 bool MemoryStrings::Load(int id, Text& out) const {

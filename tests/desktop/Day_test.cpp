@@ -1,60 +1,22 @@
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
 #include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
+#include "tests/desktop/Words.h"
+#include "tests/forms/WindowTexts.h"
 
-// A day with the program, from its first start to the second, in both languages: every step by
-// mouse and keys, with a screenshot of each.
+// A day with the program, from its first start to the second, in every language: every step by
+// mouse and keys, with a screenshot of each. In the marked language every text in its windows is
+// marked.
 
 namespace marl::desktop {
 
 namespace {
 
 constexpr UINT kFileName = 0x480;  // the field of the platform's file dialogs
-
-/// The program's texts that the day needs, and its name for screenshots.
-struct Language {
-  const char* name;
-  const std::wstring Programs::*program;
-  const wchar_t* demonstration;
-  const wchar_t* wizard;
-  const wchar_t* displaySettings;
-  const wchar_t* saveSkin;
-  const wchar_t* changeServer;
-  const wchar_t* selection;
-  const wchar_t* cleanQuestion;
-  const wchar_t* options;
-  const wchar_t* allApplications;
-};
-
-const Language kEnglish = {
-    "en",
-    &Programs::marl,
-    kDemonstrationQuestion,
-    kWizardQuestion,
-    L"Display settings",
-    L"&Save...",
-    L"Change server",
-    L"Select language and file name",
-    L"This will remove all Marl files from the folder.  Are you sure you want to continue?",
-    L"Options",
-    L"Show all applications in &tools menu"};
-const Language kGerman = {
-    "de",
-    &Programs::german,
-    L"M\u00f6chten Sie eine Vorf\u00fchrung starten, die Ihnen zeigt, wie Sie in Marl "
-    L"\u00fcbersetzen?",
-    L"M\u00f6chten Sie beim Start von Marl den \u00dcbersetzungsassistenten starten?",
-    L"Anzeigeeinstellungen",
-    L"S&peichern...",
-    L"Server wechseln",
-    L"Sprache und Dateinamen ausw\u00e4hlen",
-    L"Dadurch werden alle Marl-Dateien aus dem Ordner entfernt. M\u00f6chten Sie den Vorgang "
-    L"wirklich fortsetzen?",
-    L"Optionen",
-    L"Alle Anwendungen im Men\u00fc \u201eE&xtras\u201c anzeigen"};
 
 constexpr char kProject[] =
     "<project><language lc=\"fr\" description=\"French\">"
@@ -83,14 +45,15 @@ bool ChooseFile(const RunningMarl& marl, const std::wstring& path) {
   return WaitUntil([&] { return !IsWindow(dialog) || !IsWindowVisible(dialog); });
 }
 
-class Day : public SwitchboardTest, public testing::WithParamInterface<const Language*> {
+class Day : public SwitchboardTest, public testing::WithParamInterface<std::string> {
  protected:
   Day() { settings.Set(L"FirstRun", L"Y"); }
 
   void SetUp() override {
-    const std::wstring& program = g_programs.*GetParam()->program;
+    const std::wstring& program = g_programs.In(GetParam());
     ASSERT_TRUE(CopyFileW(program.c_str(), suite.marl().c_str(), FALSE));
-    const std::wstring library = program.substr(0, program.rfind(L'\\') + 1) + L"q17icl.oru";
+    const std::wstring& first = g_programs.marl;
+    const std::wstring library = first.substr(0, first.rfind(L'\\') + 1) + L"q17icl.oru";
     CopyFileW(library.c_str(), (suite.path() + L"\\q17icl.oru").c_str(), FALSE);
     Put(L"job.qprx", kProject);
     Put(L"French\\report.qtd");
@@ -104,19 +67,28 @@ class Day : public SwitchboardTest, public testing::WithParamInterface<const Lan
     std::ofstream(path, std::ios::binary) << content;
   }
   bool There(const std::wstring& name) const { return std::filesystem::exists(At(name)); }
-  void Picture(const char* station) const {
-    Screenshot(std::string("day-") + GetParam()->name + '-' + station);
+  void Picture(const RunningMarl& marl, const std::string& station) const {
+    Screenshot("day-" + GetParam() + '-' + station);
+    if (GetParam() != MemoryStrings::kMarked) return;
+    for (HWND form = nullptr; (form = FindWindowExW(nullptr, form, L"MarlForm", nullptr));) {
+      DWORD process = 0;
+      GetWindowThreadProcessId(form, &process);
+      if (process != marl.id() || !IsWindowVisible(form)) continue;
+      std::vector<std::string> unmarked = UnmarkedWindows(form);
+      std::erase(unmarked, "MarlForm: Marl : tracking.example.com");  // the server's name is data
+      EXPECT_EQ(unmarked, std::vector<std::string>{}) << station;
+    }
   }
-  testing::AssertionResult Answer(const RunningMarl& marl, const wchar_t* question,
-                                  int button) const {
+  testing::AssertionResult Answer(const RunningMarl& marl, int question, int button) const {
     const MessageBoxWindow box = marl.WaitForBox();
     if (!box) return testing::AssertionFailure() << "no message box came";
-    if (box.Text() != question) return testing::AssertionFailure() << ToUtf8(box.Text());
-    Picture(button == IDNO ? "question" : "clean");
+    if (box.Text() != words(question)) return testing::AssertionFailure() << ToUtf8(box.Text());
+    Picture(marl, button == IDNO ? "question" : "clean");
     if (!box.Press(button)) return testing::AssertionFailure() << "the button does not answer";
     return testing::AssertionSuccess();
   }
 
+  const Words words{GetParam()};
   const SuiteFolder suite;
   const std::wstring folder = suite.temp() + L"\\Jobs";
 };
@@ -124,23 +96,22 @@ class Day : public SwitchboardTest, public testing::WithParamInterface<const Lan
 }  // namespace
 
 TEST_P(Day, FromTheFirstStartToTheSecond) {
-  const Language& texts = *GetParam();
   const std::wstring skin = At(L"mine.qsk");
   RECT place = {};
   {
     const RunningMarl marl(suite);
-    ASSERT_TRUE(Answer(marl, texts.demonstration, IDNO));
-    ASSERT_TRUE(Answer(marl, texts.wizard, IDNO));
+    ASSERT_TRUE(Answer(marl, IDS_ASK_DEMONSTRATION, IDNO));
+    ASSERT_TRUE(Answer(marl, IDS_ASK_WIZARD, IDNO));
     const HWND main = marl.WaitForWindow();
     ASSERT_TRUE(main);
     std::size_t tools = 1;  // Q17Shell.exe, for the context menu
     ASSERT_EQ(suite.WaitForTools(tools).size(), tools);
-    Picture("switchboard");
+    Picture(marl, "switchboard");
 
     ASSERT_TRUE(BringForward(main));
     Keys(L"setgui");
     {
-      const Dialog dialog(marl, texts.displaySettings);
+      const Dialog dialog(marl, words(IDS_UI_TITLE).c_str());
       ASSERT_TRUE(dialog);
       const HWND bar = dialog.Find(L"ScrollBar");
       ASSERT_TRUE(bar);
@@ -150,25 +121,25 @@ TEST_P(Day, FromTheFirstStartToTheSecond) {
         Click(area.left + (area.right - area.left) * 8 / 10, (area.top + area.bottom) / 2);
         ASSERT_TRUE(WaitUntil([&] { return GetScrollPos(bar, SB_CTL) == angle; })) << angle;
       }
-      Picture("look");
-      ASSERT_TRUE(dialog.Press(texts.saveSkin));
+      Picture(marl, "look");
+      ASSERT_TRUE(dialog.Press(words(IDS_UI_SAVE).c_str()));
       ASSERT_TRUE(ChooseFile(marl, skin));
       ASSERT_TRUE(WaitUntil([&] { return std::filesystem::exists(skin); }));
       ASSERT_TRUE(WaitUntil([&] { return dialog.InFront(); }));
-      ASSERT_TRUE(dialog.Leave(L"OK"));
+      ASSERT_TRUE(dialog.Leave(words(IDS_UI_OK).c_str()));
     }
     const auto look = ReadStored(L"Software\\Oru\\Marl\\GUI");
     ASSERT_TRUE(look);
-    Picture("new-look");
+    Picture(marl, "new-look");
 
     Click(IconOf(main, kChangeServer));
     {
-      const Dialog dialog(marl, texts.changeServer);
+      const Dialog dialog(marl, words(IDS_SERVER_TITLE).c_str());
       ASSERT_TRUE(dialog);
       ASSERT_TRUE(WaitUntil([&] { return dialog.InFront(); }));
       Keys(L"tracking.example.com");
-      Picture("server");
-      ASSERT_TRUE(dialog.Leave(L"OK"));
+      Picture(marl, "server");
+      ASSERT_TRUE(dialog.Leave(words(IDS_OK).c_str()));
     }
     EXPECT_TRUE(
         WaitUntil([&] { return TextOf(main).find(L"tracking.example.com") != TextOf(main).npos; }));
@@ -179,10 +150,10 @@ TEST_P(Day, FromTheFirstStartToTheSecond) {
     ASSERT_TRUE(BringForward(main));
     Chord({VK_CONTROL}, 'P');
     {
-      const Dialog dialog(marl, texts.selection);
+      const Dialog dialog(marl, words(IDS_SELECT_TITLE).c_str());
       ASSERT_TRUE(dialog);
-      Picture("document");
-      ASSERT_TRUE(dialog.Leave(L"OK"));
+      Picture(marl, "document");
+      ASSERT_TRUE(dialog.Leave(words(IDS_OK).c_str()));
     }
     const auto starts = suite.WaitForTools(++tools);
     ASSERT_EQ(starts.size(), tools);
@@ -191,19 +162,19 @@ TEST_P(Day, FromTheFirstStartToTheSecond) {
 
     ASSERT_TRUE(BringForward(main));
     Chord({VK_CONTROL}, 'W');
-    ASSERT_TRUE(Answer(marl, texts.cleanQuestion, IDYES));
+    ASSERT_TRUE(Answer(marl, IDS_ASK_CLEAN, IDYES));
     EXPECT_TRUE(WaitUntil([&] { return !There(L"French\\report.qtd"); }));
     EXPECT_TRUE(There(L"job.qprx"));
 
     ASSERT_TRUE(BringForward(main));
     Chord({VK_SHIFT}, VK_F6);
     {
-      const Dialog dialog(marl, texts.options);
+      const Dialog dialog(marl, words(IDS_OPTIONS_TITLE).c_str());
       ASSERT_TRUE(dialog);
-      EXPECT_FALSE(dialog.Checked(texts.allApplications));
-      ASSERT_TRUE(dialog.Check(texts.allApplications, true));
-      Picture("options");
-      ASSERT_TRUE(dialog.Leave(L"OK"));
+      EXPECT_FALSE(dialog.Checked(words(IDS_OPTIONS_TOOLS_MENU).c_str()));
+      ASSERT_TRUE(dialog.Check(words(IDS_OPTIONS_TOOLS_MENU).c_str(), true));
+      Picture(marl, "options");
+      ASSERT_TRUE(dialog.Leave(words(IDS_DIALOG_OK).c_str()));
     }
     // The first program in the Tools menu, which is now shown.
     ASSERT_TRUE(BringForward(main));
@@ -213,7 +184,7 @@ TEST_P(Day, FromTheFirstStartToTheSecond) {
     // Minimised, and restored by the message that a double click on the tray icon sends.
     PostMessageW(main, WM_SYSCOMMAND, SC_MINIMIZE, 0);
     ASSERT_TRUE(WaitUntil([&] { return !IsWindowVisible(main); }));
-    Picture("tray");
+    Picture(marl, "tray");
     PostMessageW(main, RegisterWindowMessageW(L"msgMarlMenu"), 0, WM_LBUTTONDBLCLK);
     ASSERT_TRUE(WaitUntil([&] { return IsWindowVisible(main) && !IsIconic(main); }));
     ASSERT_TRUE(BringForward(main));
@@ -237,11 +208,20 @@ TEST_P(Day, FromTheFirstStartToTheSecond) {
   std::ifstream file{std::filesystem::path(skin), std::ios::binary};
   const std::string saved{std::istreambuf_iterator<char>(file), {}};
   EXPECT_NE(saved.find("<parameter name=\"angle\" value=\"180\"/>"), std::string::npos) << saved;
-  Picture("second-start");
+  Picture(marl, "second-start");
   EXPECT_TRUE(Close(marl));
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, Day, testing::Values(&kEnglish, &kGerman),
-                         [](const auto& tested) { return std::string(tested.param->name); });
+std::vector<std::string> AllLanguages() {
+  std::vector<std::string> all = MemoryStrings::Languages();
+  all.emplace_back(MemoryStrings::kMarked);
+  return all;
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, Day, testing::ValuesIn(AllLanguages()), [](const auto& tested) {
+  std::string name = tested.param;
+  std::replace(name.begin(), name.end(), '-', '_');
+  return name;
+});
 
 }  // namespace marl::desktop

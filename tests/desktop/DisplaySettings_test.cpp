@@ -6,6 +6,7 @@
 
 #include "tests/desktop/Dialog.h"
 #include "tests/desktop/Switchboard.h"
+#include "tests/desktop/Words.h"
 
 // The display settings in the real program: opened by the hidden word, used by mouse and keys, read
 // back from the registry byte for byte, saved as a skin and loaded from one.
@@ -441,23 +442,16 @@ TEST_F(DisplaySettings, AShippedSkinIsAppliedFromTheSkinsFolder) {
   }
 }
 
-TEST_F(DisplaySettings, NoButtonAndNoListCutsItsTextOffInEitherLanguage) {
-  const struct {
-    std::wstring program;
-    const wchar_t* title;
-    const wchar_t* cancel;
-    const char* picture;
-  } languages[] = {
-      {g_programs.marl, L"Display settings", L"Cancel", "display-settings"},
-      {g_programs.german, L"Anzeigeeinstellungen", L"Abbrechen", "display-settings-german"}};
-  for (const auto& language : languages) {
+TEST_F(DisplaySettings, NoButtonAndNoListCutsItsTextOffInAnyLanguage) {
+  for (const std::string& language : MemoryStrings::Languages()) {
+    const Words words(language);
     const SuiteFolder suite;
-    ASSERT_TRUE(CopyFileW(language.program.c_str(), suite.marl().c_str(), FALSE));
+    ASSERT_TRUE(CopyFileW(g_programs.In(language).c_str(), suite.marl().c_str(), FALSE));
     const RunningMarl marl(suite);
-    const SettingsDialog dialog(marl, language.title);
-    ASSERT_TRUE(dialog) << language.picture;
+    const SettingsDialog dialog(marl, words(IDS_UI_TITLE).c_str());
+    ASSERT_TRUE(dialog) << language;
     RedrawWindow(dialog.window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    Screenshot(language.picture, dialog.window());
+    Screenshot("display-settings-" + language, dialog.window());
     const auto fits = [](const std::wstring& text, HWND control, int besides) {
       RECT room = {};
       GetClientRect(control, &room);
@@ -491,7 +485,7 @@ TEST_F(DisplaySettings, NoButtonAndNoListCutsItsTextOffInEitherLanguage) {
     GetClientRect(dialog.List(), &list);
     EXPECT_LE(last.bottom, list.bottom);
     for (int row = 0; row < 18; ++row) fits(dialog.RowText(row), dialog.List(), 22);
-    EXPECT_TRUE(dialog.Leave(language.cancel));
+    EXPECT_TRUE(dialog.Leave(words(IDS_UI_CANCEL).c_str()));
     EXPECT_TRUE(Close(marl));
   }
 }

@@ -159,7 +159,7 @@ TEST_F(OptionsWindow, EveryTabAsItOpens) {
 }
 
 TEST_F(OptionsWindow, GermanDialogsAsTheyOpen) {
-  ASSERT_TRUE(CopyFileW(g_programs.german.c_str(), suite.marl().c_str(), FALSE));
+  ASSERT_TRUE(CopyFileW(g_programs.In("de").c_str(), suite.marl().c_str(), FALSE));
   PutStored(kListKey, "RegEx1", Text("^\\d+$"));
   Run();
   ASSERT_TRUE(main);

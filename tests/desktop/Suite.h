@@ -14,12 +14,18 @@
 
 namespace marl::desktop {
 
-/// Paths of the programs under test: the command line's --marl=PATH, --german=PATH and
-/// --stand-in=PATH, or the environment's MARL_PROGRAM, MARL_GERMAN_PROGRAM and MARL_STAND_IN.
+/// Paths of the programs under test: the command line's --marl=PATH and --stand-in=PATH, or the
+/// environment's MARL_PROGRAM and MARL_STAND_IN; and --marl-CODE=PATH for the program in a
+/// language.
 struct Programs {
-  std::wstring marl;
-  std::wstring german;
+  std::wstring marl;  ///< in the first language
   std::wstring standIn;
+  std::map<std::string, std::wstring> translations;  ///< in each other language, by its code
+
+  const std::wstring& In(const std::string& language) const {
+    const auto found = translations.find(language);
+    return found == translations.end() ? marl : found->second;
+  }
 };
 extern Programs g_programs;
 

@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <iostream>
 #include <string>
+#include <vector>
 
+#include "platform/memory/MemoryStrings.h"
 #include "tests/desktop/Harness.h"
 #include "tests/desktop/TestQueue.h"
 
@@ -20,6 +23,18 @@ std::wstring FullPath(const std::wstring& path) {
 
 bool Present(const std::wstring& path) {
   return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+/// True when each further language has its program.
+bool AllTranslations() {
+  using marl::MemoryStrings;
+  std::vector<std::string> languages = MemoryStrings::Languages();
+  languages.front() = MemoryStrings::kMarked;
+  return std::all_of(languages.begin(), languages.end(), [](const std::string& language) {
+    const auto& translations = marl::desktop::g_programs.translations;
+    const auto found = translations.find(language);
+    return found != translations.end() && Present(found->second);
+  });
 }
 
 /// Restricts the selected tests to those of one suite.
@@ -39,22 +54,24 @@ int wmain(int argc, wchar_t** argv) {
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
   testing::InitGoogleTest(&argc, argv);
   g_programs.marl = marl::desktop::Environment(L"MARL_PROGRAM");
-  g_programs.german = marl::desktop::Environment(L"MARL_GERMAN_PROGRAM");
   g_programs.standIn = marl::desktop::Environment(L"MARL_STAND_IN");
   std::wstring queue;
   for (int i = 1; i < argc; ++i) {
     const std::wstring argument = argv[i];
     if (argument.starts_with(L"--marl=")) g_programs.marl = argument.substr(7);
-    if (argument.starts_with(L"--german=")) g_programs.german = argument.substr(9);
+    if (argument.starts_with(L"--marl-")) {
+      const std::size_t end = argument.find(L'=');
+      g_programs.translations[marl::desktop::ToUtf8(argument.substr(7, end - 7))] =
+          FullPath(argument.substr(end + 1));
+    }
     if (argument.starts_with(L"--stand-in=")) g_programs.standIn = argument.substr(11);
     if (argument.starts_with(L"--suite=")) KeepSuite(marl::desktop::ToUtf8(argument.substr(8)));
     if (argument.starts_with(L"--queue=")) queue = argument.substr(8);
   }
   g_programs.marl = FullPath(g_programs.marl);
-  g_programs.german = FullPath(g_programs.german);
   g_programs.standIn = FullPath(g_programs.standIn);
-  if (!Present(g_programs.marl) || !Present(g_programs.german) || !Present(g_programs.standIn)) {
-    std::cerr << "desktop_tests --marl=PATH --german=PATH --stand-in=PATH [--suite=NAME] "
+  if (!Present(g_programs.marl) || !Present(g_programs.standIn) || !AllTranslations()) {
+    std::cerr << "desktop_tests --marl=PATH --marl-CODE=PATH... --stand-in=PATH [--suite=NAME] "
                  "[--queue=FOLDER] [GoogleTest options]\n";
     return 2;
   }

@@ -35,7 +35,7 @@ bool DefinesATest(const std::string& source) {
 /// The sources that define tests, as "folder/stem" without "_test".
 Names SourcesOnDisk() {
   Names sources;
-  for (const std::string folder : {"unit", "contract", "desktop"}) {
+  for (const std::string folder : {"unit", "contract", "desktop", "forms"}) {
     for (const auto& entry : fs::directory_iterator(SourceFolder() / "tests" / folder)) {
       std::string stem = entry.path().stem().string();
       if (entry.path().extension() != ".cpp" || !DefinesATest(Content(entry.path()))) continue;

@@ -39,7 +39,7 @@ const Layers kMayInclude = {
     {"tools", {"appearance", "documents", "platform"}},
     {"tests",
      {"appearance", "documents", "network", "platform", "platform/forms", "platform/memory",
-      "platform/win32", "settings", "shell", "support"}},
+      "platform/win32", "resources", "settings", "shell", "support"}},
     {"fuzz", {"appearance", "documents", "network", "platform", "platform/memory", "tests"}},
     {"bench",
      {"appearance", "documents", "platform/memory", "platform/win32", "settings", "shell",

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <set>
@@ -413,7 +414,7 @@ TEST(Translations, EachIdOfTheHeaderHasANumberOfItsOwnAndAText) {
 
 TEST(Translations, NoIdOccursTwiceInAFile) {
   const std::map<std::string, int> ids = Ids();
-  for (const std::string language : {"en", "de"}) {
+  for (const std::string& language : MemoryStrings::Languages()) {
     std::ifstream file(SourceFolder() / "resources/strings" / (language + ".inc"));
     ASSERT_TRUE(file) << language;
     int last = 0;
@@ -432,7 +433,41 @@ TEST(Translations, NoIdOccursTwiceInAFile) {
   }
 }
 
-class Translation : public testing::TestWithParam<const char*> {
+TEST(Translations, AreThoseOfTheListOfLanguages) {
+  std::ifstream file(SourceFolder() / "resources/strings/languages.txt");
+  std::vector<std::string> listed;
+  for (std::string line; std::getline(file, line);) {
+    if (!line.empty() && line[0] != '#') listed.push_back(line.substr(0, line.find(' ')));
+  }
+  EXPECT_EQ(MemoryStrings::Languages(), listed);
+  ASSERT_GE(listed.size(), 2u);
+  EXPECT_EQ(listed[0], "en");
+  std::set<std::string> files;
+  for (const auto& entry :
+       std::filesystem::directory_iterator(SourceFolder() / "resources/strings")) {
+    if (entry.path().extension() == ".inc") files.insert(entry.path().stem().string());
+  }
+  EXPECT_EQ(files, (std::set<std::string>{listed.begin(), listed.end()}));
+}
+
+TEST(Translations, TheMarkedTextsAreTheFirstOnesAThirdLongerBetweenMarks) {
+  const MemoryStrings first("en"), marked(MemoryStrings::kMarked);
+  for (const auto& [id, text] : marked.texts) {
+    EXPECT_TRUE(text.starts_with(u"[!!! ")) << id;
+    EXPECT_NE(text.find(u" !!!]"), Text::npos) << id;
+    EXPECT_GE(text.size() * 3, first.texts.at(id).size() * 4) << id;
+    EXPECT_LE(text.size(), first.texts.at(id).size() * 4 / 3 + 40) << id;
+  }
+  EXPECT_EQ(marked.texts.at(IDS_OK), u"[!!! OK !!!]");
+  EXPECT_EQ(marked.texts.at(IDS_FILE_NOT_FOUND), u"[!!! File not found : !!!] ");
+  EXPECT_EQ(marked.texts.at(IDS_OPTIONS_DISPLAY), u"[!!! &Change display settings !!!]...");
+  EXPECT_EQ(marked.texts.at(IDS_NOTHING_TO_CLEAN), u"[!!! No temporary files found !!!]");
+  EXPECT_EQ(marked.texts.at(IDS_ASK_WIZARD),
+            u"[!!! Would you like to start the translation wizard when you start Marl? ~~~~ ~~~~ "
+            u"~~~~ !!!]");
+}
+
+class Translation : public testing::TestWithParam<std::string> {
  protected:
   const MemoryStrings english{"en"};
   const MemoryStrings strings{GetParam()};
@@ -489,22 +524,30 @@ TEST_P(Translation, KeepsThePatternsOfFilters) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, Translation, testing::Values("en", "de"),
-                         [](const auto& row) { return std::string(row.param); });
-
-TEST(Translations, GermanAccessKeysDoNotClash) {
-  EXPECT_EQ(Clashes(MemoryStrings("de")), std::vector<std::string>{});
-}
-
-TEST(Translations, EnglishAccessKeysClashOnlyWhereTheSharedTextsDo) {
-  // Windows moves from one to the other and waits for Enter; the words are the suite's.
+TEST_P(Translation, AccessKeysDoNotClash) {
+  // The words of the first language are the suite's: where they clash, Windows moves from one to
+  // the other and waits for Enter.
   const std::vector<std::string> shared = {
       "display settings: S of 3052 and 3071",
       "display settings: U of 3069 and 3073",
       "options, general: H of 4017 and 4008",
   };
-  EXPECT_EQ(Clashes(MemoryStrings("en")), shared);
+  const bool sharedWords = GetParam() == "en" || GetParam() == MemoryStrings::kMarked;
+  EXPECT_EQ(Clashes(strings), sharedWords ? shared : std::vector<std::string>{});
 }
+
+std::vector<std::string> AllLanguages() {
+  std::vector<std::string> all = MemoryStrings::Languages();
+  all.emplace_back(MemoryStrings::kMarked);
+  return all;
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, Translation, testing::ValuesIn(AllLanguages()),
+                         [](const auto& row) {
+                           std::string name = row.param;
+                           std::replace(name.begin(), name.end(), '-', '_');
+                           return name;
+                         });
 
 TEST(Translations, AClashIsSeen) {
   MemoryStrings strings("de");

@@ -124,7 +124,7 @@ TEST_F(Options, TextsOfTheFourthTabAreThoseOfTheLanguage) {
 }
 
 TEST_F(Options, ANewExpressionIsTheSameInEveryLanguage) {
-  for (const std::string language : {"en", "de"}) {
+  for (const std::string& language : MemoryStrings::Languages()) {
     resource = MemoryStrings(language);
     Open([&](frmOptions& form) {
       form.cmdClearRegEx.UserClick();

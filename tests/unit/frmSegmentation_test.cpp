@@ -76,7 +76,7 @@ TEST_F(SegmentationForm, BothListsAreEditedAndStoredByOk) {
 }
 
 TEST_F(SegmentationForm, RowsWithTheTextOfANewRowAreNotStored) {
-  for (const char* const language : {"en", "de"}) {
+  for (const std::string& language : MemoryStrings::Languages()) {
     resource = MemoryStrings(language);
     Open([](frmSegmentation& form) {
       form.cmdAddDontSplit.UserClick();

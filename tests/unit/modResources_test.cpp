@@ -217,7 +217,7 @@ TEST_F(FormStrings, AColumnsTagNamesItsText) {
 }
 
 TEST_F(FormStrings, TheRealTableFillsAForm) {
-  for (const char* language : {"en", "de"}) {
+  for (const std::string& language : MemoryStrings::Languages()) {
     const MemoryStrings texts(language);
     const StringTable table(texts);
     Form dialog(desktop, "frmSelectFile");

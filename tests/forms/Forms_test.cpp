@@ -1,12 +1,13 @@
-// Shows every form of the program in a real window, one after the other, and saves a screenshot of
-// each in the folder given by MARL_SHOTS. Everything but windows, pictures and texts is in memory.
+// Shows every form of the program in a real window, one after the other, and checks that no text is
+// cut off. Saves a screenshot of each in the folder given by MARL_SHOTS. Everything but windows,
+// pictures and texts is in memory.
 
 #include <windows.h>
 #include <commctrl.h>
-#include <objbase.h>
+#include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
-#include <iostream>
 #include <map>
 #include <string>
 
@@ -21,6 +22,7 @@
 #include "platform/memory/MemoryRegistryStore.h"
 #include "platform/memory/MemorySettingsStore.h"
 #include "platform/memory/MemoryShell.h"
+#include "platform/memory/MemoryStrings.h"
 #include "platform/memory/MemoryTipWindows.h"
 #include "platform/memory/MemoryTray.h"
 #include "platform/memory/MemoryWindowHooks.h"
@@ -39,6 +41,10 @@
 #include "support/frmSplash.h"
 #include "tests/desktop/Desktop.h"
 #include "tests/desktop/Pictures.h"
+#include "tests/forms/FormTexts.h"
+#include "tests/forms/Language.h"
+#include "tests/forms/Measure.h"
+#include "tests/forms/WindowTexts.h"
 
 namespace marl {
 namespace {
@@ -53,22 +59,32 @@ struct Message {
   int string;
   int flags;
 };
-constexpr Message kMessages[] = {{9027, kYesNo | kQuestion},
-                                 {9026, kYesNo | kQuestion},
-                                 {10000, kInformation},
-                                 {30001, kExclamation},
-                                 {30003, kCritical}};
+constexpr Message kMessages[] = {{IDS_ASK_DEMONSTRATION, kYesNo | kQuestion},
+                                 {IDS_ASK_WIZARD, kYesNo | kQuestion},
+                                 {IDS_ALREADY_RUNNING, kInformation},
+                                 {IDS_COMPONENT_MISSING, kExclamation},
+                                 {IDS_NO_HELP_FILE, kCritical}};
 
 HWND WindowOf(const Form& form) { return static_cast<HWND>(LongToHandle(form.hWnd())); }
 
 int g_taken = 0;
 
-void Take(const std::string& name, HWND window) {
+void TakeWindow(const std::string& name, HWND window) {
   SetForegroundWindow(window);
   SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
   RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
   desktop::Screenshot(name, window);
   ++g_taken;
+}
+
+/// Takes a screenshot of a form and checks its texts.
+void Take(const std::string& name, Form& form) {
+  TakeWindow(name, WindowOf(form));
+  EXPECT_EQ(CutOff(form), std::vector<std::string>{}) << name;
+  if (g_language == MemoryStrings::kMarked) {
+    EXPECT_EQ(Unmarked(form), std::vector<std::string>{}) << name;
+    EXPECT_EQ(UnmarkedWindows(WindowOf(form)), std::vector<std::string>{}) << name;
+  }
 }
 
 /// A real desktop whose user is `walk`: a screenshot is taken of each modal form, its script runs,
@@ -80,7 +96,7 @@ class PictureDesktop : public win32::DesktopWin32 {
   void RunModal(Form& form, Form*) override {
     const auto found = walk.find(form.name());
     if (found == walk.end()) {
-      Take(form.name(), WindowOf(form));
+      Take(form.name(), form);
     } else {
       found->second(form);
     }
@@ -92,7 +108,7 @@ std::string g_messageName;
 
 BOOL CALLBACK TakeMessage(HWND window, LPARAM) {
   if (desktop::ClassOf(window) != L"#32770" || !IsWindowVisible(window)) return TRUE;
-  Take(g_messageName, window);
+  TakeWindow(g_messageName, window);
   PostMessageW(window, WM_COMMAND, GetDlgItem(window, IDNO) ? IDNO : IDOK, 0);
   return FALSE;
 }
@@ -155,14 +171,14 @@ struct Gallery {
     for (Control* control : main->controls()) {
       if (control->name() == menu) return desktop.Event([&] { control->UserClick(); });
     }
-    std::cerr << "there is no " << menu << "\n";
+    ADD_FAILURE() << "there is no " << menu;
   }
 
   void TakeSplash() {
     frmSplash splash(desktop, pictures, locales);
     splash.Show();
     splash.Refresh();
-    Take("frmSplash", WindowOf(splash));
+    Take("frmSplash", splash);
     splash.Unload();
   }
 
@@ -176,13 +192,13 @@ struct Gallery {
   }
 
   void TakeMain() {
-    Take("frmMain", WindowOf(*main));
+    Take("frmMain", *main);
     const Box& frame = main->shpRun[5]->bounds();
     const Point origin = main->ClientOrigin();
     tray.cursor = {origin.x + desktop.PixelsX(frame.left + frame.width / 2),
                    origin.y + desktop.PixelsY(frame.top + frame.height / 2)};
     desktop.Event([this] { main->tmrOver.Tick(); });
-    Take("frmMain-hover", WindowOf(*main));
+    Take("frmMain-hover", *main);
     tray.cursor = {origin.x - 100, origin.y - 100};
   }
 
@@ -192,7 +208,7 @@ struct Gallery {
     options.lstRegEx.AddItem(u"^[A-Z]{2}-[0-9]{4,}( rev\\. [a-z])?$");
     for (int tab = 1; tab <= options.tabOptions.PartCount(); ++tab) {
       options.tabOptions.UserSelectTab(tab);
-      Take("frmOptions-" + std::to_string(tab), WindowOf(form));
+      Take("frmOptions-" + std::to_string(tab), form);
     }
     options.cmdDisplay.UserClick();
     options.cmdLanSettings.UserClick();
@@ -200,23 +216,23 @@ struct Gallery {
   }
 
   void TakeDisplaySettings(Form& form) {
-    Take("frmUI", WindowOf(form));
+    Take("frmUI", form);
     auto& settingsForm = static_cast<frmUI&>(form);
     settingsForm.cmdSample[1].UserClick();
   }
 
   void TakeFont(Form& form) {
-    Take("frmFont-foreign", WindowOf(form));
+    Take("frmFont-foreign", form);
     auto& font = static_cast<frmFont&>(form);
     if (font.cmbFont.ListCount() > 0) font.cmbFont.UserSelectRow(font.cmbFont.ListCount() / 2);
-    Take("frmFont", WindowOf(form));
+    Take("frmFont", form);
   }
 
   void TakeLan(Form& form) {
-    Take("frmLanSettings", WindowOf(form));
+    Take("frmLanSettings", form);
     auto& lan = static_cast<frmLanSettings&>(form);
     lan.optOverride.UserClick();
-    Take("frmLanSettings-override", WindowOf(form));
+    Take("frmLanSettings-override", form);
   }
 
   void TakeSelectFile() {
@@ -251,7 +267,7 @@ struct Gallery {
     }
   }
 
-  int Run() {
+  void Walk() {
     desktop.walk["frmOptions"] = [this](Form& form) { TakeOptions(form); };
     desktop.walk["frmUI"] = [this](Form& form) { TakeDisplaySettings(form); };
     desktop.walk["frmFont"] = [this](Form& form) { TakeFont(form); };
@@ -267,21 +283,14 @@ struct Gallery {
     TakeMessages();
     main->Unload();
     desktop.DoEvents();
-    constexpr int kPictures = 23;
-    if (g_taken == kPictures) return 0;
-    std::cerr << g_taken << " pictures in place of " << kPictures << "\n";
-    return 1;
+    EXPECT_EQ(g_taken, 23) << "pictures";
   }
 };
 
+TEST(Forms, ShowEveryTextToItsEndAndNoneOfTheirOwn) {
+  Gallery gallery;
+  gallery.Walk();
+}
+
 }  // namespace
 }  // namespace marl
-
-int main() {
-  SetProcessDPIAware();
-  if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 2;
-  const INITCOMMONCONTROLSEX record = {sizeof record, ICC_WIN95_CLASSES | ICC_USEREX_CLASSES};
-  InitCommonControlsEx(&record);
-  marl::Gallery gallery;
-  return gallery.Run();
-}

@@ -1,16 +1,17 @@
-// Built once a language, with that language's texts as the program's resource: what the program
-// loads by number is what stands in the file.
+// The program of a language carries its texts as a resource: what it loads by number is what stands
+// in the file.
 
 #include <gtest/gtest.h>
 
 #include "platform/memory/MemoryStrings.h"
 #include "platform/win32/StringResourceWin32.h"
+#include "tests/forms/Language.h"
 
 namespace marl {
 namespace {
 
 TEST(StringResource, HoldsEveryTextOfItsLanguageAndNoOther) {
-  const MemoryStrings expected(MARL_TEST_LANGUAGE);
+  const MemoryStrings expected(g_language);
   ASSERT_FALSE(expected.texts.empty());
   const win32::StringResourceWin32 resource;
   for (int id = -1; id <= 0x10000; ++id) {
