@@ -1,7 +1,7 @@
-# The languages of the program, from resources/strings/languages.txt. On Windows each has the object
-# library strings_CODE, its texts as a resource. The language "marked" is for tests: the texts of the
-# first language, each between marks and at least a third longer. A text that the program shows without
-# marks is one that cannot be translated.
+# The languages of the program, from resources/strings/languages.txt. On Windows each has an object
+# library strings_CODE with its texts as a resource. The language "marked" is for tests: the texts
+# of the first language, each between marks and at least a third longer. A text that the program
+# shows without marks cannot be translated.
 set(MARL_LANGUAGE_LIST "${PROJECT_SOURCE_DIR}/resources/strings/languages.txt")
 file(STRINGS "${MARL_LANGUAGE_LIST}" lines REGEX "^[A-Za-z]")
 list(TRANSFORM lines REPLACE "^([A-Za-z-]+) .*" "\\1" OUTPUT_VARIABLE MARL_LANGUAGES)

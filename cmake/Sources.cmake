@@ -12,9 +12,9 @@ endfunction()
 # Stops the configuration if a source file on disk is in no list.
 function(marl_check_listed)
   set(patterns)
-  foreach(room shell appearance documents network settings support platform suite tests bench fuzz
+  foreach(folder shell appearance documents network settings support platform suite tests bench fuzz
                tools)
-    list(APPEND patterns "${PROJECT_SOURCE_DIR}/${room}/*.cpp")
+    list(APPEND patterns "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
   endforeach()
   file(GLOB_RECURSE on_disk CONFIGURE_DEPENDS ${patterns})
   get_property(listed GLOBAL PROPERTY MARL_LISTED)

@@ -1,5 +1,5 @@
-# The version of the project (CMakeLists.txt) is the only one: the program's resources and manifest, the
-# splash and the about box (resources/version.h) and the names of the archives take it from there.
+# The version is set in one place, the project in CMakeLists.txt: the program's resources and
+# manifest, the splash and the about box (resources/version.h) and the names of the archives use it.
 set(MARL_VERSION_TEXT "${PROJECT_VERSION_MAJOR}")
 if(PROJECT_VERSION_MINOR)
   string(APPEND MARL_VERSION_TEXT " SP${PROJECT_VERSION_MINOR}")

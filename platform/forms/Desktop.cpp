@@ -41,7 +41,7 @@ Form* Desktop::TopForm(const Form* except) const {
 Form* Desktop::OwnerFor(const Form& form) const {
   if (form.ShowInTaskbar) return nullptr;
   if (Form* const top = TopForm(&form)) return top;
-  // Without an owner a splash would get a button without a name on the taskbar.
+  // Without an owner a splash would get a nameless button on the taskbar.
   return form.Border == BorderStyle::kNone && !forms_.empty() ? forms_.front() : nullptr;
 }
 
@@ -53,13 +53,13 @@ void Desktop::Event(const std::function<void()>& event) {
   } catch (const ProcessEnd& end) {
     End(end.exitCode);
   } catch (const EventEnd&) {
-    // What the event was about has gone.
+    // The object of the event is gone.
   } catch (const RuntimeError& error) {
     Fail(error.text());
   } catch (const std::bad_alloc&) {
     Fail(u"Out of memory");
   } catch (const std::length_error&) {
-    Fail(u"Out of memory");  // a text or list that no memory could hold
+    Fail(u"Out of memory");  // a text or list too long for memory
   }
   if (--depth_ == 0) closed_.clear();
 }

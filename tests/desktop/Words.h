@@ -7,7 +7,7 @@
 
 namespace marl::desktop {
 
-/// The program's texts in a language, by their ids.
+/// The program's texts in a language, by id.
 class Words {
  public:
   explicit Words(const std::string& language) : strings_(language) {}

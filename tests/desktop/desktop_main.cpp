@@ -25,7 +25,7 @@ bool Present(const std::wstring& path) {
   return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-/// True when each further language has its program.
+/// True if each further language has its program.
 bool AllTranslations() {
   using marl::MemoryStrings;
   std::vector<std::string> languages = MemoryStrings::Languages();

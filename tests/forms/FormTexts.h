@@ -5,8 +5,8 @@
 
 #include "platform/forms/Form.h"
 
-// What a form has to read, and whether it comes from the string table. In the language "marked"
-// every text of the table stands between "[!!! " and " !!!]" (cmake/Languages.cmake).
+// The texts of a form, and whether they come from the string table. In the language "marked" every
+// text of the table is between "[!!! " and " !!!]" (cmake/Languages.cmake).
 
 namespace marl {
 

@@ -4,7 +4,7 @@
 
 namespace marl {
 
-/// The language whose texts this program carries: the command line's --language=CODE.
+/// The language of this program's texts: the command line's --language=CODE.
 extern std::string g_language;
 
 }  // namespace marl

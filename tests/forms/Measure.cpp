@@ -104,8 +104,8 @@ bool Shown(const Control& control) {
   return true;
 }
 
-/// What of a control's width is not for its text; -1 when the control shows no text of a fixed
-/// room.
+/// The part of a control's width that is not for its text; -1 if the control has no text of limited
+/// width.
 int Besides(ControlKind kind) {
   switch (kind) {
     case ControlKind::kLabel: return 0;
@@ -121,8 +121,8 @@ void MeasureCaption(Ruler& ruler, const std::string& where, const Control& contr
   const int besides = Besides(control.kind());
   if (besides < 0 || control.Caption().empty()) return;
   if (control.kind() == ControlKind::kLabel) {
-    // The panel's labels are as high as skins count on: the foot of a "j" in the second of two
-    // lines may lose its last dot.
+    // The height of the panel's labels is part of every skin: the descender of a "j" in the second
+    // line may lose its last pixel.
     if (control.name() == "lblRun") ++has.cy;
     return ruler.Compare(where, control.Caption(),
                          ruler.InkOf(static_cast<const Label&>(control), has), has);

@@ -1,5 +1,4 @@
-// The program of a language carries its texts as a resource: what it loads by number is what stands
-// in the file.
+// A program has the texts of its language as a resource: what it loads by id is what the file says.
 
 #include <gtest/gtest.h>
 

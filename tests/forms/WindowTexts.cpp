@@ -13,7 +13,7 @@ void AddUnmarkedMenu(std::vector<std::string>& unmarked, HMENU menu) {
   for (int i = 0; i < GetMenuItemCount(menu); ++i) {
     wchar_t text[512] = {};
     GetMenuStringW(menu, static_cast<UINT>(i), text, 512, MF_BYPOSITION);
-    // Behind the tab stands the shortcut, which belongs to the form.
+    // The shortcut after the tab is not translated.
     const std::wstring caption = std::wstring(text).substr(0, std::wstring(text).find(L'\t'));
     if (!IsMarked(TextFrom(caption))) unmarked.push_back("menu: " + desktop::ToUtf8(caption));
     if (const HMENU below = GetSubMenu(menu, i)) AddUnmarkedMenu(unmarked, below);

@@ -1,5 +1,5 @@
-// What the program says in the language "marked": every text that is seen must stand between marks,
-// or no translation reaches it.
+// The program's messages in the language "marked": every visible text must be between marks, or it
+// cannot be translated.
 
 #include <gtest/gtest.h>
 
@@ -39,7 +39,7 @@ class MarkedTexts : public testing::Test {
  protected:
   MarkedTexts() { world.resource = MemoryStrings(MemoryStrings::kMarked); }
 
-  /// Checks that the messages since the last call are marked, and how many they are.
+  /// Checks that the messages since the last call are marked, and their number.
   void ExpectMessages(std::size_t count) {
     EXPECT_EQ(world.desktop.messages.size(), count);
     for (const auto& message : world.desktop.messages) {
@@ -130,7 +130,7 @@ TEST_F(MarkedTexts, EveryOtherForm) {
     ASSERT_TRUE(form->loaded()) << form->name();
     EXPECT_EQ(Unmarked(*form), Texts{}) << form->name();
   }
-  // The new row of the rules is translated; that of the expressions is not, since it may be stored.
+  // The text of a new rule is translated; that of a new expression is not, since it may be stored.
   segmentation.cmdAddDontSplit.UserClick();
   segmentation.cmdAddForceSplit.UserClick();
   EXPECT_EQ(Unmarked(segmentation), Texts{});

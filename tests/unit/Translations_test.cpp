@@ -386,7 +386,7 @@ TEST(Translations, TheListsIdsAreThereAndNoOthers) {
 
 TEST(Translations, AnUnknownLanguageHasNoTexts) { EXPECT_TRUE(MemoryStrings("xx").texts.empty()); }
 
-/// The numbers of the ids by their names, as the header has them.
+/// The ids in the header, by name.
 std::map<std::string, int> Ids() {
   std::ifstream file(SourceFolder() / "resources/strings/ids.h");
   EXPECT_TRUE(file);
@@ -525,8 +525,8 @@ TEST_P(Translation, KeepsThePatternsOfFilters) {
 }
 
 TEST_P(Translation, AccessKeysDoNotClash) {
-  // The words of the first language are the suite's: where they clash, Windows moves from one to
-  // the other and waits for Enter.
+  // The texts of the first language are the suite's: where access keys clash, Windows moves from
+  // one to the other and waits for Enter.
   const std::vector<std::string> shared = {
       "display settings: S of 3052 and 3071",
       "display settings: U of 3069 and 3073",
