@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/forms/Controls.h"
@@ -57,8 +58,50 @@ class FormWin32 : public FormPeer {
   static LRESULT CALLBACK Entry(HWND window, UINT message, WPARAM w, LPARAM l) noexcept;
   static LRESULT CALLBACK ContainerEntry(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
                                          DWORD_PTR peer) noexcept;
+  /// Runs the handler of the message, if there is one. The form may be gone then.
   LRESULT OnMessage(UINT message, WPARAM w, LPARAM l);
-  void OnPaint();
+  using Result = std::optional<LRESULT>;
+  /// What a message means. A handler that gives nothing leaves the message to the platform.
+  struct Handler {
+    UINT message;
+    Result (FormWin32::*handle)(WPARAM w, LPARAM l);
+  };
+  static const Handler kHandlers[];
+  Result OnPaint(WPARAM w, LPARAM l);
+  Result OnEraseBackground(WPARAM w, LPARAM l);
+  Result OnPrintClient(WPARAM w, LPARAM l);
+  Result OnColorControl(WPARAM w, LPARAM l);
+  Result OnDrawItem(WPARAM w, LPARAM l);
+  Result OnThemeChanged(WPARAM w, LPARAM l);
+  Result OnPlaced(WPARAM w, LPARAM l);
+  Result OnActivate(WPARAM w, LPARAM l);
+  Result OnSetCursor(WPARAM w, LPARAM l);
+  Result OnMouseMove(WPARAM w, LPARAM l);
+  Result OnLeftDown(WPARAM w, LPARAM l);
+  Result OnLeftUp(WPARAM w, LPARAM l);
+  Result OnRightDown(WPARAM w, LPARAM l);
+  Result OnRightUp(WPARAM w, LPARAM l);
+  Result OnChar(WPARAM w, LPARAM l);
+  Result OnCommand(WPARAM w, LPARAM l);
+  Result OnNotify(WPARAM w, LPARAM l);
+  Result OnHScroll(WPARAM w, LPARAM l);
+  Result OnGetDefaultId(WPARAM w, LPARAM l);
+  Result OnRowAccepted(WPARAM w, LPARAM l);
+  Result OnTimer(WPARAM w, LPARAM l);
+  Result OnClose(WPARAM w, LPARAM l);
+  Result OnEndSession(WPARAM w, LPARAM l);
+  Result OnDestroy(WPARAM w, LPARAM l);
+  LRESULT ButtonDown(int button, LPARAM position);
+  LRESULT ButtonUp(int button, LPARAM position);
+  void Command(int id, int notification, HWND from);
+  static void ButtonNotifies(Control& button, int notification);
+  static void TextBoxNotifies(TextBox& box, int notification, HWND window);
+  void ListBoxNotifies(Control& list, int notification);
+  void ComboBoxNotifies(ComboBox& combo, int notification, HWND window);
+  void Notify(const NMHDR& header);
+  void Scroll(HScrollBar& bar, int code);
+
+  void PaintWindow();
   static LRESULT PaintNothing(HWND window);
   template <typename Paint>
   void PaintBuffered(HWND window, Paint paint);
@@ -70,9 +113,9 @@ class FormWin32 : public FormPeer {
   /// `origin`, in the container's pixels.
   HBRUSH BackgroundIn(const Control* container, POINT& origin) const;
   void CreatePages();
-  void OnScroll(HScrollBar& bar, int code);
-  void OnNotify(const NMHDR& header);
-  void OnCommand(int id, int notification, HWND from);
+  /// Wakes a waiting message loop, so that it checks whether to go on: messages that another
+  /// program sends, as the shell does for the tray icon, are handled without waking it.
+  static void WakeLoop();
   void Report();
   void FocusFirst();
   void RestoreFocus();
@@ -86,8 +129,14 @@ class FormWin32 : public FormPeer {
   void CreateMenus();
   /// Rebuilds the menu of `parent`, or the menu bar, with the visible entries.
   void FillMenu(const Menu* parent);
+  void SyncMenu(const Menu& entry, Property property);
   void SyncMenuCaption(const Menu& entry);
   void SyncTimer(Timer& timer);
+  void SyncVisible(const Control& control, HWND window);
+  void SyncFont(const Control& control, HWND window);
+  void SyncValue(const Control& control, HWND window);
+  void SyncItems(const Control& control, HWND window);
+  static void SyncEditSelection(const ComboBox& combo, HWND window);
   void SyncScrollBar(const HScrollBar& bar, HWND window);
   void SyncSelection(Control& control, HWND window);
   bool IsOverLink() const;

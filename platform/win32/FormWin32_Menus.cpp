@@ -88,6 +88,13 @@ void FormWin32::FillMenu(const Menu* parent) {
   if (!parent) DrawMenuBar(window_);
 }
 
+void FormWin32::SyncMenu(const Menu& entry, Property property) {
+  if (property == Property::kCaption && entry.parent()) return SyncMenuCaption(entry);
+  FillMenu(entry.parent());
+  // The menu bar may now need another line, which reduces the inner height.
+  if (!entry.parent()) Report();
+}
+
 // For an entry of a drop-down menu only the text changes.
 void FormWin32::SyncMenuCaption(const Menu& entry) {
   const auto found = menus_.find(entry.parent());

@@ -32,7 +32,7 @@ void FormWin32::PaintBuffered(HWND window, Paint paint) {
   EndPaint(window, &record);
 }
 
-void FormWin32::OnPaint() {
+void FormWin32::PaintWindow() {
   dirty_.clear();
   PaintBuffered(window_, [&](HDC context) {
     CanvasWin32 canvas(context, desktop_.fonts(), desktop_.Dpi().height);
