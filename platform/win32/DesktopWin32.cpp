@@ -6,6 +6,7 @@
 
 #include "platform/forms/Controls.h"
 #include "platform/win32/FormWin32.h"
+#include "platform/win32/Window.h"
 
 namespace marl::win32 {
 
@@ -16,7 +17,6 @@ HWND WindowOf(const Form* form) {
 }
 
 // Handles are sign-extended 32-bit values, in 64-bit programs too.
-HWND FromHandle(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
 
 BOOL CALLBACK VisitWindow(HWND window, LPARAM data) {
   const auto& visit = *reinterpret_cast<const std::function<bool(WindowHandle)>*>(data);
@@ -150,16 +150,16 @@ void DesktopWin32::EnumerateWindows(const std::function<bool(WindowHandle)>& vis
 
 Text DesktopWin32::TitleOf(WindowHandle window, int capacity) {
   std::wstring title(static_cast<std::size_t>(capacity), L'\0');
-  const int length = GetWindowTextW(FromHandle(window), title.data(), capacity);
+  const int length = GetWindowTextW(Window(window), title.data(), capacity);
   return FromWide(title.data(), static_cast<std::size_t>(length));
 }
 
 bool DesktopWin32::IsVisible(WindowHandle window) {
-  return IsWindowVisible(FromHandle(window)) != FALSE;
+  return IsWindowVisible(Window(window)) != FALSE;
 }
 
 void DesktopWin32::ShowWindow(WindowHandle window, int command) {
-  ::ShowWindow(FromHandle(window), command);
+  ::ShowWindow(Window(window), command);
 }
 
 bool DesktopWin32::ActivateByTitle(TextView title) {

@@ -1,14 +1,13 @@
 #include "platform/win32/IconsWin32.h"
 
 #include "platform/win32/Handle.h"
+#include "platform/win32/Window.h"
 
 namespace marl::win32 {
 
 namespace {
 
 // Handles are sign-extended 32-bit values, in 64-bit programs too.
-HWND Window(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
-HICON Icon(IconHandle icon) { return static_cast<HICON>(LongToHandle(icon)); }
 HMODULE Library(LibraryHandle library) { return reinterpret_cast<HMODULE>(library); }
 
 }  // namespace

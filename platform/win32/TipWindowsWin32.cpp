@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "platform/win32/Handle.h"
+#include "platform/win32/Window.h"
 #include "platform/win32/Wine.h"
 
 namespace marl::win32 {
@@ -19,8 +20,6 @@ static_assert(kTipSetDelayTime == TTM_SETDELAYTIME && kTipAddTool == TTM_ADDTOOL
               kTipSetTitle == TTM_SETTITLEA);
 
 namespace {
-
-HWND Window(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
 
 /// Some versions of the controls take -1, which means the default delay, as a time of more than a
 /// minute. They get the default explicitly.

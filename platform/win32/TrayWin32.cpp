@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/win32/Handle.h"
+#include "platform/win32/Window.h"
 #include "platform/win32/Wine.h"
 
 namespace marl::win32 {
@@ -14,8 +15,6 @@ namespace marl::win32 {
 static_assert(sizeof(void*) != 4 || NOTIFYICONDATAA_V1_SIZE == kNotifyIconDataSize);
 
 namespace {
-
-HWND Window(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
 
 /// One square of the strip, as menus draw it: premultiplied by alpha.
 UniqueBitmap Cut(const Picture& strip, int place) {
@@ -143,7 +142,7 @@ bool TrayWin32::NotifyIcon(int command, const NotifyIconData& data) {
   record.uID = static_cast<UINT>(data.uID);
   record.uFlags = data.uFlags;
   record.uCallbackMessage = data.uCallbackMessage;
-  record.hIcon = static_cast<HICON>(LongToHandle(data.hIcon));
+  record.hIcon = Icon(data.hIcon);
   // The record has 64 bytes for the tip, including its NUL.
   constexpr int kRoom = 63;
   int length = std::min(static_cast<int>(data.szTip.size()), kRoom);

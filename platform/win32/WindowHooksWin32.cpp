@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "platform/win32/Window.h"
+
 namespace marl::win32 {
 
 namespace {
@@ -11,8 +13,6 @@ namespace {
 constexpr wchar_t kListener[] = L"MarlListener";
 constexpr wchar_t kDesktop[] = L"MarlDesktop";
 constexpr wchar_t kPrevious[] = L"MarlPrevious";
-
-HWND Window(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
 
 WNDPROC Procedure(ProcAddress address) { return reinterpret_cast<WNDPROC>(address); }
 
