@@ -7,9 +7,8 @@
 
 namespace marl::win32 {
 
-/// Text in the system's code page, up to its first NUL (WideCharToMultiByte).
-inline NarrowText ToSystemCodePage(TextView text) {
-  text = text.substr(0, text.find(u'\0'));
+/// Text in the system's code page, whole (WideCharToMultiByte).
+inline NarrowText ToCodePage(TextView text) {
   if (text.empty()) return {};
   // No unit needs more bytes than this in any system code page.
   NarrowText narrow(text.size() * 4, '\0');
@@ -18,6 +17,11 @@ inline NarrowText ToSystemCodePage(TextView text) {
                                          static_cast<int>(narrow.size()), nullptr, nullptr);
   narrow.resize(static_cast<std::size_t>(length));
   return narrow;
+}
+
+/// The same up to the first NUL.
+inline NarrowText ToSystemCodePage(TextView text) {
+  return ToCodePage(text.substr(0, text.find(u'\0')));
 }
 
 /// Text from the system's code page (MultiByteToWideChar).

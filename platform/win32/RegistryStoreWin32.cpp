@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "platform/win32/CodePage.h"
 #include "platform/win32/Handle.h"
 
 namespace marl::win32 {
@@ -122,26 +123,10 @@ std::uint32_t RegistryStoreWin32::ExpandEnvironment(const NarrowText& source,
   return ExpandEnvironmentStringsA(source.c_str(), buffer.data(), Size(buffer));
 }
 
-NarrowText RegistryStoreWin32::ToNarrow(TextView text) const {
-  if (text.empty()) return {};
-  const auto* wide = reinterpret_cast<const wchar_t*>(text.data());
-  const int units = static_cast<int>(text.size());
-  // No unit needs more bytes than this in any system code page.
-  NarrowText narrow(text.size() * 4, '\0');
-  const int length = WideCharToMultiByte(CP_ACP, 0, wide, units, narrow.data(),
-                                         static_cast<int>(narrow.size()), nullptr, nullptr);
-  narrow.resize(static_cast<std::size_t>(length));
-  return narrow;
-}
+NarrowText RegistryStoreWin32::ToNarrow(TextView text) const { return ToCodePage(text); }
 
 Text RegistryStoreWin32::FromNarrow(std::string_view text) const {
-  if (text.empty()) return {};
-  Text wide(text.size(), u'\0');
-  const int length =
-      MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()),
-                          reinterpret_cast<wchar_t*>(wide.data()), static_cast<int>(wide.size()));
-  wide.resize(static_cast<std::size_t>(length));
-  return wide;
+  return FromSystemCodePage(text);
 }
 
 }  // namespace marl::win32
