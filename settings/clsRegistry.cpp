@@ -16,6 +16,15 @@ std::string_view Without(std::string_view data, std::size_t count) {
   return data.substr(0, data.size() - std::min(count, data.size()));
 }
 
+/// Opens the key at `path` below `key`, which then is that one; without a path it stays. False if
+/// it cannot be opened.
+bool OpenBelow(RegistryStore& store, TextView path, OpenKeyHandle& opened, KeyHandle& key) {
+  if (path.empty()) return true;
+  if (store.OpenKey(key, store.ToNarrow(path), kKeyRead, opened) != kOk) return false;
+  key = opened.get();
+  return true;
+}
+
 }  // namespace
 
 NarrowText clsRegistry::Path(TextView below) const {
@@ -49,10 +58,7 @@ std::vector<Text> clsRegistry::EnumRegistryKeys(std::uint32_t root, TextView pat
   std::vector<Text> names;
   OpenKeyHandle opened;
   KeyHandle key = root;
-  if (!path.empty()) {
-    if (store_.OpenKey(root, store_.ToNarrow(path), kKeyRead, opened) != kOk) return names;
-    key = opened.get();
-  }
+  if (!OpenBelow(store_, path, opened, key)) return names;
   NarrowText name(kNameBuffer, '\0');
   for (std::uint32_t index = 0;; ++index) {
     const Status status = store_.EnumKey(key, index, name);
@@ -67,10 +73,7 @@ std::vector<clsRegistry::NamedData> clsRegistry::EnumRegistryValues(std::uint32_
   std::vector<NamedData> values;
   OpenKeyHandle opened;
   KeyHandle key = root;
-  if (!path.empty()) {
-    if (store_.OpenKey(root, store_.ToNarrow(path), kKeyRead, opened) != kOk) return values;
-    key = opened.get();
-  }
+  if (!OpenBelow(store_, path, opened, key)) return values;
   NarrowText name(kNameBuffer, '\0');
   NarrowText data(kEnumBuffer, '\0');
   for (std::uint32_t index = 0;; ++index) {
