@@ -183,6 +183,10 @@ class frmMain : public Form, public HookedForm {
   std::unique_ptr<clsGradient> gradient_;
   GradientPicture panel_;
   modSetIcon icons_{platform_.icons, platform_.process};
+  /// Gives the window of another form the program's icons.
+  const std::function<void(WindowHandle)> setIcon_ = [this](WindowHandle window) {
+    icons_.SetFormIcon(window, kMarlIcon, false);
+  };
   TrackingServer servers_{{platform_.desktop, platform_.registry, platform_.components,
                            platform_.files, platform_.strings, platform_.locales},
                           {[this](TextView name) { ShowServer(name); },

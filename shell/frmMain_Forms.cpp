@@ -24,8 +24,7 @@ void frmMain::WaitForSplash() {
 
 void frmMain::mnuHelpAbout() {
   frmAbout2006 about(
-      {desktop(), platform_.pictures, platform_.locales, platform_.strings,
-       [this](WindowHandle window) { icons_.SetFormIcon(window, kMarlIcon, false); },
+      {desktop(), platform_.pictures, platform_.locales, platform_.strings, setIcon_,
        [this](TextView verb, TextView file, TextView parameters, TextView directory, int show) {
          launcher_.ShellOpen(verb, file, parameters, directory, show);
        }});
@@ -39,8 +38,7 @@ void frmMain::ShowDisplaySettings(Form& owner) {
   }
   frmUI settings(
       {desktop(), platform_.registry, platform_.files, platform_.fileDialogs, platform_.colorDialog,
-       platform_.fontList, platform_.pictures, platform_.locales, platform_.strings,
-       [this](WindowHandle window) { icons_.SetFormIcon(window, kMarlIcon, false); }},
+       platform_.fontList, platform_.pictures, platform_.locales, platform_.strings, setIcon_},
       std::move(switchboard));
   settings.ShowModal(&owner);
   if (!settings.Cancelled) SetUI();

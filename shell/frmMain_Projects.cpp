@@ -52,8 +52,7 @@ void frmMain::mnuTranslateProject() {
   const Text project = ProjectFile();
   if (project.empty()) return;
   TranslateProject({desktop(), platform_.files, platform_.locales, platform_.strings, common_,
-                    [this]() -> const clsLanguages& { return Languages(); },
-                    [this](WindowHandle window) { icons_.SetFormIcon(window, kMarlIcon, false); },
+                    [this]() -> const clsLanguages& { return Languages(); }, setIcon_,
                     [this](TextView arguments) { RunTool(u"Q17Bench.exe", arguments); }})
       .Run(project, this);
 }
