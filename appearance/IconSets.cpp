@@ -36,9 +36,7 @@ void IconSets::Cut(int set, int size) {
   if (!strip || size <= 0) return;
   for (int row = 0; row < 2; ++row) {
     for (int column = 0; column < kButtonCount; ++column) {
-      Picture image = CutOut(*strip, column * drawn, row * drawn, drawn, drawn);
-      if (size != drawn) image = Scaled(image, size, size);
-      images_.push_back(std::make_shared<const Picture>(std::move(image)));
+      images_.push_back(TileOf(*strip, column, row, drawn, size));
     }
   }
 }

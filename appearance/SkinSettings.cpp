@@ -14,15 +14,6 @@ std::int32_t NormalIcons(std::int32_t stored) { return stored < 0 || stored > 3 
 std::int32_t NormalBorderWidth(std::int32_t stored) { return stored == 1 ? 1 : 2; }
 std::int32_t NormalTwoState(std::int32_t stored) { return stored == 0 ? 0 : kTwoStateOff; }
 
-/// A value of any kind as a 32-bit integer.
-std::int32_t ToNumber(const RegistryValue& value, const NumberFormat& format) {
-  std::int32_t number = 0;
-  if (RegistryInteger(value, number)) return number;
-  if (const Text* const text = std::get_if<Text>(&value)) return CLng(*text, format);
-  if (std::holds_alternative<Bytes>(value)) throw RuntimeError::TypeMismatch();
-  return 0;
-}
-
 cRegistry OpenSkin(RegistryStore& store) {
   cRegistry registry(store);
   registry.ClassKey = kCurrentUser;
@@ -60,7 +51,7 @@ SkinSettings ReadSkinValues(RegistryStore& store, const SkinSettings& defaults,
     registry.ValueKey = parameter.value;
     if (parameter.number) {
       registry.Default = skin.*parameter.number;
-      skin.*parameter.number = ToNumber(registry.Value(), format);
+      skin.*parameter.number = RegistryNumber(registry.Value(), format);
     } else {
       registry.valueType = kRegSz;
       registry.Default = skin.*parameter.text;

@@ -1,12 +1,11 @@
 #include "network/frmChangeServer.h"
 
 #include <array>
-#include <memory>
-#include <utility>
 
 #include "network/ServerTag.h"
 #include "network/ValidateNumericText.h"
 #include "support/Drawing.h"
+#include "support/Trim.h"
 #include "support/modI18N.h"
 #include "support/modResources.h"
 
@@ -22,12 +21,6 @@ constexpr int kPictureTile = 6;  // index of the button's picture in the icon st
 constexpr int kPictureTwips = 720;
 constexpr std::array<Drawing, 3> kStrip = {
     {{MARL_PICTURE_SET1_48, 96}, {MARL_PICTURE_SET1_72, 144}, {MARL_PICTURE_SET1_96, 192}}};
-
-TextView Trim(TextView text) {
-  const std::size_t first = text.find_first_not_of(u' ');
-  if (first == TextView::npos) return {};
-  return text.substr(first, text.find_last_not_of(u' ') - first + 1);
-}
 
 }  // namespace
 
@@ -80,9 +73,7 @@ void frmChangeServer::ShowPicture() {
   const int drawn = strip->width / MARL_STRIP_PICTURES;
   const int size = ports_.desktop.PixelsX(kPictureTwips);
   // The bright row is the lower one.
-  Picture tile = CutOut(*strip, kPictureTile * drawn, drawn, drawn, drawn);
-  if (size != drawn) tile = Scaled(tile, size, size);
-  Image1.SetPicture(std::make_shared<const Picture>(std::move(tile)));
+  Image1.SetPicture(TileOf(*strip, kPictureTile, 1, drawn, size));
 }
 
 void frmChangeServer::FillList() {

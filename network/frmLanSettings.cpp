@@ -3,6 +3,7 @@
 #include "network/ValidateNumericText.h"
 #include "platform/ApplicationTitle.h"
 #include "support/Numbers.h"
+#include "support/Trim.h"
 #include "support/modI18N.h"
 #include "support/modResources.h"
 
@@ -12,12 +13,6 @@ namespace {
 
 // One more than the highest valid port: earlier versions stored it, so it must stay accepted.
 constexpr std::int32_t kHighestPort = 65536;
-
-Text Trim(TextView text) {
-  const std::size_t first = text.find_first_not_of(u' ');
-  if (first == TextView::npos) return {};
-  return Text(text.substr(first, text.find_last_not_of(u' ') - first + 1));
-}
 
 }  // namespace
 
@@ -96,7 +91,7 @@ void frmLanSettings::OkClicked() {
     if (IsNumeric(txtProxyPort.Text())) {
       Write(u"Port", kRegDword, CLng(txtProxyPort.Text()));
     }
-    Write(u"Server", kRegSz, Trim(txtProxyAddress.Text()));
+    Write(u"Server", kRegSz, Text(Trim(txtProxyAddress.Text())));
   }
   Unload();
 }

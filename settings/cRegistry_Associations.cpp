@@ -1,15 +1,10 @@
 #include "settings/cRegistry.h"
 
 #include "support/Numbers.h"
+#include "support/Trim.h"
 
 namespace marl {
 namespace {
-
-Text Trimmed(TextView text) {
-  const std::size_t first = text.find_first_not_of(u' ');
-  if (first == TextView::npos) return {};
-  return Text(text.substr(first, text.find_last_not_of(u' ') - first + 1));
-}
 
 /// Adds double quotes, unless they are already there.
 Text Quoted(Text path) {
@@ -28,7 +23,7 @@ void cRegistry::CreateEXEAssociation(TextView exePath, TextView className,
                                      TextView printMenuText, bool supportNew, TextView newMenuText,
                                      bool supportInstall, TextView installMenuText,
                                      std::int32_t defaultIconIndex) {
-  const Text exe = Quoted(Trimmed(exePath));
+  const Text exe = Quoted(Text(Trim(exePath)));
   const Text ofClass(className);
   const auto verb = [&](const char16_t* key, const Text& menuText, const char16_t* arguments) {
     const Text section = ofClass + u"\\shell\\" + key;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -63,6 +64,12 @@ Picture CutOut(const Picture& picture, int left, int top, int width, int height)
     for (int x = left; x < right; ++x) cut.At(x - left, y) = picture.At(x, top + y);
   }
   return cut;
+}
+
+PicturePtr TileOf(const Picture& strip, int column, int row, int drawn, int size) {
+  Picture tile = CutOut(strip, column * drawn, row * drawn, drawn, drawn);
+  if (size != drawn) tile = Scaled(tile, size, size);
+  return std::make_shared<const Picture>(std::move(tile));
 }
 
 Picture Scaled(const Picture& picture, int width, int height) {

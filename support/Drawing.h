@@ -23,6 +23,10 @@ PicturePtr LoadDrawing(Pictures& pictures, std::span<const Drawing> drawings, in
 /// The part of a picture that begins at `left`, `top`; outside the picture it is transparent.
 Picture CutOut(const Picture& picture, int left, int top, int width, int height);
 
+/// The picture in `column` and `row` of a strip of square ones, `drawn` pixels wide each, as a
+/// square of `size` pixels.
+PicturePtr TileOf(const Picture& strip, int column, int row, int drawn, int size);
+
 /// The picture at another size. Smaller: each pixel is the mean of the area that it covers. Larger:
 /// the mean of the pixels around it, weighted by distance.
 Picture Scaled(const Picture& picture, int width, int height);

@@ -32,7 +32,7 @@ char16_t LowerASCII(char16_t c) {
   return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + (u'a' - u'A')) : c;
 }
 
-TextView Trim(TextView text) {
+TextView WithoutBlanks(TextView text) {
   while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
   while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
   return text;
@@ -125,7 +125,7 @@ Scan ScanDecimal(TextView text, const NumberFormat& format, Parts& out) {
 }
 
 Scan ScanParts(TextView text, const NumberFormat& format, Parts& out) {
-  text = Trim(text);
+  text = WithoutBlanks(text);
   if (text.empty()) return Scan::kNoNumber;
   return text.front() == u'&' ? ScanPrefixed(text, out) : ScanDecimal(text, format, out);
 }

@@ -67,5 +67,23 @@ TEST(CutOut, BeyondThePictureIsTransparent) {
   EXPECT_EQ(cut.pixels, (std::vector<std::uint32_t>{0xFFFFFFFF, 0, 0, 0}));
 }
 
+TEST(Drawing, ATileIsCutOutOfItsRowAndColumn) {
+  Picture strip(4, 4);
+  for (int y = 0; y < 4; ++y) {
+    for (int x = 0; x < 4; ++x) {
+      strip.At(x, y) = 0xFF000000u + static_cast<std::uint32_t>(y / 2 * 2 + x / 2);
+    }
+  }
+  for (const int size : {1, 2, 3, 5}) {
+    for (int row = 0; row < 2; ++row) {
+      for (int column = 0; column < 2; ++column) {
+        const PicturePtr tile = TileOf(strip, column, row, 2, size);
+        EXPECT_EQ(tile->width, size);
+        EXPECT_EQ(tile->pixels, Picture(size, size, 0xFF000000u + row * 2 + column).pixels);
+      }
+    }
+  }
+}
+
 }  // namespace
 }  // namespace marl
