@@ -10,7 +10,6 @@ class Form;
 enum FileDialogFlag : int {
   kOverwritePrompt = 0x2,
   kHideReadOnly = 0x4,
-  kPathMustExist = 0x800,
   kFileMustExist = 0x1000,
 };
 

@@ -1,7 +1,5 @@
 #include "platform/forms/CommonControls.h"
 
-#include <algorithm>
-
 #include "platform/RuntimeError.h"
 
 namespace marl {
@@ -51,16 +49,10 @@ void TabStrip::UserSelectTab(int tab) {
   if (Visible() && Enabled() && tab >= 1 && tab <= PartCount()) SetSelectedItem(tab);
 }
 
-void Toolbar::UserButtonClick(int button) {
-  if (!Visible() || !Enabled() || button < 1 || button > PartCount()) return;
-  if (ButtonClick) ButtonClick(button);
-}
-
 void SSTab::SetTabs(int count) {
   if (count < 1) throw RuntimeError::InvalidPropertyValue();
   if (count == Tabs()) return;
   captions_.resize(static_cast<std::size_t>(count));
-  tab_ = std::min(tab_, count - 1);
   Changed(Property::kItems);
 }
 
@@ -73,18 +65,6 @@ void SSTab::SetTabCaption(int tab, TextView caption) {
   if (TabCaption(tab) == caption) return;
   captions_[static_cast<std::size_t>(tab)] = caption;
   Changed(Property::kItems);
-}
-
-void SSTab::SetTab(int tab) {
-  if (tab < 0 || tab >= Tabs()) throw RuntimeError::InvalidPropertyValue();
-  if (tab == tab_) return;
-  tab_ = tab;
-  Changed(Property::kSelection);
-  if (Click) Click();
-}
-
-void SSTab::UserSelectTab(int tab) {
-  if (Visible() && Enabled() && tab >= 0 && tab < Tabs()) SetTab(tab);
 }
 
 }  // namespace marl

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -52,15 +51,16 @@ class TabStrip : public PartedControl {
   int selected_ = 0;
 };
 
-/// A row of push buttons. `ButtonClick` is raised with the number of the one that was pressed.
+// No form of this program has one of the following. All programs of the suite take their texts by
+// the same rules (`LoadFormStrings`), which name these controls, so what can carry a text is here.
+
+/// A row of push buttons.
 class Toolbar : public PartedControl {
  public:
   explicit Toolbar(Form& form, std::string_view name, int index = -1, Control* container = nullptr)
       : PartedControl(form, ControlKind::kToolbar, name, index, container) {
     TabStop = false;
   }
-  std::function<void(int)> ButtonClick;
-  void UserButtonClick(int button);
 };
 
 /// A list of rows with columns; the parts are the column headers.
@@ -81,14 +81,9 @@ class SSTab : public Control {
   /// Caption of a tab. A number outside the tabs throws "Invalid procedure call or argument".
   const Text& TabCaption(int tab) const;
   void SetTabCaption(int tab, TextView caption);
-  /// Number of the tab whose page is shown.
-  int Tab() const { return tab_; }
-  void SetTab(int tab);
-  void UserSelectTab(int tab);
 
  private:
   std::vector<Text> captions_;
-  int tab_ = 0;
 };
 
 }  // namespace marl

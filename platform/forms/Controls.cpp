@@ -113,11 +113,6 @@ void TextBox::UserEdit(TextView text, int selStart, int selLength) {
   if (Change) Change();
 }
 
-void TextBox::UserSelect(int start, int length) {
-  selStart_ = start;
-  selLength_ = length;
-}
-
 const Text& ItemList::List(int row) const {
   return row < 0 || row >= ListCount() ? kNoText : items_[static_cast<std::size_t>(row)].text;
 }

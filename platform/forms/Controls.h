@@ -114,8 +114,6 @@ class TextBox : public Control {
 
   /// The user has edited the field: text and selection after the edit.
   void UserEdit(TextView text, int selStart, int selLength);
-  /// The caret has moved; raises nothing.
-  void UserSelect(int start, int length);
 
  private:
   int selStart_ = 0;

@@ -125,7 +125,6 @@ class Form {
   void UserClose();
   /// The window's new bounds, inner size and state.
   void PeerPlaced(const Box& bounds, const Size& inner, WindowState state);
-  void PeerVisible(bool visible) { visible_ = visible; }
   /// The platform destroys the window, as it does with windows whose owner closes: the form is
   /// unloaded without `QueryUnload`, and a modal call ends its event.
   void PeerLost();

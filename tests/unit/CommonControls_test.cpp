@@ -58,26 +58,6 @@ TEST_F(CommonControls, ATabStripClicksWhenAnotherTabIsSelected) {
   EXPECT_THROW(tabs.SetSelectedItem(3), RuntimeError);
 }
 
-TEST_F(CommonControls, AToolBarReportsItsButton) {
-  Toolbar bar(form, "tlb");
-  bar.AddPart({u"a", u"", u""});
-  bar.AddPart({u"b", u"", u""});
-  std::vector<int> pressed;
-  bar.UserButtonClick(1);
-  bar.ButtonClick = [&](int button) { pressed.push_back(button); };
-  bar.UserButtonClick(2);
-  bar.UserButtonClick(0);
-  bar.UserButtonClick(3);
-  bar.UserButtonClick(1);
-  EXPECT_EQ(pressed, (std::vector<int>{2, 1}));
-  bar.SetVisible(false);
-  bar.UserButtonClick(1);
-  bar.SetVisible(true);
-  bar.SetEnabled(false);
-  bar.UserButtonClick(1);
-  EXPECT_EQ(pressed.size(), 2u);
-}
-
 TEST_F(CommonControls, ATabbedDialogHasOnePageAtLeast) {
   SSTab pages(form, "sst");
   EXPECT_EQ(pages.Tabs(), 1);
@@ -87,23 +67,6 @@ TEST_F(CommonControls, ATabbedDialogHasOnePageAtLeast) {
   EXPECT_THROW(pages.TabCaption(3), RuntimeError);
   EXPECT_THROW(pages.TabCaption(-1), RuntimeError);
   EXPECT_THROW(pages.SetTabCaption(3, u"x"), RuntimeError);
-}
-
-TEST_F(CommonControls, ATabbedDialogClicksWhenThePageChanges) {
-  SSTab pages(form, "sst");
-  pages.SetTabs(3);
-  int clicks = 0;
-  pages.Click = [&] { ++clicks; };
-  pages.SetTab(0);
-  EXPECT_EQ(clicks, 0);
-  pages.SetTab(2);
-  pages.UserSelectTab(1);
-  EXPECT_EQ(clicks, 2);
-  EXPECT_THROW(pages.SetTab(3), RuntimeError);
-  pages.UserSelectTab(3);
-  EXPECT_EQ(pages.Tab(), 1);
-  pages.SetTabs(1);
-  EXPECT_EQ(pages.Tab(), 0);
 }
 
 }  // namespace

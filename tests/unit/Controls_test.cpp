@@ -411,7 +411,6 @@ TEST_F(Controls, WhatIsSetWhileTheFormShowsReachesTheWindow) {
        [&] {
          tabs.AddPart({u"new", u"", u""});
        }},
-      {"page", pages, P::kSelection, [&] { pages.SetTab(1); }},
       {"text of a page", pages, P::kItems, [&] { pages.SetTabCaption(0, u"new"); }},
       {"pages", pages, P::kItems, [&] { pages.SetTabs(3); }},
       {"interval", timer, P::kTimer, [&] { timer.SetInterval(10); }},

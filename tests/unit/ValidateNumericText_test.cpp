@@ -42,7 +42,7 @@ class NumericText : public testing::Test {
   State Edit(int start, int length, TextView insert) {
     Text text = form.field.Text();
     text.replace(static_cast<std::size_t>(start), static_cast<std::size_t>(length), insert);
-    form.field.UserSelect(start, length);
+    form.field.Select(start, length);
     form.field.UserEdit(text, start + static_cast<int>(insert.size()), 0);
     return Now();
   }
@@ -90,7 +90,7 @@ TEST_F(NumericText, CaretGoesBackToWhereTheLastGoodChangeLeftIt) {
   Edit(1, 1, u"5");
   ASSERT_EQ(Now(), (State{u"1534", 2, 0}));
   // Moving the caret is not a change: the last change counts.
-  field.UserSelect(4, 0);
+  field.Select(4, 0);
   EXPECT_EQ(Edit(4, 0, u"."), (State{u"1534", 2, 0}));
 }
 
