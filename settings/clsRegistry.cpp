@@ -16,8 +16,8 @@ std::string_view Without(std::string_view data, std::size_t count) {
   return data.substr(0, data.size() - std::min(count, data.size()));
 }
 
-/// Opens the key at `path` below `key`, which then is that one; without a path it stays. False if
-/// it cannot be opened.
+/// Replaces `key` by the key at `path` below it; an empty path keeps it. False if it cannot be
+/// opened.
 bool OpenBelow(RegistryStore& store, TextView path, OpenKeyHandle& opened, KeyHandle& key) {
   if (path.empty()) return true;
   if (store.OpenKey(key, store.ToNarrow(path), kKeyRead, opened) != kOk) return false;

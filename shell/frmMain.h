@@ -183,7 +183,7 @@ class frmMain : public Form, public HookedForm {
   std::unique_ptr<clsGradient> gradient_;
   GradientPicture panel_;
   modSetIcon icons_{platform_.icons, platform_.process};
-  /// Gives the window of another form the program's icons.
+  /// Sets the program's icons on another form's window.
   const std::function<void(WindowHandle)> setIcon_ = [this](WindowHandle window) {
     icons_.SetFormIcon(window, kMarlIcon, false);
   };

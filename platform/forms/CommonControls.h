@@ -51,8 +51,8 @@ class TabStrip : public PartedControl {
   int selected_ = 0;
 };
 
-// No form of this program has one of the following. All programs of the suite take their texts by
-// the same rules (`LoadFormStrings`), which name these controls, so what can carry a text is here.
+// No form of this program uses the following controls. The suite's rules for texts of forms
+// (`LoadFormStrings`) include them, so the parts that have texts are here.
 
 /// A row of push buttons.
 class Toolbar : public PartedControl {

@@ -7,7 +7,7 @@
 
 namespace marl::win32 {
 
-/// Text in the system's code page, whole (WideCharToMultiByte).
+/// The whole text in the system's code page (WideCharToMultiByte).
 inline NarrowText ToCodePage(TextView text) {
   if (text.empty()) return {};
   // No unit needs more bytes than this in any system code page.

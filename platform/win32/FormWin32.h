@@ -58,10 +58,10 @@ class FormWin32 : public FormPeer {
   static LRESULT CALLBACK Entry(HWND window, UINT message, WPARAM w, LPARAM l) noexcept;
   static LRESULT CALLBACK ContainerEntry(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
                                          DWORD_PTR peer) noexcept;
-  /// Runs the handler of the message, if there is one. The form may be gone then.
+  /// Runs the handler of the message, if there is one. The form may then be destroyed.
   LRESULT OnMessage(UINT message, WPARAM w, LPARAM l);
   using Result = std::optional<LRESULT>;
-  /// What a message means. A handler that gives nothing leaves the message to the platform.
+  /// Message handlers. A handler that returns nothing leaves the message to the platform.
   struct Handler {
     UINT message;
     Result (FormWin32::*handle)(WPARAM w, LPARAM l);

@@ -1,4 +1,4 @@
-// The controls of a form: their windows, and what the form's side changes in them.
+// The controls of a form: creating their windows and applying changes of properties.
 
 #include "platform/win32/FormWin32.h"
 
@@ -18,15 +18,15 @@ namespace {
 constexpr int kFirstControlId = 1000;
 constexpr auto kComboField = static_cast<WPARAM>(-1);  // the closed part, in place of a row
 
-/// What the platform makes of a kind of control.
+/// The native window for a kind of control.
 struct NativeControl {
   const wchar_t* className = L"BUTTON";
   DWORD style = 0;
   DWORD exStyle = 0;
-  bool field = true;  ///< takes the focus
+  bool field = true;  ///< can have the focus
 };
 
-/// The native control that shows this one; nothing for a kind without one.
+/// The native control for this one; nothing for a kind without one.
 std::optional<NativeControl> NativeOf(const Control& control) {
   switch (control.kind()) {
     case ControlKind::kCommandButton: {

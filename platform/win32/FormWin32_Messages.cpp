@@ -1,4 +1,4 @@
-// What the messages of a form's window mean.
+// The message handlers of a form's window.
 
 #include "platform/win32/FormWin32.h"
 
@@ -14,7 +14,7 @@ namespace marl::win32 {
 
 namespace {
 
-// The platform's numbers of the mouse buttons.
+// The platform's codes of the mouse buttons.
 constexpr int kLeft = 1;
 constexpr int kRight = 2;
 /// Posted to the form: Enter has closed the list of the drop-down list with this window.
@@ -28,8 +28,8 @@ Text WindowText(HWND window) {
 
 }  // namespace
 
-// A handler that gives nothing leaves the message to the platform. An event may destroy the form:
-// do not use it after one.
+// A handler that returns nothing leaves the message to the platform. An event may destroy the form:
+// do not use it afterwards.
 const FormWin32::Handler FormWin32::kHandlers[] = {
     {WM_PAINT, &FormWin32::OnPaint},
     {WM_ERASEBKGND, &FormWin32::OnEraseBackground},

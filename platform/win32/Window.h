@@ -7,8 +7,9 @@
 
 namespace marl::win32 {
 
-/// The platform's handle of a window or icon that the logic knows by its number (LongToHandle). The
-/// number of a handle is `HandleToLong`: handles of windows and icons have 32 bits at both widths.
+/// Converts a portable 32-bit handle of a window or icon to the platform's (LongToHandle); the
+/// reverse is `HandleToLong`. Handles of windows and icons have 32 significant bits in 64-bit
+/// programs too.
 inline HWND Window(WindowHandle window) { return static_cast<HWND>(LongToHandle(window)); }
 inline HICON Icon(IconHandle icon) { return static_cast<HICON>(LongToHandle(icon)); }
 
