@@ -132,7 +132,7 @@ TEST_F(PanelLeaks, ThousandsOfLayoutsAndHighlightsLoseNothing) {
   constexpr int kSmallBlock = 64;  // bytes, including overhead
   constexpr std::size_t kHalf = kBatches / 2;
   // The platform allocates and frees several hundred thousand bytes between two batches; the
-  // medians of the two halves hardly change.
+  // medians of the two halves stay, or change by one step of the heap (65,536 bytes).
   const auto median = [&](std::size_t first) {
     std::array<std::int64_t, kHalf> memory;
     for (std::size_t i = 0; i < kHalf; ++i) memory[i] = states[first + i].memory;
@@ -140,7 +140,7 @@ TEST_F(PanelLeaks, ThousandsOfLayoutsAndHighlightsLoseNothing) {
     return memory[kHalf / 2];
   };
   const std::int64_t leaked = (kLayouts + kHighlights) / 2 * kSmallBlock;
-  EXPECT_LE(median(1 + kHalf) - median(1), leaked / 2);
+  EXPECT_LE(median(1 + kHalf) - median(1), leaked / 4);
   RecordProperty("PrivateBytes", std::to_string(states[kBatches].memory - states[0].memory));
 }
 
