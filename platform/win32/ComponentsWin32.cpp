@@ -65,8 +65,8 @@ Text MessageOf(DWORD code) {
   const DWORD length = FormatMessageW(
       FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
       nullptr, code, 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
+  const UniqueMemory owned(text);
   Text message = FromWide(text, length);
-  LocalFree(text);
   while (message.ends_with(u'\n') || message.ends_with(u'\r')) message.pop_back();
   return message;
 }
@@ -90,14 +90,13 @@ Text FailureText(HRESULT status, const EXCEPINFO& exception) {
 class ComponentWin32 : public Component {
  public:
   explicit ComponentWin32(IDispatch* object) : object_(object) {}
-  ~ComponentWin32() override { object_->Release(); }
 
   bool Call(TextView operation, std::vector<ComponentValue>& arguments, ComponentValue& result,
             Text& failure) override {
     Text name(operation);
     auto* names = reinterpret_cast<wchar_t*>(name.data());
     DISPID id = 0;
-    HRESULT status = object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id);
+    HRESULT status = object_.get()->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id);
     if (FAILED(status)) {
       failure = SystemMessage(status);
       return false;
@@ -116,15 +115,15 @@ class ComponentWin32 : public Component {
     DISPPARAMS parameters = {references.data(), nullptr, static_cast<UINT>(count), 0};
     Variant answer;
     EXCEPINFO exception = {};
-    status =
-        object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
-                        &parameters, answer.get(), &exception, nullptr);
+    status = object_.get()->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT,
+                                   DISPATCH_METHOD | DISPATCH_PROPERTYGET, &parameters,
+                                   answer.get(), &exception, nullptr);
     if (FAILED(status)) {
       if (exception.pfnDeferredFillIn) exception.pfnDeferredFillIn(&exception);
+      const UniqueText source(exception.bstrSource);
+      const UniqueText description(exception.bstrDescription);
+      const UniqueText helpFile(exception.bstrHelpFile);
       failure = FailureText(status, exception);
-      SysFreeString(exception.bstrSource);
-      SysFreeString(exception.bstrDescription);
-      SysFreeString(exception.bstrHelpFile);
       return false;
     }
     for (std::size_t i = 0; i < count; ++i) arguments[i] = values[i].Get();
@@ -133,7 +132,7 @@ class ComponentWin32 : public Component {
   }
 
  private:
-  IDispatch* object_;
+  UniqueObject<IDispatch> object_;
 };
 
 }  // namespace

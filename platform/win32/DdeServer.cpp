@@ -24,25 +24,27 @@ Text FromCodePage(const NarrowText& text) {
 
 DdeServer::DdeServer(Desktop& desktop, Form& form, TextView service, TextView topic)
     : desktop_(desktop), form_(form) {
-  if (DdeInitializeW(&instance_, Entry,
+  DWORD instance = 0;
+  if (DdeInitializeW(&instance, Entry,
                      APPCLASS_STANDARD | CBF_FAIL_POKES | CBF_FAIL_REQUESTS | CBF_FAIL_ADVISES |
                          CBF_SKIP_ALLNOTIFICATIONS,
                      0) != DMLERR_NO_ERROR) {
-    instance_ = 0;
     return;
   }
+  instance_ = UniqueConversations(instance);
   g_server = this;
-  service_ = DdeCreateStringHandleW(instance_, Wide(Text(service)), CP_WINUNICODE);
-  topic_ = DdeCreateStringHandleW(instance_, Wide(Text(topic)), CP_WINUNICODE);
-  DdeNameService(instance_, service_, nullptr, DNS_REGISTER);
+  const auto make = [&](TextView text) {
+    return UniqueConversationText(
+        {instance, DdeCreateStringHandleW(instance, Wide(Text(text)), CP_WINUNICODE)});
+  };
+  service_ = make(service);
+  topic_ = make(topic);
+  DdeNameService(instance, service_.get().text, nullptr, DNS_REGISTER);
 }
 
 DdeServer::~DdeServer() {
   if (instance_) {
-    DdeNameService(instance_, service_, nullptr, DNS_UNREGISTER);
-    DdeFreeStringHandle(instance_, topic_);
-    DdeFreeStringHandle(instance_, service_);
-    DdeUninitialize(instance_);
+    DdeNameService(instance_.get(), service_.get().text, nullptr, DNS_UNREGISTER);
   }
   if (g_server == this) g_server = nullptr;
 }
@@ -53,8 +55,8 @@ HDDEDATA CALLBACK DdeServer::Entry(UINT type, UINT, HCONV, HSZ string1, HSZ stri
   if (!server) return nullptr;
   switch (type) {
     case XTYP_CONNECT: {
-      const bool known = DdeCmpStringHandles(string1, server->topic_) == 0 &&
-                         DdeCmpStringHandles(string2, server->service_) == 0;
+      const bool known = DdeCmpStringHandles(string1, server->topic_.get().text) == 0 &&
+                         DdeCmpStringHandles(string2, server->service_.get().text) == 0;
       return reinterpret_cast<HDDEDATA>(static_cast<ULONG_PTR>(known));
     }
     case XTYP_EXECUTE: return server->Execute(data);

@@ -4,6 +4,7 @@
 #include <ddeml.h>
 
 #include "platform/Text.h"
+#include "platform/win32/Handle.h"
 
 namespace marl {
 
@@ -30,9 +31,10 @@ class DdeServer {
 
   Desktop& desktop_;
   Form& form_;
-  DWORD instance_ = 0;
-  HSZ service_ = nullptr;
-  HSZ topic_ = nullptr;
+  // The texts go before the library's instance that they belong to.
+  UniqueConversations instance_;
+  UniqueConversationText service_;
+  UniqueConversationText topic_;
 };
 
 }  // namespace win32

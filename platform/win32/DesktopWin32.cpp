@@ -26,9 +26,8 @@ BOOL CALLBACK VisitWindow(HWND window, LPARAM data) {
 }  // namespace
 
 DesktopWin32::DesktopWin32() {
-  const HDC screen = GetDC(nullptr);
-  dpi_ = {GetDeviceCaps(screen, LOGPIXELSX), GetDeviceCaps(screen, LOGPIXELSY)};
-  ReleaseDC(nullptr, screen);
+  const ClientContext screen(nullptr);
+  dpi_ = {GetDeviceCaps(screen.get(), LOGPIXELSX), GetDeviceCaps(screen.get(), LOGPIXELSY)};
 }
 
 DesktopWin32::~DesktopWin32() = default;

@@ -31,11 +31,10 @@ int CALLBACK OnFont(const LOGFONTA* font, const TEXTMETRICA*, DWORD, LPARAM data
 void FontListWin32::EnumFamilies(const Form& form,
                                  const std::function<bool(TextView faceName)>& visit) {
   const HWND window = form.peer() ? static_cast<const FormWin32*>(form.peer())->window() : nullptr;
-  const HDC context = GetDC(window);
+  const ClientContext context(window);
   LOGFONTA all = {};
   Visit state{visit, nullptr};
-  EnumFontFamiliesExA(context, &all, OnFont, reinterpret_cast<LPARAM>(&state), 0);
-  ReleaseDC(window, context);
+  EnumFontFamiliesExA(context.get(), &all, OnFont, reinterpret_cast<LPARAM>(&state), 0);
   if (state.failure) std::rethrow_exception(state.failure);
 }
 

@@ -13,9 +13,9 @@ namespace marl::win32 {
 
 template <typename Paint>
 void FormWin32::PaintBuffered(HWND window, Paint paint) {
-  PAINTSTRUCT record;
-  const HDC screen = BeginPaint(window, &record);
-  const RECT& dirty = record.rcPaint;
+  const Painting painting(window);
+  const HDC screen = painting.context();
+  const RECT& dirty = painting.area();
   const int width = dirty.right - dirty.left;
   const int height = dirty.bottom - dirty.top;
   if (width > 0 && height > 0) {
@@ -29,7 +29,6 @@ void FormWin32::PaintBuffered(HWND window, Paint paint) {
     BitBlt(screen, dirty.left, dirty.top, width, height, memory.get(), 0, 0, SRCCOPY);
     SelectObject(memory.get(), before);
   }
-  EndPaint(window, &record);
 }
 
 void FormWin32::PaintWindow() {
@@ -43,10 +42,8 @@ void FormWin32::PaintWindow() {
 // During the last message of a failed program only the background is painted: the failure may have
 // been in what is painted.
 LRESULT FormWin32::PaintNothing(HWND window) {
-  PAINTSTRUCT record;
-  const HDC screen = BeginPaint(window, &record);
-  FillRect(screen, &record.rcPaint, GetSysColorBrush(COLOR_BTNFACE));
-  EndPaint(window, &record);
+  const Painting painting(window);
+  FillRect(painting.context(), &painting.area(), GetSysColorBrush(COLOR_BTNFACE));
   return 0;
 }
 
@@ -64,19 +61,17 @@ void FormWin32::PaintPictureBox(const PictureBox& box, HDC context) {
 // The native group paints itself; its labels are painted on top, in the same area only: text that
 // is drawn twice gets bolder.
 void FormWin32::PaintFrame(HWND frame) {
-  const HRGN dirty = CreateRectRgn(0, 0, 0, 0);
-  GetUpdateRgn(frame, dirty, FALSE);
+  const UniqueRegion dirty(CreateRectRgn(0, 0, 0, 0));
+  GetUpdateRgn(frame, dirty.get(), FALSE);
   DefSubclassProc(frame, WM_PAINT, 0, 0);
   if (const Control* const control = ControlOf(frame)) {
-    const HDC screen = GetDC(frame);
-    SelectClipRgn(screen, dirty);
+    const ClientContext screen(frame);
+    SelectClipRgn(screen.get(), dirty.get());
     desktop_.Event([&] {
-      CanvasWin32 canvas(screen, desktop_.fonts(), desktop_.Dpi().height);
+      CanvasWin32 canvas(screen.get(), desktop_.fonts(), desktop_.Dpi().height);
       PaintControls(form_, control, canvas);
     });
-    ReleaseDC(frame, screen);
   }
-  DeleteObject(dirty);
 }
 
 void FormWin32::EraseContainer(HWND container, HDC context) {

@@ -1,6 +1,12 @@
 #pragma once
 
+// clang-format off
 #include <windows.h>
+#include <ddeml.h>
+#include <oleauto.h>
+#include <unknwn.h>
+#include <uxtheme.h>
+// clang-format on
 
 #include <atomic>
 #include <utility>
@@ -15,6 +21,8 @@ enum class HandleKind {
   kBrush,
   kPen,
   kDeviceContext,
+  kRegion,
+  kTheme,
   kWindow,
   kMenu,
   kKey,
@@ -23,6 +31,10 @@ enum class HandleKind {
   kMutex,
   kThread,
   kProcess,
+  kLibrary,
+  kConversation,
+  kObject,
+  kMemory,
   kCount
 };
 
@@ -35,7 +47,7 @@ class Unique {
  public:
   Unique() = default;
   explicit Unique(Handle handle) : handle_(handle) {
-    if (handle_) ++Count();
+    if (*this) ++Count();
   }
   Unique(Unique&& other) noexcept : handle_(std::exchange(other.handle_, Handle{})) {}
   Unique& operator=(Unique&& other) noexcept {
@@ -50,13 +62,13 @@ class Unique {
   Handle get() const { return handle_; }
   explicit operator bool() const { return handle_ != Handle{}; }
   void Reset() {
-    if (!handle_) return;
+    if (!*this) return;
     closer(std::exchange(handle_, Handle{}));
     --Count();
   }
   /// Gives up ownership: the caller has to close the handle.
   Handle Release() {
-    if (handle_) --Count();
+    if (*this) --Count();
     return std::exchange(handle_, Handle{});
   }
   static int LiveCount() { return Count(); }
@@ -65,6 +77,20 @@ class Unique {
   static std::atomic<int>& Count() { return g_liveHandles[static_cast<int>(kind)]; }
 
   Handle handle_ = {};
+};
+
+/// A window's device context, or the screen's (GetDC).
+struct WindowContext {
+  HWND window = nullptr;
+  HDC context = nullptr;
+  bool operator==(const WindowContext&) const = default;
+};
+
+/// A text of the DDE library, and the library's instance that it belongs to.
+struct ConversationText {
+  DWORD instance = 0;
+  HSZ text = nullptr;
+  bool operator==(const ConversationText&) const = default;
 };
 
 inline void CloseIcon_(HICON icon) { DestroyIcon(icon); }
@@ -77,6 +103,19 @@ inline void CloseContext(HDC context) { DeleteDC(context); }
 inline void CloseMenu(HMENU menu) { DestroyMenu(menu); }
 inline void CloseAny(HANDLE handle) { CloseHandle(handle); }
 inline void CloseSearch(HANDLE search) { FindClose(search); }
+inline void CloseWindowContext(const WindowContext& of) { ReleaseDC(of.window, of.context); }
+inline void CloseRegion(HRGN region) { DeleteObject(region); }
+inline void CloseTheme(HTHEME theme) { CloseThemeData(theme); }
+inline void CloseWindow_(HWND window) { DestroyWindow(window); }
+inline void CloseKey(HKEY key) { RegCloseKey(key); }
+inline void CloseLibrary_(HMODULE library) { FreeLibrary(library); }
+inline void CloseConversations(DWORD instance) { DdeUninitialize(instance); }
+inline void CloseConversationText(const ConversationText& of) {
+  DdeFreeStringHandle(of.instance, of.text);
+}
+inline void CloseObject(IUnknown* object) { object->Release(); }
+inline void CloseText(BSTR text) { SysFreeString(text); }
+inline void CloseMemory(wchar_t* text) { LocalFree(text); }
 
 using UniqueIcon = Unique<HICON, HandleKind::kIcon, CloseIcon_>;
 using UniqueBitmap = Unique<HBITMAP, HandleKind::kBitmap, CloseBitmap>;
@@ -90,6 +129,46 @@ using UniqueSearch = Unique<HANDLE, HandleKind::kSearch, CloseSearch>;
 using UniqueMutex = Unique<HANDLE, HandleKind::kMutex, CloseAny>;
 using UniqueProcess = Unique<HANDLE, HandleKind::kProcess, CloseAny>;
 using UniqueThread = Unique<HANDLE, HandleKind::kThread, CloseAny>;
+using UniqueRegion = Unique<HRGN, HandleKind::kRegion, CloseRegion>;
+using UniqueTheme = Unique<HTHEME, HandleKind::kTheme, CloseTheme>;
+using UniqueWindow = Unique<HWND, HandleKind::kWindow, CloseWindow_>;
+using UniqueKey = Unique<HKEY, HandleKind::kKey, CloseKey>;
+using UniqueLibrary = Unique<HMODULE, HandleKind::kLibrary, CloseLibrary_>;
+using UniqueConversations = Unique<DWORD, HandleKind::kConversation, CloseConversations>;
+using UniqueConversationText =
+    Unique<ConversationText, HandleKind::kConversation, CloseConversationText>;
+template <typename Interface>
+using UniqueObject = Unique<Interface*, HandleKind::kObject, CloseObject>;
+using UniqueText = Unique<BSTR, HandleKind::kMemory, CloseText>;
+using UniqueMemory = Unique<wchar_t*, HandleKind::kMemory, CloseMemory>;
+
+/// The device context of a window's client area, until its end.
+class ClientContext {
+ public:
+  /// Without a window it is the screen's.
+  explicit ClientContext(HWND window) : context_({window, GetDC(window)}) {}
+  HDC get() const { return context_.get().context; }
+
+ private:
+  Unique<WindowContext, HandleKind::kDeviceContext, CloseWindowContext> context_;
+};
+
+/// One painting of a window (BeginPaint), until its end.
+class Painting {
+ public:
+  explicit Painting(HWND window) : window_(window) { BeginPaint(window, &record_); }
+  ~Painting() { EndPaint(window_, &record_); }
+  Painting(const Painting&) = delete;
+  Painting& operator=(const Painting&) = delete;
+
+  HDC context() const { return record_.hdc; }
+  /// What has to be painted.
+  const RECT& area() const { return record_.rcPaint; }
+
+ private:
+  HWND window_;
+  PAINTSTRUCT record_ = {};
+};
 
 /// Text for the platform's wide entry points.
 inline const wchar_t* Wide(const std::u16string& text) {

@@ -186,12 +186,12 @@ bool ListWin32::AcceptsAsItIs() const { return !selected_ && GetKeyState(VK_RETU
 
 void ListWin32::DroppingDown() {
   selected_ = false;
-  const HDC context = GetDC(window_);
+  const ClientContext client(window_);
+  const HDC context = client.get();
   const HGDIOBJ before = SelectObject(context, reinterpret_cast<HGDIOBJ>(Send(WM_GETFONT, 0, 0)));
   int widest = 0;
   for (const Text& row : shown_) widest = std::max(widest, TextWidth(context, row));
   SelectObject(context, before);
-  ReleaseDC(window_, context);
   Send(CB_SETDROPPEDWIDTH,
        static_cast<WPARAM>(widest + Scaled(4 * kMargin) + GetSystemMetrics(SM_CXVSCROLL)), 0);
 }
@@ -204,22 +204,22 @@ int ListWin32::Scaled(int pixels) const {
 // draw a frame.
 Size ListWin32::BoxSize() const {
   SIZE size = {Scaled(kBoxSize), Scaled(kBoxSize)};
-  if (const HTHEME theme = OpenThemeData(nullptr, L"BUTTON")) {
-    GetThemePartSize(theme, nullptr, BP_CHECKBOX, CBS_UNCHECKEDNORMAL, nullptr, TS_DRAW, &size);
-    CloseThemeData(theme);
+  if (const UniqueTheme theme(OpenThemeData(nullptr, L"BUTTON")); theme) {
+    GetThemePartSize(theme.get(), nullptr, BP_CHECKBOX, CBS_UNCHECKEDNORMAL, nullptr, TS_DRAW,
+                     &size);
   }
   return {size.cx, size.cy};
 }
 
 void ListWin32::SyncRowHeight() {
   if (drop() || !static_cast<const ListBox&>(list_).CheckBoxes) return;
-  const HDC context = GetDC(window_);
+  const ClientContext client(window_);
+  const HDC context = client.get();
   const HGDIOBJ before =
       SelectObject(context, desktop_.fonts().Get(list_.Font(), desktop_.Dpi().height));
   TEXTMETRICW metric = {};
   GetTextMetricsW(context, &metric);
   SelectObject(context, before);
-  ReleaseDC(window_, context);
   const int height = std::max<int>(metric.tmHeight, BoxSize().height) + Scaled(2);
   Send(LB_SETITEMHEIGHT, 0, height);
 }
@@ -233,11 +233,10 @@ int ListWin32::RowOfBoxAt(LPARAM position) const {
 
 void ListWin32::DrawBox(HDC context, RECT area, bool ticked) const {
   const bool enabled = list_.Reachable();
-  if (const HTHEME theme = OpenThemeData(nullptr, L"BUTTON")) {
+  if (const UniqueTheme theme(OpenThemeData(nullptr, L"BUTTON")); theme) {
     const int state = ticked ? (enabled ? CBS_CHECKEDNORMAL : CBS_CHECKEDDISABLED)
                              : (enabled ? CBS_UNCHECKEDNORMAL : CBS_UNCHECKEDDISABLED);
-    DrawThemeBackground(theme, context, BP_CHECKBOX, state, &area, nullptr);
-    CloseThemeData(theme);
+    DrawThemeBackground(theme.get(), context, BP_CHECKBOX, state, &area, nullptr);
     return;
   }
   DrawFrameControl(context, &area, DFC_BUTTON,

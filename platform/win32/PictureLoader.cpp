@@ -14,12 +14,6 @@ namespace {
 
 constexpr UINT kLargestSide = 16384;
 
-struct Releaser {
-  void operator()(IUnknown* object) const { object->Release(); }
-};
-template <typename Interface>
-using Com = std::unique_ptr<Interface, Releaser>;
-
 }  // namespace
 
 PicturePtr DecodePicture(const void* data, std::size_t size) {
@@ -29,41 +23,41 @@ PicturePtr DecodePicture(const void* data, std::size_t size) {
                               IID_IWICImagingFactory, &made))) {
     return nullptr;
   }
-  const Com<IWICImagingFactory> factory(static_cast<IWICImagingFactory*>(made));
+  const UniqueObject<IWICImagingFactory> factory(static_cast<IWICImagingFactory*>(made));
 
   IWICStream* rawStream = nullptr;
-  if (FAILED(factory->CreateStream(&rawStream))) return nullptr;
-  const Com<IWICStream> stream(rawStream);
+  if (FAILED(factory.get()->CreateStream(&rawStream))) return nullptr;
+  const UniqueObject<IWICStream> stream(rawStream);
   // The stream only reads, although its parameter is not const.
   auto* const bytes = static_cast<BYTE*>(const_cast<void*>(data));
-  if (FAILED(stream->InitializeFromMemory(bytes, static_cast<DWORD>(size)))) return nullptr;
+  if (FAILED(stream.get()->InitializeFromMemory(bytes, static_cast<DWORD>(size)))) return nullptr;
 
   IWICBitmapDecoder* rawDecoder = nullptr;
-  if (FAILED(factory->CreateDecoderFromStream(stream.get(), nullptr, WICDecodeMetadataCacheOnDemand,
-                                              &rawDecoder))) {
+  if (FAILED(factory.get()->CreateDecoderFromStream(stream.get(), nullptr,
+                                                    WICDecodeMetadataCacheOnDemand, &rawDecoder))) {
     return nullptr;
   }
-  const Com<IWICBitmapDecoder> decoder(rawDecoder);
+  const UniqueObject<IWICBitmapDecoder> decoder(rawDecoder);
   IWICBitmapFrameDecode* rawFrame = nullptr;
-  if (FAILED(decoder->GetFrame(0, &rawFrame))) return nullptr;
-  const Com<IWICBitmapFrameDecode> frame(rawFrame);
+  if (FAILED(decoder.get()->GetFrame(0, &rawFrame))) return nullptr;
+  const UniqueObject<IWICBitmapFrameDecode> frame(rawFrame);
 
   IWICFormatConverter* rawConverter = nullptr;
-  if (FAILED(factory->CreateFormatConverter(&rawConverter))) return nullptr;
-  const Com<IWICFormatConverter> converter(rawConverter);
+  if (FAILED(factory.get()->CreateFormatConverter(&rawConverter))) return nullptr;
+  const UniqueObject<IWICFormatConverter> converter(rawConverter);
   UINT width = 0;
   UINT height = 0;
-  if (FAILED(converter->Initialize(frame.get(), GUID_WICPixelFormat32bppPBGRA,
-                                   WICBitmapDitherTypeNone, nullptr, 0.0,
-                                   WICBitmapPaletteTypeCustom)) ||
-      FAILED(converter->GetSize(&width, &height)) || width == 0 || height == 0 ||
+  if (FAILED(converter.get()->Initialize(frame.get(), GUID_WICPixelFormat32bppPBGRA,
+                                         WICBitmapDitherTypeNone, nullptr, 0.0,
+                                         WICBitmapPaletteTypeCustom)) ||
+      FAILED(converter.get()->GetSize(&width, &height)) || width == 0 || height == 0 ||
       width > kLargestSide || height > kLargestSide) {
     return nullptr;
   }
   const auto picture = std::make_shared<Picture>(static_cast<int>(width), static_cast<int>(height));
   const UINT stride = width * 4;
-  if (FAILED(converter->CopyPixels(nullptr, stride, stride * height,
-                                   reinterpret_cast<BYTE*>(picture->pixels.data())))) {
+  if (FAILED(converter.get()->CopyPixels(nullptr, stride, stride * height,
+                                         reinterpret_cast<BYTE*>(picture->pixels.data())))) {
     return nullptr;
   }
   return picture;

@@ -6,9 +6,6 @@ namespace marl::win32 {
 
 namespace {
 
-void CloseKey(HKEY key) { RegCloseKey(key); }
-using UniqueKey = Unique<HKEY, HandleKind::kKey, CloseKey>;
-
 Text SectionPath(TextView application, TextView section) {
   Text path = u"Software\\VB and VBA Program Settings\\";
   path += application;

@@ -35,23 +35,19 @@ const TabStrip* StripOf(const Control& box) {
 }
 
 UniqueBrush PageBackground(Size size) {
-  const HTHEME theme = OpenThemeData(nullptr, L"TAB");
+  const UniqueTheme theme(OpenThemeData(nullptr, L"TAB"));
   if (!theme) return {};
-  UniqueBrush brush;
-  const HDC screen = GetDC(nullptr);
-  {
-    const UniqueContext memory(CreateCompatibleDC(screen));
-    const UniqueBitmap bitmap(CreateCompatibleBitmap(screen, size.width, size.height));
-    const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
-    const RECT area = {0, 0, size.width, size.height};
-    FillRect(memory.get(), &area, GetSysColorBrush(COLOR_BTNFACE));
-    const HRESULT painted = DrawThemeBackground(theme, memory.get(), TABP_BODY, 0, &area, nullptr);
-    SelectObject(memory.get(), before);
-    if (SUCCEEDED(painted)) brush = UniqueBrush(CreatePatternBrush(bitmap.get()));
-  }
-  ReleaseDC(nullptr, screen);
-  CloseThemeData(theme);
-  return brush;
+  const ClientContext screen(nullptr);
+  const UniqueContext memory(CreateCompatibleDC(screen.get()));
+  const UniqueBitmap bitmap(CreateCompatibleBitmap(screen.get(), size.width, size.height));
+  const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
+  const RECT area = {0, 0, size.width, size.height};
+  FillRect(memory.get(), &area, GetSysColorBrush(COLOR_BTNFACE));
+  const HRESULT painted =
+      DrawThemeBackground(theme.get(), memory.get(), TABP_BODY, 0, &area, nullptr);
+  SelectObject(memory.get(), before);
+  if (FAILED(painted)) return {};
+  return UniqueBrush(CreatePatternBrush(bitmap.get()));
 }
 
 void FillWith(HDC context, const RECT& area, HBRUSH brush, POINT origin) {

@@ -78,9 +78,9 @@ WindowHandle TipWindowsWin32::CreateTip(std::uint32_t style, WindowHandle parent
 void TipWindowsWin32::Destroy(WindowHandle window) {
   const auto found = tips_.find(window);
   if (found == tips_.end()) return;
-  const Tip tip = std::move(found->second);
+  Tip tip = std::move(found->second);
   tips_.erase(found);
-  if (tip.window) DestroyWindow(tip.window);
+  tip.window.Reset();
   const bool last = std::none_of(tips_.begin(), tips_.end(), [&](const auto& other) {
     return other.second.watched == tip.watched;
   });
@@ -95,7 +95,8 @@ void TipWindowsWin32::SetTopmost(WindowHandle window) {
   Tip& tip = found->second;
   tip.topmost = true;
   if (!tip.window) return;
-  SetWindowPos(tip.window, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+  SetWindowPos(tip.window.get(), HWND_TOPMOST, 0, 0, 0, 0,
+               SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
 }
 
 void TipWindowsWin32::Send(WindowHandle window, int message, std::uintptr_t wParam,
@@ -111,7 +112,7 @@ void TipWindowsWin32::Send(WindowHandle window, int message, std::uintptr_t wPar
                       reinterpret_cast<DWORD_PTR>(this));
   }
   if (tip.window) {
-    Deliver(tip.window, message, wParam, lParam);
+    Deliver(tip.window.get(), message, wParam, lParam);
   } else {
     tip.told.push_back({message, wParam, lParam});
   }
@@ -156,20 +157,21 @@ void TipWindowsWin32::OnMouse(HWND parent, UINT message, WPARAM w, LPARAM l) {
     relayed.message = message;
     relayed.wParam = w;
     relayed.lParam = l;
-    SendMessageW(tip.window, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&relayed));
+    SendMessageW(tip.window.get(), TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&relayed));
   }
 }
 
 void TipWindowsWin32::Make(Tip& tip) {
-  tip.window = CreateWindowExW(0, TOOLTIPS_CLASSW, nullptr, tip.style, CW_USEDEFAULT, CW_USEDEFAULT,
-                               CW_USEDEFAULT, CW_USEDEFAULT, tip.parent, nullptr,
-                               GetModuleHandleW(nullptr), nullptr);
+  tip.window = UniqueWindow(CreateWindowExW(0, TOOLTIPS_CLASSW, nullptr, tip.style, CW_USEDEFAULT,
+                                            CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, tip.parent,
+                                            nullptr, GetModuleHandleW(nullptr), nullptr));
   if (!tip.window) return;
   if (tip.topmost) {
-    SetWindowPos(tip.window, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+    SetWindowPos(tip.window.get(), HWND_TOPMOST, 0, 0, 0, 0,
+                 SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
   }
   for (const Message& message : tip.told) {
-    Deliver(tip.window, message.number, message.wParam, message.lParam);
+    Deliver(tip.window.get(), message.number, message.wParam, message.lParam);
   }
   tip.told.clear();
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/TipWindows.h"
+#include "platform/win32/Handle.h"
 
 namespace marl::win32 {
 
@@ -36,7 +37,7 @@ class TipWindowsWin32 : public TipWindows {
     HWND watched = nullptr;  ///< the window with the tool's area; null without a tool
     RECT place = {};
     std::vector<Message> told;  ///< messages from before the window existed
-    HWND window = nullptr;
+    UniqueWindow window;
   };
 
   static LRESULT CALLBACK Watch(HWND parent, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
