@@ -24,6 +24,7 @@ struct TextStyle {
 class Canvas {
  public:
   virtual ~Canvas() = default;
+  /// A box without a positive width and height is not filled.
   virtual void Fill(const Box& box, Color color) = 0;
   /// Blends the picture over the surface by its alpha.
   virtual void Draw(const Picture& picture, int x, int y) = 0;

@@ -16,10 +16,12 @@ enum FileDialogFlag : int {
 /// What a common file dialog starts from.
 struct FileDialogSettings {
   Text Title;
-  Text Filter;     ///< descriptions and patterns in turn, separated by "|"
-  Text Folder;     ///< where it opens; the platform chooses if it is empty
-  Text FileName;   ///< what stands in the field
-  Text Extension;  ///< given to a name without one, written without its dot; none if empty
+  Text Filter;    ///< descriptions and patterns in turn, separated by "|"
+  Text Folder;    ///< where it opens; the platform chooses if it is empty
+  Text FileName;  ///< what stands in the field
+  /// Given to a name without one, written without its dot; none if empty. The filter's first
+  /// pattern names the same: the platform may prefer that one.
+  Text Extension;
   int Flags = 0;
 };
 

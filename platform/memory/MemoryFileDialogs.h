@@ -42,11 +42,18 @@ class MemoryFileDialogs : public FileDialogs {
   FileDialogResult Show(Showing showing, Text& path) {
     const MemoryDesktop::Standing dialog(
         showing.owner ? dynamic_cast<MemoryDesktop*>(&showing.owner->desktop()) : nullptr);
+    const Text extension = showing.settings.Extension;
     shown.push_back(std::move(showing));
     Text chosen;
     const FileDialogResult result = whenShown ? whenShown(chosen) : FileDialogResult::kCancelled;
     dialog.Answered();
-    if (result == FileDialogResult::kChosen) path = std::move(chosen);
+    if (result == FileDialogResult::kChosen) {
+      const std::size_t dot = chosen.rfind(u'.');
+      const std::size_t slash = chosen.rfind(u'\\');
+      const bool bare = dot == Text::npos || (slash != Text::npos && dot < slash);
+      if (bare && !extension.empty()) chosen += u'.' + extension;
+      path = std::move(chosen);
+    }
     return result;
   }
 };

@@ -4,6 +4,7 @@
 #include <set>
 #include <vector>
 
+#include "platform/FoldCase.h"
 #include "platform/Icons.h"
 
 namespace marl {
@@ -46,8 +47,8 @@ class MemoryIcons : public Icons {
   LibraryHandle OpenLibrary(TextView path) override {
     opened.emplace_back(path);
     for (const auto& [image, icon] : images) {
-      if (image.file != path) continue;
-      open[++last_] = path;
+      if (!SameText(image.file, path)) continue;
+      open[++last_] = image.file;
       return last_;
     }
     return 0;
@@ -70,6 +71,13 @@ class MemoryIcons : public Icons {
   }
   void SetIcon(WindowHandle window, int which, IconHandle icon) override {
     given.push_back({window, which, icon});
+  }
+  /// The icon that the window has; 0 for none.
+  IconHandle IconOf(WindowHandle window, int which) const {
+    for (auto last = given.rbegin(); last != given.rend(); ++last) {
+      if (last->window == window && last->which == which) return last->icon;
+    }
+    return 0;
   }
 
  private:

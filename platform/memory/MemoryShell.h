@@ -1,9 +1,11 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <utility>
 #include <vector>
 
+#include "platform/FileSystem.h"
 #include "platform/Process.h"
 #include "platform/Shell.h"
 
@@ -23,9 +25,11 @@ class MemoryShell : public Shell {
   };
 
   std::function<void(const Started&)> whenStarted;  ///< hears of each start
+  const FileSystem* files = nullptr;  ///< where programs and files must exist; null: all do
+  Text searchFolder;                  ///< where Run looks for a program without a folder
   std::vector<Started> started;
   int executeCode = 42;
-  Text browser;  ///< what is associated with every type
+  Text browser;  ///< what is associated with every type; no type has a program without it
   int findCode = 33;
   std::vector<Text> asked;                ///< the files whose program was asked for
   std::vector<std::pair<Text, int>> ran;  ///< command lines and show commands
@@ -47,13 +51,19 @@ class MemoryShell : public Shell {
   }
   int FindProgram(TextView file, TextView, Text& program) override {
     asked.emplace_back(file);
-    if (findCode > 32) program = browser;
+    if (files && !files->FileExists(file)) return kFileNotFound;
+    if (findCode <= kNoAssociation) return findCode;
+    if (browser.empty()) return kNoAssociation;
+    program = browser;
     return findCode;
   }
   Status Run(TextView program, TextView commandLine, int show) override {
     if (commandLine.empty() || commandLine.find(u'\0') != TextView::npos ||
         program.find(u'\0') != TextView::npos) {
       return kInvalidParameter;
+    }
+    if (files && !files->FileExists(program.empty() ? Searched(commandLine) : Text(program))) {
+      return kFileNotFound;
     }
     programs.emplace_back(program);
     ran.emplace_back(commandLine, show);
@@ -62,6 +72,24 @@ class MemoryShell : public Shell {
   void Help(TextView file, int command, int data) override {
     help.push_back({Text(file), command, data});
   }
+
+ private:
+  static constexpr int kNoAssociation = 31;
+
+  /// The program that stands first in the command line.
+  Text Searched(TextView commandLine) const {
+    const bool quoted = commandLine.starts_with(u'"');
+    Text name(quoted ? commandLine.substr(1, commandLine.find(u'"', 1) - 1)
+                     : commandLine.substr(0, commandLine.find(u' ')));
+    if (name.find(u'\\') == Text::npos) name = searchFolder + u'\\' + name;
+    if (name.rfind(u'.') == Text::npos || name.rfind(u'.') < name.rfind(u'\\')) name += u".exe";
+    return name;
+  }
+};
+
+/// What the processes of a user share: the claim, while somebody holds it.
+struct MemorySession {
+  int holders = 0;
 };
 
 /// A process of the test's choosing.
@@ -70,10 +98,27 @@ class MemoryProcess : public Process {
   Text commandLine;
   Text programPath = u"C:\\Suite\\Marl.exe";
   bool previousInstance = false;
+  std::shared_ptr<MemorySession> session;  ///< set: the others decide about `previousInstance`
+
+  MemoryProcess() = default;
+  MemoryProcess(const MemoryProcess&) = delete;
+  MemoryProcess& operator=(const MemoryProcess&) = delete;
+  ~MemoryProcess() override {
+    if (holds_) --session->holders;
+  }
 
   Text CommandLine() const override { return commandLine; }
   Text ProgramPath() const override { return programPath; }
-  bool PreviousInstance() override { return previousInstance; }
+  bool PreviousInstance() override {
+    if (!session) return previousInstance;
+    previousInstance = session->holders > 0;
+    if (!holds_) ++session->holders;
+    holds_ = true;
+    return previousInstance;
+  }
+
+ private:
+  bool holds_ = false;
 };
 
 }  // namespace marl

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "platform/FoldCase.h"
 #include "platform/WindowHooks.h"
 
 namespace marl {
@@ -21,8 +23,9 @@ class MemoryWindowHooks : public WindowHooks {
   static constexpr ProcAddress kOwnProcedure = 0x401000;
 
   // What the test arranges.
-  std::intptr_t ownResult = 77;  ///< what the windows' own procedure answers
-  bool replaces = true;          ///< false: there is no such window
+  std::intptr_t ownResult = 77;    ///< what the windows' own procedure answers
+  bool replaces = true;            ///< false: there is no such window
+  std::set<WindowHandle> windows;  ///< those that there are; all, if empty
 
   // What has happened.
   std::vector<std::string> registered;  ///< names, in the order of asking
@@ -37,9 +40,14 @@ class MemoryWindowHooks : public WindowHooks {
     if (listener == listeners.end()) return Own({window, message, wParam, lParam});
     return listener->second->OnMessage(window, message, wParam, lParam);
   }
-  /// The number that every program gets for the name.
+  /// The number that every program gets for the name, whatever its case; 0 for no name, and for one
+  /// of more than 255 characters.
   std::uint32_t NumberOf(const std::string& name) {
-    return numbers_.try_emplace(name, 0xC001u + static_cast<std::uint32_t>(numbers_.size()))
+    constexpr std::size_t kLongestName = 255;
+    if (name.empty() || name.size() > kLongestName) return 0;
+    return numbers_
+        .try_emplace(FoldCase(Text(name.begin(), name.end())),
+                     0xC001u + static_cast<std::uint32_t>(numbers_.size()))
         .first->second;
   }
 
@@ -48,7 +56,7 @@ class MemoryWindowHooks : public WindowHooks {
     return NumberOf(std::string(name));
   }
   ProcAddress Replace(WindowHandle window, MessageListener& listener) override {
-    if (!replaces) return 0;
+    if (!replaces || window == 0 || (!windows.empty() && !windows.contains(window))) return 0;
     listeners[window] = &listener;
     return kOwnProcedure;
   }
@@ -66,7 +74,7 @@ class MemoryWindowHooks : public WindowHooks {
     reached.push_back(message);
     return ownResult;
   }
-  std::map<std::string, std::uint32_t> numbers_;
+  std::map<Text, std::uint32_t> numbers_;
 };
 
 }  // namespace marl

@@ -39,6 +39,7 @@ HFONT FontCache::Get(const Font& font, int dpi) {
 }
 
 void CanvasWin32::Fill(const Box& box, Color color) {
+  if (box.width <= 0 || box.height <= 0) return;
   const RECT area = {box.left, box.top, box.left + box.width, box.top + box.height};
   SetBkColor(context_, Resolve(color));
   ExtTextOutW(context_, 0, 0, ETO_OPAQUE, &area, nullptr, 0, nullptr);

@@ -36,6 +36,15 @@ class CanvasDraw : public testing::Test {
     GdiFlush();
     return bits_[y * kArea.width + x] & 0xFFFFFF;
   }
+  win32::CanvasWin32 Paper() { return {context_.get(), fonts_, 96}; }
+  /// The pixels that are no longer the ground, and lie within the box.
+  int Changed(const Box& box = {0, 0, kArea.width, kArea.height}) {
+    int count = 0;
+    for (int y = box.top; y < box.top + box.height; ++y) {
+      for (int x = box.left; x < box.left + box.width; ++x) count += At(x, y) != kGround;
+    }
+    return count;
+  }
   /// Draws the picture and compares each pixel within `clip`; outside it nothing may change.
   void ExpectDrawn(const Picture& picture, int x, int y, const Box& clip) {
     HRGN region =
@@ -121,6 +130,81 @@ TEST_F(CanvasDraw, TransparentPictureIsCutByEdgeAndClip) {
 TEST_F(CanvasDraw, PictureOutsideTheClipIsNotDrawn) {
   ExpectDrawn(Pattern(5, 5, false), 30, 20, {0, 0, 10, 10});
   ExpectDrawn(Picture(), 0, 0, kAll);
+}
+
+TEST_F(CanvasDraw, FillColoursItsBoxAndNothingElse) {
+  Paper().Fill({5, 6, 7, 8}, 0x2010F0);
+  EXPECT_EQ(Changed(), 7 * 8);
+  for (const Point at : {Point{5, 6}, Point{11, 13}}) EXPECT_EQ(At(at.x, at.y), 0xF01020u);
+}
+
+TEST_F(CanvasDraw, FillBeyondTheEdgesIsCutAndOfNothingDoesNothing) {
+  Paper().Fill({5, 6, 0, 8}, 0);
+  Paper().Fill({5, 6, 7, -1}, 0);
+  EXPECT_EQ(Changed(), 0);
+  Paper().Fill({-10, -10, 13, 12}, 0);
+  Paper().Fill({kArea.width - 1, kArea.height - 1, 1000, 1000}, 0);
+  EXPECT_EQ(Changed(), 3 * 2 + 1);
+}
+
+TEST_F(CanvasDraw, SystemColourIsThatOfTheSystem) {
+  Paper().Fill({0, 0, 1, 1}, SystemColor(COLOR_HIGHLIGHT));
+  const COLORREF color = GetSysColor(COLOR_HIGHLIGHT);
+  EXPECT_EQ(At(0, 0),
+            static_cast<std::uint32_t>(RGB(GetBValue(color), GetGValue(color), GetRValue(color))));
+}
+
+TEST_F(CanvasDraw, LineLeavesItsEndOut) {
+  Paper().Line({3, 4}, {9, 4}, 0);
+  EXPECT_EQ(Changed(), 6);
+  EXPECT_EQ(At(3, 4), 0u);
+  EXPECT_EQ(At(8, 4), 0u);
+  Paper().Line({20, 20}, {20, 10}, 0);
+  EXPECT_EQ(Changed(), 16);
+  EXPECT_EQ(At(20, 20), 0u);
+  EXPECT_EQ(At(20, 11), 0u);
+  Paper().Line({30, 5}, {30, 5}, 0);
+  EXPECT_EQ(Changed(), 16) << "of no length it is nothing";
+}
+
+TEST_F(CanvasDraw, TextStaysInItsBoxOnItsSide) {
+  const Box box{4, 3, 30, 20};
+  const int middle = box.left + box.width / 2;
+  const auto left = [&] { return Changed({0, 0, middle, kArea.height}); };
+  const auto right = [&] { return Changed({middle, 0, kArea.width - middle, kArea.height}); };
+  TextStyle style;
+  Paper().Write(u"", box, style);
+  EXPECT_EQ(Changed(), 0);
+  Paper().Write(u"I", box, style);
+  EXPECT_GT(left(), 0);
+  EXPECT_EQ(right(), 0);
+  Paper().Fill({0, 0, kArea.width, kArea.height}, 0x404040);
+  style.alignment = Alignment::kRight;
+  Paper().Write(u"I", box, style);
+  EXPECT_EQ(left(), 0);
+  EXPECT_GT(right(), 0);
+  Paper().Fill({0, 0, kArea.width, kArea.height}, 0x404040);
+  Paper().Write(u"MMMMMMMM MMMM\nMMMM\nMMMM", box, style);
+  EXPECT_EQ(Changed(), Changed(box)) << "what does not fit is cut";
+}
+
+TEST_F(CanvasDraw, DisabledTextIsEngraved) {
+  TextStyle style;
+  style.enabled = false;
+  Paper().Write(u"H", {4, 3, 30, 20}, style);
+  const auto swapped = [](COLORREF color) {
+    return static_cast<std::uint32_t>(RGB(GetBValue(color), GetGValue(color), GetRValue(color)));
+  };
+  int edge = 0;
+  int text = 0;
+  for (int y = 0; y < kArea.height; ++y) {
+    for (int x = 0; x < kArea.width; ++x) {
+      edge += At(x, y) == swapped(GetSysColor(COLOR_3DHILIGHT));
+      text += At(x, y) == swapped(GetSysColor(COLOR_GRAYTEXT));
+    }
+  }
+  EXPECT_GT(edge, 0);
+  EXPECT_GT(text, 0);
 }
 
 }  // namespace

@@ -32,15 +32,19 @@ class FileDialogsContract : public testing::TestWithParam<Backend> {
     }
     form = std::make_unique<Form>(*desktop, "frmAny");
     form->Load();
+    owner = form.get();
     world.Put(u"there.qprx");
   }
   ~FileDialogsContract() override { form->Unload(); }
 
   /// Shows the dialog with a file's path in its field; the user presses OK, or Cancel.
-  FileDialogResult Show(bool save, bool accept, TextView name, Text& path) {
+  FileDialogResult Show(bool save, bool accept, TextView name, Text& path,
+                        const Text& extension = {}) {
     FileDialogSettings settings;
+    settings.Extension = extension;
     settings.Title = u"Choose";
-    settings.Filter = u"Projects|*.qpj;*.qprx|All files|*.*";
+    settings.Filter = extension.empty() ? u"Projects|*.qpj;*.qprx|All files|*.*"
+                                        : u"Projects|*." + extension + u"|All files|*.*";
     settings.FileName = world.At(name);
     settings.Flags = kHideReadOnly | (save ? 0 : kFileMustExist);
     const auto show = save ? &FileDialogs::ShowSave : &FileDialogs::ShowOpen;
@@ -48,7 +52,7 @@ class FileDialogsContract : public testing::TestWithParam<Backend> {
     if (GetParam() == Backend::kWin32) {
       answer_ = accept ? IDOK : IDCANCEL;
       const UINT_PTR timer = SetTimer(nullptr, 0, 50, Answer);
-      const FileDialogResult result = (dialogs.get()->*show)(form.get(), settings, path);
+      const FileDialogResult result = (dialogs.get()->*show)(owner, settings, path);
       KillTimer(nullptr, timer);
       return result;
     }
@@ -57,7 +61,7 @@ class FileDialogsContract : public testing::TestWithParam<Backend> {
       choice = settings.FileName;
       return accept ? FileDialogResult::kChosen : FileDialogResult::kCancelled;
     };
-    return (dialogs.get()->*show)(form.get(), settings, path);
+    return (dialogs.get()->*show)(owner, settings, path);
   }
 
   /// The program's current folder. In memory there is none that could change.
@@ -75,6 +79,7 @@ class FileDialogsContract : public testing::TestWithParam<Backend> {
   std::unique_ptr<Desktop> desktop;
   std::unique_ptr<FileDialogs> dialogs;
   std::unique_ptr<Form> form;
+  const Form* owner = nullptr;
 
  private:
 #ifdef _WIN32
@@ -112,6 +117,30 @@ TEST_P(FileDialogsContract, CancelLeavesThePathAsItWas) {
     EXPECT_EQ(Show(save, false, u"there.qprx", path), FileDialogResult::kCancelled) << save;
     EXPECT_EQ(path, u"before") << save;
   }
+}
+
+TEST_P(FileDialogsContract, NameWithoutAnExtensionGetsTheOneOfTheDialog) {
+  const struct {
+    TextView name;
+    TextView extension;
+    TextView result;
+  } rows[] = {
+      {u"new", u"qprx", u"new.qprx"},
+      {u"new.txt", u"qprx", u"new.txt"},
+      {u"new", u"", u"new"},
+  };
+  for (const auto& row : rows) {
+    Text path;
+    EXPECT_EQ(Show(true, true, row.name, path, Text(row.extension)), FileDialogResult::kChosen);
+    EXPECT_EQ(path, world.At(row.result)) << testing::PrintToString(row.name);
+  }
+}
+
+TEST_P(FileDialogsContract, NoFormNeedsToOwnThem) {
+  owner = nullptr;
+  Text path;
+  EXPECT_EQ(Show(false, true, u"there.qprx", path), FileDialogResult::kChosen);
+  EXPECT_EQ(path, world.At(u"there.qprx"));
 }
 
 TEST_P(FileDialogsContract, TheCurrentFolderStays) {

@@ -55,11 +55,11 @@ class Surface : public GradientTarget {
   win32::CanvasWin32 canvas_{context_.get(), fonts_, 96};
 };
 
-constexpr Size kArea{64, 48};
+constexpr Size kSurface{64, 48};
 constexpr Color kPen = Rgb(255, 200, 100);
 
 void ExpectSameLine(Surface& surface, Point from, Point to) {
-  GradientPicture computed(kArea);
+  GradientPicture computed(kSurface);
   computed.Line(from, to, kPen);
   surface.Line(from, to, kPen);
   ASSERT_EQ(surface.Take(), computed.picture().pixels)
@@ -67,7 +67,7 @@ void ExpectSameLine(Surface& surface, Point from, Point to) {
 }
 
 TEST(GradientLines, EverySlopeGivesThePlatformsPixels) {
-  Surface surface(kArea);
+  Surface surface(kSurface);
   for (int dx = -20; dx <= 20; ++dx) {
     for (int dy = -20; dy <= 20; ++dy) {
       ASSERT_NO_FATAL_FAILURE(ExpectSameLine(surface, {30, 24}, {30 + dx, 24 + dy}));
@@ -76,7 +76,7 @@ TEST(GradientLines, EverySlopeGivesThePlatformsPixels) {
 }
 
 TEST(GradientLines, LinesFarBeyondTheAreaGiveThePlatformsPixels) {
-  Surface surface(kArea);
+  Surface surface(kSurface);
   std::mt19937 random(1);
   const auto place = [&] { return static_cast<int>(random() % 3000) - 1500; };
   for (int i = 0; i < 2000; ++i) {

@@ -13,7 +13,7 @@ namespace {
 
 constexpr DWORD kAllowNeutralNames = 0x08000000;  // LOCALE_ALLOW_NEUTRAL_NAMES
 
-std::wstring Wide(TextView text) { return std::wstring(text.begin(), text.end()); }
+std::wstring WideText(TextView text) { return std::wstring(text.begin(), text.end()); }
 
 std::wstring LocaleText(const std::wstring& name, LCTYPE kind) {
   wchar_t text[256];
@@ -22,12 +22,12 @@ std::wstring LocaleText(const std::wstring& name, LCTYPE kind) {
 
 TEST(LanguageTablePlatform, EveryLanguageIsAsThePlatformSays) {
   for (const LanguageRow& row : LanguageTable()) {
-    const std::wstring name = Wide(row.code);
+    const std::wstring name = WideText(row.code);
     const std::string where(row.code.begin(), row.code.end());
     EXPECT_EQ(LocaleNameToLCID(name.c_str(), kAllowNeutralNames), static_cast<LCID>(row.localeId))
         << where;
     EXPECT_EQ(LocaleText(name, LOCALE_SNAME), name) << where;
-    EXPECT_EQ(LocaleText(name, LOCALE_SENGLISHDISPLAYNAME), Wide(row.description)) << where;
+    EXPECT_EQ(LocaleText(name, LOCALE_SENGLISHDISPLAYNAME), WideText(row.description)) << where;
     EXPECT_EQ(LocaleText(name, LOCALE_IDEFAULTANSICODEPAGE), std::to_wstring(row.codePage))
         << where;
   }
@@ -46,7 +46,7 @@ TEST(LanguageTablePlatform, MostLanguagesOfThePlatformAreThere) {
   ASSERT_TRUE(EnumSystemLocalesEx(Collect, LOCALE_NEUTRALDATA | LOCALE_SPECIFICDATA,
                                   reinterpret_cast<LPARAM>(&names), nullptr));
   std::set<std::wstring> table;
-  for (const LanguageRow& row : LanguageTable()) table.insert(Wide(row.code));
+  for (const LanguageRow& row : LanguageTable()) table.insert(WideText(row.code));
   // Later systems know some more.
   std::size_t missing = 0;
   for (const std::wstring& name : names) missing += !table.contains(name);

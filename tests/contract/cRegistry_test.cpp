@@ -27,8 +27,8 @@ class cRegistryTest : public RegistryTest {
 };
 MARL_OVER_ALL_BACKENDS(cRegistryTest);
 
-const RegistryValue kText = Text(u"text");
-const RegistryValue kDefault = Text(u"the default");
+const RegistryValue kStoredText = Text(u"text");
+const RegistryValue kDefaultValue = Text(u"the default");
 
 // Keys.
 
@@ -73,9 +73,9 @@ TEST_P(cRegistryTest, DeleteValueSaysWhetherItExisted) {
 
 TEST_P(cRegistryTest, ReadInAMissingKeyYieldsDefaultAndKeepsValueType) {
   registry.SectionKey += u"\\none";
-  registry.Default = kDefault;
+  registry.Default = kDefaultValue;
   registry.valueType = 4;
-  EXPECT_EQ(registry.Value(), kDefault);
+  EXPECT_EQ(registry.Value(), kDefaultValue);
   EXPECT_EQ(registry.valueType, 4);
   EXPECT_FALSE(Exists("none")) << "reading makes no key";
 }
@@ -102,15 +102,15 @@ TEST_P(cRegistryTest, ReadGivesWhatIsStored) {
       {"inner NUL", kRegSz, Raw("a\0b\0"), Text(u"a\0b", 3)},
       {"no terminator: the last character goes for one", kRegSz, "abc", Text(u"ab")},
       {"two terminators", kRegSz, Raw("abc\0\0"), Text(u"abc\0", 4)},
-      {"text of no bytes", kRegSz, "", kDefault},
+      {"text of no bytes", kRegSz, "", kDefaultValue},
       {"multi-string", kRegMultiSz, Raw("a\0b\0\0"), Text(u"a\0b\0", 4)},
       {"multi-string of odd size", kRegMultiSz, Raw("a\0b"), Text(u"a\0", 2)},
-      {"multi-string of no bytes", kRegMultiSz, "", kDefault},
+      {"multi-string of no bytes", kRegMultiSz, "", kDefaultValue},
       {"expanded", kRegExpandSz, Raw("<%ORU_LONG%>\0"), Text(u"<a text longer than its name>")},
       {"nothing to expand", kRegExpandSz, Raw("plain\0"), Text(u"plain")},
       {"name unknown", kRegExpandSz, Raw("%ORU_NONE%\0"), Text(u"%ORU_NONE%")},
       {"expanded up to a NUL", kRegExpandSz, Raw("a\0b\0"), Text(u"a")},
-      {"expandable of no bytes", kRegExpandSz, "", kDefault},
+      {"expandable of no bytes", kRegExpandSz, "", kDefaultValue},
       {"number", kRegDword, Raw("\x04\x03\x02\x01"), std::int32_t{0x01020304}},
       {"negative number", kRegDword, "\xFE\xFF\xFF\xFF", std::int32_t{-2}},
       {"short number", kRegDword, "\x01\x02", std::int32_t{0x0201}},
@@ -124,7 +124,7 @@ TEST_P(cRegistryTest, ReadGivesWhatIsStored) {
       {"64-bit number", 11, "12345678", Bytes{'1', '2', '3', '4', '5', '6', '7', '8', 0}},
       {"kind of nobody", 4711, "a", Bytes{'a', 0}},
   };
-  registry.Default = kDefault;
+  registry.Default = kDefaultValue;
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     Plant("v", c.kind, c.stored);
@@ -142,9 +142,9 @@ TEST_P(cRegistryTest, ReadsAMegabyte) {
 TEST_P(cRegistryTest, TheEmptyNameIsTheDefaultValue) {
   registry.ValueKey = u"";
   registry.valueType = 1;
-  registry.Value(kText);
+  registry.Value(kStoredText);
   EXPECT_EQ(Stored(""), (StoredValue{kRegSz, Raw("text\0")}));
-  EXPECT_EQ(registry.Value(), kText);
+  EXPECT_EQ(registry.Value(), kStoredText);
 }
 
 // Writing.
@@ -158,7 +158,7 @@ TEST_P(cRegistryTest, AssigningMakesTheKey) {
 
 TEST_P(cRegistryTest, AssigningMakesTheKeyEvenWhenNothingIsWritten) {
   registry.SectionKey += u"\\one";
-  registry.Value(kText);
+  registry.Value(kStoredText);
   EXPECT_TRUE(Exists("one"));
   EXPECT_EQ(Stored("v", "one"), std::nullopt);
 }
@@ -172,7 +172,7 @@ TEST_P(cRegistryTest, AssigningWritesByValueType) {
     RegistryValue value;
     std::optional<StoredValue> stored;
   } cases[] = {
-      {"text with its terminator", 1, kText, StoredValue{1, Raw("text\0")}},
+      {"text with its terminator", 1, kStoredText, StoredValue{1, Raw("text\0")}},
       {"the empty text is one byte", 1, Text(), StoredValue{1, Raw("\0")}},
       {"in the code page", 1, Text(u"€日"), StoredValue{1, Raw("\x80?\0")}},
       {"with inner NULs", 1, Text(u"a\0b", 3), StoredValue{1, Raw("a\0b\0")}},
@@ -180,13 +180,13 @@ TEST_P(cRegistryTest, AssigningWritesByValueType) {
       {"32-bit number as text", 1, std::int32_t{70000}, StoredValue{1, Raw("70000\0")}},
       {"nothing as text", 1, {}, StoredValue{1, Raw("\0")}},
       {"bytes as text", 1, Bytes{'a', 0, 'b', 0, 'c'}, StoredValue{1, Raw("ab\0")}},
-      {"kind 2 without percent signs", 2, kText, StoredValue{1, Raw("text\0")}},
+      {"kind 2 without percent signs", 2, kStoredText, StoredValue{1, Raw("text\0")}},
       {"kind 2 with a name", 2, Text(u"%A%"), StoredValue{2, Raw("%A%\0")}},
       {"two bytes fewer than the array has", 3, bytes, StoredValue{3, "\1\2\3"}},
       {"array of two", 3, Bytes{1, 2}, StoredValue{3, ""}},
       {"array too short for its count", 3, Bytes{1}, nothing},
       {"empty array", 3, Bytes{}, nothing},
-      {"text as bytes", 3, kText, nothing},
+      {"text as bytes", 3, kStoredText, nothing},
       {"number as bytes", 3, std::int32_t{1}, nothing},
       {"32-bit number", 4, std::int32_t{-2}, StoredValue{4, "\xFE\xFF\xFF\xFF"}},
       {"16-bit number", 4, std::int16_t{258}, StoredValue{4, Raw("\2\1\0\0")}},
@@ -196,11 +196,11 @@ TEST_P(cRegistryTest, AssigningWritesByValueType) {
       {"text as big-endian number", 5, Text(u"1"), nothing},
       {"nothing as number", 4, {}, nothing},
       {"bytes as number", 4, bytes, nothing},
-      {"kind 0", 0, kText, nothing},
-      {"kind 6", 6, kText, nothing},
-      {"kind 7", 7, kText, nothing},
+      {"kind 0", 0, kStoredText, nothing},
+      {"kind 6", 6, kStoredText, nothing},
+      {"kind 7", 7, kStoredText, nothing},
       {"kind 11", 11, std::int32_t{1}, nothing},
-      {"kind -1", -1, kText, nothing},
+      {"kind -1", -1, kStoredText, nothing},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
@@ -243,16 +243,16 @@ TEST_P(cRegistryTest, AReadGovernsTheNextAssignment) {
   Store("number", kRegDword, Raw("\7\0\0\0"));
   registry.ValueKey = u"number";
   EXPECT_EQ(registry.Value(), RegistryValue(std::int32_t{7}));
-  registry.Value(kText);
+  registry.Value(kStoredText);
   EXPECT_EQ(Stored("number"), (StoredValue{kRegDword, Raw("\7\0\0\0")})) << "text is no number";
-  EXPECT_FALSE(registry.SetValue(kText));
+  EXPECT_FALSE(registry.SetValue(kStoredText));
   registry.valueType = 1;
-  registry.Value(kText);
+  registry.Value(kStoredText);
   EXPECT_EQ(Stored("number"), (StoredValue{kRegSz, Raw("text\0")}));
 }
 
 TEST_P(cRegistryTest, EmptyTextReadsBackAsEmptyTextAndNotAsDefault) {
-  registry.Default = kDefault;
+  registry.Default = kDefaultValue;
   registry.valueType = 1;
   registry.Value(Text());
   EXPECT_EQ(Stored("v"), (StoredValue{kRegSz, Raw("\0")}));
@@ -268,8 +268,8 @@ TEST_P(cRegistryTest, BytesLoseOneWithEachReadAndAssignment) {
 TEST_P(cRegistryTest, AKeyThatCannotBeCreatedIsReportedBySetValueAlone) {
   registry.ClassKey = 0;
   registry.valueType = 1;
-  registry.Value(kText);
-  EXPECT_FALSE(registry.SetValue(kText));
+  registry.Value(kStoredText);
+  EXPECT_FALSE(registry.SetValue(kStoredText));
   EXPECT_EQ(registry.Value(), RegistryValue());
 }
 
