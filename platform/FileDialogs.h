@@ -13,27 +13,27 @@ enum FileDialogFlag : int {
   kFileMustExist = 0x1000,
 };
 
-/// What a common file dialog starts from.
+/// Initial state of a common file dialog.
 struct FileDialogSettings {
   Text Title;
-  Text Filter;    ///< descriptions and patterns in turn, separated by "|"
-  Text Folder;    ///< where it opens; the platform chooses if it is empty
-  Text FileName;  ///< what stands in the field
-  /// Given to a name without one, written without its dot; none if empty. The filter's first
-  /// pattern names the same: the platform may prefer that one.
+  Text Filter;    ///< alternating descriptions and patterns, separated by "|"
+  Text Folder;    ///< initial folder; the platform chooses if it is empty
+  Text FileName;  ///< initial text of the field
+  /// Default extension, without its dot; none if empty. It must match the filter's first pattern,
+  /// which the platform may prefer.
   Text Extension;
   int Flags = 0;
 };
 
 enum class FileDialogResult { kChosen, kCancelled, kFailed };
 
-/// The platform's dialogs for the choice of a file, above a form and modal to it. The program's
-/// current folder stays what it was.
+/// The platform's file dialogs, above a form and modal to it. They do not change the program's
+/// current folder.
 class FileDialogs {
  public:
   virtual ~FileDialogs() = default;
-  /// Asks for a file to open (GetOpenFileName). `path` is the full path of the choice, and is
-  /// untouched unless kChosen. kFailed when the dialog could not do its work.
+  /// Asks for a file to open (GetOpenFileName). `path` is the full path of the choice, and
+  /// unchanged unless kChosen. kFailed if the dialog failed.
   virtual FileDialogResult ShowOpen(const Form* owner, const FileDialogSettings& settings,
                                     Text& path) = 0;
   /// Asks for a file to save to (GetSaveFileName).

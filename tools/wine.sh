@@ -124,9 +124,9 @@ EOF
   wine_rest
 }
 
-# Moves the prefix's temporary files into memory until wine_end, where the machine has such a place.
-# On a disk, whoever empties a file that was just written waits until it has been written: a profile
-# whose values are set one after the other takes some 4 ms a value instead of 0.1.
+# Moves the prefix's temporary files into memory until wine_end, if the machine has /dev/shm. On
+# disk, truncating a file that was just written waits for the write: setting the values of an INI
+# file one by one takes some 4 ms per value instead of 0.1.
 wine_temp_in_memory() {
   local folder
   WINE_TEMP=$(mktemp -d /dev/shm/marl-XXXXXX 2>/dev/null) || return 0
@@ -137,7 +137,7 @@ wine_temp_in_memory() {
   done
 }
 
-# Ends what runs in the prefix, which starts anew with the next program.
+# Ends everything in the prefix; it starts again with the next program.
 wine_rest() {
   "${WINE_VIA[@]}" wineserver -k
   "${WINE_VIA[@]}" wineserver -w

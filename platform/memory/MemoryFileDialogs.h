@@ -17,7 +17,7 @@ class MemoryFileDialogs : public FileDialogs {
     FileDialogSettings settings;
   };
 
-  /// Runs while the dialog stands. It sets the path of what the user chooses.
+  /// Runs while the dialog is open. It sets the path that the user chooses.
   std::function<FileDialogResult(Text& path)> whenShown;
   std::vector<Showing> shown;
 

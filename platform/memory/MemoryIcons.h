@@ -9,7 +9,7 @@
 
 namespace marl {
 
-/// Icon libraries in memory; remembers who got which icon.
+/// Icon libraries in memory; records which window got which icon.
 class MemoryIcons : public Icons {
  public:
   struct Image {
@@ -26,19 +26,19 @@ class MemoryIcons : public Icons {
     bool operator==(const Given&) const = default;
   };
 
-  // What the test arranges.
-  std::map<Image, IconHandle> images;           ///< what each library holds
+  // Set by the test.
+  std::map<Image, IconHandle> images;           ///< contents of each library
   std::map<WindowHandle, WindowHandle> owners;  ///< window -> its owner
   std::map<int, int> metrics = {
       {kIconWidth, 32}, {kIconHeight, 32}, {kSmallIconWidth, 16}, {kSmallIconHeight, 16}};
 
-  // What has happened.
-  std::vector<Text> opened;  ///< each path that was asked for
+  // Recorded for the test.
+  std::vector<Text> opened;  ///< all paths that were opened, or tried
   std::map<LibraryHandle, Text> open;
   std::vector<Given> given;
   std::vector<IconHandle> destroyed;
 
-  /// Puts an icon in both sizes of the platform into a library.
+  /// Adds an icon to a library, in both system sizes.
   void Put(TextView library, int id, IconHandle bigIcon, IconHandle smallIcon) {
     images[{Text(library), id, metrics[kIconWidth], metrics[kIconHeight]}] = bigIcon;
     images[{Text(library), id, metrics[kSmallIconWidth], metrics[kSmallIconHeight]}] = smallIcon;
@@ -72,7 +72,7 @@ class MemoryIcons : public Icons {
   void SetIcon(WindowHandle window, int which, IconHandle icon) override {
     given.push_back({window, which, icon});
   }
-  /// The icon that the window has; 0 for none.
+  /// The window's icon; 0 if there is none.
   IconHandle IconOf(WindowHandle window, int which) const {
     for (auto last = given.rbegin(); last != given.rend(); ++last) {
       if (last->window == window && last->which == which) return last->icon;

@@ -11,7 +11,7 @@
 
 namespace marl {
 
-/// A shell that starts nothing and remembers everything.
+/// A shell that starts nothing and records everything.
 class MemoryShell : public Shell {
  public:
   struct Started {
@@ -24,17 +24,17 @@ class MemoryShell : public Shell {
     bool operator==(const Started&) const = default;
   };
 
-  std::function<void(const Started&)> whenStarted;  ///< hears of each start
-  const FileSystem* files = nullptr;  ///< where programs and files must exist; null: all do
-  Text searchFolder;                  ///< where Run looks for a program without a folder
+  std::function<void(const Started&)> whenStarted;  ///< called for each start
+  const FileSystem* files = nullptr;  ///< where programs and files must exist; null: all exist
+  Text searchFolder;                  ///< where Run searches for a program without a folder
   std::vector<Started> started;
   int executeCode = 42;
-  Text browser;  ///< what is associated with every type; no type has a program without it
+  Text browser;  ///< the program associated with every type; no type has a program without it
   int findCode = 33;
-  std::vector<Text> asked;                ///< the files whose program was asked for
+  std::vector<Text> asked;                ///< arguments of FindProgram
   std::vector<std::pair<Text, int>> ran;  ///< command lines and show commands
   std::vector<Text> programs;             ///< the program of each command line
-  Status runStatus = kOk;                 ///< what becomes of it
+  Status runStatus = kOk;                 ///< the result of every Run
   struct HelpCall {
     Text file;
     int command = 0;
@@ -76,7 +76,7 @@ class MemoryShell : public Shell {
  private:
   static constexpr int kNoAssociation = 31;
 
-  /// The program that stands first in the command line.
+  /// The first part of the command line: the program.
   Text Searched(TextView commandLine) const {
     const bool quoted = commandLine.starts_with(u'"');
     Text name(quoted ? commandLine.substr(1, commandLine.find(u'"', 1) - 1)
@@ -87,18 +87,18 @@ class MemoryShell : public Shell {
   }
 };
 
-/// What the processes of a user share: the claim, while somebody holds it.
+/// State that the processes of a user share: whether one of them holds the claim.
 struct MemorySession {
   int holders = 0;
 };
 
-/// A process of the test's choosing.
+/// A process with properties set by the test.
 class MemoryProcess : public Process {
  public:
   Text commandLine;
   Text programPath = u"C:\\Suite\\Marl.exe";
   bool previousInstance = false;
-  std::shared_ptr<MemorySession> session;  ///< set: the others decide about `previousInstance`
+  std::shared_ptr<MemorySession> session;  ///< if set, it decides about `previousInstance`
 
   MemoryProcess() = default;
   MemoryProcess(const MemoryProcess&) = delete;

@@ -10,7 +10,7 @@
 
 namespace marl {
 
-/// Windows with a procedure that remembers what reaches it, and the listeners in front of them.
+/// Windows whose procedure records its messages, and the listeners in front of them.
 class MemoryWindowHooks : public WindowHooks {
  public:
   struct Message {
@@ -22,14 +22,14 @@ class MemoryWindowHooks : public WindowHooks {
   };
   static constexpr ProcAddress kOwnProcedure = 0x401000;
 
-  // What the test arranges.
-  std::intptr_t ownResult = 77;    ///< what the windows' own procedure answers
+  // Set by the test.
+  std::intptr_t ownResult = 77;    ///< result of the windows' own procedure
   bool replaces = true;            ///< false: there is no such window
-  std::set<WindowHandle> windows;  ///< those that there are; all, if empty
+  std::set<WindowHandle> windows;  ///< existing windows; if empty, all exist
 
-  // What has happened.
-  std::vector<std::string> registered;  ///< names, in the order of asking
-  std::vector<Message> reached;         ///< what came to the windows' own procedure
+  // Recorded for the test.
+  std::vector<std::string> registered;  ///< names, in order
+  std::vector<Message> reached;         ///< messages that reached the windows' own procedure
   std::map<WindowHandle, MessageListener*> listeners;
   std::vector<std::pair<WindowHandle, ProcAddress>> putBack;
 
@@ -40,8 +40,8 @@ class MemoryWindowHooks : public WindowHooks {
     if (listener == listeners.end()) return Own({window, message, wParam, lParam});
     return listener->second->OnMessage(window, message, wParam, lParam);
   }
-  /// The number that every program gets for the name, whatever its case; 0 for no name, and for one
-  /// of more than 255 characters.
+  /// The number of the message with this name, ignoring case; 0 for an empty name or one of more
+  /// than 255 characters.
   std::uint32_t NumberOf(const std::string& name) {
     constexpr std::size_t kLongestName = 255;
     if (name.empty() || name.size() > kLongestName) return 0;

@@ -31,7 +31,7 @@ class DdeServer {
 
   Desktop& desktop_;
   Form& form_;
-  // The texts go before the library's instance that they belong to.
+  // Texts are freed before the library's instance, to which they belong.
   UniqueConversations instance_;
   UniqueConversationText service_;
   UniqueConversationText topic_;

@@ -86,7 +86,7 @@ struct WindowContext {
   bool operator==(const WindowContext&) const = default;
 };
 
-/// A text of the DDE library, and the library's instance that it belongs to.
+/// A string handle of the DDE library, and the instance to which it belongs.
 struct ConversationText {
   DWORD instance = 0;
   HSZ text = nullptr;
@@ -142,10 +142,10 @@ using UniqueObject = Unique<Interface*, HandleKind::kObject, CloseObject>;
 using UniqueText = Unique<BSTR, HandleKind::kMemory, CloseText>;
 using UniqueMemory = Unique<wchar_t*, HandleKind::kMemory, CloseMemory>;
 
-/// The device context of a window's client area, until its end.
+/// The device context of a window's client area, while this lives.
 class ClientContext {
  public:
-  /// Without a window it is the screen's.
+  /// Without a window it is that of the screen.
   explicit ClientContext(HWND window) : context_({window, GetDC(window)}) {}
   HDC get() const { return context_.get().context; }
 

@@ -64,7 +64,7 @@ class FileDialogsContract : public testing::TestWithParam<Backend> {
     return (dialogs.get()->*show)(owner, settings, path);
   }
 
-  /// The program's current folder. In memory there is none that could change.
+  /// The program's current folder. In memory there is none.
   static Text CurrentFolder() {
 #ifdef _WIN32
     if (GetParam() == Backend::kWin32) {

@@ -7,12 +7,12 @@
 #include "platform/memory/MemoryDesktop.h"
 #include "platform/win32/CanvasWin32.h"
 
-// The picture that a gradient computes against the one that the platform draws, pen by pen.
+// Compares the computed gradient with the one that the platform draws, line by line.
 
 namespace marl {
 namespace {
 
-/// A target of 32-bit pixels that the platform draws its lines on.
+/// A target with 32-bit pixels on which the platform draws the lines.
 class Surface : public GradientTarget {
  public:
   explicit Surface(Size size) : size_(size), context_(CreateCompatibleDC(nullptr)) {
@@ -35,7 +35,7 @@ class Surface : public GradientTarget {
     return true;
   }
   void Line(Point from, Point to, Color color) override { canvas_.Line(from, to, color); }
-  /// What has been drawn, laid out as in a picture; the surface is black again afterwards.
+  /// The drawn pixels, in the layout of a picture; clears the surface.
   std::vector<std::uint32_t> Take() {
     GdiFlush();
     std::uint32_t* const end = bits_ + static_cast<std::size_t>(size_.width) * size_.height;

@@ -15,7 +15,7 @@
 namespace marl {
 namespace {
 
-/// The program's icon library, and windows to give icons to.
+/// The program's icon library, and windows that get icons.
 class IconsContract : public testing::TestWithParam<Backend> {
  protected:
   IconsContract() {
@@ -54,7 +54,7 @@ class IconsContract : public testing::TestWithParam<Backend> {
     if (owner != 0) static_cast<MemoryIcons&>(*icons).owners[window] = owner;
     return window;
   }
-  /// The icon that the window has; 0 for none.
+  /// The window's icon; 0 if there is none.
   IconHandle IconOf(WindowHandle window, WindowIcon which) {
 #ifdef _WIN32
     if (real()) {
@@ -78,7 +78,7 @@ class IconsContract : public testing::TestWithParam<Backend> {
  private:
   WindowHandle lastWindow_ = 500;
 #ifdef _WIN32
-  std::vector<HWND> windows_;  // what is owned before its owner
+  std::vector<HWND> windows_;  // owned windows before their owners
 #endif
 };
 MARL_OVER_ALL_BACKENDS(IconsContract);

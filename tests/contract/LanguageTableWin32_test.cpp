@@ -1,4 +1,4 @@
-// The built-in table against the platform's own answers.
+// Compares the built-in table with the platform.
 
 #include <windows.h>
 #include <gtest/gtest.h>
@@ -47,7 +47,7 @@ TEST(LanguageTablePlatform, MostLanguagesOfThePlatformAreThere) {
                                   reinterpret_cast<LPARAM>(&names), nullptr));
   std::set<std::wstring> table;
   for (const LanguageRow& row : LanguageTable()) table.insert(WideText(row.code));
-  // Later systems know some more.
+  // Newer systems have some more.
   std::size_t missing = 0;
   for (const std::wstring& name : names) missing += !table.contains(name);
   EXPECT_LT(missing * 20, names.size());

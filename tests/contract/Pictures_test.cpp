@@ -13,7 +13,7 @@
 namespace marl {
 namespace {
 
-/// The pictures of the program. The Windows build of this test carries them too.
+/// The pictures of the program, which are also resources of this test on Windows.
 class PicturesContract : public testing::TestWithParam<Backend> {
  protected:
   PicturesContract() {
@@ -77,7 +77,7 @@ TEST_P(PicturesContract, OtherNumbersHaveNone) {
   }
 }
 
-// Whoever paints multiplies no more: no colour of a pixel is above its alpha.
+// Colours are premultiplied: none is above the pixel's alpha.
 TEST_P(PicturesContract, ColoursAreMultipliedWithTheirAlpha) {
   for (const int id : {MARL_PICTURE_SET0_48, MARL_PICTURE_MENU_16, MARL_PICTURE_SPLASH}) {
     const PicturePtr picture = pictures->Load(id);

@@ -14,7 +14,7 @@ namespace {
 class ProcessContract : public testing::TestWithParam<Backend> {
  protected:
   bool real() const { return GetParam() == Backend::kWin32; }
-  /// What a process of this program sees. All of them run for one user.
+  /// A process of this program. All of them run for one user.
   std::unique_ptr<Process> Start() {
 #ifdef _WIN32
     if (real()) return std::make_unique<win32::ProcessWin32>();
@@ -42,7 +42,7 @@ TEST_P(ProcessContract, FirstClaimsTheProgramToItsEnd) {
   EXPECT_FALSE(Start()->PreviousInstance());
 }
 
-// A second instance that ends after the first keeps the claim meanwhile.
+// A second instance that outlives the first keeps the claim.
 TEST_P(ProcessContract, WhoMetAnotherHoldsTheClaimToo) {
   auto first = Start();
   auto second = Start();
@@ -70,7 +70,7 @@ TEST_P(ProcessContract, CommandLineIsWhatStandsBehindTheProgram) {
     const Text all = win32::FromWide(whole, wcslen(whole));
     EXPECT_LT(line.size(), all.size());
     EXPECT_TRUE(all.ends_with(line));
-    // Behind the name, its quotation mark and one blank.
+    // After the name, its quotation mark and one blank.
     const Text before = all.substr(0, all.size() - line.size());
     EXPECT_NE(before.find(u"contract_tests"), Text::npos);
     if (!line.empty()) {

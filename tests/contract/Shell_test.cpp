@@ -14,7 +14,7 @@ namespace {
 
 constexpr TextView kType = u".marlcontract";
 
-/// A shell and a folder of the test's own; programs that it starts leave a file there.
+/// A shell and a private folder, where started programs leave a file.
 class ShellContract : public testing::TestWithParam<Backend> {
  protected:
   ShellContract() {
@@ -40,7 +40,7 @@ class ShellContract : public testing::TestWithParam<Backend> {
   bool real() const { return GetParam() == Backend::kWin32; }
   MemoryShell& memory() { return static_cast<MemoryShell&>(*shell); }
 
-  /// A program that runs a command behind "/c" and ends.
+  /// A program that runs a command after "/c" and ends.
   Text Program() const {
 #ifdef _WIN32
     if (real()) {
@@ -50,11 +50,11 @@ class ShellContract : public testing::TestWithParam<Backend> {
 #endif
     return world.At(u"cmd.exe");
   }
-  /// The file that a command of `Leaving` leaves, which may take a while.
+  /// The file that a command of `Leaving` leaves, after a while.
   bool Left([[maybe_unused]] TextView name) {
 #ifdef _WIN32
     if (real()) {
-      // Until the program has closed it.
+      // Waits until the program has closed it.
       for (int i = 0; i < 1000; ++i) {
         const win32::UniqueFile file(CreateFileW(win32::Wide(world.At(name)), GENERIC_READ, 0,
                                                  nullptr, OPEN_EXISTING, 0, nullptr));
@@ -67,7 +67,7 @@ class ShellContract : public testing::TestWithParam<Backend> {
     return memory().ran.size() + memory().started.size() == 1;
   }
   Text Leaving(TextView name) const { return u" /c echo.>\"" + world.At(name) + u'"'; }
-  /// Says which program opens files of the type.
+  /// Registers a program for files of the type.
   void Associate([[maybe_unused]] const Text& program) {
 #ifdef _WIN32
     if (real()) {
@@ -125,7 +125,7 @@ TEST_P(ShellContract, RunRefusesWhatWouldBeCut) {
 }
 
 TEST_P(ShellContract, ExecuteStartsAProgramInItsFolder) {
-  // The program leaves the folder before it says that it is done: nobody deletes a current folder.
+  // The program leaves the folder before it reports the end: a current folder cannot be deleted.
   EXPECT_GT(shell->Execute(ShellOwner::kMainForm, u"", Program(),
                            u"/c echo.>here.txt& cd C:\\ & echo.>\"" + world.At(u"done.txt") + u'"',
                            world.folder(), kShowHidden),

@@ -18,9 +18,9 @@
 namespace marl {
 namespace {
 
-constexpr std::uint32_t kStyle = 1 | 2;  // also on windows that are not active, no access keys
+constexpr std::uint32_t kStyle = 1 | 2;  // also on inactive windows, no access keys
 
-/// Tip windows and a window with places for them.
+/// Tip windows and a window with areas for tools.
 class TipContract : public testing::TestWithParam<Backend> {
  protected:
   TipContract() {
@@ -69,7 +69,7 @@ class TipContract : public testing::TestWithParam<Backend> {
     tips->Send(tip, kTipAddTool, 0, tool);
     return tip;
   }
-  /// The texts of all tips of the window, once the mouse has been at the place.
+  /// The texts of all tips of the window, after the mouse has been at the position.
   std::vector<Text> TextsAfterMouseAt([[maybe_unused]] WindowHandle parent, [[maybe_unused]] int x,
                                       [[maybe_unused]] int y) {
     std::vector<Text> texts;
@@ -149,7 +149,7 @@ TEST_P(TipContract, TipThatWasDestroyedIsNeverMade) {
   const WindowHandle tip = NewTip(window, {0, 0, 50, 50}, u"Gone");
   tips->Destroy(tip);
   EXPECT_EQ(TextsAfterMouseAt(window, 20, 20), std::vector<Text>());
-  // Its handle is nobody's.
+  // Its handle is no window's.
   tips->Send(tip, kTipSetTextColor, 0, std::intptr_t{0});
   tips->SetTopmost(tip);
   tips->Destroy(tip);

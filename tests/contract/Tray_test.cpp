@@ -14,7 +14,7 @@
 namespace marl {
 namespace {
 
-/// The notification area and a window whose icon stands there.
+/// The notification area and a window whose icon is there.
 class TrayContract : public testing::TestWithParam<Backend> {
  protected:
   TrayContract() {
@@ -40,7 +40,7 @@ class TrayContract : public testing::TestWithParam<Backend> {
   bool real() const { return GetParam() == Backend::kWin32; }
   MemoryTray& memory() { return static_cast<MemoryTray&>(*tray); }
 
-  /// Any icon of the platform's.
+  /// A system icon.
   static IconHandle AnyIcon() {
 #ifdef _WIN32
     return HandleToLong(LoadIconW(nullptr, IDI_APPLICATION));
@@ -59,7 +59,7 @@ class TrayContract : public testing::TestWithParam<Backend> {
     data.szTip = u"Contract";
     return data;
   }
-  /// The window has these icons of its own.
+  /// Gives the window these icons.
   void GiveIcons([[maybe_unused]] IconHandle big, [[maybe_unused]] IconHandle small) {
 #ifdef _WIN32
     if (real()) {
@@ -80,8 +80,8 @@ class TrayContract : public testing::TestWithParam<Backend> {
     memory().cursor = at;
   }
 
-  /// Shows the menu; the user goes down to this item and presses Enter, then Escape if the menu
-  /// still stands. 0 is Escape alone.
+  /// Shows the menu; the user goes down to this item and presses Enter, then Escape if the menu is
+  /// still open. 0 is Escape alone.
   void ShowAndChoose(PopupMenu& menu, int item) {
 #ifdef _WIN32
     if (real()) {
@@ -102,14 +102,14 @@ class TrayContract : public testing::TestWithParam<Backend> {
 
  private:
 #ifdef _WIN32
-  // The menu's loop takes the keys that come to its owner.
+  // The menu's message loop takes the keys of its owner.
   static void CALLBACK PressKeys(HWND, UINT, UINT_PTR, DWORD) {
     GUITHREADINFO thread = {};
     thread.cbSize = sizeof thread;
     if (!GetGUIThreadInfo(GetCurrentThreadId(), &thread) || !(thread.flags & GUI_INMENUMODE)) {
       return;
     }
-    // Enter becomes a character that comes behind the keys: Escape waits for the next time.
+    // Enter becomes a character message after the keys, so Escape is sent at the next tick.
     if (pressed_) PostMessageW(thread.hwndMenuOwner, WM_KEYDOWN, VK_ESCAPE, 0);
     pressed_ = true;
     for (int i = 0; i < choice_; ++i) PostMessageW(thread.hwndMenuOwner, WM_KEYDOWN, VK_DOWN, 0);
@@ -196,7 +196,7 @@ TEST_P(PopupMenuContract, DisabledItemIsNotClicked) {
   EXPECT_EQ(clicked, std::vector<int>());
 }
 
-// Leaving the program from the menu drops the menu while it clicks.
+// Exiting from the menu destroys the menu during its click.
 TEST_P(PopupMenuContract, ClickMayDropTheMenu) {
   menu->Click = [this](int item) {
     auto& log = clicked;

@@ -16,9 +16,9 @@
 namespace marl {
 namespace {
 
-constexpr std::uint32_t kMessage = 0x8001;  // the program's own
+constexpr std::uint32_t kMessage = 0x8001;  // private to the program
 
-/// Windows with a procedure that remembers what reaches it and answers 77.
+/// Windows with a procedure that records its messages and returns 77.
 class HooksContract : public testing::TestWithParam<Backend> {
  protected:
   using Message = MemoryWindowHooks::Message;
@@ -70,7 +70,7 @@ class HooksContract : public testing::TestWithParam<Backend> {
 #endif
     return memory().Send(window, message, wParam, lParam);
   }
-  /// What came to the window's own procedure since the last question.
+  /// Messages that reached the window's own procedure since the last call.
   std::vector<Message> Reached() {
     std::vector<Message> reached;
 #ifdef _WIN32
@@ -100,7 +100,7 @@ class HooksContract : public testing::TestWithParam<Backend> {
 };
 MARL_OVER_ALL_BACKENDS(HooksContract);
 
-/// Remembers what it hears and answers as it is asked to.
+/// Records its messages and returns what the test sets.
 struct Listener : MessageListener {
   std::vector<MemoryWindowHooks::Message> heard;
   std::function<std::intptr_t(const MemoryWindowHooks::Message&)> answer;

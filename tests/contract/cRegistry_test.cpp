@@ -15,7 +15,7 @@ class cRegistryTest : public RegistryTest {
     registry.ValueKey = u"v";
   }
 
-  /// Assigns with a kind and gives what is stored then.
+  /// Assigns with a kind and returns what is stored.
   std::optional<StoredValue> Assigned(std::int32_t kind, const RegistryValue& value) {
     store().DeleteValue(Open().get(), "v");
     registry.valueType = kind;
