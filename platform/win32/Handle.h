@@ -15,7 +15,6 @@ namespace marl::win32 {
 
 /// The kinds of handles that are counted.
 enum class HandleKind {
-  kIcon,
   kBitmap,
   kFont,
   kBrush,
@@ -31,7 +30,6 @@ enum class HandleKind {
   kMutex,
   kThread,
   kProcess,
-  kLibrary,
   kConversation,
   kObject,
   kMemory,
@@ -71,7 +69,6 @@ class Unique {
     if (*this) --Count();
     return std::exchange(handle_, Handle{});
   }
-  static int LiveCount() { return Count(); }
 
  private:
   static std::atomic<int>& Count() { return g_liveHandles[static_cast<int>(kind)]; }
@@ -93,8 +90,6 @@ struct ConversationText {
   bool operator==(const ConversationText&) const = default;
 };
 
-inline void CloseIcon_(HICON icon) { DestroyIcon(icon); }
-inline void CloseGdi(HGDIOBJ object) { DeleteObject(object); }
 inline void CloseBitmap(HBITMAP bitmap) { DeleteObject(bitmap); }
 inline void CloseFont(HFONT font) { DeleteObject(font); }
 inline void CloseBrush(HBRUSH brush) { DeleteObject(brush); }
@@ -108,7 +103,6 @@ inline void CloseRegion(HRGN region) { DeleteObject(region); }
 inline void CloseTheme(HTHEME theme) { CloseThemeData(theme); }
 inline void CloseWindow_(HWND window) { DestroyWindow(window); }
 inline void CloseKey(HKEY key) { RegCloseKey(key); }
-inline void CloseLibrary_(HMODULE library) { FreeLibrary(library); }
 inline void CloseConversations(DWORD instance) { DdeUninitialize(instance); }
 inline void CloseConversationText(const ConversationText& of) {
   DdeFreeStringHandle(of.instance, of.text);
@@ -117,7 +111,6 @@ inline void CloseObject(IUnknown* object) { object->Release(); }
 inline void CloseText(BSTR text) { SysFreeString(text); }
 inline void CloseMemory(wchar_t* text) { LocalFree(text); }
 
-using UniqueIcon = Unique<HICON, HandleKind::kIcon, CloseIcon_>;
 using UniqueBitmap = Unique<HBITMAP, HandleKind::kBitmap, CloseBitmap>;
 using UniqueFont = Unique<HFONT, HandleKind::kFont, CloseFont>;
 using UniqueBrush = Unique<HBRUSH, HandleKind::kBrush, CloseBrush>;
@@ -133,7 +126,6 @@ using UniqueRegion = Unique<HRGN, HandleKind::kRegion, CloseRegion>;
 using UniqueTheme = Unique<HTHEME, HandleKind::kTheme, CloseTheme>;
 using UniqueWindow = Unique<HWND, HandleKind::kWindow, CloseWindow_>;
 using UniqueKey = Unique<HKEY, HandleKind::kKey, CloseKey>;
-using UniqueLibrary = Unique<HMODULE, HandleKind::kLibrary, CloseLibrary_>;
 using UniqueConversations = Unique<DWORD, HandleKind::kConversation, CloseConversations>;
 using UniqueConversationText =
     Unique<ConversationText, HandleKind::kConversation, CloseConversationText>;
