@@ -279,6 +279,7 @@ def main():
     parser.add_argument("seconds", nargs="?", type=float, default=600)
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--count", type=int, help="ends after so many mutants that are programs")
+    parser.add_argument("--skip", type=int, default=0, help="leaves out the first so many mutants")
     parser.add_argument("--only", default="", help="paths that contain this")
     parser.add_argument("--build", default="build/mutate")
     options = parser.parse_args()
@@ -309,7 +310,10 @@ def main():
     killers = json.load(open(memory)) if os.path.exists(memory) else {}
     killed, survived, equivalent, no_program = 0, [], 0, 0
     started = time.monotonic()
-    for mutant in mutants:
+    for place, mutant in enumerate(mutants[options.skip:], options.skip + 1):
+        if place % 10 == 0:
+            print(f"mutant {place}: {killed} killed, {len(survived)} survived so far; "
+                  f"{time.monotonic() - started:.0f} s", flush=True)
         if time.monotonic() - started > options.seconds or \
                 (options.count and killed + len(survived) >= options.count):
             break
