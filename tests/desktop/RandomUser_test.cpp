@@ -232,8 +232,8 @@ TEST_F(RandomUser, LeavesAProgramThatWorksAndEnds) {
     // A system dialog that opens for the first time keeps what it loads.
     EXPECT_LE(marl->Handles(), handles + 16);
     EXPECT_LT(marl->PrivateBytes(), bytes + 8 * 1024 * 1024);
-    std::cout << acts << " acts; left " << leaves << " times, ended " << ends
-              << " times by a command or a close; " << stretches << " stretches for the leaks\n";
+    std::cout << acts << " acts; left " << leaves << " times, started again " << ends << " times; "
+              << stretches << " stretches for the leaks\n";
     break;
   }
   EXPECT_TRUE(Close(*marl));

@@ -111,9 +111,12 @@ TEST_F(About, TheNameIsBoldAndTheLinksAreUnderlined) {
   EXPECT_EQ(style(frmAbout2006::kSuite), (std::array{true, false, false}));
   for (const int link : {5, 6}) {
     EXPECT_EQ(style(link), (std::array{false, false, true})) << link;
+    EXPECT_TRUE(At(link).HandCursor) << link;
     EXPECT_EQ(At(link).ForeColor(), Rgb(0, 95, 71)) << link;
   }
   EXPECT_EQ(style(frmAbout2006::kCopyright), (std::array{false, false, false}));
+  EXPECT_FALSE(At(frmAbout2006::kCopyright).HandCursor);
+  EXPECT_TRUE(form.imgLogo.HandCursor);
 }
 
 TEST_F(About, OtherLabelsOpenNothing) {
