@@ -167,6 +167,9 @@ class frmMain : public Form, public HookedForm {
   Text Setting(TextView key, TextView default_) const;
   void Save(TextView key, TextView value);
   void RunTool(TextView program, TextView arguments = {});
+  /// Opens a document or an address: passes `argument` to the browser found at start-up, or without
+  /// one `document` to the shell.
+  void Browse(TextView document, TextView argument) const;
   void RunQaCheck(int kind);
   Text ProgramFolder() const;
   Text ProgramName() const;

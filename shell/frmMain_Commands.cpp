@@ -89,6 +89,14 @@ void frmMain::mnuToolsCommentReport() {
   components_.RunCommentReport();
 }
 
+void frmMain::Browse(TextView document, TextView argument) const {
+  if (BrowserPath.empty()) {
+    launcher_.ShellOpen(u"open", document, u"", u"", kShowNormal);
+  } else {
+    launcher_.ShellOpen(u"open", BrowserPath, argument, u"", kShowNormal);
+  }
+}
+
 void frmMain::mnuHelpTutorial() { RunTool(u"MarlTour.exe"); }
 
 }  // namespace marl

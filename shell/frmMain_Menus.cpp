@@ -135,12 +135,19 @@ void frmMain::ApplyToolsMenu() {
 }
 
 void frmMain::mnuHelpContents() {
-  if (!platform_.files.FileExists(HelpFile)) {
-    desktop().MsgBox(platform_.strings.Get(IDS_NO_HELP_FILE) + HelpFile, kExclamation,
-                     kApplicationTitle);
+  if (platform_.files.FileExists(HelpFile)) {
+    platform_.shell.Help(HelpFile, kHelpContents, 0);
     return;
   }
-  platform_.shell.Help(HelpFile, kHelpContents, 0);
+  const Text page = JoinPath(ProgramFolder(), u"Help\\") + platform_.strings.Get(IDS_HELP_FOLDER) +
+                    u"\\index.html";
+  if (platform_.files.NormalFileExists(page)) {
+    // A browser would take a path with blanks for several.
+    Browse(page, u'"' + page + u'"');
+    return;
+  }
+  desktop().MsgBox(platform_.strings.Get(IDS_NO_HELP_FILE) + HelpFile, kExclamation,
+                   kApplicationTitle);
 }
 
 }  // namespace marl

@@ -30,11 +30,7 @@ void frmMain::mnuProjectTrackProjects() {
   clsXMLTag server;
   ReadServerTag(servers_.CurrentServerTag, server);
   const Text site = TrackingSite(server);
-  if (BrowserPath.empty()) {
-    launcher_.ShellOpen(u"open", site, u"", u"", kShowNormal);
-  } else {
-    launcher_.ShellOpen(u"open", BrowserPath, site, u"", kShowNormal);
-  }
+  Browse(site, site);
 }
 
 }  // namespace marl

@@ -240,6 +240,8 @@
 #define IDS_COMPONENT_MISSING 30001
 #define IDS_NO_SYSTEM_INFO 30002
 #define IDS_NO_HELP_FILE 30003
+/* The folder of the program's language below the folder Help. Not shown. */
+#define IDS_HELP_FOLDER 30004
 #define IDS_SERVER_REFUSED 30010
 #define IDS_SEGMENTATION_ADD_DONT_SPLIT 30020
 #define IDS_SEGMENTATION_REMOVE_DONT_SPLIT 30021

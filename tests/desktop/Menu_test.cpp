@@ -216,6 +216,36 @@ TEST_F(MenuBar, OtherEntriesAndTheirShortcutsLeadToTheirWindowsMessagesAndCompon
   EXPECT_TRUE(Close(marl));
 }
 
+TEST_F(MenuBar, ContentsOpensTheHtmlHelpInTheBrowserAndSaysWhenThereIsNone) {
+  const SuiteFolder suite(L"My  suite, \u00dcbung \u03a9 & co (1)");
+  const std::wstring browser = suite.path() + L"\\Browser.exe";
+  ASSERT_TRUE(CopyFileW(g_programs.standIn.c_str(), browser.c_str(), TRUE));
+  const HtmlBrowser html(browser);
+  ASSERT_TRUE(html.made());
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(marl.PressMenu(L'H', L'C'));
+  const MessageBoxWindow box = marl.WaitForBox();
+  ASSERT_TRUE(box);
+  EXPECT_EQ(box.Text(), L"The help file was not found: " + suite.path() + L"\\Marl.HLP");
+  ASSERT_TRUE(box.Press(IDOK));
+  // The same program, once the pages are there.
+  const std::wstring folder = suite.path() + L"\\Help";
+  const std::wstring page = folder + L"\\en\\index.html";
+  ASSERT_TRUE(CreateDirectoryW(folder.c_str(), nullptr));
+  ASSERT_TRUE(CreateDirectoryW((folder + L"\\en").c_str(), nullptr));
+  ASSERT_TRUE(CopyFileW(g_programs.standIn.c_str(), page.c_str(), TRUE));
+  ASSERT_TRUE(WaitUntil([&] { return IsWindowEnabled(main) != FALSE; }));
+  ASSERT_TRUE(BringForward(main));
+  Chord({}, VK_F1);
+  const Starts starts = suite.WaitForTools(1);
+  ASSERT_EQ(starts.size(), 1u);
+  EXPECT_EQ(starts.back().program, L"Browser.exe");
+  EXPECT_EQ(starts.back().arguments, L'"' + page + L'"');
+  EXPECT_TRUE(Close(marl));
+}
+
 TEST_F(MenuBar, EntryOfAMissingToolComplains) {
   const std::wstring tool = L"Q17Cadence.exe";
   const SuiteFolder suite(L"My  suite, \u00dcbung \u03a9 & co (1)", {tool});

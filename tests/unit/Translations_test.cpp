@@ -339,6 +339,7 @@ const std::map<int, Text>& EnglishTexts() {
       {30001, u"This tool is not installed. Please run the setup of the suite again."},
       {30002, u"System Information Is Unavailable At This Time"},
       {30003, u"The help file was not found: "},
+      {30004, u"en"},
       {30010, u"This is not a valid project tracking server. Please check the name of the server."},
       {30020, u"&Add"},
       {30021, u"&Remove"},

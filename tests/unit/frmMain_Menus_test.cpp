@@ -285,6 +285,64 @@ TEST_F(MenuBar, HelpContentsOpensTheHelpFile) {
   EXPECT_TRUE(world.desktop.messages.empty());
 }
 
+TEST_F(MenuBar, HelpContentsOpensTheHtmlHelpInTheBrowserFoundAtStartUp) {
+  world.shell.browser = u"C:\\Browser\\browse.exe";
+  world.files.Put(u"C:\\Suite\\Help\\en\\index.html", "help");
+  world.Start();
+  world.shell.started.clear();
+  EXPECT_TRUE(world.main().UserShortcut({kKeyF1, false, false}));
+  EXPECT_EQ(world.shell.started, (std::vector<MemoryShell::Started>{
+                                     {ShellOwner::kDesktop, u"open", u"C:\\Browser\\browse.exe",
+                                      u"\"C:\\Suite\\Help\\en\\index.html\"", u"", kShowNormal}}));
+  EXPECT_TRUE(world.shell.help.empty());
+  EXPECT_TRUE(world.desktop.messages.empty());
+}
+
+TEST_F(MenuBar, HelpContentsLeavesTheHtmlHelpToTheShellWithoutABrowser) {
+  world.shell.findCode = 31;
+  world.files.Put(u"C:\\Suite\\Help\\en\\index.html", "help");
+  world.Start();
+  world.shell.started.clear();
+  Entry("mnuHelpContents").UserClick();
+  EXPECT_EQ(world.shell.started, (std::vector<MemoryShell::Started>{
+                                     {ShellOwner::kDesktop, u"open",
+                                      u"C:\\Suite\\Help\\en\\index.html", u"", u"", kShowNormal}}));
+  EXPECT_TRUE(world.desktop.messages.empty());
+}
+
+TEST_F(MenuBar, HelpContentsPrefersTheSuitesHelpFileToTheHtmlHelp) {
+  world.files.Put(u"C:\\Suite\\Help\\en\\index.html", "help");
+  world.files.Put(u"C:\\Suite\\Marl.HLP", "help");
+  world.Start();
+  world.shell.started.clear();
+  Entry("mnuHelpContents").UserClick();
+  EXPECT_EQ(world.shell.help, (std::vector<MemoryShell::HelpCall>{{u"C:\\Suite\\Marl.HLP", 3, 0}}));
+  EXPECT_TRUE(world.shell.started.empty());
+}
+
+TEST_F(MenuBar, HelpContentsOpensTheHelpOfTheProgramsLanguageAlone) {
+  world.resource.texts = MemoryStrings("de").texts;
+  world.files.Put(u"C:\\Suite\\Help\\en\\index.html", "help");
+  world.Start();
+  Entry("mnuHelpContents").UserClick();
+  EXPECT_EQ(world.desktop.messages,
+            (std::vector<MemoryDesktop::Message>{
+                {u"Die Hilfedatei wurde nicht gefunden: C:\\Suite\\Marl.HLP", 48, u"Marl"}}));
+  world.desktop.messages.clear();
+  world.files.Put(u"C:\\Suite\\Help\\de\\index.html", "help");
+  world.shell.started.clear();
+  Entry("mnuHelpContents").UserClick();
+  EXPECT_EQ(world.shell.started.size(), 1u);
+  EXPECT_TRUE(world.desktop.messages.empty());
+}
+
+TEST_F(MenuBar, HelpContentsTakesNoFolderForThePage) {
+  world.files.Put(u"C:\\Suite\\Help\\en\\index.html\\page.html", "help");
+  world.Start();
+  Entry("mnuHelpContents").UserClick();
+  EXPECT_EQ(world.desktop.messages.size(), 1u);
+}
+
 TEST_F(MenuBar, HelpContentsSaysWhenTheHelpFileIsMissing) {
   world.Start();
   Entry("mnuHelpContents").UserClick();
