@@ -12,7 +12,9 @@ demo_width() { if [[ -z $(cannot_run win32) ]]; then echo win32; else echo win64
 
 # Builds the program and the stand-in.
 demo_build() {
+  ensure_packages help
   build_program "$(demo_width)"
+  ship_help "$(first_language)" "dist/$(demo_width)"
   build_preset "$(demo_width)" stand_in >/dev/null
 }
 

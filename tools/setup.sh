@@ -11,6 +11,11 @@ BENCH_PACKAGES=(libbenchmark-dev librapidxml-dev libpugixml-dev libexpat1-dev li
 COVERAGE_PACKAGES=(gcovr)
 MUTATE_PACKAGES=(python3)
 FUZZ_PACKAGES=(clang libclang-rt-14-dev)
+HELP_PACKAGES=(cmake python3 pandoc)
+# npm comes with its own nodejs on some machines.
+NPM_PACKAGES=()
+if ! command -v npm >/dev/null; then NPM_PACKAGES=(nodejs npm); fi
+HELP_CHECK_PACKAGES=("${HELP_PACKAGES[@]}" chromium fonts-liberation "${NPM_PACKAGES[@]}")
 
 # Prints the packages that are not installed.
 missing_packages() {
@@ -45,6 +50,8 @@ ensure_packages() {
     coverage) wanted=("${BUILD_PACKAGES[@]}" "${COVERAGE_PACKAGES[@]}") ;;
     mutate) wanted=("${BUILD_PACKAGES[@]}" "${MUTATE_PACKAGES[@]}") ;;
     fuzz) wanted=("${BUILD_PACKAGES[@]}" "${FUZZ_PACKAGES[@]}") ;;
+    help) wanted=("${HELP_PACKAGES[@]}") ;;
+    help-check) wanted=("${HELP_CHECK_PACKAGES[@]}") ;;
     *) wanted=("${BUILD_PACKAGES[@]}" "${RUN_PACKAGES[@]}") ;;
   esac
   if ! command -v dpkg-query >/dev/null; then
@@ -58,7 +65,7 @@ ensure_packages() {
     fi
   fi
   case $1 in
-    build | coverage | mutate | fuzz) ;;
+    build | coverage | mutate | fuzz | help | help-check) ;;
     *) ensure_wine "$1" ;;
   esac
 }
@@ -66,7 +73,9 @@ ensure_packages() {
 # On a machine without Debian's package tools: fails with a list of missing programs.
 check_commands() {
   local name names=(cmake ninja g++ i686-w64-mingw32-g++-posix x86_64-w64-mingw32-g++-posix) gone=()
-  if [[ $1 != build ]]; then names+=(wine Xvfb xdotool xwininfo import); fi
+  if [[ $1 == help* ]]; then
+    names=(cmake python3 pandoc)
+  elif [[ $1 != build ]]; then names+=(wine Xvfb xdotool xwininfo import); fi
   for name in "${names[@]}"; do
     command -v "$name" >/dev/null || gone+=("$name")
   done

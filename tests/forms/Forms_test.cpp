@@ -34,6 +34,7 @@
 #include "platform/win32/LocaleWin32.h"
 #include "platform/win32/PictureLoader.h"
 #include "platform/win32/StringResourceWin32.h"
+#include "platform/win32/TrayWin32.h"
 #include "settings/frmOptions.h"
 #include "settings/frmSegmentation.h"
 #include "shell/Application.h"
@@ -125,6 +126,25 @@ void CALLBACK OnMessageTimer(HWND, UINT, UINT_PTR timer, DWORD) {
   EnumThreadWindows(GetCurrentThreadId(), TakeMessage, 0);
 }
 
+BOOL CALLBACK TakeMenu(HWND window, LPARAM) {
+  if (desktop::ClassOf(window) != L"#32768" || !IsWindowVisible(window)) return TRUE;
+  desktop::Screenshot("tray-menu", window);
+  ++g_taken;
+  EndMenu();
+  return FALSE;
+}
+
+void CALLBACK OnMenuTimer(HWND, UINT, UINT_PTR timer, DWORD) {
+  KillTimer(nullptr, timer);
+  EnumThreadWindows(GetCurrentThreadId(), TakeMenu, 0);
+}
+
+/// A notification area in memory with real menus.
+class MenuTray : public MemoryTray {
+ public:
+  std::unique_ptr<PopupMenu> CreatePopup() override { return win32::TrayWin32().CreatePopup(); }
+};
+
 frmMain* g_starting = nullptr;
 
 void CALLBACK ClickSplash(HWND, UINT, UINT_PTR, DWORD) {
@@ -147,7 +167,7 @@ struct Gallery {
   win32::PicturesWin32 pictures;
   MemoryRegistryStore registry;
   MemoryWindowHooks hooks;
-  MemoryTray tray;
+  MenuTray tray;
   MemoryTipWindows tips;
   MemoryProfile profile{files};
   MemoryFileDialogs fileDialogs;
@@ -207,6 +227,14 @@ struct Gallery {
     desktop.Event([this] { main->tmrOver.Tick(); });
     Take("frmMain-hover", *main);
     tray.cursor = {origin.x - 100, origin.y - 100};
+  }
+
+  void TakeTrayMenu() {
+    const Point outside = tray.cursor;
+    tray.cursor = {0, 0};
+    SetTimer(nullptr, 0, 50, OnMenuTimer);
+    desktop.Event([this] { main->SystrayMenu(); });
+    tray.cursor = outside;
   }
 
   void TakeOptions(Form& form) {
@@ -282,6 +310,7 @@ struct Gallery {
     TakeSplash();
     Start();
     TakeMain();
+    TakeTrayMenu();
     Click("mnuHelpAbout");
     Click("mnuToolsOptions");
     Click("mnuProjectChangeServer");
@@ -290,7 +319,7 @@ struct Gallery {
     TakeMessages();
     main->Unload();
     desktop.DoEvents();
-    EXPECT_EQ(g_taken, 23) << "pictures";
+    EXPECT_EQ(g_taken, 24) << "pictures";
   }
 };
 
