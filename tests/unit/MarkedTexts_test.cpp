@@ -5,35 +5,14 @@
 
 #include <algorithm>
 
-#include "appearance/frmFont.h"
-#include "appearance/frmUI.h"
-#include "documents/frmSelectFile.h"
-#include "network/frmChangeServer.h"
-#include "network/frmLanSettings.h"
-#include "settings/frmOptions.h"
-#include "settings/frmSegmentation.h"
-#include "shell/frmPrjWiz.h"
-#include "shell/frmRunningApps.h"
-#include "support/frmAbout2006.h"
-#include "support/frmSplash.h"
 #include "tests/forms/FormTexts.h"
+#include "tests/unit/EveryForm.h"
 #include "tests/unit/SuiteWorld.h"
 
 namespace marl {
 namespace {
 
 using Texts = std::vector<std::string>;
-
-class OwnerOfSamples : public SampleForm {
- public:
-  explicit OwnerOfSamples(Form& form) : label_(form, "lblSample") {}
-  Label& Sample(int) override { return label_; }
-  Color GradientColor(int) const override { return 0; }
-  int GradientAngle() const override { return 90; }
-
- private:
-  Label label_;
-};
 
 class MarkedTexts : public testing::Test {
  protected:
@@ -100,46 +79,22 @@ TEST_F(MarkedTexts, MainWindowItsMenusTipsAndIcon) {
 }
 
 TEST_F(MarkedTexts, EveryOtherForm) {
-  SuiteWorld& w = world;
-  const auto setIcon = [](WindowHandle) {};
-  Form owner(w.desktop, "frmOwner");
-  OwnerOfSamples samples(owner);
-  clsMRU list(w.registry, w.locales);
-  frmUI::Switchboard switchboard;
-  for (std::size_t i = 0; i < switchboard.captions.size(); ++i) {
-    switchboard.captions[i] = w.strings.Get(IDS_BUTTON_ANALYSE + static_cast<int>(i));
-  }
-  frmSplash splash(w.desktop, w.pictures, w.locales);
-  frmAbout2006 about({w.desktop, w.pictures, w.locales, w.strings, setIcon,
-                      [](TextView, TextView, TextView, TextView, int) {}});
-  frmOptions options({w.desktop, w.registry, w.locales, w.strings}, {}, owner);
-  frmSegmentation segmentation({w.desktop, w.registry, w.locales, w.strings});
-  frmLanSettings lan({w.desktop, w.registry, w.locales, w.strings});
-  frmChangeServer server({w.desktop, w.locales, w.pictures, w.strings}, list);
-  frmSelectFile select({w.desktop, w.locales, w.strings, setIcon});
-  frmPrjWiz wizard(w.desktop, w.locales, w.strings);
-  frmRunningApps running(w.desktop, w.locales, w.strings);
-  frmFont font({w.desktop, w.locales, w.strings, w.colorDialog, w.fontList}, samples);
-  frmUI display({w.desktop, w.registry, w.files, w.fileDialogs, w.colorDialog, w.fontList,
-                 w.pictures, w.locales, w.strings, setIcon},
-                switchboard);
-  for (Form* form :
-       std::initializer_list<Form*>{&splash, &about, &options, &segmentation, &lan, &server,
-                                    &select, &wizard, &running, &font, &display}) {
+  EveryForm forms(world);
+  for (Form* const form : forms.All()) {
     form->Load();
     ASSERT_TRUE(form->loaded()) << form->name();
     EXPECT_EQ(Unmarked(*form), Texts{}) << form->name();
   }
   // The text of a new rule is translated; that of a new expression is not, since it may be stored.
-  segmentation.cmdAddDontSplit.UserClick();
-  segmentation.cmdAddForceSplit.UserClick();
-  EXPECT_EQ(Unmarked(segmentation), Texts{});
-  EXPECT_EQ(segmentation.lstDontSplit.List(0), u"[!!! [New string] !!!]");
-  options.cmdAddRegEx.UserClick();
-  EXPECT_EQ(options.lstRegEx.List(0), u"[New Expression]");
-  display.cmdLoad.UserClick();
-  ASSERT_EQ(w.fileDialogs.shown.size(), 1u);
-  EXPECT_EQ(w.fileDialogs.shown[0].settings.Filter,
+  forms.segmentation.cmdAddDontSplit.UserClick();
+  forms.segmentation.cmdAddForceSplit.UserClick();
+  EXPECT_EQ(Unmarked(forms.segmentation), Texts{});
+  EXPECT_EQ(forms.segmentation.lstDontSplit.List(0), u"[!!! [New string] !!!]");
+  forms.options.cmdAddRegEx.UserClick();
+  EXPECT_EQ(forms.options.lstRegEx.List(0), u"[New Expression]");
+  forms.display.cmdLoad.UserClick();
+  ASSERT_EQ(world.fileDialogs.shown.size(), 1u);
+  EXPECT_EQ(world.fileDialogs.shown[0].settings.Filter,
             u"[!!! Marl skins !!!]|*.qsk|[!!! All files (*.*) !!!]|*.*");
 }
 
