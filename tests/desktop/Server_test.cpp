@@ -78,6 +78,22 @@ class Server : public SwitchboardTest {
   static testing::AssertionResult ChangeTo(const RunningMarl& marl, const std::wstring& name) {
     Click(IconOf(marl.Window(), kChangeServer));
     const ServerDialog dialog(marl);
+    const testing::AssertionResult entered = Enter(dialog, name);
+    if (!entered) return entered;
+    if (!dialog.Leave(L"OK")) return testing::AssertionFailure() << "the dialog stays";
+    return testing::AssertionSuccess();
+  }
+  /// The same, with a name that the server refuses; the caller waits for the message.
+  static testing::AssertionResult TryToChangeTo(const RunningMarl& marl, const std::wstring& name) {
+    Click(IconOf(marl.Window(), kChangeServer));
+    const ServerDialog dialog(marl);
+    const testing::AssertionResult entered = Enter(dialog, name);
+    if (entered) Click(MiddleOf(dialog.Button(L"OK")));
+    return entered;
+  }
+
+ private:
+  static testing::AssertionResult Enter(const ServerDialog& dialog, const std::wstring& name) {
     if (!dialog) return testing::AssertionFailure() << "no dialog came up";
     if (!WaitUntil([&] { return GetForegroundWindow() == dialog.window(); })) {
       return testing::AssertionFailure() << "the dialog is not in front";
@@ -91,7 +107,6 @@ class Server : public SwitchboardTest {
     if (!WaitUntil([&] { return TextOf(dialog.Combo()) == name; })) {
       return testing::AssertionFailure() << "the name is " << ToUtf8(TextOf(dialog.Combo()));
     }
-    if (!dialog.Leave(L"OK")) return testing::AssertionFailure() << "the dialog stays";
     return testing::AssertionSuccess();
   }
 };
@@ -446,15 +461,7 @@ TEST_F(Server, RealComponentIsCalledWithTheDocumentAndItsFailureIsShown) {
   const std::wstring tag = L"<project-tracking server=\"R&amp;D\" ssl=\"no\" port=\"80\"/>";
   EXPECT_EQ(calls.All(), std::vector<std::wstring>{SetServer(tag)});
 
-  Click(IconOf(main, kChangeServer));
-  {
-    const ServerDialog dialog(marl);
-    ASSERT_TRUE(dialog);
-    ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == dialog.window(); }));
-    Keys(L"refused");
-    ASSERT_TRUE(WaitUntil([&] { return TextOf(dialog.Combo()) == L"refused"; }));
-    Click(MiddleOf(dialog.Button(L"OK")));
-  }
+  ASSERT_TRUE(TryToChangeTo(marl, L"refused"));
   const MessageBoxWindow box = marl.WaitForBox();
   ASSERT_TRUE(box);
   Screenshot("server-refused");
@@ -479,15 +486,7 @@ TEST_F(Server, FailureWithoutATextShowsTheSystems) {
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
-  Click(IconOf(main, kChangeServer));
-  {
-    const ServerDialog dialog(marl);
-    ASSERT_TRUE(dialog);
-    ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == dialog.window(); }));
-    Keys(L"wordless");
-    ASSERT_TRUE(WaitUntil([&] { return TextOf(dialog.Combo()) == L"wordless"; }));
-    Click(MiddleOf(dialog.Button(L"OK")));
-  }
+  ASSERT_TRUE(TryToChangeTo(marl, L"wordless"));
   const MessageBoxWindow box = marl.WaitForBox();
   ASSERT_TRUE(box);
   Screenshot("server-wordless");
