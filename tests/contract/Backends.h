@@ -23,7 +23,13 @@ inline void PrintTo(Backend backend, std::ostream* out) {
   *out << (backend == Backend::kMemory ? "memory" : "win32");
 }
 
-/// Runs the tests of a fixture, a TestWithParam<Backend>, on each backend.
+/// A test that runs on each backend.
+class BackendTest : public testing::TestWithParam<Backend> {
+ protected:
+  static bool real() { return GetParam() == Backend::kWin32; }
+};
+
+/// Runs the tests of a fixture, a BackendTest, on each backend.
 #define MARL_OVER_ALL_BACKENDS(fixture)                                         \
   INSTANTIATE_TEST_SUITE_P(Backends, fixture, testing::ValuesIn(AllBackends()), \
                            testing::PrintToStringParamName())

@@ -4,13 +4,10 @@
 
 #include <memory>
 
-#include "platform/forms/Form.h"
 #include "platform/memory/MemoryColorDialog.h"
-#include "platform/memory/MemoryDesktop.h"
-#include "tests/contract/Backends.h"
+#include "tests/contract/DesktopWorld.h"
 #ifdef _WIN32
 #include "platform/win32/ColorDialogWin32.h"
-#include "platform/win32/DesktopWin32.h"
 #endif
 
 namespace marl {
@@ -18,33 +15,21 @@ namespace {
 
 constexpr int kWholeDialog = kColorInit | kColorFullOpen;
 
-class ColorDialogContract : public testing::TestWithParam<Backend> {
+class ColorDialogContract : public DialogTest {
  protected:
   ColorDialogContract() {
 #ifdef _WIN32
-    if (GetParam() == Backend::kWin32) {
-      desktop = std::make_unique<win32::DesktopWin32>();
-      dialog = std::make_unique<win32::ColorDialogWin32>();
-    }
+    if (real()) dialog = std::make_unique<win32::ColorDialogWin32>();
 #endif
-    if (!desktop) {
-      desktop = std::make_unique<MemoryDesktop>();
-      dialog = std::make_unique<MemoryColorDialog>();
-    }
-    form = std::make_unique<Form>(*desktop, "frmAny");
-    form->Load();
+    if (!dialog) dialog = std::make_unique<MemoryColorDialog>();
   }
-  ~ColorDialogContract() override { form->Unload(); }
 
   /// Shows the dialog; the user presses OK without a change, or Cancel.
   bool Show(bool accept, Color& color, const Form* owner) {
 #ifdef _WIN32
-    if (GetParam() == Backend::kWin32) {
-      answer_ = accept ? IDOK : IDCANCEL;
-      const UINT_PTR timer = SetTimer(nullptr, 0, 50, Answer);
-      const bool chosen = dialog->ShowColor(owner, kWholeDialog, color);
-      KillTimer(nullptr, timer);
-      return chosen;
+    if (real()) {
+      const DialogAnswer answer(accept);
+      return dialog->ShowColor(owner, kWholeDialog, color);
     }
 #endif
     auto& memory = static_cast<MemoryColorDialog&>(*dialog);
@@ -56,25 +41,7 @@ class ColorDialogContract : public testing::TestWithParam<Backend> {
     return dialog->ShowColor(owner, kWholeDialog, color);
   }
 
-  std::unique_ptr<Desktop> desktop;
   std::unique_ptr<ColorDialog> dialog;
-  std::unique_ptr<Form> form;
-
- private:
-#ifdef _WIN32
-  static BOOL CALLBACK Press(HWND window, LPARAM) {
-    wchar_t name[16] = {};
-    GetClassNameW(window, name, 16);
-    if (wcscmp(name, L"#32770") == 0 && IsWindowVisible(window)) {
-      PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(answer_), 0);
-    }
-    return TRUE;
-  }
-  static void CALLBACK Answer(HWND, UINT, UINT_PTR, DWORD) {
-    EnumThreadWindows(GetCurrentThreadId(), Press, 0);
-  }
-  inline static int answer_ = 0;
-#endif
 };
 
 TEST_P(ColorDialogContract, OkAtOnceGivesTheColourItStartedFrom) {

@@ -200,7 +200,7 @@ bool InMemory(const Text& operation, Arguments& arguments, ComponentValue& resul
   return false;
 }
 
-class ComponentsContract : public testing::TestWithParam<Backend> {
+class ComponentsContract : public BackendTest {
  protected:
   ComponentsContract() {
 #ifdef _WIN32
@@ -212,7 +212,6 @@ class ComponentsContract : public testing::TestWithParam<Backend> {
     memory.registered[Text(kName)] = InMemory;
     memory.broken[Text(kBroken)] = u"Class not registered";
   }
-  bool real() const { return GetParam() == Backend::kWin32; }
   std::unique_ptr<Component> Create(TextView name) {
 #ifdef _WIN32
     if (real()) return world->components.Create(name, failure);

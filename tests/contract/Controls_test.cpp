@@ -12,7 +12,7 @@
 #include "platform/forms/CommonControls.h"
 #include "platform/forms/Form.h"
 #include "platform/memory/MemoryDesktop.h"
-#include "tests/contract/Backends.h"
+#include "tests/contract/DesktopWorld.h"
 #ifdef _WIN32
 // clang-format off
 #include "platform/win32/DesktopWin32.h"
@@ -99,21 +99,15 @@ class PagesForm : public Form {
   }
 };
 
-class ControlsContract : public testing::TestWithParam<Backend> {
+class ControlsContract : public BackendTest {
  protected:
   ControlsContract() {
-#ifdef _WIN32
-    if (real()) desktop = std::make_unique<win32::DesktopWin32>();
-#endif
-    if (!desktop) desktop = std::make_unique<MemoryDesktop>();
     form = std::make_unique<PagesForm>(*desktop);
     form->Show();
     desktop->DoEvents();
     form->heard.clear();
   }
   ~ControlsContract() override { form->Unload(); }
-
-  bool real() const { return GetParam() == Backend::kWin32; }
 
   // What the user does.
   void Press(int row, bool onBox) {
@@ -307,7 +301,7 @@ class ControlsContract : public testing::TestWithParam<Backend> {
 
   using Heard = std::vector<std::string>;
 
-  std::unique_ptr<Desktop> desktop;
+  std::unique_ptr<Desktop> desktop = NewDesktop(GetParam());
   std::unique_ptr<PagesForm> form;
 
 #ifdef _WIN32

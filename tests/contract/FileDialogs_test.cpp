@@ -5,37 +5,26 @@
 #include <memory>
 #include <vector>
 
-#include "platform/forms/Form.h"
-#include "platform/memory/MemoryDesktop.h"
 #include "platform/memory/MemoryFileDialogs.h"
+#include "tests/contract/DesktopWorld.h"
 #include "tests/contract/FileWorld.h"
 #ifdef _WIN32
-#include "platform/win32/DesktopWin32.h"
 #include "platform/win32/FileDialogsWin32.h"
+#include "platform/win32/Handle.h"
 #endif
 
 namespace marl {
 namespace {
 
-class FileDialogsContract : public testing::TestWithParam<Backend> {
+class FileDialogsContract : public DialogTest {
  protected:
   FileDialogsContract() {
 #ifdef _WIN32
-    if (GetParam() == Backend::kWin32) {
-      desktop = std::make_unique<win32::DesktopWin32>();
-      dialogs = std::make_unique<win32::FileDialogsWin32>();
-    }
+    if (real()) dialogs = std::make_unique<win32::FileDialogsWin32>();
 #endif
-    if (!desktop) {
-      desktop = std::make_unique<MemoryDesktop>();
-      dialogs = std::make_unique<MemoryFileDialogs>();
-    }
-    form = std::make_unique<Form>(*desktop, "frmAny");
-    form->Load();
-    owner = form.get();
+    if (!dialogs) dialogs = std::make_unique<MemoryFileDialogs>();
     world.Put(u"there.qprx");
   }
-  ~FileDialogsContract() override { form->Unload(); }
 
   /// Shows the dialog with a file's path in its field; the user presses OK, or Cancel.
   FileDialogResult Show(bool save, bool accept, TextView name, Text& path,
@@ -49,12 +38,9 @@ class FileDialogsContract : public testing::TestWithParam<Backend> {
     settings.Flags = kHideReadOnly | (save ? 0 : kFileMustExist);
     const auto show = save ? &FileDialogs::ShowSave : &FileDialogs::ShowOpen;
 #ifdef _WIN32
-    if (GetParam() == Backend::kWin32) {
-      answer_ = accept ? IDOK : IDCANCEL;
-      const UINT_PTR timer = SetTimer(nullptr, 0, 50, Answer);
-      const FileDialogResult result = (dialogs.get()->*show)(owner, settings, path);
-      KillTimer(nullptr, timer);
-      return result;
+    if (real()) {
+      const DialogAnswer answer(accept);
+      return (dialogs.get()->*show)(owner, settings, path);
     }
 #endif
     static_cast<MemoryFileDialogs&>(*dialogs).whenShown = [&](Text& choice) {
@@ -67,7 +53,7 @@ class FileDialogsContract : public testing::TestWithParam<Backend> {
   /// The program's current folder. In memory there is none.
   static Text CurrentFolder() {
 #ifdef _WIN32
-    if (GetParam() == Backend::kWin32) {
+    if (real()) {
       wchar_t folder[MAX_PATH] = {};
       return win32::FromWide(folder, GetCurrentDirectoryW(MAX_PATH, folder));
     }
@@ -76,26 +62,8 @@ class FileDialogsContract : public testing::TestWithParam<Backend> {
   }
 
   FileWorld world{GetParam()};
-  std::unique_ptr<Desktop> desktop;
   std::unique_ptr<FileDialogs> dialogs;
-  std::unique_ptr<Form> form;
-  const Form* owner = nullptr;
-
- private:
-#ifdef _WIN32
-  static BOOL CALLBACK Press(HWND window, LPARAM) {
-    wchar_t name[16] = {};
-    GetClassNameW(window, name, 16);
-    if (wcscmp(name, L"#32770") == 0 && IsWindowVisible(window)) {
-      PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(answer_), 0);
-    }
-    return TRUE;
-  }
-  static void CALLBACK Answer(HWND, UINT, UINT_PTR, DWORD) {
-    EnumThreadWindows(GetCurrentThreadId(), Press, 0);
-  }
-  inline static int answer_ = 0;
-#endif
+  const Form* owner = form.get();
 };
 MARL_OVER_ALL_BACKENDS(FileDialogsContract);
 

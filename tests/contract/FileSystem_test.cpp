@@ -13,7 +13,7 @@
 namespace marl {
 namespace {
 
-class FileSystemContract : public testing::TestWithParam<Backend> {
+class FileSystemContract : public BackendTest {
  protected:
   FileWorld world{GetParam()};
   FileSystem& files = world.files();

@@ -9,33 +9,22 @@
 #include "platform/FoldCase.h"
 #include "platform/RuntimeError.h"
 #include "platform/forms/Controls.h"
-#include "platform/forms/Form.h"
-#include "platform/memory/MemoryDesktop.h"
 #include "platform/memory/MemoryFontList.h"
-#include "tests/contract/Backends.h"
+#include "tests/contract/DesktopWorld.h"
 #ifdef _WIN32
-#include "platform/win32/DesktopWin32.h"
 #include "platform/win32/FontListWin32.h"
 #endif
 
 namespace marl {
 namespace {
 
-class FontListContract : public testing::TestWithParam<Backend> {
+class FontListContract : public BackendTest {
  protected:
   FontListContract() {
 #ifdef _WIN32
-    if (GetParam() == Backend::kWin32) {
-      desktop = std::make_unique<win32::DesktopWin32>();
-      fonts = std::make_unique<win32::FontListWin32>();
-    }
+    if (real()) fonts = std::make_unique<win32::FontListWin32>();
 #endif
-    if (!desktop) {
-      desktop = std::make_unique<MemoryDesktop>();
-      fonts = std::make_unique<MemoryFontList>();
-    }
-    form = std::make_unique<Form>(*desktop, "frmAny");
-    combo = std::make_unique<ComboBox>(*form, "cmbFont");
+    if (!fonts) fonts = std::make_unique<MemoryFontList>();
     combo->Sorted = true;
   }
   std::vector<Text> Faces() {
@@ -47,10 +36,10 @@ class FontListContract : public testing::TestWithParam<Backend> {
     return faces;
   }
 
-  std::unique_ptr<Desktop> desktop;
+  std::unique_ptr<Desktop> desktop = NewDesktop(GetParam());
   std::unique_ptr<FontList> fonts;
-  std::unique_ptr<Form> form;
-  std::unique_ptr<ComboBox> combo;
+  std::unique_ptr<Form> form = std::make_unique<Form>(*desktop, "frmAny");
+  std::unique_ptr<ComboBox> combo = std::make_unique<ComboBox>(*form, "cmbFont");
 };
 
 TEST_P(FontListContract, EveryFaceHasANameThatFitsItsField) {

@@ -16,7 +16,7 @@ namespace marl {
 namespace {
 
 /// The program's icon library, and windows that get icons.
-class IconsContract : public testing::TestWithParam<Backend> {
+class IconsContract : public BackendTest {
  protected:
   IconsContract() {
 #ifdef _WIN32
@@ -37,8 +37,6 @@ class IconsContract : public testing::TestWithParam<Backend> {
     for (const HWND window : windows_) DestroyWindow(window);
 #endif
   }
-
-  bool real() const { return GetParam() == Backend::kWin32; }
 
   WindowHandle NewWindow(WindowHandle owner) {
 #ifdef _WIN32

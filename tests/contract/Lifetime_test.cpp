@@ -47,7 +47,7 @@ class LastingDesktop : public win32::DesktopWin32 {
 HWND WindowOf(const Form& form) { return static_cast<HWND>(LongToHandle(form.hWnd())); }
 #endif
 
-class LifetimeContract : public testing::TestWithParam<Backend> {
+class LifetimeContract : public BackendTest {
  protected:
   LifetimeContract() {
 #ifdef _WIN32
@@ -63,8 +63,6 @@ class LifetimeContract : public testing::TestWithParam<Backend> {
     first.reset();
     main.reset();
   }
-
-  bool real() const { return GetParam() == Backend::kWin32; }
 
   /// Shows the form modally, acts once it is shown, and returns when the event has ended. Code
   /// after the modal call sets `wentOn`.

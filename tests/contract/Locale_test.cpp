@@ -14,13 +14,13 @@
 namespace marl {
 namespace {
 
-class LocaleContract : public testing::TestWithParam<Backend> {
+class LocaleContract : public BackendTest {
  protected:
   std::unique_ptr<Locale> locales = Make();
 
   static std::unique_ptr<Locale> Make() {
 #ifdef _WIN32
-    if (GetParam() == Backend::kWin32) return std::make_unique<win32::LocaleWin32>();
+    if (real()) return std::make_unique<win32::LocaleWin32>();
 #endif
     return std::make_unique<MemoryLocale>();
   }

@@ -14,11 +14,11 @@ namespace marl {
 namespace {
 
 /// The pictures of the program, which are also resources of this test on Windows.
-class PicturesContract : public testing::TestWithParam<Backend> {
+class PicturesContract : public BackendTest {
  protected:
   PicturesContract() {
 #ifdef _WIN32
-    if (GetParam() == Backend::kWin32) {
+    if (real()) {
       ready_ = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
       pictures = std::make_unique<win32::PicturesWin32>();
     }

@@ -11,9 +11,8 @@
 namespace marl {
 namespace {
 
-class ProcessContract : public testing::TestWithParam<Backend> {
+class ProcessContract : public BackendTest {
  protected:
-  bool real() const { return GetParam() == Backend::kWin32; }
   /// A process of this program. All of them run for one user.
   std::unique_ptr<Process> Start() {
 #ifdef _WIN32

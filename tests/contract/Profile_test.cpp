@@ -17,7 +17,7 @@ namespace marl {
 namespace {
 
 /// INI files in a private folder.
-class ProfileContract : public testing::TestWithParam<Backend> {
+class ProfileContract : public BackendTest {
  protected:
   std::unique_ptr<FileSystem> files;
   std::unique_ptr<Profile> profile;
@@ -26,7 +26,7 @@ class ProfileContract : public testing::TestWithParam<Backend> {
 
   void SetUp() override {
 #ifdef _WIN32
-    if (GetParam() == Backend::kWin32) {
+    if (real()) {
       files = std::make_unique<win32::FileSystemWin32>();
       profile = std::make_unique<win32::ProfileWin32>();
     }

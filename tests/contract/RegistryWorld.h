@@ -35,7 +35,7 @@ struct StoredValue {
 void PrintTo(const StoredValue& value, std::ostream* out);
 
 /// Each test has its own key below HKEY_CURRENT_USER, which is deleted with it.
-class RegistryTest : public testing::TestWithParam<Backend> {
+class RegistryTest : public BackendTest {
  protected:
   RegistryTest();
   ~RegistryTest() override;

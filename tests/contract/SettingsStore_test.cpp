@@ -65,7 +65,7 @@ class SettingsWorld {
   Text application_ = u"Oru Test";
 };
 
-class SettingsContract : public testing::TestWithParam<Backend> {
+class SettingsContract : public BackendTest {
  protected:
   Text Get(TextView section, TextView key, TextView otherwise = u"-") {
     return store.GetSetting(world.application(), section, key, otherwise);

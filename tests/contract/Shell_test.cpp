@@ -15,7 +15,7 @@ namespace {
 constexpr TextView kType = u".marlcontract";
 
 /// A shell and a private folder, where started programs leave a file.
-class ShellContract : public testing::TestWithParam<Backend> {
+class ShellContract : public BackendTest {
  protected:
   ShellContract() {
 #ifdef _WIN32
@@ -37,7 +37,6 @@ class ShellContract : public testing::TestWithParam<Backend> {
 #endif
   }
 
-  bool real() const { return GetParam() == Backend::kWin32; }
   MemoryShell& memory() { return static_cast<MemoryShell&>(*shell); }
 
   /// A program that runs a command after "/c" and ends.

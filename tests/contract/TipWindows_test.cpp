@@ -21,7 +21,7 @@ namespace {
 constexpr std::uint32_t kStyle = 1 | 2;  // also on inactive windows, no access keys
 
 /// Tip windows and a window with areas for tools.
-class TipContract : public testing::TestWithParam<Backend> {
+class TipContract : public BackendTest {
  protected:
   TipContract() {
 #ifdef _WIN32
@@ -41,7 +41,6 @@ class TipContract : public testing::TestWithParam<Backend> {
 #endif
   }
 
-  bool real() const { return GetParam() == Backend::kWin32; }
   MemoryTipWindows& memory() { return static_cast<MemoryTipWindows&>(*tips); }
 
   /// A window with a client area of this size.

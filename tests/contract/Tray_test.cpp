@@ -15,7 +15,7 @@ namespace marl {
 namespace {
 
 /// The notification area and a window whose icon is there.
-class TrayContract : public testing::TestWithParam<Backend> {
+class TrayContract : public BackendTest {
  protected:
   TrayContract() {
 #ifdef _WIN32
@@ -37,7 +37,6 @@ class TrayContract : public testing::TestWithParam<Backend> {
 #endif
   }
 
-  bool real() const { return GetParam() == Backend::kWin32; }
   MemoryTray& memory() { return static_cast<MemoryTray&>(*tray); }
 
   /// A system icon.

@@ -19,7 +19,7 @@ namespace {
 constexpr std::uint32_t kMessage = 0x8001;  // private to the program
 
 /// Windows with a procedure that records its messages and returns 77.
-class HooksContract : public testing::TestWithParam<Backend> {
+class HooksContract : public BackendTest {
  protected:
   using Message = MemoryWindowHooks::Message;
 
@@ -46,7 +46,6 @@ class HooksContract : public testing::TestWithParam<Backend> {
 #endif
   }
 
-  bool real() const { return GetParam() == Backend::kWin32; }
   MemoryWindowHooks& memory() { return static_cast<MemoryWindowHooks&>(*hooks); }
 
   WindowHandle NewWindow() {

@@ -5,7 +5,7 @@
 
 #include "platform/memory/MemoryDesktop.h"
 #include "shell/modFindWindow.h"
-#include "tests/contract/Backends.h"
+#include "tests/contract/DesktopWorld.h"
 #ifdef _WIN32
 #include "platform/win32/DesktopWin32.h"
 #endif
@@ -16,15 +16,8 @@ namespace marl {
 namespace {
 
 /// Top-level windows of the test, whose titles begin with a unique word.
-class WindowsContract : public testing::TestWithParam<Backend> {
+class WindowsContract : public BackendTest {
  protected:
-  WindowsContract() {
-#ifdef _WIN32
-    if (GetParam() == Backend::kWin32) desktop = std::make_unique<win32::DesktopWin32>();
-#endif
-    if (!desktop) desktop = std::make_unique<MemoryDesktop>();
-  }
-
   ~WindowsContract() override {
 #ifdef _WIN32
     for (const HWND window : windows_) DestroyWindow(window);
@@ -34,7 +27,7 @@ class WindowsContract : public testing::TestWithParam<Backend> {
   /// Puts a window above all others.
   void Add(const Text& title, bool visible = true) {
 #ifdef _WIN32
-    if (GetParam() == Backend::kWin32) {
+    if (real()) {
       const HWND window =
           CreateWindowExW(WS_EX_TOOLWINDOW, L"STATIC", win32::Wide(title), WS_POPUP, 0, 0, 40, 30,
                           nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
@@ -57,7 +50,7 @@ class WindowsContract : public testing::TestWithParam<Backend> {
     return title;
   }
 
-  std::unique_ptr<Desktop> desktop;
+  std::unique_ptr<Desktop> desktop = NewDesktop(GetParam());
   WindowHandle found = 0;
 
  private:
