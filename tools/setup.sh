@@ -1,7 +1,7 @@
 # Sets a Debian machine up. Sourced by ./marl.
 
 BUILD_PACKAGES=(cmake ninja-build g++ g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix
-                librsvg2-bin libgtest-dev libgmock-dev googletest)
+                librsvg2-bin libgtest-dev libgmock-dev googletest lld)
 WINE_FONTS=(fonts-wine fonts-liberation)
 RUN_PACKAGES=("${WINE_FONTS[@]}" xvfb xauth x11-utils xdotool imagemagick)
 WINE_PACKAGES=(wine wine64 wine32:i386)
