@@ -153,25 +153,14 @@ cmd_desktops() {
   local name=${MARL_WINE_NAME:-desktop} dpi=${MARL_WINE_DPI:-96} count=${MARL_DESKTOPS:-3} queue
   mkdir -p build/tests build/wine
   queue=$(mktemp -d "$ROOT/build/tests/queue.XXXXXX")
-  # The template of the prefixes.
-  (flock 9; wine_begin "desktop-$dpi" "$dpi" 9>&-) 9>build/wine/lock || return
+  # What the prefixes are copies of.
+  (flock 9; wine_begin "desktop-$dpi" "$dpi" 9>&-) 9>"build/wine/desktop-$dpi.lock" || return
   local lane status=0
   for ((lane = 1; lane <= count; ++lane)); do
     desktop_lane "$lane" "$@" 2>&1 | sed -u $'s/\r$//; s/^/'"$lane"$'\t/' &
   done | gather_lanes || status=$?
   rm -rf "$queue"
   return $status
-}
-
-# prefix_copy FROM TO: a copy of a prefix. Files are hard links, except for the registry, which Wine
-# would otherwise change in both.
-prefix_copy() {
-  local from=$ROOT/build/wine/$1 to=$ROOT/build/wine/$2 file
-  rm -rf "$to"
-  cp -al "$from" "$to"
-  for file in "$from"/*.reg "$from"/.update-timestamp "$from"/marl-ready; do
-    cp --remove-destination -p "$file" "$to/"
-  done
 }
 
 # desktop_lane NUMBER PROGRAM [ARG...]: runs the program on its own desktop until all tests are

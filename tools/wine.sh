@@ -69,7 +69,7 @@ WINE_TEMP=
 XVFB_PID=
 
 # wine_begin NAME [DPI [SIZE]]: prepares the prefix build/wine/NAME, with its own display, of SIZE
-# pixels.
+# pixels. A new prefix is a copy of the template.
 wine_begin() {
   local dpi=${2:-96}
   if [[ -n $WINE_BEGUN || -n ${MARL_WINE_PREFIX:-} ]]; then return; fi
@@ -83,26 +83,57 @@ wine_begin() {
   trap 'exit 143' TERM
   # A higher resolution needs more pixels for the same area.
   local size=${3:-$((1024 * dpi / 96))x$((768 * dpi / 96))}
-  # A prefix of one mode cannot be used in another.
-  if [[ $(cat "$WINEPREFIX/marl-ready" 2>/dev/null) != "$WINE_MODE" ]]; then
-    rm -rf "$WINEPREFIX"
-  fi
+  if ! prefix_ready "$1"; then rm -rf "$WINEPREFIX"; fi
   mkdir -p "$WINEPREFIX"
   if [[ -z ${MARL_USE_DISPLAY:-} ]]; then
     display_begin "$size"
   elif [[ $WINE_MODE == root && -f ${XAUTHORITY:-$HOME/.Xauthority} ]]; then
-    install -m 600 "${XAUTHORITY:-$HOME/.Xauthority}" "$WINEPREFIX/display"
-    export XAUTHORITY=$WINEPREFIX/display
+    install -m 600 "${XAUTHORITY:-$HOME/.Xauthority}" build/wine/display
+    export XAUTHORITY=$ROOT/build/wine/display
   fi
-  if [[ ! -f $WINEPREFIX/marl-ready ]]; then
-    wine_prefix "$size" "$dpi"
+  if ! prefix_ready "$1"; then
+    wine_template || exit 1
+    prefix_copy template "$1"
+    wine_desktop "$size" "$dpi"
     echo "$WINE_MODE" >"$WINEPREFIX/marl-ready"
   fi
 }
 
-# Sets up a new prefix: no menu entries, no Mono and Gecko, one desktop for all its programs.
-wine_prefix() {
-  "${WINE_VIA[@]}" wineboot -i >/dev/null 2>&1 || fail "the Wine prefix $WINEPREFIX could not be made"
+# A prefix of one mode cannot be used in another.
+prefix_ready() { [[ $(cat "build/wine/$1/marl-ready" 2>/dev/null) == "$WINE_MODE" ]]; }
+
+# wine_template: makes the prefix that all others are copies of, if there is none: setting up a prefix
+# takes Wine ten seconds and more than a gigabyte, and a copy almost nothing. Needs a display.
+wine_template() (
+  flock 9
+  if prefix_ready template; then exit; fi
+  export WINEPREFIX=$ROOT/build/wine/template
+  rm -rf "$WINEPREFIX"
+  mkdir -p "$WINEPREFIX"
+  "${WINE_VIA[@]}" wineboot -i >/dev/null 2>&1 9>&- ||
+    fail "the Wine prefix $WINEPREFIX could not be made"
+  # The fonts of window frames and old dialogs, where this version of Wine looks for them.
+  # shellcheck disable=SC2016
+  "${WINE_VIA[@]}" sh -c 'for font in /usr/share/wine/fonts/*; do
+      [ ! -f "$font" ] || ln -sf "$font" "$WINEPREFIX/drive_c/windows/Fonts/"
+    done'
+  wine_rest
+  echo "$WINE_MODE" >"$WINEPREFIX/marl-ready"
+) 9>build/wine/lock
+
+# prefix_copy FROM TO: a copy of a prefix. Files are hard links, except for the registry, which Wine
+# would otherwise change in both.
+prefix_copy() {
+  local from=$ROOT/build/wine/$1 to=$ROOT/build/wine/$2 file
+  rm -rf "$to"
+  cp -al "$from" "$to"
+  for file in "$from"/*.reg "$from"/.update-timestamp "$from"/marl-ready; do
+    cp --remove-destination -p "$file" "$to/"
+  done
+}
+
+# wine_desktop SIZE DPI: gives the prefix one desktop for all its programs.
+wine_desktop() {
   cat >"$WINEPREFIX/drive_c/marl.reg" <<EOF
 REGEDIT4
 
@@ -115,12 +146,8 @@ REGEDIT4
 [HKEY_CURRENT_USER\\Control Panel\\Desktop]
 "LogPixels"=dword:$(printf %08x "$2")
 EOF
-  # The fonts of window frames and old dialogs, where this version of Wine looks for them.
-  # shellcheck disable=SC2016
-  "${WINE_VIA[@]}" sh -c 'for font in /usr/share/wine/fonts/*; do
-      [ ! -f "$font" ] || ln -sf "$font" "$WINEPREFIX/drive_c/windows/Fonts/"
-    done'
   "${WINE_VIA[@]}" wine regedit /S 'C:\marl.reg'
+  rm "$WINEPREFIX/drive_c/marl.reg"
   wine_rest
 }
 
