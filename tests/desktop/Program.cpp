@@ -241,9 +241,14 @@ bool RunningMarl::PressMenu(wchar_t top, wchar_t entry) const {
   };
   // A message box that has just closed may not have given the activation back yet.
   if (!WaitUntil([&] { return IsWindowEnabled(main) != FALSE; })) return false;
-  if (!BringForward(main)) return false;
-  Chord({VK_MENU}, LOBYTE(VkKeyScanW(top)));
-  if (!WaitUntil([&] { return isOpen() && inMenu(); })) return false;
+  // Keys are lost if another window takes the activation while they are on their way.
+  constexpr std::chrono::seconds kPatience{20};
+  const auto open = [&] {
+    if (!BringForward(main)) return false;
+    Chord({VK_MENU}, LOBYTE(VkKeyScanW(top)));
+    return WaitUntil([&] { return isOpen() && inMenu(); }, kPatience);
+  };
+  if (!open() && !open()) return false;
   Keys(std::wstring(1, entry));
   return WaitUntil([&] { return !isOpen(); });
 }

@@ -299,6 +299,7 @@ TEST_F(Project, LanguagesOfARegisteredComponentAreOffered) {
       "<language lc=\"fr\"/><language lc=\"x-own\"/>");
   Put(L"Own \u00fc \u4e2d\\a b.qtd");
   ASSERT_TRUE(Tell(At(L"job.qprx")));
+  Starts expected;
   for (int time = 0; time < 2; ++time) {
     ASSERT_TRUE(second.PressMenu(L'T', L'P'));
     const HWND form = WaitForSelection(second);
@@ -309,9 +310,10 @@ TEST_F(Project, LanguagesOfARegisteredComponentAreOffered) {
     EXPECT_TRUE(ChooseSecondRow(form));
     Chord({}, VK_RETURN);
     ASSERT_TRUE(WaitUntilGone(form));
+    // A program that starts may take the activation while the keys are on their way.
+    expected.push_back(Editor(L"Own \u00fc \u4e2d\\a b.qtd"));
+    EXPECT_EQ(suite.WaitForTools(expected.size()), expected);
   }
-  const Started editor = Editor(L"Own \u00fc \u4e2d\\a b.qtd");
-  EXPECT_EQ(suite.WaitForTools(2), (Starts{editor, editor}));
   const auto get = [](int index) {
     return L"Marl.QaComponent.GetLanguage(" + std::to_wstring(index) + L",1,,,0,0)";
   };
