@@ -203,7 +203,7 @@ gather_lanes() {
       text = substr($0, index($0, "\t") + 1)
     }
     text ~ /^\[==========\] Sharing / {
-      if (!all) out(text)
+      if (all == "") out(text)
       all = $4
       next
     }
@@ -236,7 +236,8 @@ gather_lanes() {
       out("[  PASSED  ] " passed + 0 " tests.")
       for (name in skipped) out("[  SKIPPED ] " name)
       for (name in failed) { out("[  FAILED  ] " name); status = 1 }
-      if (ran != all) { out("Of " all + 0 " tests " ran + 0 " ran."); status = 1 }
+      if (all == "") { out("The test program did not start."); status = 1 }
+      if (ran + 0 != all + 0) { out("Of " all + 0 " tests " ran + 0 " ran."); status = 1 }
       exit status
     }
   '
