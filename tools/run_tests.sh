@@ -25,6 +25,26 @@ cmd_test() {
   run_tests "$part" "$filter"
 }
 
+# The tests of the real program and of the ports, under the newer Wine.
+cmd_witness() {
+  local filter=${1:-} preset begun
+  export MARL_WITNESS=1
+  wine_use witness
+  ensure_packages test
+  say "With $(wine_version)"
+  mkdir -p build/tests
+  : >build/tests/CTestTestfile.cmake
+  TEST_ROWS=()
+  for preset in win32 win64; do
+    say "Building $preset"
+    begun=$SECONDS
+    build_preset "$preset" contract_parts desktop_parts
+    TEST_ROWS+=("build $preset|-|$((SECONDS - begun))|PASS")
+    echo "subdirs(\"$ROOT/build/$preset\")" >>build/tests/CTestTestfile.cmake
+  done
+  run_tests '(contract|desktop)' "$filter"
+}
+
 # run_tests PART FILTER: runs the tests that are built, and ends with a table.
 run_tests() {
   local part=$1 filter=$2 name reason select=() status=0 dropped=() begun=$SECONDS row
@@ -151,10 +171,10 @@ follow_tests() {
 cmd_desktops() {
   [[ $# -gt 0 ]] || fail "desktops needs a program"
   local name=${MARL_WINE_NAME:-desktop} dpi=${MARL_WINE_DPI:-96} count=${MARL_DESKTOPS:-3} queue
-  mkdir -p build/tests build/wine
+  mkdir -p build/tests "$WINE_FOLDER"
   queue=$(mktemp -d "$ROOT/build/tests/queue.XXXXXX")
   # What the prefixes are copies of.
-  (flock 9; wine_begin "desktop-$dpi" "$dpi" 9>&-) 9>"build/wine/desktop-$dpi.lock" || return
+  (flock 9; wine_begin "desktop-$dpi" "$dpi" 9>&-) 9>"$WINE_FOLDER/desktop-$dpi.lock" || return
   local lane status=0
   for ((lane = 1; lane <= count; ++lane)); do
     desktop_lane "$lane" "$@" 2>&1 | sed -u $'s/\r$//; s/^/'"$lane"$'\t/' &
@@ -170,8 +190,8 @@ desktop_lane() (
   prefix_copy "desktop-$dpi" "$name-$1"
   wine_begin "$name-$1" "$dpi"
   shift
-  mkdir -p "out/shots/$name"
-  export MARL_SHOTS="Z:$ROOT/out/shots/$name"
+  mkdir -p "$SHOTS_FOLDER/$name"
+  export MARL_SHOTS="Z:$ROOT/$SHOTS_FOLDER/$name"
   local taken status
   while :; do
     # Wine's own processes must not keep the pipe open.

@@ -145,15 +145,16 @@ one_index_install() {
 
 release_name() { (. /etc/os-release && echo "${VERSION_CODENAME:-bookworm}"); }
 
-# The distribution's main index as a line of sources.list, from this machine's mirror.
+# main_source [RELEASE]: a release's main index as a line of sources.list, from this machine's
+# mirror; by default this machine's release.
 main_source() {
-  local mirror keyring=/usr/share/keyrings/debian-archive-keyring.gpg signed=
+  local mirror release=${1:-$(release_name)} keyring=/usr/share/keyrings/debian-archive-keyring.gpg signed=
   mirror=$(apt-get indextargets --format '$(RELEASE) $(COMPONENT) $(REPO_URI)' \
                    'Created-By: Packages' 2>/dev/null |
     awk -v r="$(release_name)" '($1 == r || $1 == "stable") && $2 == "main" { print $3 }' |
     sort -u | { grep -m1 '/debian/*$' || true; })
   if [[ -f $keyring ]]; then signed="[signed-by=$keyring] "; fi
-  echo "deb $signed${mirror:-http://deb.debian.org/debian} $(release_name) main"
+  echo "deb $signed${mirror:-http://deb.debian.org/debian} $release main"
 }
 
 # ensure_wine KIND: selects the first mode of running Windows programs that works: the machine's
@@ -162,14 +163,14 @@ main_source() {
 # any; `./marl setup` tries the better modes again.
 ensure_wine() {
   local missing=()
+  if [[ -n ${MARL_WITNESS:-} ]]; then ensure_witness; return; fi
   if wine_remembered "$1"; then return; fi
   if [[ -z $WINE_TRIED ]] && wine_lacks "${WINE_PACKAGES[@]}" && may_install; then
     mapfile -t missing < <(missing_packages "${WINE_PACKAGES[@]}")
     install_together "${missing[@]}" || true
   fi
   if ! wine_lacks "${WINE_PACKAGES[@]}" && check_wine machine; then return; fi
-  if private_root_ready ||
-     { may_install && make_private_root "${WINE_PACKAGES[@]}" "${WINE_FONTS[@]}"; }; then
+  if root_ready "$PRIVATE_ROOT" || { may_install && make_private_root; }; then
     if check_wine root; then return; fi
   fi
   if wine_lacks "${WINE64_PACKAGES[@]}" && may_install; then
@@ -182,6 +183,15 @@ ensure_wine() {
   wine_remember none
   [[ $1 == test ]] || fail "$WINE_NONE"
   say "NO WINDOWS PROGRAMS RUN HERE: $WINE_NONE"
+}
+
+# The newer Wine (./marl witness): its root, with programs of both widths running in it.
+ensure_witness() {
+  local place=$WINE_FOLDER/version
+  { root_ready "$WITNESS_ROOT" || { may_install && make_witness_root; }; } ||
+    fail "the root of the newer Wine could not be made; README.md has what it needs"
+  if [[ "$(cat "$place" 2>/dev/null)" == "$(wine_version)" ]]; then return; fi
+  check_wine witness || fail "Windows programs do not run in $WITNESS_ROOT"
 }
 
 # True if one of these packages is not installed; false on a machine without Debian's packages.

@@ -11,28 +11,43 @@
 #   root      both widths, by Wine in a private root (tools/root.sh)
 #   64        64-bit programs only
 #   none      none
+# MARL_WITNESS=1 selects another one, which is not stored: the newer Wine of ./marl witness. Its
+# prefixes are in build/witness.
+#
 # Every Wine command is started as "${WINE_VIA[@]}" wine PROGRAM.
 
 declare -A WINE_MODES=([machine]='32 and 64 bits, by the Wine of this machine'
                        [root]='32 and 64 bits, by Wine in a private root'
+                       [witness]='32 and 64 bits, by the newer Wine in a root of its own'
                        [64]='64 bits alone, by the Wine of this machine')
 WINE_NO_32='wine32:i386 cannot be installed; "If something is missing" in README.md has the remedies'
 WINE_NONE='Wine cannot be installed; "If something is missing" in README.md has the remedies'
 WINE_MODE=machine
 WINE_VIA=()
+# Where the prefixes are.
+WINE_FOLDER=build/wine
+SHOTS_FOLDER=out/shots
 
 # wine_use MODE: uses it from now on.
 wine_use() {
   WINE_MODE=$1 WINE_VIA=()
-  if [[ $1 == root ]]; then WINE_VIA=("$ROOT/tools/in_root.sh" "$PRIVATE_ROOT" "$ROOT"); fi
+  case $1 in
+    root) WINE_VIA=("$ROOT/tools/in_root.sh" "$PRIVATE_ROOT" "$ROOT") ;;
+    witness)
+      WINE_VIA=("$ROOT/tools/in_root.sh" "$WITNESS_ROOT" "$ROOT")
+      WINE_FOLDER=build/witness
+      SHOTS_FOLDER=out/witness
+      ;;
+  esac
 }
 
 wine_version() { "${WINE_VIA[@]}" wine --version 2>/dev/null; }
 
 # wine_remember MODE: uses it, now and in later runs.
 wine_remember() {
-  mkdir -p build/wine
   wine_use "$1"
+  mkdir -p "$WINE_FOLDER"
+  if [[ $1 == witness ]]; then wine_version >"$WINE_FOLDER/version"; return; fi
   printf '%s\n' "$1" "$(wine_version || true)" >build/wine/mode
 }
 
@@ -48,7 +63,7 @@ wine_remembered() {
   case $mode in
     none) [[ $1 == test ]] && return ;;
     64) [[ $1 != all ]] || return ;;
-    root) private_root_ready || return ;;
+    root) root_ready "$PRIVATE_ROOT" || return ;;
   esac
   [[ $version == "$(wine_version)" ]]
 }
@@ -62,19 +77,23 @@ cannot_run() {
   esac
 }
 
-if [[ -f build/wine/mode ]]; then wine_use "$(head -n 1 build/wine/mode)"; fi
+if [[ -n ${MARL_WITNESS:-} ]]; then
+  wine_use witness
+elif [[ -f build/wine/mode ]]; then
+  wine_use "$(head -n 1 build/wine/mode)"
+fi
 
 WINE_BEGUN=
 WINE_TEMP=
 XVFB_PID=
 
-# wine_begin NAME [DPI [SIZE]]: prepares the prefix build/wine/NAME, with its own display, of SIZE
-# pixels. A new prefix is a copy of the template.
+# wine_begin NAME [DPI [SIZE]]: prepares the prefix NAME in WINE_FOLDER, with its own display, of
+# SIZE pixels. A new prefix is a copy of the template.
 wine_begin() {
   local dpi=${2:-96}
   if [[ -n $WINE_BEGUN || -n ${MARL_WINE_PREFIX:-} ]]; then return; fi
   wine_version >/dev/null || fail "$WINE_NONE"
-  export WINEPREFIX=$ROOT/build/wine/$1 WINEDEBUG=-all
+  export WINEPREFIX=$ROOT/$WINE_FOLDER/$1 WINEDEBUG=-all
   export WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
   export MARL_WINE_PREFIX=$WINEPREFIX
   WINE_BEGUN=$1
@@ -87,9 +106,9 @@ wine_begin() {
   mkdir -p "$WINEPREFIX"
   if [[ -z ${MARL_USE_DISPLAY:-} ]]; then
     display_begin "$size"
-  elif [[ $WINE_MODE == root && -f ${XAUTHORITY:-$HOME/.Xauthority} ]]; then
-    install -m 600 "${XAUTHORITY:-$HOME/.Xauthority}" build/wine/display
-    export XAUTHORITY=$ROOT/build/wine/display
+  elif [[ $WINE_MODE != machine && -f ${XAUTHORITY:-$HOME/.Xauthority} ]]; then
+    install -m 600 "${XAUTHORITY:-$HOME/.Xauthority}" "$WINE_FOLDER/display"
+    export XAUTHORITY=$ROOT/$WINE_FOLDER/display
   fi
   if ! prefix_ready "$1"; then
     wine_template || exit 1
@@ -100,14 +119,14 @@ wine_begin() {
 }
 
 # A prefix of one mode cannot be used in another.
-prefix_ready() { [[ $(cat "build/wine/$1/marl-ready" 2>/dev/null) == "$WINE_MODE" ]]; }
+prefix_ready() { [[ $(cat "$WINE_FOLDER/$1/marl-ready" 2>/dev/null) == "$WINE_MODE" ]]; }
 
 # wine_template: makes the prefix that all others are copies of, if there is none: setting up a prefix
 # takes Wine ten seconds and more than a gigabyte, and a copy almost nothing. Needs a display.
 wine_template() (
   flock 9
   if prefix_ready template; then exit; fi
-  export WINEPREFIX=$ROOT/build/wine/template
+  export WINEPREFIX=$ROOT/$WINE_FOLDER/template
   rm -rf "$WINEPREFIX"
   mkdir -p "$WINEPREFIX"
   "${WINE_VIA[@]}" wineboot -i >/dev/null 2>&1 9>&- ||
@@ -119,12 +138,12 @@ wine_template() (
     done'
   wine_rest
   echo "$WINE_MODE" >"$WINEPREFIX/marl-ready"
-) 9>build/wine/lock
+) 9>"$WINE_FOLDER/lock"
 
 # prefix_copy FROM TO: a copy of a prefix. Files are hard links, except for the registry, which Wine
 # would otherwise change in both.
 prefix_copy() {
-  local from=$ROOT/build/wine/$1 to=$ROOT/build/wine/$2 file
+  local from=$ROOT/$WINE_FOLDER/$1 to=$ROOT/$WINE_FOLDER/$2 file
   rm -rf "$to"
   cp -al "$from" "$to"
   for file in "$from"/*.reg "$from"/.update-timestamp "$from"/marl-ready; do
@@ -142,6 +161,10 @@ REGEDIT4
 
 [HKEY_CURRENT_USER\\Software\\Wine\\Explorer\\Desktops]
 "Default"="$1"
+
+; A taskbar with a notification area, which newer versions show only if asked.
+[HKEY_CURRENT_USER\\Software\\Wine\\Explorer\\Desktops\\Default]
+"EnableShell"=dword:00000001
 
 [HKEY_CURRENT_USER\\Control Panel\\Desktop]
 "LogPixels"=dword:$(printf %08x "$2")
@@ -216,8 +239,8 @@ cmd_wine() {
   wine_begin "$name" "${MARL_WINE_DPI:-96}"
   wine_temp_in_memory
   if [[ $name == desktop* ]]; then
-    mkdir -p "out/shots/$name"
-    export MARL_SHOTS="Z:$ROOT/out/shots/$name"
+    mkdir -p "$SHOTS_FOLDER/$name"
+    export MARL_SHOTS="Z:$ROOT/$SHOTS_FOLDER/$name"
   fi
   "${WINE_VIA[@]}" wine "$@"
 }
