@@ -7,6 +7,7 @@
 #include "platform/win32/FileSystemWin32.h"
 #include "platform/win32/FontListWin32.h"
 #include "platform/win32/FormWin32.h"
+#include "platform/win32/Hardening.h"
 #include "platform/win32/IconsWin32.h"
 #include "platform/win32/LocaleWin32.h"
 #include "platform/win32/PictureLoader.h"
@@ -23,6 +24,7 @@
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
   using namespace marl;
+  win32::HardenProcess();
   win32::DesktopWin32 desktop;
   win32::FileSystemWin32 files;
   win32::SettingsStoreWin32 settings;

@@ -94,7 +94,7 @@ void CanvasWin32::Draw(const Picture& picture, int x, int y) {
   const UniqueContext memory(CreateCompatibleDC(context_));
   const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
   const BLENDFUNCTION over = {AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
-  AlphaBlend(context_, left, top, width, height, memory.get(), 0, 0, width, height, over);
+  GdiAlphaBlend(context_, left, top, width, height, memory.get(), 0, 0, width, height, over);
   SelectObject(memory.get(), before);
 }
 

@@ -1,8 +1,7 @@
 #include "platform/win32/FontListWin32.h"
 
-#include <exception>
-
 #include "platform/forms/Form.h"
+#include "platform/win32/CarriedFailure.h"
 #include "platform/win32/CodePage.h"
 #include "platform/win32/FormWin32.h"
 
@@ -12,18 +11,16 @@ namespace {
 
 struct Visit {
   const std::function<bool(TextView)>& visit;
-  std::exception_ptr failure;
+  CarriedFailure failure;
 };
 
-// An exception must not cross the platform's stack frames, so it is stored and rethrown.
 int CALLBACK OnFont(const LOGFONTA* font, const TEXTMETRICA*, DWORD, LPARAM data) noexcept {
   auto& state = *reinterpret_cast<Visit*>(data);
-  try {
-    return state.visit(FromSystemCodePage({font->lfFaceName, LF_FACESIZE})) ? 1 : 0;
-  } catch (...) {
-    state.failure = std::current_exception();
-    return 0;
-  }
+  return state.failure.Run(
+      [&] {
+        return state.visit(FromSystemCodePage({font->lfFaceName, LF_FACESIZE})) ? 1 : 0;
+      },
+      0);
 }
 
 }  // namespace
@@ -33,9 +30,9 @@ void FontListWin32::EnumFamilies(const Form& form,
   const HWND window = form.peer() ? static_cast<const FormWin32*>(form.peer())->window() : nullptr;
   const ClientContext context(window);
   LOGFONTA all = {};
-  Visit state{visit, nullptr};
+  Visit state{visit, {}};
   EnumFontFamiliesExA(context.get(), &all, OnFont, reinterpret_cast<LPARAM>(&state), 0);
-  if (state.failure) std::rethrow_exception(state.failure);
+  state.failure.Rethrow();
 }
 
 }  // namespace marl::win32

@@ -5,11 +5,12 @@
 #include <ddeml.h>
 #include <oleauto.h>
 #include <unknwn.h>
-#include <uxtheme.h>
 // clang-format on
 
 #include <atomic>
 #include <utility>
+
+#include "platform/win32/Themes.h"
 
 namespace marl::win32 {
 
@@ -100,7 +101,7 @@ inline void CloseAny(HANDLE handle) { CloseHandle(handle); }
 inline void CloseSearch(HANDLE search) { FindClose(search); }
 inline void CloseWindowContext(const WindowContext& of) { ReleaseDC(of.window, of.context); }
 inline void CloseRegion(HRGN region) { DeleteObject(region); }
-inline void CloseTheme(HTHEME theme) { CloseThemeData(theme); }
+inline void CloseTheme(HTHEME theme) { Themes::Close(theme); }
 inline void CloseWindow_(HWND window) { DestroyWindow(window); }
 inline void CloseKey(HKEY key) { RegCloseKey(key); }
 inline void CloseConversations(DWORD instance) { DdeUninitialize(instance); }

@@ -2,7 +2,6 @@
 
 #include <windows.h>
 #include <commctrl.h>
-#include <uxtheme.h>
 #include <vssym32.h>
 
 #include <algorithm>
@@ -204,9 +203,8 @@ int ListWin32::Scaled(int pixels) const {
 // draw a frame.
 Size ListWin32::BoxSize() const {
   SIZE size = {Scaled(kBoxSize), Scaled(kBoxSize)};
-  if (const UniqueTheme theme(OpenThemeData(nullptr, L"BUTTON")); theme) {
-    GetThemePartSize(theme.get(), nullptr, BP_CHECKBOX, CBS_UNCHECKEDNORMAL, nullptr, TS_DRAW,
-                     &size);
+  if (const UniqueTheme theme(Themes::Open(nullptr, L"BUTTON")); theme) {
+    Themes::PartSize(theme.get(), BP_CHECKBOX, CBS_UNCHECKEDNORMAL, size);
   }
   return {size.cx, size.cy};
 }
@@ -233,10 +231,10 @@ int ListWin32::RowOfBoxAt(LPARAM position) const {
 
 void ListWin32::DrawBox(HDC context, RECT area, bool ticked) const {
   const bool enabled = list_.Reachable();
-  if (const UniqueTheme theme(OpenThemeData(nullptr, L"BUTTON")); theme) {
+  if (const UniqueTheme theme(Themes::Open(nullptr, L"BUTTON")); theme) {
     const int state = ticked ? (enabled ? CBS_CHECKEDNORMAL : CBS_CHECKEDDISABLED)
                              : (enabled ? CBS_UNCHECKEDNORMAL : CBS_UNCHECKEDDISABLED);
-    DrawThemeBackground(theme.get(), context, BP_CHECKBOX, state, &area, nullptr);
+    Themes::DrawBackground(theme.get(), context, BP_CHECKBOX, state, area);
     return;
   }
   DrawFrameControl(context, &area, DFC_BUTTON,

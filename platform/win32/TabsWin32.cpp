@@ -2,7 +2,6 @@
 
 #include <windows.h>
 #include <commctrl.h>
-#include <uxtheme.h>
 #include <vssym32.h>
 
 #include "platform/forms/Form.h"
@@ -35,7 +34,7 @@ const TabStrip* StripOf(const Control& box) {
 }
 
 UniqueBrush PageBackground(Size size) {
-  const UniqueTheme theme(OpenThemeData(nullptr, L"TAB"));
+  const UniqueTheme theme(Themes::Open(nullptr, L"TAB"));
   if (!theme) return {};
   const ClientContext screen(nullptr);
   const UniqueContext memory(CreateCompatibleDC(screen.get()));
@@ -43,10 +42,9 @@ UniqueBrush PageBackground(Size size) {
   const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
   const RECT area = {0, 0, size.width, size.height};
   FillRect(memory.get(), &area, GetSysColorBrush(COLOR_BTNFACE));
-  const HRESULT painted =
-      DrawThemeBackground(theme.get(), memory.get(), TABP_BODY, 0, &area, nullptr);
+  const bool painted = Themes::DrawBackground(theme.get(), memory.get(), TABP_BODY, 0, area);
   SelectObject(memory.get(), before);
-  if (FAILED(painted)) return {};
+  if (!painted) return {};
   return UniqueBrush(CreatePatternBrush(bitmap.get()));
 }
 

@@ -7,7 +7,6 @@
 
 #include "platform/win32/Handle.h"
 #include "platform/win32/Window.h"
-#include "platform/win32/Wine.h"
 
 namespace marl::win32 {
 
@@ -149,9 +148,8 @@ void TipWindowsWin32::OnMouse(HWND parent, UINT message, WPARAM w, LPARAM l) {
     if (tip.watched != parent) continue;
     const bool made = !tip.window && PtInRect(&tip.place, mouse);
     if (made) Make(tip);
-    // A new tip has missed the mouse message for which it was created. Also, under Wine only the
-    // last tip of a window gets mouse messages by itself.
-    if (!tip.window || !(made || OnWine())) continue;
+    // A new tip has missed the mouse message for which it was created.
+    if (!tip.window || !(made || relayAll_)) continue;
     MSG relayed = {};
     relayed.hwnd = parent;
     relayed.message = message;

@@ -7,6 +7,7 @@
 
 #include "platform/TipWindows.h"
 #include "platform/win32/Handle.h"
+#include "platform/win32/Wine.h"
 
 namespace marl::win32 {
 
@@ -14,6 +15,9 @@ namespace marl::win32 {
 /// is created when the mouse first moves over its tool. Until then this object stores its messages.
 class TipWindowsWin32 : public TipWindows {
  public:
+  /// `relayAll`: each tip gets every mouse message of its window from here. Under Wine only the
+  /// last tip of a window gets them by itself.
+  explicit TipWindowsWin32(bool relayAll = OnWine()) : relayAll_(relayAll) {}
   ~TipWindowsWin32() override;
   void InitCommonControls() override;
   std::intptr_t Instance() const override;
@@ -45,6 +49,7 @@ class TipWindowsWin32 : public TipWindows {
   void OnMouse(HWND parent, UINT message, WPARAM w, LPARAM l);
   void Make(Tip& tip);
 
+  bool relayAll_;
   std::map<WindowHandle, Tip> tips_;
   WindowHandle last_ = 0;
 };

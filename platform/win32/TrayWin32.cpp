@@ -8,7 +8,6 @@
 
 #include "platform/win32/Handle.h"
 #include "platform/win32/Window.h"
-#include "platform/win32/Wine.h"
 
 namespace marl::win32 {
 
@@ -36,14 +35,10 @@ UniqueBitmap Cut(const Picture& strip, int place) {
   return bitmap;
 }
 
-/// True if menus blend pictures by alpha. Wine copies all pixels, so there the menu's owner draws
-/// the pictures; on Windows that would lose the menu's theme.
-bool MenusBlend() { return !OnWine(); }
-
 class Popup : public PopupMenu {
  public:
-  Popup() : menu_(CreatePopupMenu()) {
-    if (!MenusBlend()) return;
+  explicit Popup(bool menusBlend) : menusBlend_(menusBlend), menu_(CreatePopupMenu()) {
+    if (!menusBlend_) return;
     // Check marks and pictures share one column.
     MENUINFO info = {};
     info.cbSize = sizeof info;
@@ -67,7 +62,7 @@ class Popup : public PopupMenu {
     if (strip_) {
       if (UniqueBitmap bitmap = Cut(*strip_, picture)) {
         item.fMask |= MIIM_BITMAP;
-        item.hbmpItem = MenusBlend() ? bitmap.get() : HBMMENU_CALLBACK;
+        item.hbmpItem = menusBlend_ ? bitmap.get() : HBMMENU_CALLBACK;
         item.fMask |= MIIM_DATA;
         item.dwItemData = reinterpret_cast<ULONG_PTR>(bitmap.get());
         bitmaps_.push_back(std::move(bitmap));
@@ -78,10 +73,10 @@ class Popup : public PopupMenu {
 
   void Show(Point at) override {
     const HWND owner = Window(owner_);
-    if (!MenusBlend()) SetWindowSubclass(owner, OwnerProc, 0, 0);
+    if (!menusBlend_) SetWindowSubclass(owner, OwnerProc, 0, 0);
     const int chosen =
         TrackPopupMenuEx(menu_.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y, owner, nullptr);
-    if (!MenusBlend()) RemoveWindowSubclass(owner, OwnerProc, 0);
+    if (!menusBlend_) RemoveWindowSubclass(owner, OwnerProc, 0);
     // Without a following message, a menu of the notification area may close at once the next time
     // (as TrackPopupMenu documents).
     PostMessageW(owner, WM_NULL, 0, 0);
@@ -121,12 +116,13 @@ class Popup : public PopupMenu {
     const HGDIOBJ before = SelectObject(memory.get(), picture);
     const int top = item.rcItem.top + (item.rcItem.bottom - item.rcItem.top - bitmap.bmHeight) / 2;
     const BLENDFUNCTION over = {AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
-    AlphaBlend(item.hDC, item.rcItem.left, top, bitmap.bmWidth, bitmap.bmHeight, memory.get(), 0, 0,
-               bitmap.bmWidth, bitmap.bmHeight, over);
+    GdiAlphaBlend(item.hDC, item.rcItem.left, top, bitmap.bmWidth, bitmap.bmHeight, memory.get(), 0,
+                  0, bitmap.bmWidth, bitmap.bmHeight, over);
     SelectObject(memory.get(), before);
     return true;
   }
 
+  bool menusBlend_;
   UniqueMenu menu_;
   PicturePtr strip_;
   WindowHandle owner_ = 0;
@@ -163,7 +159,7 @@ IconHandle TrayWin32::IconOf(WindowHandle window) const {
   return static_cast<IconHandle>(GetClassLongPtrW(target, GCLP_HICON));
 }
 
-std::unique_ptr<PopupMenu> TrayWin32::CreatePopup() { return std::make_unique<Popup>(); }
+std::unique_ptr<PopupMenu> TrayWin32::CreatePopup() { return std::make_unique<Popup>(menusBlend_); }
 
 Point TrayWin32::CursorPosition() const {
   POINT at = {};

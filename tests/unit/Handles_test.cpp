@@ -52,6 +52,8 @@ constexpr std::string_view kClosers[] = {
 const std::map<std::string, std::set<std::string>> kOperationsOfPorts = {
     {"IconsWin32.cpp", {"DestroyIcon", "FreeLibrary"}},
     {"RegistryStoreWin32.cpp", {"RegCloseKey"}},
+    // Binds the closer of the owner.
+    {"Themes.cpp", {"CloseThemeData"}},
 };
 
 bool IsPartOfAName(char c) {
@@ -106,6 +108,42 @@ TEST(HandlesCheck, KnowsACallFromALongerNameAndAComment) {
   EXPECT_EQ(
       ClosersIn("// DeleteObject(brush)\nMyDeleteObject(1); DeleteObjects();\nowner.Release()"),
       std::set<std::string>());
+}
+
+// ---- Functions that the platform calls
+
+/// Declarations and definitions of callbacks in the source that may let an exception out, up to
+/// their parameters. The name of the calling convention marks them.
+std::set<std::string> ThrowingCallbacksIn(std::string_view source) {
+  std::set<std::string> found;
+  for (std::size_t at = 0; (at = source.find("CALLBACK ", at)) != source.npos;) {
+    const std::string_view rest = source.substr(at);
+    const std::size_t body = rest.find_first_of("{;");
+    const std::string_view head = rest.substr(0, body);
+    if (head.find("noexcept") == head.npos) found.emplace(head.substr(0, head.find('(')));
+    at += head.size();
+  }
+  return found;
+}
+
+TEST(Callbacks, NoneLetsAnExceptionIntoThePlatform) {
+  std::size_t sources = 0;
+  for (const auto& entry : fs::directory_iterator(SourceFolder() / "platform/win32")) {
+    std::ifstream stream(entry.path(), std::ios::binary);
+    const std::string source(std::istreambuf_iterator<char>(stream), {});
+    if (source.find("CALLBACK ") != source.npos) ++sources;
+    EXPECT_EQ(ThrowingCallbacksIn(source), std::set<std::string>()) << entry.path();
+  }
+  EXPECT_GT(sources, 5u);
+}
+
+TEST(CallbacksCheck, KnowsOneThatMayThrow) {
+  EXPECT_EQ(ThrowingCallbacksIn("BOOL CALLBACK Visit(HWND window, LPARAM) noexcept {\n}\n"
+                                "static LRESULT CALLBACK Entry(HWND,\n    UINT) noexcept;"),
+            std::set<std::string>());
+  EXPECT_EQ(ThrowingCallbacksIn("BOOL CALLBACK Visit(HWND, LPARAM) {}\n"
+                                "int CALLBACK OnFont(int) noexcept;\nLRESULT CALLBACK Entry(int);"),
+            (std::set<std::string>{"CALLBACK Visit", "CALLBACK Entry"}));
 }
 
 }  // namespace

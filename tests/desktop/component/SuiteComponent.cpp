@@ -15,6 +15,9 @@
 #include <utility>
 #include <vector>
 
+/// In a library beside this one (ComponentPart.cpp).
+extern "C" __declspec(dllimport) int PartOfTheComponent();
+
 namespace {
 
 constexpr wchar_t kDescription[] = L"The server refused \u2013 \"no\" means no.";
@@ -216,6 +219,7 @@ class Factory : public Counted<IClassFactory> {
 
 extern "C" __declspec(dllexport) HRESULT STDAPICALLTYPE
     DllGetClassObject(REFCLSID classId, REFIID id, void** out) {
+  if (PartOfTheComponent() != 1) return CLASS_E_CLASSNOTAVAILABLE;
   return HandOut(new Factory(NameOf(classId)), id, out);
 }
 
