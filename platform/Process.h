@@ -15,6 +15,10 @@ class Process {
   /// True if this program is already running for this user: the first process creates a named
   /// object in the user's session and keeps it until it ends.
   virtual bool PreviousInstance() = 0;
+  /// Asks the system to start the program again with this command line after an installer or a
+  /// restart of the computer has closed it (RegisterApplicationRestart); not after a failure.
+  /// Failures are ignored.
+  virtual void RegisterRestart(TextView commandLine) = 0;
 };
 
 }  // namespace marl

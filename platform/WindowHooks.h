@@ -31,6 +31,9 @@ class WindowHooks {
   virtual ProcAddress Replace(WindowHandle window, MessageListener& listener) = 0;
   /// Makes `previous` the window's procedure again. The listener gets no more messages.
   virtual void PutBack(WindowHandle window, ProcAddress previous) = 0;
+  /// Lets programs with fewer rights send the window this message (ChangeWindowMessageFilterEx):
+  /// the shell has fewer than a program that runs as administrator. Failures are ignored.
+  virtual void Allow(WindowHandle window, std::uint32_t message) = 0;
   /// Passes a message to a replaced procedure (CallWindowProc).
   virtual std::intptr_t Call(ProcAddress previous, WindowHandle window, std::uint32_t message,
                              std::uintptr_t wParam, std::intptr_t lParam) = 0;

@@ -58,6 +58,8 @@ frmMain::frmMain(Platform& platform, bool debugLog)
   tmrOver.SetInterval(50);
   tmrOver.SetEnabled(false);  // until start-up is complete
   tmrOver.Tick = [this] { tmrOver_Tick(); };
+  tmrTray.SetEnabled(false);
+  tmrTray.Tick = [this] { tmrTray_Tick(); };
   mnuPopup.SetVisible(false);
   mnuMarl[8]->SetVisible(false);
   mnuMarl[16]->SetVisible(false);
@@ -78,7 +80,8 @@ void frmMain::OnActivate() {
 }
 
 void frmMain::OnResize() {
-  if (State() == WindowState::kMinimised) Hide();  // its icon stays in the notification area
+  // Its icon stays in the notification area; without one the window could not be reached any more.
+  if (State() == WindowState::kMinimised && hook_.TrayIconThere()) Hide();
   // When the menu bar wraps, its second line reduces the inner height: the form grows by as much.
   if (ClientHeight == 0 || State() != WindowState::kNormal) return;
   Move({Left(), Top(), Width(), ClientHeight - inner().height + Height()});

@@ -56,6 +56,7 @@ class frmMain : public Form, public HookedForm {
   std::array<std::unique_ptr<Line>, 12> linRun;  ///< the first eight are the bevel
   StatusBar stbMain{*this, "stbMain"};
   Timer tmrOver{*this, "tmrOver"};
+  Timer tmrTray{*this, "tmrTray"};  ///< runs while the shell refuses the icon
   Menu mnuPopup{*this, "mnuPopup"};
   std::array<std::unique_ptr<Menu>, kButtonCount> mnuMarl;
   FileDialog dlgOpen;                 ///< its file name is the current project file
@@ -68,6 +69,9 @@ class frmMain : public Form, public HookedForm {
   void RefreshButtons() override;
   /// Runs the resize handler.
   void Resized() override;
+  /// Hides the minimised form if its icon is in the notification area, and shows it on the taskbar
+  /// if it is not; the icon is then tried again.
+  void TrayIconChanged() override;
   /// Restores the window from the notification area: normal state, visible, in front.
   void RestoreWindow() override;
   /// Shows the menu of all buttons at the mouse. Throws if start-up has not created it yet.
@@ -143,6 +147,7 @@ class frmMain : public Form, public HookedForm {
   void Dress(int index, bool highlighted);
   void HighlightButton(int index, bool show);
   void tmrOver_Tick();
+  void tmrTray_Tick();
 
   void ShowServer(TextView name);
   void EnableTracking(bool enabled);
@@ -198,7 +203,7 @@ class frmMain : public Form, public HookedForm {
   std::unique_ptr<PopupMenu> m_cPopupMenu;
   std::vector<std::unique_ptr<Menu>> menuBar_;  ///< in the order of the design
   modLogging log_;
-  bool settingsRead_ = false;  ///< the settings that the exit sequence saves have been read
+  bool started_ = false;  ///< start-up is complete: the exit sequence saves the settings
   bool QaBusy = false;
   bool CommentReportBusy = false;
 };

@@ -37,7 +37,6 @@ void frmMain::OnLoad() {
   SetCaption(kApplicationTitle);
   ApplyToolsMenu();
   servers_.Start();
-  settingsRead_ = true;
   ProbeBrowser();
   WaitForSplash();
   MarkMissingTools();
@@ -47,6 +46,9 @@ void frmMain::OnLoad() {
   HoverButton = -1;
   FillPopup();
   tmrOver.SetEnabled(true);
+  started_ = true;
+  // After an installer has replaced the program, the switchboard comes back, not the wizard.
+  platform_.process.RegisterRestart(u"NW");
 }
 
 // First of all: even a second instance, which ends at once, has then registered the components.
@@ -180,8 +182,8 @@ void frmMain::MarkMissingTools() {
 
 void frmMain::OnUnload() {
   hook_.RemoveTrayIcon(icons_);
-  // If the program ends during the first questions, the stored settings must not change.
-  if (settingsRead_) SaveSettings();
+  // If the program ends while it starts, the stored settings must not change.
+  if (started_) SaveSettings();
   hook_.UnhookWindow(hWnd());
   log_.CloseDebugLog();
 }

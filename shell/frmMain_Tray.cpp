@@ -1,5 +1,7 @@
 #include "shell/frmMain.h"
 
+#include <algorithm>
+
 // The switchboard in the notification area: the icon, its menu, and restoring the window.
 
 namespace marl {
@@ -8,6 +10,10 @@ namespace {
 
 // From this resolution on the larger menu pictures are used.
 constexpr int kLargePicturesDpi = 120;
+// Milliseconds until a refused icon is tried again, doubled each time: a shell that hangs makes
+// each attempt wait.
+constexpr int kFirstRetry = 1000;
+constexpr int kLongestRetry = 60000;
 
 }  // namespace
 
@@ -15,6 +21,22 @@ void frmMain::EnterTray() {
   hook_.HookWindow(hWnd());
   TrayReady = true;
   hook_.AddTrayIcon(icons_.LoadIconHandle(kMarlIcon, false));
+}
+
+void frmMain::TrayIconChanged() {
+  if (hook_.TrayIconThere() || !tmrTray.Enabled()) tmrTray.SetInterval(kFirstRetry);
+  tmrTray.SetEnabled(!hook_.TrayIconThere());
+  if (State() != WindowState::kMinimised) return;
+  if (hook_.TrayIconThere()) {
+    Hide();
+  } else {
+    Show();
+  }
+}
+
+void frmMain::tmrTray_Tick() {
+  tmrTray.SetInterval(std::min(2 * tmrTray.Interval(), kLongestRetry));
+  hook_.AddTrayIconAgain();
 }
 
 void frmMain::FillPopup() {

@@ -33,6 +33,9 @@ void modMarl::HookWindow(WindowHandle window) {
   PassToPrevious = true;
   PreviousWindowProc = hooks_.Replace(window, *this);
   hooked_ = window;
+  for (const Slot slot : {msgMarlMenu, TaskbarCreated}) {
+    if (RegisteredMessages[slot] != 0) hooks_.Allow(window, RegisteredMessages[slot]);
+  }
 }
 
 void modMarl::UnhookWindow(WindowHandle window) {
@@ -52,7 +55,16 @@ void modMarl::AddTrayIcon(IconHandle icon) {
   TrayIconRecord.hIcon = icon;
   TrayIconRecord.szTip = kApplicationTitle;
   iconAdded_ = true;
-  tray_.NotifyIcon(kNotifyAdd, TrayIconRecord);
+  iconThere_ = tray_.NotifyIcon(kNotifyAdd, TrayIconRecord);
+  form_.TrayIconChanged();
+}
+
+void modMarl::AddTrayIconAgain() {
+  // Removed first, in case the shell still has the icon: it may have added it after all when it
+  // answered too late.
+  tray_.NotifyIcon(kNotifyDelete, TrayIconRecord);
+  iconThere_ = tray_.NotifyIcon(kNotifyAdd, TrayIconRecord);
+  form_.TrayIconChanged();
 }
 
 void modMarl::RemoveTrayIcon(const modSetIcon& icons) {
@@ -80,9 +92,7 @@ void modMarl::Handle(std::uint32_t message, std::uintptr_t wParam, std::intptr_t
     if (lParam == kLeftDoubleClick) form_.RestoreWindow();
     if (lParam == kRightButtonUp) form_.SystrayMenu();
   } else if (message == RegisteredMessages[TaskbarCreated]) {
-    // Removed first, in case the shell still has the icon.
-    tray_.NotifyIcon(kNotifyDelete, TrayIconRecord);
-    tray_.NotifyIcon(kNotifyAdd, TrayIconRecord);
+    AddTrayIconAgain();
   } else if (message == kWmActivate && wParam == kInactive) {
     form_.RefreshButtons();
   } else if (message == kWmSize && wParam == kSizeMinimized) {

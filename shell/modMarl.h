@@ -17,6 +17,8 @@ class HookedForm {
   virtual void SystrayMenu() = 0;
   virtual void RefreshButtons() = 0;
   virtual void Resized() = 0;
+  /// The icon has been added to the notification area or refused: see `modMarl::TrayIconThere`.
+  virtual void TrayIconChanged() = 0;
 };
 
 /// Messages that forms do not handle: those of the notification area and the shell. They are seen
@@ -45,8 +47,12 @@ class modMarl : private MessageListener {
   void UnhookWindow(WindowHandle window);
 
   /// Fills the record with the main form's window and this icon, which the record then owns, and
-  /// adds the icon to the notification area. Failures are ignored.
+  /// adds the icon to the notification area.
   void AddTrayIcon(IconHandle icon);
+  /// Adds the icon of the record again, after the shell has lost or refused it.
+  void AddTrayIconAgain();
+  /// False until the shell has accepted the icon.
+  bool TrayIconThere() const { return iconThere_; }
   /// Destroys the icon and removes it from the notification area, if it was added.
   void RemoveTrayIcon(const modSetIcon& icons);
 
@@ -65,7 +71,8 @@ class modMarl : private MessageListener {
   Tray& tray_;
   HookedForm& form_;
   WindowHandle hooked_ = 0;
-  bool iconAdded_ = false;
+  bool iconAdded_ = false;  ///< the record is filled
+  bool iconThere_ = false;
 };
 
 }  // namespace marl

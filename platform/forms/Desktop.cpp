@@ -84,6 +84,14 @@ void Desktop::End(int exitCode) {
   Ended();
 }
 
+void Desktop::EndSession(bool ended) {
+  if (!ended) return;
+  if (ended_) return End(exitCode_);
+  Event([this] {
+    if (!Leave()) throw ProcessEnd{};
+  });
+}
+
 bool Desktop::Leave() {
   for (Form* form : forms_) {
     if (!form->EndsProgram) continue;

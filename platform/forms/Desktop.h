@@ -98,9 +98,12 @@ class Desktop {
   virtual Text TitleOf(WindowHandle window, int capacity) = 0;
   /// True if the window has the visible style, minimised or not (IsWindowVisible).
   virtual bool IsVisible(WindowHandle window) = 0;
-  /// Shows a window by a `ShowCommand`.
+  /// Shows a window by a `ShowCommand`. Another program's window is only asked to
+  /// (ShowWindowAsync), and waited for at most a second, since that program may hang.
   virtual void ShowWindow(WindowHandle window, int command) = 0;
-  /// Brings the window with exactly this title to the foreground; false if there is none.
+  /// Brings the window with exactly this title to the foreground or, if it owns others, the one
+  /// that was active last (GetLastActivePopup): a dialog is not left behind its form. False if
+  /// there is none.
   virtual bool ActivateByTitle(TextView title) = 0;
 
   /// Width and height of the primary screen, in twips.
@@ -147,9 +150,15 @@ class Desktop {
   int exitCode() const { return exitCode_; }
   /// Ends the process with this exit code, whatever is still on the stack.
   void End(int exitCode);
-  /// Unloads the form that ends the program, because the session ends or the program is asked to
-  /// quit (WM_ENDSESSION, WM_QUIT). Called within an event. False if no such form is loaded.
+  /// Unloads the form that ends the program, because the program is asked to quit (WM_QUIT). Called
+  /// within an event. False if no such form is loaded.
   bool Leave();
+  /// May the session end, or may an installer close the program (WM_QUERYENDSESSION)? Always, and
+  /// at once: nothing is asked or saved before it does.
+  bool MayEndSession() const { return true; }
+  /// The session has ended, or another program has prevented it (WM_ENDSESSION). If it has, the
+  /// process ends as by `Leave`, whatever is open; one that shows its last message ends without it.
+  void EndSession(bool ended);
   /// True while a `WorkingPointer` lives.
   bool working() const { return working_ > 0; }
 

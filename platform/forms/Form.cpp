@@ -243,6 +243,7 @@ bool Form::UserShortcut(const Shortcut& keys) {
 }
 
 void Form::UserMouseMove(int button, int shift, float x, float y) {
+  if (!(button & 1)) UserCaptureLost();
   OnMouseMove(button, shift, x, y);
 }
 
@@ -250,6 +251,11 @@ void Form::UserMouseDown(int button, float x, float y) {
   if (button != 1) return;
   pressed_ = HitTest(x, y);
   pressedForm_ = pressed_ == nullptr;
+}
+
+void Form::UserCaptureLost() {
+  pressed_ = nullptr;
+  pressedForm_ = false;
 }
 
 void Form::UserMouseUp(int button, float x, float y) {

@@ -112,10 +112,14 @@ class Form {
   /// Chooses the menu entry with this shortcut. False if there is none that is enabled and visible:
   /// the key is then an ordinary one.
   bool UserShortcut(const Shortcut& keys);
-  /// Position in twips from the corner of the client area.
+  /// Position in twips from the corner of the client area; `button` has the buttons that are down.
+  /// A press whose button is not down any more is forgotten.
   void UserMouseMove(int button, int shift, float x, float y);
   void UserMouseDown(int button, float x, float y);
   void UserMouseUp(int button, float x, float y);
+  /// The release of a pressed button will not arrive: another window has taken the mouse, or the
+  /// computer was suspended. The press is forgotten.
+  void UserCaptureLost();
   /// The form is active again. The control that had the focus has already got it back, without a
   /// `GotFocus`.
   void UserActivate();

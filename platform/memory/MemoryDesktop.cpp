@@ -205,7 +205,7 @@ void MemoryDesktop::ShowWindow(WindowHandle window, int command) {
 bool MemoryDesktop::ActivateByTitle(TextView title) {
   for (const OtherWindow& window : others) {
     if (window.title == title) {
-      activated.push_back(window.title);
+      activated.push_back(window.popup.empty() ? window.title : window.popup);
       return true;
     }
   }

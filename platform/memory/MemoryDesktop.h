@@ -87,6 +87,7 @@ class MemoryDesktop : public Desktop {
   struct OtherWindow {
     Text title;
     bool visible = true;
+    Text popup = {};  ///< title of the window that it owns and that was active last, if any
   };
   struct Offer {
     Form* form = nullptr;

@@ -98,6 +98,7 @@ class MemoryProcess : public Process {
   Text commandLine;
   Text programPath = u"C:\\Suite\\Marl.exe";
   bool previousInstance = false;
+  std::vector<Text> restarts;              ///< recorded: the command lines of `RegisterRestart`
   std::shared_ptr<MemorySession> session;  ///< if set, it decides about `previousInstance`
 
   MemoryProcess() = default;
@@ -116,6 +117,7 @@ class MemoryProcess : public Process {
     holds_ = true;
     return previousInstance;
   }
+  void RegisterRestart(TextView line) override { restarts.emplace_back(line); }
 
  private:
   bool holds_ = false;

@@ -32,6 +32,7 @@ class MemoryWindowHooks : public WindowHooks {
   std::vector<Message> reached;         ///< messages that reached the windows' own procedure
   std::map<WindowHandle, MessageListener*> listeners;
   std::vector<std::pair<WindowHandle, ProcAddress>> putBack;
+  std::vector<std::pair<WindowHandle, std::uint32_t>> allowed;
 
   /// Sends a message to a window, as the platform does: to the listener in front, if there is one.
   std::intptr_t Send(WindowHandle window, std::uint32_t message, std::uintptr_t wParam = 0,
@@ -63,6 +64,9 @@ class MemoryWindowHooks : public WindowHooks {
   void PutBack(WindowHandle window, ProcAddress previous) override {
     putBack.emplace_back(window, previous);
     listeners.erase(window);
+  }
+  void Allow(WindowHandle window, std::uint32_t message) override {
+    allowed.emplace_back(window, message);
   }
   std::intptr_t Call(ProcAddress previous, WindowHandle window, std::uint32_t message,
                      std::uintptr_t wParam, std::intptr_t lParam) override {

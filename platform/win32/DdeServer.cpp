@@ -1,5 +1,8 @@
 #include "platform/win32/DdeServer.h"
 
+// After <windows.h>.
+#include <dde.h>
+
 #include "platform/DdeCommand.h"
 #include "platform/forms/Desktop.h"
 #include "platform/forms/Form.h"
@@ -24,6 +27,11 @@ Text FromCodePage(const NarrowText& text) {
 
 DdeServer::DdeServer(Desktop& desktop, Form& form, TextView service, TextView topic)
     : desktop_(desktop), form_(form) {
+  // For a server that runs as administrator: the library's windows are its own, so the whole
+  // process is opened for the messages of conversations.
+  for (UINT message = WM_DDE_FIRST; message <= WM_DDE_LAST; ++message) {
+    ChangeWindowMessageFilter(message, MSGFLT_ADD);
+  }
   DWORD instance = 0;
   if (DdeInitializeW(&instance, Entry,
                      APPCLASS_STANDARD | CBF_FAIL_POKES | CBF_FAIL_REQUESTS | CBF_FAIL_ADVISES |
@@ -50,7 +58,7 @@ DdeServer::~DdeServer() {
 }
 
 HDDEDATA CALLBACK DdeServer::Entry(UINT type, UINT, HCONV, HSZ string1, HSZ string2, HDDEDATA data,
-                                   ULONG_PTR, ULONG_PTR) {
+                                   ULONG_PTR, ULONG_PTR) noexcept {
   DdeServer* const server = g_server;
   if (!server) return nullptr;
   switch (type) {

@@ -26,7 +26,8 @@ class DdeServer {
 
  private:
   static HDDEDATA CALLBACK Entry(UINT type, UINT format, HCONV conversation, HSZ string1,
-                                 HSZ string2, HDDEDATA data, ULONG_PTR data1, ULONG_PTR data2);
+                                 HSZ string2, HDDEDATA data, ULONG_PTR data1,
+                                 ULONG_PTR data2) noexcept;
   HDDEDATA Execute(HDDEDATA data);
 
   Desktop& desktop_;

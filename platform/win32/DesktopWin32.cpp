@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "platform/forms/Controls.h"
+#include "platform/win32/CarriedFailure.h"
 #include "platform/win32/FormWin32.h"
 #include "platform/win32/Window.h"
 
@@ -16,11 +17,14 @@ HWND WindowOf(const Form* form) {
   return form && form->peer() ? static_cast<FormWin32*>(form->peer())->window() : nullptr;
 }
 
-// Handles are sign-extended 32-bit values, in 64-bit programs too.
+struct Visit {
+  const std::function<bool(WindowHandle)>& visit;
+  CarriedFailure failure;
+};
 
-BOOL CALLBACK VisitWindow(HWND window, LPARAM data) {
-  const auto& visit = *reinterpret_cast<const std::function<bool(WindowHandle)>*>(data);
-  return visit(HandleToLong(window)) ? TRUE : FALSE;
+BOOL CALLBACK VisitWindow(HWND window, LPARAM data) noexcept {
+  auto& state = *reinterpret_cast<Visit*>(data);
+  return state.failure.Run([&] { return state.visit(HandleToLong(window)) ? TRUE : FALSE; }, FALSE);
 }
 
 }  // namespace
@@ -144,7 +148,9 @@ int DesktopWin32::MsgBox(TextView text, int flags, TextView title) {
 void DesktopWin32::Beep() { MessageBeep(MB_OK); }
 
 void DesktopWin32::EnumerateWindows(const std::function<bool(WindowHandle)>& visit) {
-  EnumWindows(VisitWindow, reinterpret_cast<LPARAM>(&visit));
+  Visit state{visit, {}};
+  EnumWindows(VisitWindow, reinterpret_cast<LPARAM>(&state));
+  state.failure.Rethrow();
 }
 
 Text DesktopWin32::TitleOf(WindowHandle window, int capacity) {
@@ -158,12 +164,20 @@ bool DesktopWin32::IsVisible(WindowHandle window) {
 }
 
 void DesktopWin32::ShowWindow(WindowHandle window, int command) {
-  ::ShowWindow(Window(window), command);
+  const HWND target = Window(window);
+  if (GetWindowThreadProcessId(target, nullptr) == GetCurrentThreadId()) {
+    ::ShowWindow(target, command);
+    return;
+  }
+  ShowWindowAsync(target, command);
+  // It is shown before it is activated, unless its program hangs.
+  constexpr UINT kPatience = 1000;
+  SendMessageTimeoutW(target, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, kPatience, nullptr);
 }
 
 bool DesktopWin32::ActivateByTitle(TextView title) {
   const HWND window = FindWindowW(nullptr, Wide(Text(title)));
-  return window && SetForegroundWindow(window);
+  return window && SetForegroundWindow(GetLastActivePopup(window));
 }
 
 Size DesktopWin32::ScreenSize() const {

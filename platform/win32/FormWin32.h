@@ -81,6 +81,8 @@ class FormWin32 : public FormPeer {
   Result OnLeftUp(WPARAM w, LPARAM l);
   Result OnRightDown(WPARAM w, LPARAM l);
   Result OnRightUp(WPARAM w, LPARAM l);
+  Result OnCaptureChanged(WPARAM w, LPARAM l);
+  Result OnPower(WPARAM w, LPARAM l);
   Result OnChar(WPARAM w, LPARAM l);
   Result OnCommand(WPARAM w, LPARAM l);
   Result OnNotify(WPARAM w, LPARAM l);
@@ -89,10 +91,11 @@ class FormWin32 : public FormPeer {
   Result OnRowAccepted(WPARAM w, LPARAM l);
   Result OnTimer(WPARAM w, LPARAM l);
   Result OnClose(WPARAM w, LPARAM l);
+  Result OnQueryEndSession(WPARAM w, LPARAM l);
   Result OnEndSession(WPARAM w, LPARAM l);
   Result OnDestroy(WPARAM w, LPARAM l);
   LRESULT ButtonDown(int button, LPARAM position);
-  LRESULT ButtonUp(int button, LPARAM position);
+  LRESULT ButtonUp(int button, WPARAM held, LPARAM position);
   void Command(int id, int notification, HWND from);
   static void ButtonNotifies(Control& button, int notification);
   static void TextBoxNotifies(TextBox& box, int notification, HWND window);
@@ -161,6 +164,7 @@ class FormWin32 : public FormPeer {
   std::map<const Menu*, UniqueMenu> menus_;
   bool hasFields_ = false;
   bool destroying_ = false;  ///< the platform is destroying the window
+  bool releasing_ = false;   ///< the capture ends because its button was released
   /// Areas to be painted, in pixels: each call to the platform costs more than collecting them
   /// here.
   std::vector<RECT> dirty_;

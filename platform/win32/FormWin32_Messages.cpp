@@ -49,6 +49,8 @@ const FormWin32::Handler FormWin32::kHandlers[] = {
     {WM_LBUTTONUP, &FormWin32::OnLeftUp},
     {WM_RBUTTONDOWN, &FormWin32::OnRightDown},
     {WM_RBUTTONUP, &FormWin32::OnRightUp},
+    {WM_CAPTURECHANGED, &FormWin32::OnCaptureChanged},
+    {WM_POWERBROADCAST, &FormWin32::OnPower},
     {WM_CHAR, &FormWin32::OnChar},
 
     {WM_COMMAND, &FormWin32::OnCommand},
@@ -59,6 +61,7 @@ const FormWin32::Handler FormWin32::kHandlers[] = {
     {WM_TIMER, &FormWin32::OnTimer},
 
     {WM_CLOSE, &FormWin32::OnClose},
+    {WM_QUERYENDSESSION, &FormWin32::OnQueryEndSession},
     {WM_ENDSESSION, &FormWin32::OnEndSession},
     {WM_DESTROY, &FormWin32::OnDestroy},
 };
@@ -156,9 +159,9 @@ FormWin32::Result FormWin32::OnMouseMove(WPARAM w, LPARAM l) {
 }
 
 FormWin32::Result FormWin32::OnLeftDown(WPARAM, LPARAM l) { return ButtonDown(kLeft, l); }
-FormWin32::Result FormWin32::OnLeftUp(WPARAM, LPARAM l) { return ButtonUp(kLeft, l); }
+FormWin32::Result FormWin32::OnLeftUp(WPARAM w, LPARAM l) { return ButtonUp(kLeft, w, l); }
 FormWin32::Result FormWin32::OnRightDown(WPARAM, LPARAM l) { return ButtonDown(kRight, l); }
-FormWin32::Result FormWin32::OnRightUp(WPARAM, LPARAM l) { return ButtonUp(kRight, l); }
+FormWin32::Result FormWin32::OnRightUp(WPARAM w, LPARAM l) { return ButtonUp(kRight, w, l); }
 
 LRESULT FormWin32::ButtonDown(int button, LPARAM position) {
   SetCapture(window_);
@@ -166,10 +169,30 @@ LRESULT FormWin32::ButtonDown(int button, LPARAM position) {
   return 0;
 }
 
-LRESULT FormWin32::ButtonUp(int button, LPARAM position) {
-  ReleaseCapture();
+LRESULT FormWin32::ButtonUp(int button, WPARAM held, LPARAM position) {
+  // The other button may still be down; it gets its release even outside the window.
+  if (!(held & (MK_LBUTTON | MK_RBUTTON))) {
+    releasing_ = true;
+    ReleaseCapture();
+    releasing_ = false;
+  }
   desktop_.Event([&] { form_.UserMouseUp(button, TwipsAtX(position), TwipsAtY(position)); });
   return 0;
+}
+
+// Also sent after WM_CANCELMODE, when a dialog opens or the session is switched.
+FormWin32::Result FormWin32::OnCaptureChanged(WPARAM, LPARAM) {
+  if (!releasing_) desktop_.Event([&] { form_.UserCaptureLost(); });
+  return {};
+}
+
+// What was pressed before a suspension is not released after it.
+FormWin32::Result FormWin32::OnPower(WPARAM w, LPARAM) {
+  if (w == PBT_APMSUSPEND || w == PBT_APMRESUMEAUTOMATIC || w == PBT_APMRESUMESUSPEND) {
+    if (GetCapture() == window_) ReleaseCapture();
+    desktop_.Event([&] { form_.UserCaptureLost(); });
+  }
+  return TRUE;
 }
 
 FormWin32::Result FormWin32::OnChar(WPARAM w, LPARAM) {
@@ -222,8 +245,10 @@ FormWin32::Result FormWin32::OnClose(WPARAM, LPARAM) {
   return 0;
 }
 
+FormWin32::Result FormWin32::OnQueryEndSession(WPARAM, LPARAM) { return desktop_.MayEndSession(); }
+
 FormWin32::Result FormWin32::OnEndSession(WPARAM w, LPARAM) {
-  if (w) desktop_.Event([&] { desktop_.Leave(); });
+  desktop_.EndSession(w != FALSE);
   return 0;
 }
 

@@ -45,4 +45,8 @@ bool ProcessWin32::PreviousInstance() {
   return GetLastError() == ERROR_ALREADY_EXISTS || GetLastError() == ERROR_ACCESS_DENIED;
 }
 
+void ProcessWin32::RegisterRestart(TextView commandLine) {
+  RegisterApplicationRestart(Wide(Text(commandLine)), RESTART_NO_CRASH | RESTART_NO_HANG);
+}
+
 }  // namespace marl::win32

@@ -11,6 +11,7 @@ class ProcessWin32 : public Process {
   Text CommandLine() const override;
   Text ProgramPath() const override;
   bool PreviousInstance() override;
+  void RegisterRestart(TextView commandLine) override;
 
  private:
   UniqueMutex claim_;

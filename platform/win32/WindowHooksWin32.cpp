@@ -54,6 +54,10 @@ void WindowHooksWin32::PutBack(WindowHandle window, ProcAddress previous) {
   SetWindowLongPtrW(target, GWLP_WNDPROC, previous);
 }
 
+void WindowHooksWin32::Allow(WindowHandle window, std::uint32_t message) {
+  ChangeWindowMessageFilterEx(Window(window), message, MSGFLT_ALLOW, nullptr);
+}
+
 std::intptr_t WindowHooksWin32::Call(ProcAddress previous, WindowHandle window,
                                      std::uint32_t message, std::uintptr_t wParam,
                                      std::intptr_t lParam) {

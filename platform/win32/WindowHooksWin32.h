@@ -15,6 +15,7 @@ class WindowHooksWin32 : public WindowHooks {
   std::uint32_t RegisterMessage(std::string_view name) override;
   ProcAddress Replace(WindowHandle window, MessageListener& listener) override;
   void PutBack(WindowHandle window, ProcAddress previous) override;
+  void Allow(WindowHandle window, std::uint32_t message) override;
   std::intptr_t Call(ProcAddress previous, WindowHandle window, std::uint32_t message,
                      std::uintptr_t wParam, std::intptr_t lParam) override;
 

@@ -200,6 +200,57 @@ class ControlsContract : public BackendTest {
     form->UserMouseDown(1, static_cast<float>(x), static_cast<float>(y));
     form->UserMouseUp(1, static_cast<float>(x), static_cast<float>(y));
   }
+  enum class MouseEvent {
+    kDown,
+    kUp,
+    kMoveWithout,
+    kCaptureLost,
+    kCancelled,
+    kSuspended,
+    kRightUp
+  };
+  /// Does this with the mouse in the middle of the label.
+  void OnLabel(MouseEvent what) {
+    const Point at = form->Origin(form->label);
+    const int x = at.x + form->label.Width() / 2;
+    const int y = at.y + form->label.Height() / 2;
+#ifdef _WIN32
+    if (real()) {
+      const LPARAM point = MAKELPARAM(desktop->PixelsX(x), desktop->PixelsY(y));
+      const HWND window = static_cast<HWND>(LongToHandle(form->hWnd()));
+      switch (what) {
+        case MouseEvent::kDown: SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, point); break;
+        case MouseEvent::kUp: SendMessageW(window, WM_LBUTTONUP, 0, point); break;
+        case MouseEvent::kMoveWithout: SendMessageW(window, WM_MOUSEMOVE, 0, point); break;
+        case MouseEvent::kCaptureLost:
+          SetCapture(Window(form->ok));
+          ReleaseCapture();
+          break;
+        case MouseEvent::kCancelled: SendMessageW(window, WM_CANCELMODE, 0, 0); break;
+        case MouseEvent::kSuspended:
+          EXPECT_EQ(SendMessageW(window, WM_POWERBROADCAST, PBT_APMSUSPEND, 0), TRUE);
+          EXPECT_NE(GetCapture(), window);
+          break;
+        case MouseEvent::kRightUp:
+          SendMessageW(window, WM_RBUTTONUP, MK_LBUTTON, point);
+          EXPECT_EQ(GetCapture(), window) << "for the button that is still down";
+          break;
+      }
+      return;
+    }
+#endif
+    const auto left = static_cast<float>(x);
+    const auto top = static_cast<float>(y);
+    switch (what) {
+      case MouseEvent::kDown: return form->UserMouseDown(1, left, top);
+      case MouseEvent::kUp: return form->UserMouseUp(1, left, top);
+      case MouseEvent::kMoveWithout: return form->UserMouseMove(0, 0, left, top);
+      case MouseEvent::kCaptureLost:
+      case MouseEvent::kCancelled:
+      case MouseEvent::kSuspended: return form->UserCaptureLost();
+      case MouseEvent::kRightUp: return form->UserMouseUp(2, left, top);
+    }
+  }
   void KeyDown(int key, const Control& focus) {
 #ifdef _WIN32
     if (real()) {
@@ -508,6 +559,23 @@ TEST_P(ControlsContract, TheBarStepsAndStopsAtItsEnds) {
   Scroll(Step::kLeftEnd);
   EXPECT_EQ(form->heard,
             (Heard{"angle 1", "angle 31", "angle 1", "angle 0", "angle 359", "angle 0"}));
+}
+
+TEST_P(ControlsContract, APressThatLosesTheMouseIsNoClick) {
+  ClickTab(2);
+  form->heard.clear();
+  for (const MouseEvent lost : {MouseEvent::kMoveWithout, MouseEvent::kCaptureLost,
+                                MouseEvent::kCancelled, MouseEvent::kSuspended}) {
+    OnLabel(MouseEvent::kDown);
+    OnLabel(lost);
+    OnLabel(MouseEvent::kUp);
+    EXPECT_EQ(form->heard, Heard()) << static_cast<int>(lost);
+  }
+  // The next press is one again, also while the other button is released.
+  OnLabel(MouseEvent::kDown);
+  OnLabel(MouseEvent::kRightUp);
+  OnLabel(MouseEvent::kUp);
+  EXPECT_EQ(form->heard, (Heard{"label 0"}));
 }
 
 TEST_P(ControlsContract, AClickOnATabShowsItsPage) {

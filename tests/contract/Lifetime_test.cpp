@@ -91,7 +91,22 @@ class LifetimeContract : public BackendTest {
       return;
     }
 #endif
-    desktop->Event([&] { form.desktop().Leave(); });
+    form.desktop().EndSession(true);
+  }
+  /// Asks whether the session may end, and says that it does not after all.
+  bool AskForTheEnd(Form& form) {
+#ifdef _WIN32
+    if (real()) {
+      const LRESULT answer = SendMessageW(WindowOf(form), WM_QUERYENDSESSION, 0, 0);
+      EXPECT_EQ(SendMessageW(WindowOf(form), WM_QUERYENDSESSION, 0, ENDSESSION_CLOSEAPP), answer)
+          << "an installer's question";
+      SendMessageW(WindowOf(form), WM_ENDSESSION, FALSE, 0);
+      return answer == TRUE;
+    }
+#endif
+    const bool answer = form.desktop().MayEndSession();
+    form.desktop().EndSession(false);
+    return answer;
   }
   /// The platform destroys the window.
   void Destroy(Form& form) {
@@ -242,6 +257,31 @@ TEST_P(LifetimeContract, SessionEndsTheProgramWhicheverFormHearsOfItFirst) {
   EXPECT_EQ(main->unloads, 1);
   EXPECT_EQ(first->unloads, 0);
   EXPECT_EQ(wentOn, std::vector<std::string>());
+}
+
+TEST_P(LifetimeContract, EveryFormAgreesAtOnceToTheEndOfTheSession) {
+  main->Load();
+  EXPECT_TRUE(AskForTheEnd(*main)) << "before it is shown";
+  main->Show();
+  ShowModal(*first, main.get(), [&] {
+    EXPECT_TRUE(AskForTheEnd(*main)) << "behind a dialog";
+    EXPECT_TRUE(AskForTheEnd(*first));
+    EXPECT_TRUE(first->Visible());
+    desktop->Event([&] { first->Hide(); });
+  });
+  EXPECT_EQ(wentOn, std::vector<std::string>{"frmFirst"}) << "nothing has ended";
+  EXPECT_FALSE(desktop->ended());
+  desktop->End(1);
+  EXPECT_TRUE(AskForTheEnd(*main)) << "behind the last message";
+  EXPECT_EQ(main->unloads, 0);
+}
+
+TEST_P(LifetimeContract, EndOfTheSessionBehindTheLastMessageUnloadsNothing) {
+  main->Show();
+  desktop->End(3);
+  EndSession(*main);
+  EXPECT_EQ(desktop->exitCode(), 3);
+  EXPECT_EQ(main->unloads, 0);
 }
 
 TEST_P(LifetimeContract, NoHandlerRunsWhileTheMainFormGoes) {

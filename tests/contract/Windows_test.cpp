@@ -121,12 +121,47 @@ TEST_P(WindowsContract, ActivationNeedsTheWholeTitle) {
   EXPECT_TRUE(desktop->ActivateByTitle(u"Xqz one two"));
 }
 
+#ifdef _WIN32
+// The title is the form's, but its dialog keeps it from input.
+TEST(WindowsWin32, LastActivePopupComesToTheFront) {
+  win32::DesktopWin32 desktop;
+  const auto make = [](const wchar_t* title, HWND owner) {
+    return CreateWindowExW(0, L"STATIC", title, WS_POPUP | WS_CAPTION | WS_VISIBLE, 20, 20, 200, 90,
+                           owner, nullptr, GetModuleHandleW(nullptr), nullptr);
+  };
+  const HWND form = make(L"Xqz form", nullptr);
+  const HWND dialog = make(L"Xqz dialog", form);
+  const HWND other = make(L"Xqz other", nullptr);
+  SetForegroundWindow(dialog);
+  EnableWindow(form, FALSE);
+  SetForegroundWindow(other);
+  EXPECT_TRUE(desktop.ActivateByTitle(u"Xqz form"));
+  EXPECT_EQ(GetActiveWindow(), dialog);
+  for (const HWND window : {dialog, form, other}) DestroyWindow(window);
+}
+#endif
+
 TEST_P(WindowsContract, EnumerationEndsWhenTheVisitorSaysSo) {
   Add(u"Xqz one");
   Add(u"Xqz two");
   int visits = 0;
   desktop->EnumerateWindows([&](WindowHandle) { return ++visits < 2; });
   EXPECT_EQ(visits, 2);
+}
+
+// Below the visitor are the platform's own frames, which no exception may cross.
+TEST_P(WindowsContract, FailureOfTheVisitorReachesTheCaller) {
+  Add(u"Xqz one");
+  Add(u"Xqz two");
+  int visits = 0;
+  const auto fail = [&](WindowHandle) -> bool {
+    ++visits;
+    throw RuntimeError(13, u"Type mismatch");
+  };
+  EXPECT_THROW(desktop->EnumerateWindows(fail), RuntimeError);
+  EXPECT_EQ(visits, 1) << "it ends the enumeration";
+  EXPECT_THROW(desktop->EnumerateWindows([](WindowHandle) -> bool { throw ProcessEnd{3}; }),
+               ProcessEnd);
 }
 
 MARL_OVER_ALL_BACKENDS(WindowsContract);

@@ -57,8 +57,9 @@ constexpr const char* kPlaceNames[] = {"Idle",         "Hidden",
                                        "Component",    "Menu",
                                        "Splash"};
 
-enum class Way { kExitFromTheTray, kCloseMainWindow, kEndOfSession };
-constexpr const char* kWayNames[] = {"ExitFromTheTray", "CloseOfTheMainWindow", "EndOfTheSession"};
+enum class Way { kExitFromTheTray, kCloseMainWindow, kEndOfSession, kInstaller };
+constexpr const char* kWayNames[] = {"ExitFromTheTray", "CloseOfTheMainWindow", "EndOfTheSession",
+                                     "AnInstaller"};
 
 class Leaving : public SwitchboardTest, public testing::WithParamInterface<std::tuple<Place, Way>> {
  protected:
@@ -229,7 +230,30 @@ void Leaving::Leave(Way way) {
       DWORD_PTR answer = 0;
       SendMessageTimeoutW(main, WM_QUERYENDSESSION, 0, 0, SMTO_NORMAL, 10000, &answer);
       EXPECT_EQ(answer, 1u) << "it never asks";
+      // Another program may prevent it.
+      SendMessageTimeoutW(main, WM_ENDSESSION, FALSE, 0, SMTO_NORMAL, 10000, &answer);
+      EXPECT_TRUE(marl->Running());
       SendMessageTimeoutW(main, WM_ENDSESSION, TRUE, 0, SMTO_NORMAL, 10000, &answer);
+      break;
+    }
+    // The restart manager asks every window of the process, and ends all of them.
+    case Way::kInstaller: {
+      std::vector<HWND> windows;
+      FindWindowOf(marl->id(), [&](HWND window) {
+        windows.push_back(window);
+        return false;
+      });
+      for (const HWND window : windows) {
+        DWORD_PTR answer = 0;
+        if (!SendMessageTimeoutW(window, WM_QUERYENDSESSION, 0, ENDSESSION_CLOSEAPP, SMTO_NORMAL,
+                                 10000, &answer)) {
+          continue;  // such as one of a thread without messages
+        }
+        EXPECT_EQ(answer, 1u) << ToUtf8(ClassOf(window));
+      }
+      for (const HWND window : windows) {
+        if (marl->Running()) PostMessageW(window, WM_ENDSESSION, TRUE, ENDSESSION_CLOSEAPP);
+      }
       break;
     }
     case Way::kExitFromTheTray: ASSERT_TRUE(ChooseExitInTheTray(main)); break;
@@ -273,10 +297,12 @@ TEST_P(Leaving, SavesEndsAtOnceAndAppliesNothing) {
   EXPECT_EQ(*code, 0u);
   for (const wchar_t* key :
        {L"Left", L"Top", L"Tooltips", L"Tools", L"WindowState", L"XtraFeatures"}) {
-    EXPECT_TRUE(settings.Get(key)) << ToUtf8(key);
+    EXPECT_EQ(settings.Get(key).has_value(), place != Place::kSplash) << ToUtf8(key);
   }
-  EXPECT_EQ(settings.Get(L"Tooltips"), L"True") << "the tick that was taken away in the dialog";
-  EXPECT_EQ(settings.Get(L"WindowState"), place == Place::kHidden ? L"1" : L"0");
+  if (place != Place::kSplash) {
+    EXPECT_EQ(settings.Get(L"Tooltips"), L"True") << "the tick that was taken away in the dialog";
+    EXPECT_EQ(settings.Get(L"WindowState"), place == Place::kHidden ? L"1" : L"0");
+  }
   EXPECT_FALSE(ReadStored(kGuiKey));
   EXPECT_FALSE(ReadStored(kBenchKey));
   EXPECT_FALSE(ReadStored(kProxyKey));
@@ -298,7 +324,7 @@ INSTANTIATE_TEST_SUITE_P(
                                      Place::kSelectFile, Place::kMessage, Place::kMessageOverDialog,
                                      Place::kOpenProject, Place::kCleanQuestion, Place::kComponent),
                      testing::Values(Way::kExitFromTheTray, Way::kCloseMainWindow,
-                                     Way::kEndOfSession)),
+                                     Way::kEndOfSession, Way::kInstaller)),
     [](const auto& test) {
       return std::string(kPlaceNames[static_cast<int>(std::get<0>(test.param))]) + "By" +
              kWayNames[static_cast<int>(std::get<1>(test.param))];
@@ -308,7 +334,7 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     WithoutTheTraysMenu, Leaving,
     testing::Combine(testing::Values(Place::kSplash, Place::kMenu),
-                     testing::Values(Way::kCloseMainWindow, Way::kEndOfSession)),
+                     testing::Values(Way::kCloseMainWindow, Way::kEndOfSession, Way::kInstaller)),
     [](const auto& test) {
       return std::string(kPlaceNames[static_cast<int>(std::get<0>(test.param))]) + "By" +
              kWayNames[static_cast<int>(std::get<1>(test.param))];
@@ -399,6 +425,21 @@ TEST_F(LeavingEarly, LastMessageIsAboveTheWindowAndTheIconIsGoneAfterIt) {
   EXPECT_TRUE(box.Press(IDOK));
   EXPECT_EQ(marl.WaitForExit(), 1u);
   EXPECT_FALSE(settings.Get(L"Left")) << "no exit sequence";
+}
+
+TEST_F(LeavingEarly, SessionEndsBehindTheLastMessage) {
+  PutStored(L"Software\\Oru\\Oru Bench\\Settings", "UseAltWordCounts", Text("no number"));
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(marl.PressMenu(L'O', L'O'));
+  ASSERT_TRUE(marl.WaitForBox());
+  DWORD_PTR answer = 0;
+  SendMessageTimeoutW(main, WM_QUERYENDSESSION, 0, 0, SMTO_NORMAL, 10000, &answer);
+  EXPECT_EQ(answer, 1u);
+  SendMessageTimeoutW(main, WM_ENDSESSION, TRUE, 0, SMTO_NORMAL, 10000, &answer);
+  EXPECT_EQ(marl.WaitForExit(), 1u);
+  EXPECT_FALSE(settings.Get(L"Left"));
 }
 
 }  // namespace marl::desktop

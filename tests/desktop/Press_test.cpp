@@ -67,6 +67,35 @@ TEST_F(Press, IconsAndLabelsStartTheirToolsAtADriveRoot) {
   PressAll(suite, marl, drive.name() + L"\\");
 }
 
+TEST_F(Press, PressThatLosesTheMouseStartsNothing) {
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  const auto captured = [&] {
+    GUITHREADINFO thread = {};
+    thread.cbSize = sizeof thread;
+    return GetGUIThreadInfo(GetWindowThreadProcessId(main, nullptr), &thread) &&
+           thread.hwndCapture == main;
+  };
+  // Each time on another button: a second press would be a double click.
+  const auto lose = [&](int button, UINT message, WPARAM what) {
+    const POINT at = IconOf(main, button);
+    PressMouse(at);
+    ASSERT_TRUE(WaitUntil(captured));
+    SendMessageW(main, message, what, 0);
+    EXPECT_FALSE(captured());
+    ReleaseMouse(at);
+  };
+  lose(kEdit, WM_CANCELMODE, 0);
+  lose(11, WM_POWERBROADCAST, PBT_APMSUSPEND);
+  lose(13, WM_POWERBROADCAST, PBT_APMRESUMEAUTOMATIC);
+  // The next press is one again, and the only one.
+  Click(IconOf(main, 0));
+  EXPECT_EQ(suite.WaitForTools(1), Starts{Start(suite, L"Q17Gauge.exe")});
+  EXPECT_TRUE(Close(marl));
+}
+
 TEST_F(Press, MissingToolIsDisabledAndSilent) {
   // A colour that only labels have.
   constexpr COLORREF kPlain = RGB(255, 255, 0);

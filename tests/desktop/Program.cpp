@@ -1,6 +1,7 @@
 #include "tests/desktop/Program.h"
 
 #include <psapi.h>
+#include <tlhelp32.h>
 
 #include <algorithm>
 #include <map>
@@ -265,6 +266,27 @@ std::size_t RunningMarl::Handles() const {
   DWORD count = 0;
   GetProcessHandleCount(process_, &count);
   return count ? count : HandlesInSystemTable(id_);
+}
+
+FrozenProcess::FrozenProcess(DWORD process) {
+  const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+  THREADENTRY32 entry = {};
+  entry.dwSize = sizeof entry;
+  for (BOOL more = Thread32First(all, &entry); more; more = Thread32Next(all, &entry)) {
+    if (entry.th32OwnerProcessID != process) continue;
+    const HANDLE thread = OpenThread(THREAD_SUSPEND_RESUME, FALSE, entry.th32ThreadID);
+    if (!thread) continue;
+    SuspendThread(thread);
+    threads_.push_back(thread);
+  }
+  CloseHandle(all);
+}
+
+FrozenProcess::~FrozenProcess() {
+  for (const HANDLE thread : threads_) {
+    ResumeThread(thread);
+    CloseHandle(thread);
+  }
 }
 
 POINT IconOf(HWND main, int button) { return InCell(main, button, kMiddle, kIconMiddle); }

@@ -81,6 +81,19 @@ class RunningMarl {
   DWORD id_ = 0;
 };
 
+/// Stops all threads of a process while this lives, as if it hung.
+class FrozenProcess {
+ public:
+  explicit FrozenProcess(DWORD process);
+  ~FrozenProcess();
+  FrozenProcess(const FrozenProcess&) = delete;
+  FrozenProcess& operator=(const FrozenProcess&) = delete;
+  bool made() const { return !threads_.empty(); }
+
+ private:
+  std::vector<HANDLE> threads_;
+};
+
 /// The panel of the main form: positions of its buttons' parts on the screen.
 POINT IconOf(HWND main, int button);
 POINT LabelOf(HWND main, int button);

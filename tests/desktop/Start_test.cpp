@@ -228,6 +228,43 @@ TEST_F(StartUp, SecondStartBringsTheFirstOnesWindowBack) {
   DestroyWindow(other);
 }
 
+TEST_F(StartUp, SecondStartBringsTheDialogOfTheFirstToTheFront) {
+  const SuiteFolder suite;
+  const RunningMarl first(suite);
+  ASSERT_TRUE(first.WaitForWindow());
+  ASSERT_TRUE(first.PressMenu(L'O', L'O'));
+  const HWND options = first.WaitForWindow(L"MarlForm", L"Options");
+  ASSERT_TRUE(options);
+  ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == options; }));
+  const HWND other = CreateWindowExW(0, L"STATIC", L"In front", WS_POPUP | WS_CAPTION | WS_VISIBLE,
+                                     50, 50, 300, 200, nullptr, nullptr, nullptr, nullptr);
+  ASSERT_TRUE(BringForward(other));
+  const RunningMarl second(suite);
+  EXPECT_EQ(second.WaitForExit(), 0u);
+  EXPECT_TRUE(WaitUntil([&] { return GetForegroundWindow() == options; }));
+  DestroyWindow(other);
+}
+
+TEST_F(StartUp, SecondStartDoesNotHangWithAFirstThatHangs) {
+  const SuiteFolder suite;
+  const RunningMarl first(suite);
+  const HWND window = first.WaitForWindow();
+  ASSERT_TRUE(window);
+  ASSERT_TRUE(first.WaitForIdle());
+  ASSERT_TRUE(WaitUntil([&] { return suite.Starts().size() == 1; }));
+  {
+    const FrozenProcess frozen(first.id());
+    ASSERT_TRUE(frozen.made());
+    DWORD_PTR answer = 0;
+    ASSERT_FALSE(SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, 200, &answer));
+    const RunningMarl second(suite);
+    EXPECT_EQ(second.WaitForExit(), 0u);
+    EXPECT_FALSE(second.Box());
+  }
+  EXPECT_TRUE(first.Running());
+  EXPECT_TRUE(Close(first)) << "it goes on once it responds again";
+}
+
 TEST_F(StartUp, TemporaryFilesOfTheSuiteAreRemovedAndTheProbeLeavesNothing) {
   const SuiteFolder suite;
   for (const wchar_t* name :

@@ -166,6 +166,64 @@ class Tray : public SwitchboardTest {
 
 }  // namespace
 
+// ---- A shell that is not up yet
+
+/// Takes the place of the taskbar, which programs find by its class, and refuses every icon.
+class RefusingTaskbar {
+ public:
+  RefusingTaskbar() {
+    WNDCLASSW description = {};
+    description.lpfnWndProc = Entry;
+    description.hInstance = GetModuleHandleW(nullptr);
+    description.lpszClassName = L"Shell_TrayWnd";
+    RegisterClassW(&description);
+    window_ =
+        CreateWindowExW(WS_EX_TOOLWINDOW | WS_EX_TOPMOST, description.lpszClassName, L"", WS_POPUP,
+                        0, 0, 1, 1, nullptr, nullptr, description.hInstance, nullptr);
+    SetWindowPos(window_, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  }
+  ~RefusingTaskbar() {
+    if (window_) DestroyWindow(window_);
+    UnregisterClassW(L"Shell_TrayWnd", GetModuleHandleW(nullptr));
+  }
+  RefusingTaskbar(const RefusingTaskbar&) = delete;
+  RefusingTaskbar& operator=(const RefusingTaskbar&) = delete;
+  bool made() const { return window_ && FindWindowW(L"Shell_TrayWnd", nullptr) == window_; }
+  int refused() const { return refused_; }
+
+ private:
+  static LRESULT CALLBACK Entry(HWND window, UINT message, WPARAM w, LPARAM l) {
+    if (message == WM_COPYDATA) {
+      ++refused_;
+      return FALSE;
+    }
+    return DefWindowProcW(window, message, w, l);
+  }
+  inline static int refused_ = 0;
+  HWND window_ = nullptr;
+};
+
+TEST_F(Tray, IconThatTheShellRefusesIsTriedAgainAndTheWindowStaysReachable) {
+  auto shell = std::make_unique<RefusingTaskbar>();
+  ASSERT_TRUE(shell->made());
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  EXPECT_GT(shell->refused(), 0);
+  const auto box = MinimiseBoxOf(main);
+  ASSERT_TRUE(box);
+  Click(*box);
+  ASSERT_TRUE(WaitUntil([&] { return IsIconic(main) != FALSE; }));
+  const int before = shell->refused();
+  ASSERT_TRUE(WaitUntil([&] { return shell->refused() >= before + 2; })) << "it is tried again";
+  EXPECT_TRUE(IsWindowVisible(main)) << "there is no icon to bring it back";
+  // The taskbar comes up.
+  shell.reset();
+  EXPECT_TRUE(WaitUntil([&] { return !IsWindowVisible(main); })) << "its icon is there";
+  EXPECT_TRUE(BringBack(main));
+  EXPECT_TRUE(Close(marl));
+}
+
 TEST_F(Tray, DoubleClickBringsBackWhatTheTitleBarButtonHid) {
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();

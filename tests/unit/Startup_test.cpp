@@ -76,6 +76,15 @@ TEST(StartAgain, FindsTheFirstByItsTitleRestoresItAndEnds) {
   EXPECT_TRUE(world.Messages().empty());
 }
 
+TEST(StartAgain, BringsTheDialogOfTheFirstToTheFront) {
+  SuiteWorld world;
+  world.process.previousInstance = true;
+  world.desktop.others = {{u"Marl : host", true, u"Options"}};
+  EXPECT_EQ(world.Start(), 0);
+  EXPECT_EQ(world.desktop.shown, (decltype(world.desktop.shown){{u"Marl : host", 1}}));
+  EXPECT_EQ(world.desktop.activated, (std::vector<Text>{u"Options"}));
+}
+
 TEST(StartAgain, ShowsAMessageIfNoWindowIsFound) {
   SuiteWorld world;
   world.process.previousInstance = true;

@@ -217,6 +217,83 @@ TEST_F(TrayForm, RestartedTaskbarShowsTheIconAgain) {
   EXPECT_EQ(world.tray.icons, before);
 }
 
+// ---- An icon that the shell refuses, because it is not up yet
+
+TEST_F(TrayForm, WithoutItsIconTheMinimisedWindowStaysOnTheTaskbar) {
+  world.tray.refuses = true;
+  Start();
+  Minimise();
+  EXPECT_TRUE(world.main().Visible());
+  EXPECT_EQ(world.main().State(), WindowState::kMinimised);
+  world.tray.refuses = false;
+  world.desktop.Advance(60000);
+  EXPECT_EQ(world.tray.icons.size(), 1u);
+  EXPECT_FALSE(world.main().Visible()) << "it is in the notification area now";
+  TrayMessage(kDoubleClick);
+  EXPECT_TRUE(world.main().Visible());
+  EXPECT_EQ(world.main().State(), WindowState::kNormal);
+}
+
+TEST_F(TrayForm, WithoutItsIconWindowStateOfOneStartsOnTheTaskbar) {
+  world.settings.Put(u"Marl", u"Settings", u"WindowState", u"1");
+  world.tray.refuses = true;
+  Start();
+  EXPECT_TRUE(world.main().Visible());
+  EXPECT_EQ(world.main().State(), WindowState::kMinimised);
+}
+
+TEST_F(TrayForm, RefusedIconIsTriedAgainMoreAndMoreSeldom) {
+  Start();
+  world.tray.refuses = true;
+  world.tray.Restart();
+  world.tray.calls.clear();
+  world.hooks.Send(window, world.hooks.NumberOf("TaskbarCreated"));
+  const std::int64_t begun = world.desktop.now;
+  std::vector<std::int64_t> seconds;
+  for (std::size_t calls = 2; seconds.size() < 8; world.desktop.Advance(1000)) {
+    if (world.tray.calls.size() == calls) continue;
+    // Removed, in case the shell has it after all, and added.
+    EXPECT_EQ(world.tray.calls.size(), calls + 2);
+    calls = world.tray.calls.size();
+    seconds.push_back((world.desktop.now - begun) / 1000);
+  }
+  for (std::size_t i = seconds.size() - 1; i > 0; --i) seconds[i] -= seconds[i - 1];
+  EXPECT_EQ(seconds, (std::vector<std::int64_t>{1, 2, 4, 8, 16, 32, 60, 60}));
+  world.tray.refuses = false;
+  world.desktop.Advance(60000);
+  const std::size_t calls = world.tray.calls.size();
+  EXPECT_EQ(world.tray.icons.size(), 1u);
+  world.desktop.Advance(600000);
+  EXPECT_EQ(world.tray.calls.size(), calls) << "it is there";
+}
+
+TEST_F(TrayForm, RestartedTaskbarThatRefusesTheIconBringsTheHiddenWindowToTheTaskbar) {
+  Start();
+  Minimise();
+  ASSERT_FALSE(world.main().Visible());
+  world.tray.Restart();
+  world.tray.refuses = true;
+  world.hooks.Send(window, world.hooks.NumberOf("TaskbarCreated"));
+  EXPECT_TRUE(world.main().Visible());
+  EXPECT_EQ(world.main().State(), WindowState::kMinimised);
+  world.tray.refuses = false;
+  world.hooks.Send(window, world.hooks.NumberOf("TaskbarCreated"));
+  EXPECT_FALSE(world.main().Visible());
+  EXPECT_EQ(world.tray.icons.size(), 1u);
+}
+
+TEST_F(TrayForm, WindowThatIsNotMinimisedIsLeftAloneByItsIcon) {
+  world.tray.refuses = true;
+  Start();
+  const Box bounds = world.main().bounds();
+  world.tray.refuses = false;
+  world.desktop.Advance(60000);
+  EXPECT_EQ(world.tray.icons.size(), 1u);
+  EXPECT_TRUE(world.main().Visible());
+  EXPECT_EQ(world.main().bounds(), bounds);
+  EXPECT_EQ(world.main().State(), WindowState::kNormal);
+}
+
 TEST_F(TrayForm, LosingActivationRepaintsTheButtons) {
   Start();
   auto& peer = static_cast<MemoryPeer&>(*world.main().peer());

@@ -20,6 +20,7 @@ using Calls = std::vector<std::string>;
 
 struct MainForm : HookedForm {
   Calls calls;
+  int trayChanges = 0;
   bool fails = false;
 
   WindowHandle HookedWindow() const override { return kMain; }
@@ -27,6 +28,7 @@ struct MainForm : HookedForm {
   void SystrayMenu() override { Called("SystrayMenu"); }
   void RefreshButtons() override { Called("RefreshButtons"); }
   void Resized() override { Called("Resized"); }
+  void TrayIconChanged() override { ++trayChanges; }
 
  private:
   void Called(const char* name) {
@@ -208,12 +210,37 @@ TEST_F(Hook, TaskbarThatStillHasTheIconShowsItOnce) {
   EXPECT_EQ(tray.icons, std::vector<NotifyIconData>{module.TrayIconRecord});
 }
 
-TEST_F(Hook, RefusedIconIsIgnored) {
+TEST_F(Hook, RefusedIconIsNoFailureAndTheFormHearsOfIt) {
+  EXPECT_FALSE(module.TrayIconThere());
   tray.refuses = true;
   module.AddTrayIcon(1172);
+  EXPECT_FALSE(module.TrayIconThere());
+  EXPECT_EQ(form.trayChanges, 1);
   EXPECT_EQ(hooks.Send(kMain, hooks.NumberOf("TaskbarCreated")), hooks.ownResult);
   EXPECT_TRUE(tray.icons.empty());
   EXPECT_EQ(tray.calls.size(), 3u);
+  EXPECT_EQ(form.trayChanges, 2);
+  tray.refuses = false;
+  module.AddTrayIconAgain();
+  EXPECT_TRUE(module.TrayIconThere());
+  EXPECT_EQ(form.trayChanges, 3);
+  EXPECT_EQ(tray.icons, std::vector<NotifyIconData>{module.TrayIconRecord}) << "the same record";
+}
+
+// A program that runs as administrator would not get messages of the shell otherwise.
+TEST_F(Hook, ShellMayReachAWindowWithMoreRights) {
+  EXPECT_EQ(hooks.allowed, (std::vector<std::pair<WindowHandle, std::uint32_t>>{
+                               {kMain, hooks.NumberOf("msgMarlMenu")},
+                               {kMain, hooks.NumberOf("TaskbarCreated")}}));
+}
+
+TEST(HookWindow, WithoutRegisteredMessagesAllowsNothing) {
+  MemoryWindowHooks hooks;
+  MemoryTray tray;
+  MainForm form;
+  modMarl module(hooks, tray, form);
+  module.HookWindow(kMain);
+  EXPECT_TRUE(hooks.allowed.empty());
 }
 
 TEST_F(Hook, RemovedIconIsFreedFirst) {
