@@ -15,6 +15,7 @@ HELP_PACKAGES=(cmake python3 pandoc)
 # npm comes with its own nodejs on some machines.
 NPM_PACKAGES=()
 if ! command -v npm >/dev/null; then NPM_PACKAGES=(nodejs npm); fi
+RELEASE_PACKAGES=("${HELP_PACKAGES[@]}" wixl msitools osslsigncode openssl diffoscope-minimal git)
 HELP_CHECK_PACKAGES=("${HELP_PACKAGES[@]}" chromium fonts-liberation "${NPM_PACKAGES[@]}")
 
 # Prints the packages that are not installed.
@@ -51,6 +52,7 @@ ensure_packages() {
     mutate) wanted=("${BUILD_PACKAGES[@]}" "${MUTATE_PACKAGES[@]}") ;;
     fuzz) wanted=("${BUILD_PACKAGES[@]}" "${FUZZ_PACKAGES[@]}") ;;
     help) wanted=("${HELP_PACKAGES[@]}") ;;
+    release) wanted=("${BUILD_PACKAGES[@]}" "${RUN_PACKAGES[@]}" "${RELEASE_PACKAGES[@]}") ;;
     help-check) wanted=("${HELP_CHECK_PACKAGES[@]}") ;;
     *) wanted=("${BUILD_PACKAGES[@]}" "${RUN_PACKAGES[@]}") ;;
   esac
