@@ -16,7 +16,7 @@ release_parts() {
   for width in "${RELEASE_WIDTHS[@]}"; do
     build=build/release$width
     cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DMARL_RELEASE=ON -DMARL_TESTS=OFF \
-      -DMARL_CCACHE=OFF -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-${RELEASE_TRIPLET[$width]%%-*}.cmake" \
+      -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-${RELEASE_TRIPLET[$width]%%-*}.cmake" \
       >/dev/null || fail "the $width-bit program cannot be configured"
     for code in $(languages); do
       say "Building $code, $width bits"
@@ -135,7 +135,7 @@ release_again() {
     say "Not root: the second build runs as the same user"
   fi
   (umask 077 && cd "$folder" && "${user[@]}" env -i PATH=/usr/local/bin:/usr/bin:/bin HOME="$folder" \
-    USER=somebody LOCPATH="$locales" LC_ALL=de_DE.UTF-8 TZ=Pacific/Auckland MARL_JOBS=1 \
+    USER=somebody LOCPATH="$locales" LC_ALL=de_DE.UTF-8 TZ=Pacific/Auckland MARL_JOBS="$JOBS" \
     SOURCE_DATE_EPOCH="$SOURCE_DATE_EPOCH" ${MARL_SIGN_KEY:+MARL_SIGN_KEY="$MARL_SIGN_KEY"} \
     ${MARL_SIGN_CERT:+MARL_SIGN_CERT="$MARL_SIGN_CERT"} ./marl release --parts "$out")
 }

@@ -191,7 +191,7 @@ ensure_wine() {
 ensure_witness() {
   local place=$WINE_FOLDER/version
   { root_ready "$WITNESS_ROOT" || { may_install && make_witness_root; }; } ||
-    fail "the root of the newer Wine could not be made; README.md has what it needs"
+    fail "the root of the newer Wine could not be made; docs/BUILDING.md has what it needs"
   if [[ "$(cat "$place" 2>/dev/null)" == "$(wine_version)" ]]; then return; fi
   check_wine witness || fail "Windows programs do not run in $WITNESS_ROOT"
 }

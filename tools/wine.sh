@@ -20,8 +20,8 @@ declare -A WINE_MODES=([machine]='32 and 64 bits, by the Wine of this machine'
                        [root]='32 and 64 bits, by Wine in a private root'
                        [witness]='32 and 64 bits, by the newer Wine in a root of its own'
                        [64]='64 bits alone, by the Wine of this machine')
-WINE_NO_32='wine32:i386 cannot be installed; "If something is missing" in README.md has the remedies'
-WINE_NONE='Wine cannot be installed; "If something is missing" in README.md has the remedies'
+WINE_NO_32='wine32:i386 cannot be installed; "If something is missing" in docs/BUILDING.md has the remedies'
+WINE_NONE='Wine cannot be installed; "If something is missing" in docs/BUILDING.md has the remedies'
 WINE_MODE=machine
 WINE_VIA=()
 # Where the prefixes are.
