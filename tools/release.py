@@ -30,7 +30,8 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 ARCHITECTURES = {32: "x86", 64: "x64"}
 TRIPLETS = {32: "i686-w64-mingw32", 64: "x86_64-w64-mingw32"}
 PACKAGES = {32: "i686", 64: "x86-64"}
-LIMITS = {".zip": 2_500_000, ".msi": 3_000_000}
+# As Windows shows sizes: 2.5 and 3 MB of 1,048,576 bytes.
+LIMITS = {".zip": 5 * 1024 * 512, ".msi": 3 * 1024 * 1024}
 # What every Windows from 7 on has.
 WINDOWS_LIBRARIES = {"advapi32", "comctl32", "comdlg32", "gdi32", "kernel32", "msimg32", "msvcrt", "ole32",
                      "oleaut32", "shell32", "user32", "uxtheme", "gdiplus", "shlwapi", "version", "wtsapi32",
