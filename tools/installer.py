@@ -108,8 +108,8 @@ def run(*arguments, **options):
 
 def make(folder, language, width, version, epoch, output):
     other = {32: 64, 64: 32}[width]
-    # Times are stored as local ones.
-    environment = dict(os.environ, TZ="UTC", LC_ALL="C.UTF-8", SOURCE_DATE_EPOCH=str(epoch))
+    # Every tool converts times from and to local ones.
+    os.environ.update(TZ="UTC", LC_ALL="C.UTF-8", SOURCE_DATE_EPOCH=str(epoch))
     # A fixed name: the paths of the sources must not have an influence on anything.
     with tempfile.TemporaryDirectory(prefix="marl-msi-") as place:
         work = pathlib.Path(place)
@@ -131,7 +131,7 @@ def make(folder, language, width, version, epoch, output):
         defines = [word for name, value in variables.items() for word in ("-D", f"{name}={value}")]
         package = work / "Marl.msi"
         run("wixl", "--wxidir", ".", "-a", "x86" if width == 32 else "x64", *defines, "-o", "Marl.msi", "Marl.wxs",
-            env=environment, cwd=work)
+            cwd=work)
         finish(package, staged, language, width, version, epoch)
         shutil.copyfile(package, output)
 
