@@ -224,9 +224,10 @@ FormWin32::Result FormWin32::OnGetDefaultId(WPARAM, LPARAM) {
 }
 
 FormWin32::Result FormWin32::OnRowAccepted(WPARAM, LPARAM l) {
-  if (Control* const control = ControlOf(reinterpret_cast<HWND>(l))) {
-    desktop_.Event([&] { ListOf(*control)->SelectionChanged(); });
-  }
+  // Any program can post this, with any window.
+  const Control* const control = ControlOf(reinterpret_cast<HWND>(l));
+  ListWin32* const list = control ? ListOf(*control) : nullptr;
+  if (list) desktop_.Event([&] { list->SelectionChanged(); });
   return 0;
 }
 

@@ -56,6 +56,24 @@ TEST_F(MainWindow, MenuReadsBackAsInTheTable) {
   }
 }
 
+TEST_F(MainWindow, MessagesOfOtherProgramsAreNotTrusted) {
+  Start();
+  std::vector<LPARAM> numbers = {0, 1, -1, 0x7FFFFFFF, reinterpret_cast<LPARAM>(Window())};
+  for (HWND child = GetWindow(Window(), GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    numbers.push_back(reinterpret_cast<LPARAM>(child));
+  }
+  ASSERT_GT(numbers.size(), 5u) << "the status bar";
+  const auto started = shell.started.size();
+  for (UINT message = WM_USER; message < 0xC000; message += message < WM_APP + 64 ? 1 : 97) {
+    for (const LPARAM number : numbers) {
+      SendMessageW(Window(), message, static_cast<WPARAM>(number), number);
+    }
+  }
+  EXPECT_TRUE(IsWindow(Window()));
+  EXPECT_TRUE(main->loaded());
+  EXPECT_EQ(shell.started.size(), started);
+}
+
 TEST_F(MainWindow, ShownToolsStandFirstInTheirMenu) {
   settings.Put(u"Marl", u"Settings", u"Tools", u"True");
   Start();
