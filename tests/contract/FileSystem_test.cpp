@@ -534,6 +534,9 @@ class FileUse {
     Tell(files_.SetAttributes(path, static_cast<std::uint32_t>(Draw(4) == 0 ? Draw(8) : 0)));
   }
   void List(const Text& pattern) {
+    // These are wildcards of Windows too, which older versions of Wine take for letters. The
+    // program lists no such pattern.
+    if (pattern.find_first_of(u"\"<>") != Text::npos) return;
     std::map<Text, std::uint32_t> entries;
     if (const auto listing = files_.Find(pattern)) {
       for (FoundEntry entry; listing->Next(entry) == kOk;) {

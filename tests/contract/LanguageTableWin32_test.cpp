@@ -20,10 +20,19 @@ std::wstring LocaleText(const std::wstring& name, LCTYPE kind) {
   return GetLocaleInfoEx(name.c_str(), kind, text, 256) > 0 ? text : L"unknown";
 }
 
+/// True for the few languages that newer platforms do not know any more, or know by another name,
+/// if this is such a platform. Projects keep their codes.
+bool IsOfOlderPlatforms(const std::wstring& name) {
+  static const std::set<std::wstring> gone = {L"bin", L"bin-NG", L"kr", L"kr-Latn-NG"};
+  if (gone.contains(name)) return LocaleNameToLCID(name.c_str(), kAllowNeutralNames) == 0;
+  return name == L"kok-IN" && LocaleText(name, LOCALE_SNAME) == L"kok-Deva-IN";
+}
+
 TEST(LanguageTablePlatform, EveryLanguageIsAsThePlatformSays) {
   for (const LanguageRow& row : LanguageTable()) {
     const std::wstring name = WideText(row.code);
     const std::string where(row.code.begin(), row.code.end());
+    if (IsOfOlderPlatforms(name)) continue;
     EXPECT_EQ(LocaleNameToLCID(name.c_str(), kAllowNeutralNames), static_cast<LCID>(row.localeId))
         << where;
     EXPECT_EQ(LocaleText(name, LOCALE_SNAME), name) << where;
