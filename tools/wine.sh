@@ -35,6 +35,7 @@ wine_use() {
     root) WINE_VIA=("$ROOT/tools/in_root.sh" "$PRIVATE_ROOT" "$ROOT") ;;
     witness)
       WINE_VIA=("$ROOT/tools/in_root.sh" "$WITNESS_ROOT" "$ROOT")
+      WINE_NONE='the newer Wine is not there yet for this checkout; ./marl witness makes it'
       WINE_FOLDER=build/witness
       SHOTS_FOLDER=out/witness
       ;;
