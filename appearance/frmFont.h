@@ -61,6 +61,7 @@ class frmFont : public Form {
  protected:
   void OnLoad() override;
   void OnActivate() override;
+  void OnLookChanged() override { DrawGradient(); }
 
  private:
   void SyncStyleControls();

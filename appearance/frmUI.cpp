@@ -58,7 +58,7 @@ void frmUI::Arrange() {
     const int half = index % 2 == 0 ? 180 : 3300;
     Shape& swatch = shpColor(index);
     swatch.SetBounds({half, 300, 480, 345});
-    swatch.Transparent = false;
+    swatch.SetTransparent(false);
     swatch.BorderShown = true;
     swatch.SetBorderColor(kGrayText);
     cmdSetColor(index).SetBounds({half + 555, 300, 2325, 345});
@@ -305,10 +305,16 @@ void frmUI::RefreshSample() {
 
 void frmUI::ShowPictures() {
   const int set = cmbIcons.ListIndex();
-  const int size = desktop().PixelsX(kPictureTwips);
+  const int size = resolution().PixelsX(kPictureTwips);
   const bool twoState = chkUseTwoState.Value() != 0;
   imgSample[0].SetPicture(icons_.Image(set, DullImage(kSampleButton, twoState), size));
   imgSample[1].SetPicture(icons_.Image(set, BrightImage(kSampleButton), size));
+}
+
+void frmUI::OnLookChanged() {
+  if (cmbIcons.ListIndex() < 0) return;  // not filled yet
+  ShowPictures();
+  RefreshSample();
 }
 
 void frmUI::AngleChanged() {

@@ -107,6 +107,7 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
 
  protected:
   void OnLoad() override;
+  void OnLookChanged() override;
 
  private:
   /// A row of the list that is being dragged.

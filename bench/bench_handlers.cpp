@@ -46,8 +46,8 @@ int Main() {
   time("mouse-last", [&] { move(last); });
   expect(17);
   const Point origin = form.ClientOrigin();
-  world.tray.cursor = {origin.x + world.desktop.PixelsX(last.left + 300),
-                       origin.y + world.desktop.PixelsY(last.top + 300)};
+  world.tray.cursor = {origin.x + world.desktop.resolution().PixelsX(last.left + 300),
+                       origin.y + world.desktop.resolution().PixelsY(last.top + 300)};
   time("timer", [&] { form.tmrOver.Tick(); });
   expect(17);
   time("resize", [&] { static_cast<HookedForm&>(form).Resized(); });

@@ -166,7 +166,8 @@ double WholeSetUI() {
   Switchboard switchboard;
   frmMain& main = switchboard.main;
   const win32::DesktopWin32& desktop = switchboard.desktop;
-  const Size size = {desktop.PixelsX(main.inner().width), desktop.PixelsY(main.inner().height)};
+  const Size size = {desktop.resolution().PixelsX(main.inner().width),
+                     desktop.resolution().PixelsY(main.inner().height)};
   Surface surface(size);
   GradientPicture picture;
   double worst = std::numeric_limits<double>::infinity();

@@ -12,6 +12,7 @@ frmSelectFile::frmSelectFile(Ports ports)
     : Form(ports.desktop, "frmSelectFile"), ports_(std::move(ports)) {
   Tag = StringTag(IDS_SELECT_TITLE);
   Design = {6240, 2055};
+  KeepsPlace = true;
   lblLanguage.SetBounds({120, 120, 6000, 225});
   lblLanguage.Tag = StringTag(IDS_SELECT_LANGUAGE);
   cmbLanguage.SetBounds({120, 345, 6000, 315});

@@ -68,10 +68,10 @@ void frmChangeServer::OnLoad() {
 }
 
 void frmChangeServer::ShowPicture() {
-  const PicturePtr strip = ports_.pictures.Load(DrawingFor(kStrip, ports_.desktop.Dpi().width).id);
+  const PicturePtr strip = ports_.pictures.Load(DrawingFor(kStrip, resolution().x).id);
   if (!strip) return;
   const int drawn = strip->width / MARL_STRIP_PICTURES;
-  const int size = ports_.desktop.PixelsX(kPictureTwips);
+  const int size = resolution().PixelsX(kPictureTwips);
   // The bright row is the lower one.
   Image1.SetPicture(TileOf(*strip, kPictureTile, 1, drawn, size));
 }

@@ -43,6 +43,7 @@ class frmChangeServer : public Form {
 
  protected:
   void OnLoad() override;
+  void OnLookChanged() override { ShowPicture(); }
 
  private:
   void FillList();

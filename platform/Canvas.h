@@ -16,7 +16,6 @@ struct TextStyle {
   Alignment alignment = Alignment::kLeft;
   bool wrap = true;
   bool accessKeys = true;  ///< "&" underlines the next character
-  bool enabled = true;     ///< false draws the text engraved, in the system's grey
 };
 
 /// The surface that a form is painted on. Boxes and points are in pixels; everything is clipped to

@@ -31,6 +31,19 @@ struct Point {
   bool operator==(const Point&) const = default;
 };
 
+/// A rectangle in pixels, of the screen or of a window's client area; right and bottom are outside.
+struct PixelRect {
+  std::int32_t left = 0;
+  std::int32_t top = 0;
+  std::int32_t right = 0;
+  std::int32_t bottom = 0;
+
+  std::int32_t width() const { return right - left; }
+  std::int32_t height() const { return bottom - top; }
+
+  bool operator==(const PixelRect&) const = default;
+};
+
 /// Width and height of a pixel in twips: 1440 / dpi, a fraction on many screens.
 struct PixelTwips {
   double x = 15;
@@ -47,8 +60,11 @@ constexpr Color SystemColor(int index) { return static_cast<Color>(0x80000000u |
 
 constexpr Color kWindowBackground = SystemColor(5);
 constexpr Color kWindowText = SystemColor(8);
+constexpr Color kHighlight = SystemColor(13);
+constexpr Color kHighlightText = SystemColor(14);
 constexpr Color kButtonFace = SystemColor(15);
 constexpr Color kGrayText = SystemColor(17);
 constexpr Color kButtonText = SystemColor(18);
+constexpr Color kHotLight = SystemColor(26);  ///< links
 
 }  // namespace marl

@@ -3,20 +3,11 @@
 #include <cstdint>
 #include <variant>
 
+#include "platform/Geometry.h"
 #include "platform/Text.h"
 #include "platform/WindowHandle.h"
 
 namespace marl {
-
-/// A rectangle in pixels of a window's client area.
-struct PixelRect {
-  std::int32_t left = 0;
-  std::int32_t top = 0;
-  std::int32_t right = 0;
-  std::int32_t bottom = 0;
-
-  bool operator==(const PixelRect&) const = default;
-};
 
 /// A tool of a tip window (TOOLINFO), with the platform's field names.
 struct ToolInfo {

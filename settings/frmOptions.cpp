@@ -107,8 +107,9 @@ void frmOptions::OnLoad() {
   ApplyLocaleFont(*this, ports_.locale);
   SetCaptions();
   // Half a twip is rounded to even.
-  Move(CLng(mainForm_.Left() + (mainForm_.Width() - Width()) / 2.0),
-       CLng(mainForm_.Top() + (mainForm_.Height() - Height()) / 2.0));
+  const Box main = BoundsOf(mainForm_);
+  Move(CLng(main.left + (main.width - Width()) / 2.0),
+       CLng(main.top + (main.height - Height()) / 2.0));
   LoadExpressions();
 }
 

@@ -31,7 +31,7 @@ frmMain::frmMain(Platform& platform, bool debugLog)
   ShowInTaskbar = true;
   EndsProgram = true;
   KeyPreview = true;
-  SetBackColor(Rgb(0, 77, 57));
+  SetBackColor(kPanelBackground);
   SetFont({u"Arial", 100000, true});
   DesignMenuBar();
   for (int i = 0; i < kButtonCount; ++i) {

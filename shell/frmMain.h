@@ -5,6 +5,7 @@
 
 #include "appearance/GradientRect.h"
 #include "appearance/IconSets.h"
+#include "appearance/PanelColors.h"
 #include "appearance/SkinSettings.h"
 #include "appearance/clsTooltip.h"
 #include "appearance/modSetIcon.h"
@@ -25,6 +26,9 @@
 #include "support/modLogging.h"
 
 namespace marl {
+
+/// Behind the panel until its gradient is painted.
+inline constexpr Color kPanelBackground = Rgb(0, 77, 57);
 
 /// The switchboard: a panel of 18 large buttons that start the tools of the suite.
 ///
@@ -120,6 +124,7 @@ class frmMain : public Form, public HookedForm {
   void OnLoad() override;
   void OnActivate() override;
   void OnResize() override;
+  void OnLookChanged() override;
   void OnClick() override;
   void OnKeyPress(char16_t character) override;
   void OnMouseMove(int button, int shift, float x, float y) override;
@@ -143,7 +148,13 @@ class frmMain : public Form, public HookedForm {
   void WaitForSplash();
   void MarkMissingTools();
 
+  /// What the panel is painted with: the skin, or the system's colours.
+  PanelColors Colors() const;
   void PaintGradient();
+  /// Gives each label a colour for when it is disabled, which is readable on what is behind it.
+  void GreyLabels();
+  /// True for a button that is there and whose tool is not missing.
+  bool IsAlive(int index) const;
   void Dress(int index, bool highlighted);
   void HighlightButton(int index, bool show);
   void tmrOver_Tick();
@@ -154,6 +165,8 @@ class frmMain : public Form, public HookedForm {
 
   void EnterTray();
   void FillPopup();
+  /// The pictures for the tray menu at the form's resolution: an id.
+  int PopupPictures() const;
   void CreateTooltips();
   void DesignMenuBar();
   void SetMenuCaptions();
@@ -201,6 +214,8 @@ class frmMain : public Form, public HookedForm {
                            [this](bool enabled) { EnableTracking(enabled); }}};
   modMarl hook_{platform_.hooks, platform_.tray, *this};
   std::unique_ptr<PopupMenu> m_cPopupMenu;
+  int popupPictures_ = 0;    ///< id of the pictures in it
+  bool popupInUse_ = false;  ///< it is shown, or its chosen item is being handled
   std::vector<std::unique_ptr<Menu>> menuBar_;  ///< in the order of the design
   modLogging log_;
   bool started_ = false;  ///< start-up is complete: the exit sequence saves the settings

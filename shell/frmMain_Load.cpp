@@ -127,7 +127,7 @@ void frmMain::PrepareButtons() {
 }
 
 void frmMain::RestorePosition() {
-  const Size screen = desktop().ScreenSize();
+  const Size screen = ScreenSize();
   int left = CLng(Setting(u"Left", u"-1"));
   int top = CLng(Setting(u"Top", u"-1"));
   // A window that just fits stays where it is. If any part of it would be off the screen, it is

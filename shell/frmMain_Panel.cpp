@@ -1,7 +1,10 @@
 #include "shell/frmMain.h"
 
+#include <algorithm>
+
 #include "appearance/FontSpec.h"
 #include "appearance/PanelLayout.h"
+#include "platform/Contrast.h"
 #include "support/Numbers.h"
 #include "support/modI18N.h"
 
@@ -47,25 +50,81 @@ void frmMain::SetUI() {
   BindTooltips();
 }
 
+PanelColors frmMain::Colors() const {
+  return desktop().HighContrast() ? HighContrastColors() : SkinColors(Skin);
+}
+
+void frmMain::GreyLabels() {
+  const PicturePtr& behind = Background();
+  for (const auto& label : lblRun) {
+    if (!label->Visible()) continue;
+    if (!behind || behind->width == 0 || behind->height == 0) {
+      label->SetDisabledColor(kGrayText);
+      continue;
+    }
+    // The gradient is straight, so its extremes in a rectangle are at the corners.
+    const Size size = label->PixelSize();
+    const int left = resolution().PixelsX(label->Left());
+    const int top = resolution().PixelsY(label->Top());
+    std::array<Color, 9> backgrounds;
+    for (std::size_t i = 0; i < backgrounds.size(); ++i) {
+      const int x = left + size.width * static_cast<int>(i % 3) / 2;
+      const int y = top + size.height * static_cast<int>(i / 3) / 2;
+      const std::uint32_t pixel =
+          behind->At(std::clamp(x, 0, behind->width - 1), std::clamp(y, 0, behind->height - 1));
+      backgrounds[i] = Rgb(pixel >> 16 & 0xFF, pixel >> 8 & 0xFF, pixel & 0xFF);
+    }
+    label->SetDisabledColor(GreyOn(Skin.Text1, backgrounds));
+  }
+}
+
 void frmMain::PaintGradient() {
+  if (const PanelColors colors = Colors(); colors.plain) {
+    SetBackground(nullptr);
+    SetBackColor(colors.background);
+    GreyLabels();
+    return Refresh();
+  }
+  SetBackColor(kPanelBackground);
   if (!gradient_) gradient_ = std::make_unique<clsGradient>(desktop());
   gradient_->SetAngle(static_cast<float>(Skin.Angle));
   gradient_->SetColor1(Skin.Color1);
   gradient_->SetColor2(Skin.Color2);
   // Released first, so that the memory of the current picture is reused.
   SetBackground(nullptr);
-  panel_.Begin({desktop().PixelsX(inner().width), desktop().PixelsY(inner().height)}, BackColor());
+  panel_.Begin({resolution().PixelsX(inner().width), resolution().PixelsY(inner().height)},
+               BackColor());
   gradient_->Draw(panel_);
   SetBackground(panel_.Take());
+  GreyLabels();
   Refresh();
+}
+
+void frmMain::OnLookChanged() {
+  if (!gradient_) return;  // the panel has not been laid out yet
+  for (int i = 0; i < kButtonCount; ++i) {
+    const auto slot = static_cast<std::size_t>(i);
+    if (imgRun[slot]->Visible()) Dress(i, i == HoverButton && IsAlive(i));
+  }
+  if (IsAlive(HoverButton)) HighlightButton(HoverButton, true);
+  PaintGradient();
+  BindTooltips();
+}
+
+bool frmMain::IsAlive(int index) const {
+  return index >= 0 && lblRun[static_cast<std::size_t>(index)]->Tag != kDead;
 }
 
 void frmMain::Dress(int index, bool highlighted) {
   const auto slot = static_cast<std::size_t>(index);
-  lblRun[slot]->SetForeColor(highlighted ? Skin.Text2 : Skin.Text1);
+  const PanelColors colors = Colors();
+  lblRun[slot]->SetForeColor(highlighted ? colors.highlightedText : colors.text);
+  shpRun[slot]->SetFillColor(colors.highlight);
+  shpRun[slot]->SetTransparent(!(highlighted && colors.highlightFilled));
   ApplyFontSpec(*lblRun[slot], highlighted ? Skin.Font2 : Skin.Font1, numbers_);
   const int number = highlighted ? BrightImage(index) : DullImage(index, Skin.TwoStateOffset == 0);
-  imgRun[slot]->SetPicture(iconSets_.Image(Skin.Icons, number, desktop().PixelsX(kPictureTwips)));
+  imgRun[slot]->SetPicture(
+      iconSets_.Image(Skin.Icons, number, resolution().PixelsX(kPictureTwips)));
 }
 
 void frmMain::OnMouseMove(int, int, float x, float y) {
@@ -78,16 +137,13 @@ void frmMain::OnMouseMove(int, int, float x, float y) {
     hit = ButtonAt(areas, x, y);
   }
   if (hit == HoverButton) return;
-  const auto alive = [this](int index) {
-    return index >= 0 && lblRun[static_cast<std::size_t>(index)]->Tag != kDead;
-  };
-  if (alive(HoverButton)) {
+  if (IsAlive(HoverButton)) {
     HighlightButton(HoverButton, false);
     stbMain.SetCaption(u"");
     Dress(HoverButton, false);
   }
   HoverButton = hit;
-  if (alive(hit)) {
+  if (IsAlive(hit)) {
     HighlightButton(hit, true);
     stbMain.SetCaption(TooltipTexts[static_cast<std::size_t>(hit)]);
     Dress(hit, true);
@@ -95,12 +151,13 @@ void frmMain::OnMouseMove(int, int, float x, float y) {
 }
 
 void frmMain::HighlightButton(int index, bool show) {
+  const PanelColors colors = Colors();
   const auto lines =
-      BevelLines(shpRun[static_cast<std::size_t>(index)]->bounds(), desktop().TwipsPerPixel());
+      BevelLines(shpRun[static_cast<std::size_t>(index)]->bounds(), resolution().TwipsPerPixel());
   for (std::size_t i = 0; i < lines.size(); ++i) linRun[i]->SetVisible(false);
   for (std::size_t i = 0; i < lines.size(); ++i) {
     linRun[i]->Place(lines[i].from, lines[i].to);
-    linRun[i]->SetBorderColor(lines[i].lit ? Skin.Border1 : Skin.Border2);
+    linRun[i]->SetBorderColor(lines[i].lit ? colors.border1 : colors.border2);
   }
   const auto drawn = static_cast<std::size_t>(Skin.BorderWidth * 4);
   for (std::size_t i = 0; i < drawn; ++i) linRun[i]->SetVisible(show);
@@ -111,7 +168,7 @@ void frmMain::HighlightButton(int index, bool show) {
 void frmMain::tmrOver_Tick() {
   const Point cursor = platform_.tray.CursorPosition();
   const Point origin = ClientOrigin();
-  const PixelTwips pixel = desktop().TwipsPerPixel();
+  const PixelTwips pixel = resolution().TwipsPerPixel();
   const auto x = static_cast<float>(CLng(pixel.x * (cursor.x - origin.x)));
   const auto y = static_cast<float>(CLng(pixel.y * (cursor.y - origin.y)));
   OnMouseMove(0, 0, x, y);

@@ -23,7 +23,7 @@ void frmMain::CreateTooltips() {
 }
 
 void frmMain::BindTooltips() {
-  const PixelTwips pixel = desktop().TwipsPerPixel();
+  const PixelTwips pixel = resolution().TwipsPerPixel();
   for (std::size_t i = 0; i < kButtonCount; ++i) {
     if (!TooltipObjects[i]) continue;
     if (!imgRun[i]->Visible() || !TooltipsEnabled) {

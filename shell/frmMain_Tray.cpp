@@ -1,6 +1,7 @@
 #include "shell/frmMain.h"
 
 #include <algorithm>
+#include <utility>
 
 // The switchboard in the notification area: the icon, its menu, and restoring the window.
 
@@ -14,6 +15,19 @@ constexpr int kLargePicturesDpi = 120;
 // each attempt wait.
 constexpr int kFirstRetry = 1000;
 constexpr int kLongestRetry = 60000;
+
+/// Sets a flag while it lives.
+class InUse {
+ public:
+  explicit InUse(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
+  ~InUse() { flag_ = before_; }
+  InUse(const InUse&) = delete;
+  InUse& operator=(const InUse&) = delete;
+
+ private:
+  bool& flag_;
+  bool before_;
+};
 
 }  // namespace
 
@@ -39,11 +53,14 @@ void frmMain::tmrTray_Tick() {
   hook_.AddTrayIconAgain();
 }
 
+int frmMain::PopupPictures() const {
+  return resolution().y >= kLargePicturesDpi ? MARL_PICTURE_MENU_24 : MARL_PICTURE_MENU_16;
+}
+
 void frmMain::FillPopup() {
   m_cPopupMenu = platform_.tray.CreatePopup();
-  const bool large = desktop().Dpi().height >= kLargePicturesDpi;
-  m_cPopupMenu->SetImageList(
-      platform_.pictures.Load(large ? MARL_PICTURE_MENU_24 : MARL_PICTURE_MENU_16));
+  popupPictures_ = PopupPictures();
+  m_cPopupMenu->SetImageList(platform_.pictures.Load(popupPictures_));
   m_cPopupMenu->SetOwner(hWnd());
   for (int i = 0; i < kButtonCount; ++i) {
     m_cPopupMenu->AddItem(lblRun[static_cast<std::size_t>(i)]->Caption(), i, false, true);
@@ -57,6 +74,10 @@ void frmMain::SystrayMenu() {
   BringToFront();
   // The icon exists before its menu: start-up may still be waiting for the splash.
   if (!m_cPopupMenu) throw RuntimeError(91, u"Object variable or With block variable not set");
+  // The form may have come to a monitor of another resolution. A menu whose chosen item has opened
+  // a dialog is still in use.
+  if (!popupInUse_ && popupPictures_ != PopupPictures()) FillPopup();
+  const InUse use(popupInUse_);
   m_cPopupMenu->Show(platform_.tray.CursorPosition());
 }
 

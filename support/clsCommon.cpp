@@ -65,11 +65,17 @@ Text NumberOfBytes(std::string_view bytes) {
 }  // namespace
 
 void clsCommon::CentreForm(Form& form) {
-  const Size screen = form.desktop().ScreenSize();
   const auto half = [](int whole, int part) {
     return CLng((static_cast<double>(whole) - part) / 2);
   };
-  form.Move(half(screen.width, form.Width()), half(screen.height, form.Height()));
+  const auto centre = [&] {
+    const Size screen = form.ScreenSize();
+    form.Move(half(screen.width, form.Width()), half(screen.height, form.Height()));
+  };
+  const Resolution before = form.resolution();
+  centre();
+  // A form that comes from a monitor of another resolution has another size now.
+  if (form.resolution() != before) centre();
 }
 
 Text clsCommon::INIFile(const std::optional<TextView>& file) const {

@@ -1,6 +1,9 @@
 #include "support/frmAbout2006.h"
 
+#include <array>
+
 #include "platform/ApplicationTitle.h"
+#include "platform/Contrast.h"
 #include "support/Drawing.h"
 #include "support/Version.h"
 #include "support/modI18N.h"
@@ -47,7 +50,6 @@ frmAbout2006::frmAbout2006(Ports ports)
   for (std::size_t i = 0; i < cmdShell.size(); ++i) {
     const int link = kSite + static_cast<int>(i);
     Label& label = *lblLabel[static_cast<std::size_t>(link)];
-    label.SetForeColor(kLink);
     label.SetFont({u"Tahoma", 82500, false, false, true});
     label.HandCursor = true;
     cmdShell[i]->SetBounds({-1500, label.Top(), 1125, kLineHeight});
@@ -80,7 +82,28 @@ void frmAbout2006::OnLoad() {
   ApplyLocaleFont(*this, ports_.locales);
   LoadFormStrings(*this, ports_.strings);
   lblLabel[kVersionLabel]->SetCaption(Text(kApplicationTitle).append(u" ").append(kVersion));
-  imgLogo.SetPicture(LoadDrawing(ports_.pictures, kLogo, desktop().Dpi().width));
+  ShowLogo();
+  ColorLinks();
+}
+
+void frmAbout2006::OnLookChanged() {
+  ShowLogo();
+  ColorLinks();
+}
+
+// The program's own colour for links, as long as it is readable on the system's background.
+void frmAbout2006::ColorLinks() {
+  const auto value = [this](Color color) { return desktop().SystemColorValue(color & 0x7FFFFFFF); };
+  const std::array<Color, 3> colors = {desktop().HighContrast() ? value(kHotLight) : kLink,
+                                       value(kHotLight), value(kButtonText)};
+  const Color link = ReadableOn(value(kButtonFace), colors);
+  for (const int label : {kSite, kSupport}) {
+    lblLabel[static_cast<std::size_t>(label)]->SetForeColor(link);
+  }
+}
+
+void frmAbout2006::ShowLogo() {
+  imgLogo.SetPicture(LoadDrawing(ports_.pictures, kLogo, resolution().x));
 }
 
 void frmAbout2006::FollowLink(int label) {

@@ -48,9 +48,12 @@ class frmAbout2006 : public Form {
 
  protected:
   void OnLoad() override;
+  void OnLookChanged() override;
 
  private:
   void AddLabel(int index, const Box& bounds, TextView tag);
+  void ShowLogo();
+  void ColorLinks();
   void FollowLink(int label);
   void Open(TextView operation, TextView address);
 

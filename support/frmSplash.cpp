@@ -50,14 +50,15 @@ void frmSplash::OnLoad() {
   lblVersion.SetCaption(ShownVersion(kVersion));
   lblVersion.SetBounds({kVersionMargin, CLng(img2006.Height() * kVersionPlace),
                         img2006.Width() - 2 * kVersionMargin, lblVersion.Height()});
-  const Size screen = desktop().ScreenSize();
+  const Size screen = ScreenSize();
   Move(CLng((screen.width - Width()) / 2.0), CLng((screen.height - Height()) / 2.0));
 }
 
 void frmSplash::FitToPicture() {
-  img2006.SetPicture(LoadDrawing(pictures_, kPicture, desktop().Dpi().width));
+  img2006.SetPicture(LoadDrawing(pictures_, kPicture, resolution().x));
   if (const PicturePtr& picture = img2006.Picture()) {
-    img2006.SetBounds({0, 0, desktop().TwipsX(picture->width), desktop().TwipsY(picture->height)});
+    img2006.SetBounds(
+        {0, 0, resolution().TwipsX(picture->width), resolution().TwipsY(picture->height)});
   }
   Move({Left(), Top(), img2006.Width() + Width() - inner().width,
         img2006.Height() + Height() - inner().height});

@@ -36,6 +36,7 @@ class frmSplash : public Form {
   void OnLoad() override;
   void OnClick() override;
   void OnKeyPress(char16_t character) override;
+  void OnLookChanged() override { FitToPicture(); }
 
  private:
   void Dismiss();

@@ -49,7 +49,7 @@ cmd_run() {
 
 SHOT_RESOLUTIONS=(96 120 144 168 192 240)
 
-# Screenshots of every form in out/shots/forms/LANGUAGE/DPI, and a contact sheet beside it. Without
+# Screenshots of every form in out/shots/forms/LANGUAGE/DPI (and .../contrast), and a contact sheet beside it. Without
 # arguments: all languages, all resolutions, and the demo's screenshots too.
 cmd_shots() {
   local languages resolutions=("${SHOT_RESOLUTIONS[@]}") demo=1 code
@@ -73,22 +73,29 @@ cmd_shots() {
   (demo_alone 144)
 }
 
-# The forms in the chosen languages at the chosen resolutions, on a screen large enough for all.
+# The forms in the chosen languages at the chosen resolutions, and with high contrast, on a screen
+# large enough for all.
 form_shots() {
-  local dpi language folder program
+  local dpi language folder program options
   unset DISPLAY
   build_preset win32 "${languages[@]/#/forms_tests_}"
   wine_begin shots 96 2560x1920
-  for dpi in "${resolutions[@]}"; do
-    wine_dpi "$dpi"
+  for dpi in "${resolutions[@]}" contrast; do
+    options=()
+    if [[ $dpi == contrast ]]; then
+      options=(--contrast)
+      wine_dpi 96
+    else
+      wine_dpi "$dpi"
+    fi
     for language in "${languages[@]}"; do
       folder=out/shots/forms/$language/$dpi
       rm -rf "$folder"
       mkdir -p "$folder"
       program=build/win32/tests/forms/forms_tests_$language.exe
-      MARL_SHOTS="Z:$ROOT/$folder" "${WINE_VIA[@]}" wine "$program" "--language=$language" \
+      MARL_SHOTS="Z:$ROOT/$folder" "${WINE_VIA[@]}" wine "$program" "--language=$language" "${options[@]}" \
           --gtest_filter='Forms.*' --gtest_brief=1 ||
-        fail "not all forms could be shown whole ($language, $dpi dots an inch)"
+        fail "not all forms could be shown whole ($language, $dpi)"
       montage "$folder"/*.png -background '#808080' -geometry +8+8 -tile 5x "$folder.png"
       say "$folder, $folder.png"
     done

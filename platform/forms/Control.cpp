@@ -83,9 +83,9 @@ void Control::SetBounds(const Box& bounds) {
 Size Control::PixelSize() const {
   // The right and bottom edges are converted, not the size, so that neighbours that touch in twips
   // also touch in pixels.
-  const Desktop& desktop = form_.desktop();
-  return {desktop.PixelsX(Left() + Width()) - desktop.PixelsX(Left()),
-          desktop.PixelsY(Top() + Height()) - desktop.PixelsY(Top())};
+  const Resolution resolution = form_.resolution();
+  return {resolution.PixelsX(Left() + Width()) - resolution.PixelsX(Left()),
+          resolution.PixelsY(Top() + Height()) - resolution.PixelsY(Top())};
 }
 
 void Control::SetVisible(bool visible) {

@@ -1,7 +1,9 @@
 #include "platform/forms/Controls.h"
 
 #include <algorithm>
+#include <array>
 
+#include "platform/Contrast.h"
 #include "platform/FoldCase.h"
 #include "platform/RuntimeError.h"
 #include "platform/forms/Form.h"
@@ -19,6 +21,31 @@ void Image::SetPicture(PicturePtr picture) {
   form().Invalidate(*this);
   picture_ = std::move(picture);
   Changed(Property::kPicture);
+}
+
+void Label::SetDisabledColor(std::optional<Color> color) {
+  if (color == disabledColor_) return;
+  disabledColor_ = color;
+  Changed(Property::kColor);
+}
+
+Color Label::TextColor() const {
+  if (Enabled()) return ForeColor();
+  if (disabledColor_) return *disabledColor_;
+  const Desktop& desktop = form().desktop();
+  const auto value = [&](Color color) {
+    return color < 0 ? desktop.SystemColorValue(color & 0x7FFFFFFF) : color;
+  };
+  const Color background = value(form().BackColor());
+  const bool readable = ContrastOf(value(kGrayText), background) >= kReadable;
+  if (desktop.HighContrast() || readable) return kGrayText;
+  return GreyOn(value(kButtonText), std::array{background});
+}
+
+void Shape::SetTransparent(bool transparent) {
+  if (transparent == transparent_) return;
+  transparent_ = transparent;
+  Changed(Property::kColor);
 }
 
 void Shape::SetBorderColor(Color color) {

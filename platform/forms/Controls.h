@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,15 @@ class Label : public Control {
       : Control(form, ControlKind::kLabel, name, index, container) {}
   marl::Alignment Alignment = marl::Alignment::kLeft;  // set by the design only
   bool WordWrap = true;                                // set by the design only
+  /// The colour of the text while the label is disabled; by default a grey that is readable on the
+  /// form, or the system's own with high contrast.
+  const std::optional<Color>& DisabledColor() const { return disabledColor_; }
+  void SetDisabledColor(std::optional<Color> color);
+  /// The colour of the text now.
+  Color TextColor() const;
+
+ private:
+  std::optional<Color> disabledColor_;
 };
 
 /// A picture that the form paints at its own size.
@@ -39,10 +49,12 @@ class Shape : public Control {
   void SetBorderColor(Color color);
   Color FillColor() const { return fillColor_; }
   void SetFillColor(Color color);
-  bool Transparent = true;   // set by the design only
+  bool Transparent() const { return transparent_; }
+  void SetTransparent(bool transparent);
   bool BorderShown = false;  // set by the design only
 
  private:
+  bool transparent_ = true;
   Color borderColor_ = 0;
   Color fillColor_ = 0xFFFFFF;
 };

@@ -8,29 +8,6 @@
 
 namespace marl {
 
-namespace {
-
-constexpr int kTwipsPerInch = 1440;
-
-int Scale(int value, int factor, int divisor) {
-  const std::int64_t product = std::int64_t{value} * factor;
-  const std::int64_t half = divisor / 2;
-  return static_cast<int>((product >= 0 ? product + half : product - half) / divisor);
-}
-
-}  // namespace
-
-PixelTwips Desktop::TwipsPerPixel() const {
-  const Size dpi = Dpi();
-  return {1.0 * kTwipsPerInch / dpi.width, 1.0 * kTwipsPerInch / dpi.height};
-}
-int Desktop::PixelsX(int twips) const { return Scale(twips, Dpi().width, kTwipsPerInch); }
-int Desktop::PixelsY(int twips) const { return Scale(twips, Dpi().height, kTwipsPerInch); }
-int Desktop::TwipsX(int pixels) const { return Scale(pixels, kTwipsPerInch, Dpi().width); }
-int Desktop::TwipsY(int pixels) const { return Scale(pixels, kTwipsPerInch, Dpi().height); }
-float Desktop::TwipsAtX(int pixels) const { return static_cast<float>(TwipsPerPixel().x * pixels); }
-float Desktop::TwipsAtY(int pixels) const { return static_cast<float>(TwipsPerPixel().y * pixels); }
-
 Form* Desktop::TopForm(const Form* except) const {
   for (auto it = forms_.rbegin(); it != forms_.rend(); ++it) {
     if (*it != except && (*it)->Visible() && (*it)->Border != BorderStyle::kNone) return *it;

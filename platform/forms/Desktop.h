@@ -8,6 +8,7 @@
 
 #include "platform/Canvas.h"
 #include "platform/Geometry.h"
+#include "platform/Resolution.h"
 #include "platform/RuntimeError.h"
 #include "platform/Text.h"
 #include "platform/WindowHandle.h"
@@ -44,6 +45,10 @@ class FormPeer {
   virtual WindowHandle HandleOf(const Control& control) const = 0;
   /// Position of the client area's corner on the screen, in pixels (GetClientRect, ClientToScreen).
   virtual Point ClientOrigin() const = 0;
+  /// Adapts the window to the form's new resolution: fonts, controls and lists, and its size, so
+  /// that the inner size in twips stays. The window's corner goes to that of `place`, in pixels of
+  /// the screen; a maximised window takes all of it. Reports the place, and marks all for painting.
+  virtual void Rescale(const PixelRect& place) = 0;
   /// Destroys the window, and those of the forms that it owns (`Form::PeerLost`); no more events
   /// follow. The object may still be in use further up the stack, so the desktop keeps it until all
   /// events have returned.
@@ -106,21 +111,17 @@ class Desktop {
   /// there is none.
   virtual bool ActivateByTitle(TextView title) = 0;
 
-  /// Width and height of the primary screen, in twips.
+  /// Width and height of the primary screen, in twips at the resolution of the screen.
   virtual Size ScreenSize() const = 0;
-  /// Resolution of the screen, in dpi.
+  /// The system's resolution: that of the primary screen when the user logged on, in dpi.
   virtual Size Dpi() const = 0;
-  /// Size of a pixel: 15 by 15 twips at 96 dpi, 7.5 by 7.5 at 192. Callers round once, at the end
-  /// of a computation.
-  PixelTwips TwipsPerPixel() const;
-  /// Twips to pixels and back, rounded to the nearest.
-  int PixelsX(int twips) const;
-  int PixelsY(int twips) const;
-  int TwipsX(int pixels) const;
-  int TwipsY(int pixels) const;
-  /// A mouse position in pixels, in twips, not rounded.
-  float TwipsAtX(int pixels) const;
-  float TwipsAtY(int pixels) const;
+  Resolution resolution() const { return {Dpi().width, Dpi().height}; }
+  /// The monitor that shows the largest part of the rectangle, or else the nearest one
+  /// (MonitorFromRect, GetMonitorInfo).
+  virtual Monitor MonitorAt(const PixelRect& place) const = 0;
+  /// True while the user has chosen high contrast (SPI_GETHIGHCONTRAST): text is in the system's
+  /// colours on plain backgrounds then.
+  virtual bool HighContrast() const = 0;
   /// A system colour's value (GetSysColor).
   virtual Color SystemColorValue(int index) const = 0;
 

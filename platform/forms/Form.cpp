@@ -7,6 +7,7 @@
 #include "platform/FoldCase.h"
 #include "platform/forms/CommonControls.h"
 #include "platform/forms/Controls.h"
+#include "platform/forms/Placement.h"
 
 namespace marl {
 
@@ -22,6 +23,17 @@ char16_t AccessKey(TextView caption) {
   return 0;
 }
 
+/// The caption as it reads while access keys are not underlined.
+Text WithoutAccessKeys(TextView caption) {
+  Text text;
+  for (std::size_t i = 0; i < caption.size(); ++i) {
+    // "&&" is a plain "&".
+    if (caption[i] == u'&' && ++i == caption.size()) break;
+    text += caption[i];
+  }
+  return text;
+}
+
 /// The number of the tab with this access key; 0 if there is none.
 int TabWithKey(const TabStrip& tabs, char16_t key) {
   for (int tab = 1; tab <= tabs.PartCount(); ++tab) {
@@ -34,6 +46,15 @@ int TabWithKey(const TabStrip& tabs, char16_t key) {
 /// True for controls whose access key leads to another control.
 bool LeadsOn(const Control& control) {
   return control.kind() == ControlKind::kLabel || control.kind() == ControlKind::kFrame;
+}
+
+/// Resolutions outside these are not believed.
+constexpr int kLowestDpi = 48;
+constexpr int kHighestDpi = 960;
+
+bool IsPlausible(const Resolution& resolution) {
+  const auto within = [](int dpi) { return dpi >= kLowestDpi && dpi <= kHighestDpi; };
+  return within(resolution.x) && within(resolution.y);
 }
 
 bool HasAccessKey(const Control& control, char16_t key) {
@@ -72,12 +93,46 @@ void Form::SetCaption(TextView caption) {
   if (peer_) peer_->CaptionChanged();
 }
 
+Size Form::ScreenSize() const {
+  const Size screen = desktop_.ScreenSize();
+  const Resolution system = desktop_.resolution();
+  const Resolution own = resolution();
+  if (own == system) return screen;
+  return {own.TwipsX(system.PixelsX(screen.width)), own.TwipsY(system.PixelsY(screen.height))};
+}
+
+PixelRect Form::InPixels(const Box& box) const {
+  const Resolution own = resolution();
+  const int left = own.PixelsX(box.left);
+  const int top = own.PixelsY(box.top);
+  return {left, top, left + own.PixelsX(box.width), top + own.PixelsY(box.height)};
+}
+
+PixelRect Form::PixelBounds() const { return InPixels(bounds_); }
+
+Box Form::BoundsOf(const Form& other) const {
+  const Resolution own = resolution();
+  if (other.resolution() == own) return other.bounds();
+  const PixelRect place = other.PixelBounds();
+  return {own.TwipsX(place.left), own.TwipsY(place.top), own.TwipsX(place.width()),
+          own.TwipsY(place.height())};
+}
+
+Point Form::OpeningCorner() const {
+  const Form* const owner = placed_ ? nullptr : desktop_.OwnerFor(*this);
+  if (!owner) return {resolution().PixelsX(Left()), resolution().PixelsY(Top())};
+  const PixelRect monitor = desktop_.MonitorAt(owner->PixelBounds()).bounds;
+  return {monitor.left, monitor.top};
+}
+
 void Form::Move(const Box& bounds) {
+  placed_ = placed_ || bounds.left != bounds_.left || bounds.top != bounds_.top;
   if (!peer_) {
     bounds_ = bounds;
     return;
   }
   if (bounds == bounds_) return;
+  requested_ = bounds;
   peer_->Place(bounds);
 }
 
@@ -103,6 +158,7 @@ void Form::SetBackground(PicturePtr picture) {
 void Form::Load() {
   if (peer_) return;
   lost_ = false;
+  inner_ = Design;
   peer_ = desktop_.CreatePeer(*this);
   desktop_.forms_.push_back(this);
   OnLoad();
@@ -115,22 +171,56 @@ void Form::Show() {
   // A form that starts minimised may hide itself before it becomes visible.
   if (state_ == WindowState::kMinimised) OnResize();
   if (visible_) peer_->Show(true);
+  if (peer_ && screensChanged_) StayInReach();
 }
 
 void Form::CentreOver(const Form* owner) {
-  const Size screen = desktop_.ScreenSize();
-  Box area{0, 0, screen.width, screen.height};
-  if (owner && owner->Visible() && owner->State() != WindowState::kMinimised) {
-    area = owner->bounds();
-  }
-  const auto within = [](int place, int room) { return std::max(0, std::min(place, room)); };
-  Move(within(area.left + (area.width - Width()) / 2, screen.width - Width()),
-       within(area.top + (area.height - Height()) / 2, screen.height - Height()));
+  const bool over = owner && owner->Visible() && owner->State() != WindowState::kMinimised;
+  const Monitor monitor = desktop_.MonitorAt(owner ? owner->PixelBounds() : PixelBounds());
+  const Resolution own = resolution();
+  const PixelRect& screen = monitor.bounds;
+  const Box area = over ? BoundsOf(*owner)
+                        : Box{own.TwipsX(screen.left), own.TwipsY(screen.top),
+                              own.TwipsX(screen.width()), own.TwipsY(screen.height())};
+  MoveInside({area.left + (area.width - Width()) / 2, area.top + (area.height - Height()) / 2,
+              Width(), Height()},
+             monitor);
+  // Created on another monitor, it has another size now.
+  if (resolution() != own) CentreOver(owner);
+}
+
+void Form::MoveInside(const Box& place, const Monitor& monitor) {
+  const Resolution before = resolution();
+  const PixelRect window = InPixels(place);
+  const Point corner = CornerInside(window, monitor.work);
+  Move(corner.x == window.left ? place.left : before.TwipsX(corner.x),
+       corner.y == window.top ? place.top : before.TwipsY(corner.y));
+  // On a monitor of another resolution the window has another size.
+  if (resolution() != before) MoveInside(bounds_, monitor);
+}
+
+void Form::StayInReach() {
+  if (!visible_ || state_ != WindowState::kNormal || Border == BorderStyle::kNone) return;
+  screensChanged_ = false;
+  const PixelRect window = PixelBounds();
+  const Monitor monitor = desktop_.MonitorAt(window);
+  if (!CanBeReached(window, monitor.work, resolution().x)) MoveInside(bounds_, monitor);
+}
+
+void Form::PeerScreensChanged() {
+  screensChanged_ = true;
+  StayInReach();
 }
 
 void Form::ShowModal(Form* owner) {
   Load();
-  if (peer_ && !visible_ && Left() == 0 && Top() == 0) CentreOver(owner);
+  if (peer_ && !visible_) {
+    if (!placed_) {
+      CentreOver(owner);
+    } else if (!KeepsPlace) {
+      MoveInside(bounds_, desktop_.MonitorAt(PixelBounds()));
+    }
+  }
   Show();
   if (peer_ && visible_) desktop_.RunModal(*this, owner);
   if (lost_) throw EventEnd{};
@@ -168,6 +258,7 @@ void Form::GoAway() {
   std::erase(desktop_.forms_, this);
   peer_->Close();
   desktop_.closed_.push_back(std::move(peer_));
+  resolution_.reset();
   unloading_ = false;
   if (endsProgram) throw ProcessEnd{};
 }
@@ -289,8 +380,53 @@ void Form::PeerPlaced(const Box& bounds, const Size& inner, WindowState state) {
   bounds_ = bounds;
   inner_ = inner;
   state_ = state;
+  if (screensChanged_ && peer_) StayInReach();
   // The first placing is part of creating the window.
   if (resized && peer_) OnResize();
+}
+
+void Form::PeerPlaced(const PixelRect& bounds, const Size& inner, WindowState state) {
+  const Resolution own = resolution();
+  const auto x = [&](int pixels, int first, int second) {
+    return own.PixelsX(first) == pixels    ? first
+           : own.PixelsX(second) == pixels ? second
+                                           : own.TwipsX(pixels);
+  };
+  const auto y = [&](int pixels, int first, int second) {
+    return own.PixelsY(first) == pixels    ? first
+           : own.PixelsY(second) == pixels ? second
+                                           : own.TwipsY(pixels);
+  };
+  const Box outer{x(bounds.left, requested_.left, bounds_.left),
+                  y(bounds.top, requested_.top, bounds_.top),
+                  x(bounds.width(), requested_.width, bounds_.width),
+                  y(bounds.height(), requested_.height, bounds_.height)};
+  PeerPlaced(outer,
+             {x(inner.width, inner_.width, inner_.width + outer.width - bounds_.width),
+              y(inner.height, inner_.height, inner_.height + outer.height - bounds_.height)},
+             state);
+}
+
+void Form::PeerRescaled(const Resolution& resolution, const PixelRect& place) {
+  if (!peer_ || !IsPlausible(resolution)) return;
+  const PixelRect before = PixelBounds();
+  resolution_ = resolution;
+  bounds_ = {resolution.TwipsX(before.left), resolution.TwipsY(before.top), bounds_.width,
+             bounds_.height};
+  peer_->Rescale(place);
+  if (peer_) OnLookChanged();
+}
+
+void Form::PeerLookChanged() {
+  if (peer_) OnLookChanged();
+}
+
+void Form::PeerCues(bool accessKeys) {
+  if (accessKeys == accessKeys_) return;
+  accessKeys_ = accessKeys;
+  for (Control* control : controls_) {
+    if (control->kind() == ControlKind::kLabel) Invalidate(*control);
+  }
 }
 
 Point Form::Origin(const Control& control) const {
@@ -368,7 +504,7 @@ Control* Form::AccessKeyTarget(char16_t key, const Control* focus) const {
 void Form::Invalidate(const Control& control) {
   if (!peer_ || !control.Visible() || !control.windowless()) return;
   const Point at = Origin(control);
-  const PixelTwips pixel = desktop_.TwipsPerPixel();
+  const PixelTwips pixel = resolution().TwipsPerPixel();
   // A line covers one pixel more than its extent.
   peer_->Invalidate({at.x, at.y, control.Width() + static_cast<int>(std::ceil(pixel.x)),
                      control.Height() + static_cast<int>(std::ceil(pixel.y))});
@@ -391,18 +527,18 @@ void PaintPicture(const PictureBox& box, Canvas& canvas) {
 }
 
 void PaintForm(const Form& form, Canvas& canvas) {
-  const Desktop& desktop = form.desktop();
-  const auto x = [&](int twips) { return desktop.PixelsX(twips); };
-  const auto y = [&](int twips) { return desktop.PixelsY(twips); };
+  const Resolution resolution = form.resolution();
+  const auto x = [&](int twips) { return resolution.PixelsX(twips); };
+  const auto y = [&](int twips) { return resolution.PixelsY(twips); };
   canvas.Fill({0, 0, x(form.inner().width), y(form.inner().height)}, form.BackColor());
   if (form.Background()) canvas.Draw(*form.Background(), 0, 0);
   PaintControls(form, nullptr, canvas);
 }
 
 void PaintControls(const Form& form, const Control* container, Canvas& canvas) {
-  const Desktop& desktop = form.desktop();
-  const auto x = [&](int twips) { return desktop.PixelsX(twips); };
-  const auto y = [&](int twips) { return desktop.PixelsY(twips); };
+  const Resolution resolution = form.resolution();
+  const auto x = [&](int twips) { return resolution.PixelsX(twips); };
+  const auto y = [&](int twips) { return resolution.PixelsY(twips); };
   for (const Control* control : form.controls()) {
     if (!control->windowless() || !control->Visible()) continue;
     if (control->container() != container) continue;
@@ -412,9 +548,9 @@ void PaintControls(const Form& form, const Control* container, Canvas& canvas) {
     switch (control->kind()) {
       case ControlKind::kLabel: {
         const auto& label = static_cast<const Label&>(*control);
-        canvas.Write(label.Caption(), box,
-                     {label.Font(), label.ForeColor(), label.Alignment, label.WordWrap, true,
-                      label.Enabled()});
+        const bool keys = form.ShowsAccessKeys();
+        canvas.Write(keys ? label.Caption() : WithoutAccessKeys(label.Caption()), box,
+                     {label.Font(), label.TextColor(), label.Alignment, label.WordWrap, keys});
         break;
       }
       case ControlKind::kImage: {
@@ -424,7 +560,7 @@ void PaintControls(const Form& form, const Control* container, Canvas& canvas) {
       }
       case ControlKind::kShape: {
         const auto& shape = static_cast<const Shape&>(*control);
-        if (!shape.Transparent) canvas.Fill(box, shape.FillColor());
+        if (!shape.Transparent()) canvas.Fill(box, shape.FillColor());
         if (shape.BorderShown && box.width > 0 && box.height > 0) {
           const int right = box.left + box.width - 1;
           const int bottom = box.top + box.height - 1;

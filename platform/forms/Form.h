@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -38,8 +39,19 @@ class Form {
   const marl::Font& Font() const { return font_; }
   void SetFont(const marl::Font& font) { font_ = font; }
 
+  /// The resolution of the monitor that shows the form; before it is loaded, that of the system.
+  /// Everything of a form is in twips at this resolution, its place on the screen too. When it
+  /// changes, sizes in twips stay, and the place in pixels.
+  Resolution resolution() const { return resolution_.value_or(desktop_.resolution()); }
+  /// Width and height of the primary screen, in twips at the form's resolution.
+  Size ScreenSize() const;
+
   /// Outer bounds on the screen, in twips.
   const Box& bounds() const { return bounds_; }
+  /// The same in pixels.
+  PixelRect PixelBounds() const;
+  /// The bounds of another form, in twips at the resolution of this one.
+  Box BoundsOf(const Form& other) const;
   int Left() const { return bounds_.left; }
   int Top() const { return bounds_.top; }
   int Width() const { return bounds_.width; }
@@ -52,6 +64,7 @@ class Form {
   WindowState State() const { return state_; }
   void SetState(WindowState state);
   bool Visible() const { return visible_; }
+  bool ShowsAccessKeys() const { return accessKeys_; }
   Color BackColor() const { return backColor_; }
   void SetBackColor(Color color);
   /// The picture behind the controls, or null. It is kept, so that repainting does not compute it
@@ -68,13 +81,16 @@ class Form {
   /// The program ends with this form: see `Unload`.
   bool EndsProgram = false;
   Size Design;  ///< initial inner size, in twips
+  /// A modal form with a fixed place: it may lie behind the taskbar or outside the monitor.
+  bool KeepsPlace = false;
 
   /// Creates the window, hidden, and runs the form's load sequence. Does nothing if the form is
   /// loaded.
   void Load();
   void Show();
   /// Shows the form above `owner` and returns when it has been hidden or unloaded. A form without a
-  /// position is centred over its owner. If the form loses its window because its owner is
+  /// position is centred over its owner, or on its monitor while the owner is not to be seen; it
+  /// opens inside the work area of that monitor. If the form loses its window because its owner is
   /// destroyed, the call does not return: it ends the current event (EventEnd).
   void ShowModal(Form* owner);
   void Hide();
@@ -127,8 +143,29 @@ class Form {
   void UserDeactivate(Control* focus) { left_ = focus; }
   /// The user closes the form. Behind a dialog only the form that ends the program can be closed.
   void UserClose();
+  /// The resolution of the monitor on which the window has been created.
+  void PeerResolution(const Resolution& resolution) { resolution_ = resolution; }
+  /// Where a new window is to be created, in pixels of the screen: at the form's position, or on
+  /// the monitor of its owner.
+  Point OpeningCorner() const;
   /// The window's new bounds, inner size and state.
   void PeerPlaced(const Box& bounds, const Size& inner, WindowState state);
+  /// The same in pixels. A length that is still as many pixels stays the same in twips, so that
+  /// sizes do not drift however often the resolution changes.
+  void PeerPlaced(const PixelRect& bounds, const Size& inner, WindowState state);
+  /// The window has come to a monitor of another resolution, or that of its monitor has changed
+  /// (WM_DPICHANGED); its corner goes to that of `place`, in pixels of the screen. Resolutions
+  /// outside 48 to 960 dpi are ignored.
+  void PeerRescaled(const Resolution& resolution, const PixelRect& place);
+  /// The platform's colours, fonts, theme or contrast have changed (WM_SYSCOLORCHANGE,
+  /// WM_SETTINGCHANGE, WM_THEMECHANGED, WM_FONTCHANGE). The controls have adapted already.
+  void PeerLookChanged();
+  /// Whether access keys are underlined: the user's setting, and whether the keyboard has been used
+  /// (WM_UPDATEUISTATE).
+  void PeerCues(bool accessKeys);
+  /// Monitors have come, gone or changed, or a taskbar has moved (WM_DISPLAYCHANGE,
+  /// WM_SETTINGCHANGE): a form whose title bar is no longer within reach moves to where it is.
+  void PeerScreensChanged();
   /// The platform destroys the window, as it does with windows whose owner closes: the form is
   /// unloaded without `QueryUnload`, and a modal call ends its event.
   void PeerLost();
@@ -155,6 +192,9 @@ class Form {
   virtual void OnLoad() {}
   virtual void OnActivate() {}
   virtual void OnResize() {}
+  /// What the form's pictures and colours depend on has changed, such as its resolution or the
+  /// system's colours: makes them again. The controls have adapted already.
+  virtual void OnLookChanged() {}
   virtual void OnClick() {}
   virtual void OnKeyPress(char16_t /*character*/) {}
   /// A key on its way to a control; true if the form has handled it.
@@ -179,16 +219,25 @@ class Form {
   /// is focused again.
   bool ComesBack(const Control& control) { return std::exchange(left_, nullptr) == &control; }
   void CentreOver(const Form* owner);
+  /// Moves the form to this place, or as near to it as the work area of `monitor` allows.
+  void MoveInside(const Box& place, const Monitor& monitor);
+  void StayInReach();
+  PixelRect InPixels(const Box& box) const;
 
   Desktop& desktop_;
   std::string name_;
   std::vector<Control*> controls_;
   Text caption_;
   marl::Font font_;
+  std::optional<Resolution> resolution_;  ///< none while the form is not loaded
   Box bounds_;
+  Box requested_;  ///< the bounds that the program has set last
   Size inner_;
+  bool placed_ = false;          ///< the program has set a position
+  bool screensChanged_ = false;  ///< while it was not to be seen
   WindowState state_ = WindowState::kNormal;
   bool visible_ = false;
+  bool accessKeys_ = true;
   bool unloading_ = false;
   bool lost_ = false;  ///< the platform has destroyed the window
   Color backColor_ = kButtonFace;

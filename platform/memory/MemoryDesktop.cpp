@@ -16,6 +16,16 @@ MemoryPeer::MemoryPeer(MemoryDesktop& desktop, Form& form)
       handle_(++desktop.lastForm_) {
   desktop.peers_.push_back(this);
   Box bounds = form.bounds();
+  const Point corner = form.OpeningCorner();
+  if (desktop.monitors.empty()) {
+    form.PeerResolution(desktop.resolution());
+  } else {
+    const Resolution there =
+        desktop.MonitorAt({corner.x, corner.y, corner.x + 1, corner.y + 1}).resolution;
+    form.PeerResolution(there);
+    bounds.left = there.TwipsX(corner.x);
+    bounds.top = there.TwipsY(corner.y);
+  }
   bounds.width = form.Design.width + desktop.frame.width;
   bounds.height = form.Design.height + desktop.frame.height;
   form.PeerPlaced(bounds, InnerOf(bounds), form.State());
@@ -29,12 +39,30 @@ Size MemoryPeer::InnerOf(const Box& bounds) const {
 
 void MemoryPeer::Place(const Box& bounds) {
   form_.PeerPlaced(bounds, InnerOf(bounds), form_.State());
+  FollowMonitor();
+}
+
+void MemoryPeer::FollowMonitor() {
+  if (closed_ || !form_.peer() || desktop_.monitors.empty()) return;
+  const PixelRect place = form_.PixelBounds();
+  const Resolution there = desktop_.MonitorAt(place).resolution;
+  if (there != form_.resolution()) form_.PeerRescaled(there, place);
+}
+
+void MemoryPeer::Rescale(const PixelRect& place) {
+  const Resolution resolution = form_.resolution();
+  const Box bounds{resolution.TwipsX(place.left), resolution.TwipsY(place.top), form_.Width(),
+                   form_.Height()};
+  ++rescaled;
+  ++invalidatedWhole;
+  form_.PeerPlaced(bounds, InnerOf(bounds), form_.State());
 }
 
 Point MemoryPeer::ClientOrigin() const {
   const int border = desktop_.frame.width / 2;
-  return {desktop_.PixelsX(form_.Left() + border),
-          desktop_.PixelsY(form_.Top() + desktop_.frame.height - border)};
+  const Resolution resolution = form_.resolution();
+  return {resolution.PixelsX(form_.Left() + border),
+          resolution.PixelsY(form_.Top() + desktop_.frame.height - border)};
 }
 
 void MemoryPeer::SetState() {}
@@ -212,7 +240,58 @@ bool MemoryDesktop::ActivateByTitle(TextView title) {
   return false;
 }
 
+std::vector<Monitor> MemoryDesktop::Monitors() const {
+  if (!monitors.empty()) return monitors;
+  const Resolution all = resolution();
+  const PixelRect bounds{0, 0, all.PixelsX(screen.width), all.PixelsY(screen.height)};
+  return {{bounds, bounds, all}};
+}
+
+Monitor MemoryDesktop::MonitorAt(const PixelRect& place) const {
+  const std::vector<Monitor> all = Monitors();
+  const auto shared = [&](const Monitor& monitor) {
+    const PixelRect& b = monitor.bounds;
+    const std::int64_t across = std::min(place.right, b.right) - std::max(place.left, b.left);
+    const std::int64_t down = std::min(place.bottom, b.bottom) - std::max(place.top, b.top);
+    return across > 0 && down > 0 ? across * down : 0;
+  };
+  const auto distance = [&](const Monitor& monitor) {
+    const PixelRect& b = monitor.bounds;
+    const std::int64_t across =
+        std::max({b.left - place.right, place.left - b.right, std::int32_t{0}});
+    const std::int64_t down =
+        std::max({b.top - place.bottom, place.top - b.bottom, std::int32_t{0}});
+    return across * across + down * down;
+  };
+  return *std::min_element(all.begin(), all.end(), [&](const Monitor& a, const Monitor& b) {
+    return std::pair(-shared(a), distance(a)) < std::pair(-shared(b), distance(b));
+  });
+}
+
+void MemoryDesktop::Rescale(Form& form, int to) {
+  Event([&] { form.PeerRescaled({to, to}, form.PixelBounds()); });
+}
+
+void MemoryDesktop::ChangeMonitors(std::vector<Monitor> all) {
+  monitors = std::move(all);
+  screen = {resolution().TwipsX(monitors.front().bounds.width()),
+            resolution().TwipsY(monitors.front().bounds.height())};
+  for (Form* form : std::vector<Form*>(forms())) {
+    if (std::find(forms().begin(), forms().end(), form) == forms().end()) continue;
+    Event([&] { form->PeerScreensChanged(); });
+    Event([&] { static_cast<MemoryPeer*>(form->peer())->FollowMonitor(); });
+  }
+}
+
+void MemoryDesktop::SetHighContrast(bool on) {
+  highContrast = on;
+  for (Form* form : std::vector<Form*>(forms())) {
+    Event([&] { form->PeerLookChanged(); });
+  }
+}
+
 Color MemoryDesktop::SystemColorValue(int index) const {
+  if (const auto set = systemColors.find(index); set != systemColors.end()) return set->second;
   switch (index) {
     case 5: return Rgb(255, 255, 255);
     case 15: return Rgb(240, 240, 240);

@@ -36,6 +36,7 @@ class MemoryPeer : public FormPeer {
   /// Controls get the numbers after their form's, in order.
   WindowHandle HandleOf(const Control& control) const override;
   Point ClientOrigin() const override;
+  void Rescale(const PixelRect& place) override;
   void Close() override;
   /// Destroys the window and those that it owns, without the form's doing.
   void Destroy() { form_.PeerLost(); }
@@ -44,10 +45,14 @@ class MemoryPeer : public FormPeer {
   std::vector<Box> invalidated;
   int invalidatedWhole = 0;
   int refreshed = 0;
+  int rescaled = 0;
   Control* focus = nullptr;
 
  private:
+  friend class MemoryDesktop;
   Size InnerOf(const Box& bounds) const;
+  /// Rescales a form that has come to a monitor of another resolution.
+  void FollowMonitor();
 
   MemoryDesktop& desktop_;
   Form& form_;
@@ -98,6 +103,11 @@ class MemoryDesktop : public Desktop {
   // Set by the test.
   Size screen{15360, 11520};  ///< twips: 1024 by 768 pixels at 96 dpi
   Size dpi{96, 96};
+  bool highContrast = false;
+  std::map<int, Color> systemColors;  ///< by index, in place of the usual ones
+  /// The monitors, the primary one first; if there are none, one of `screen` and `dpi` without a
+  /// taskbar.
+  std::vector<Monitor> monitors;
   Size frame{120, 570};             ///< twips that a window's frame and title add
   std::map<Text, int> answers;      ///< message text -> answer; kAnswerOk when not listed
   std::vector<OtherWindow> others;  ///< topmost first; the handle is the position, from 1
@@ -143,9 +153,11 @@ class MemoryDesktop : public Desktop {
   bool ActivateByTitle(TextView title) override;
   Size ScreenSize() const override { return screen; }
   Size Dpi() const override { return dpi; }
+  Monitor MonitorAt(const PixelRect& place) const override;
   void InitCommonControlsEx(int size, int flags) override {
     commonControls.push_back({size, flags});
   }
+  bool HighContrast() const override { return highContrast; }
   Color SystemColorValue(int index) const override;
   void OfferCommands(Form& form, TextView service, TextView topic) override;
 
@@ -153,6 +165,14 @@ class MemoryDesktop : public Desktop {
   /// was.
   void SwitchAway();
   void SwitchBack();
+
+  /// The monitor of the form gets this resolution, in dpi; the form's corner stays where it is.
+  void Rescale(Form& form, int dpi);
+  /// Switches high contrast and reports it to all forms.
+  void SetHighContrast(bool on);
+  /// Replaces the monitors and reports it to all forms. A form on a monitor of another resolution
+  /// than before is rescaled.
+  void ChangeMonitors(std::vector<Monitor> all);
 
   /// Moves the clock on; timers tick on their way.
   void Advance(int milliseconds);
@@ -181,6 +201,7 @@ class MemoryDesktop : public Desktop {
 
  private:
   friend class MemoryPeer;
+  std::vector<Monitor> Monitors() const;
   void Step();
   OtherWindow* Other(WindowHandle window);
   /// Advances all timers by at most this many milliseconds, to just before the first one is due.

@@ -6,6 +6,13 @@
 
 namespace marl::win32 {
 
+namespace {
+
+/// The platform's name for the font of its dialogs.
+const std::u16string kDialogFont = u"MS Shell Dlg 2";
+
+}  // namespace
+
 COLORREF Resolve(Color color) {
   if (color >= 0) return static_cast<COLORREF>(color);
   return GetSysColor(static_cast<int>(color & 0x7FFFFFFF));
@@ -30,9 +37,12 @@ HFONT FontCache::Get(const Font& font, int dpi) {
     description.lfItalic = font.Italic;
     description.lfUnderline = font.Underline;
     description.lfCharSet = static_cast<BYTE>(font.Charset);
-    description.lfQuality = CLEARTYPE_QUALITY;
-    const std::size_t length = std::min<std::size_t>(font.Name.size(), LF_FACESIZE - 1);
-    std::copy_n(Wide(font.Name), length, description.lfFaceName);
+    // As the user has set it: smooth or not, and how.
+    description.lfQuality = DEFAULT_QUALITY;
+    // Without a name the platform would choose any font of the character set.
+    const std::u16string& name = font.Name.empty() ? kDialogFont : font.Name;
+    const std::size_t length = std::min<std::size_t>(name.size(), LF_FACESIZE - 1);
+    std::copy_n(Wide(name), length, description.lfFaceName);
     kept = UniqueFont(CreateFontIndirectW(&description));
   }
   return kept.get();
@@ -117,14 +127,7 @@ void CanvasWin32::Write(TextView text, const Box& box, const TextStyle& style) {
   RECT area = {box.left, box.top, box.left + box.width, box.top + box.height};
   const auto* const characters = reinterpret_cast<const wchar_t*>(text.data());
   const int length = static_cast<int>(text.size());
-  if (!style.enabled) {
-    // Engraved, like the platform's disabled text: a light edge below, grey above.
-    RECT edge = area;
-    OffsetRect(&edge, 1, 1);
-    SetTextColor(context_, GetSysColor(COLOR_3DHILIGHT));
-    DrawTextW(context_, characters, length, &edge, flags);
-  }
-  SetTextColor(context_, style.enabled ? Resolve(style.color) : GetSysColor(COLOR_GRAYTEXT));
+  SetTextColor(context_, Resolve(style.color));
   DrawTextW(context_, characters, length, &area, flags);
   SelectObject(context_, before);
 }

@@ -3,9 +3,11 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/forms/Controls.h"
 #include "platform/win32/CarriedFailure.h"
+#include "platform/win32/DpiWin32.h"
 #include "platform/win32/FormWin32.h"
 #include "platform/win32/Window.h"
 
@@ -181,7 +183,28 @@ bool DesktopWin32::ActivateByTitle(TextView title) {
 }
 
 Size DesktopWin32::ScreenSize() const {
-  return {TwipsX(GetSystemMetrics(SM_CXSCREEN)), TwipsY(GetSystemMetrics(SM_CYSCREEN))};
+  const Resolution system = resolution();
+  return {system.TwipsX(GetSystemMetrics(SM_CXSCREEN)),
+          system.TwipsY(GetSystemMetrics(SM_CYSCREEN))};
+}
+
+Monitor DesktopWin32::MonitorAt(const PixelRect& place) const {
+  return MonitorOf({place.left, place.top, place.right, place.bottom});
+}
+
+bool DesktopWin32::HighContrast() const {
+  HIGHCONTRASTW setting = {};
+  setting.cbSize = sizeof setting;
+  return SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof setting, &setting, 0) &&
+         (setting.dwFlags & HCF_HIGHCONTRASTON);
+}
+
+void DesktopWin32::RenewFonts() {
+  // The controls use the previous fonts until they have got new ones.
+  const FontCache before = std::exchange(fonts_, FontCache());
+  for (const Form* form : forms()) {
+    if (auto* const peer = static_cast<FormWin32*>(form->peer())) peer->FontsChanged();
+  }
 }
 
 Color DesktopWin32::SystemColorValue(int index) const {

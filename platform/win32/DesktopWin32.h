@@ -32,11 +32,15 @@ class DesktopWin32 : public Desktop {
   bool ActivateByTitle(TextView title) override;
   Size ScreenSize() const override;
   Size Dpi() const override { return dpi_; }
+  Monitor MonitorAt(const PixelRect& place) const override;
+  bool HighContrast() const override;
   Color SystemColorValue(int index) const override;
   void InitCommonControlsEx(int size, int flags) override;
   void OfferCommands(Form& form, TextView service, TextView topic) override;
 
   FontCache& fonts() { return fonts_; }
+  /// Creates all fonts again, because the installed ones or their smoothing have changed.
+  void RenewFonts();
   /// The form is about to be hidden: enables the windows that it had disabled, so that one of them,
   /// and not another program's, is activated next.
   void EndModal(const Form& form);

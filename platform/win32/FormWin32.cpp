@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "platform/forms/CommonControls.h"
 #include "platform/win32/DesktopWin32.h"
+#include "platform/win32/DpiWin32.h"
 #include "platform/win32/TabsWin32.h"
 
 namespace marl::win32 {
@@ -62,15 +64,17 @@ FormWin32::FormWin32(DesktopWin32& desktop, Form& form) : desktop_(desktop), for
   }();
   if (!registered) throw RuntimeError(7, u"Out of memory");
 
-  RECT outer = {0, 0, desktop.PixelsX(form.Design.width), desktop.PixelsY(form.Design.height)};
-  AdjustWindowRectEx(&outer, StyleOf(form), HasMenuBar(form), ExStyleOf(form));
-  CreateWindowExW(ExStyleOf(form), kClassName, Wide(form.Caption()), StyleOf(form),
-                  desktop.PixelsX(form.Left()), desktop.PixelsY(form.Top()),
-                  outer.right - outer.left, outer.bottom - outer.top, OwnerOf(form), nullptr,
-                  GetModuleHandleW(nullptr), this);
+  const Point corner = form.OpeningCorner();
+  const SIZE size = OuterSize(form.resolution());
+  CreateWindowExW(ExStyleOf(form), kClassName, Wide(form.Caption()), StyleOf(form), corner.x,
+                  corner.y, size.cx, size.cy, OwnerOf(form), nullptr, GetModuleHandleW(nullptr),
+                  this);
   if (!window_) throw RuntimeError(7, u"Out of memory");
+  // Known only now: the monitor of the window.
+  form.PeerResolution(ResolutionOf(window_));
 
   CreateMenus();
+  FitInner();
   std::vector<Control*> order(form.controls());
   std::stable_sort(order.begin(), order.end(),
                    [](const Control* a, const Control* b) { return a->TabIndex < b->TabIndex; });
@@ -95,10 +99,71 @@ FormWin32::FormWin32(DesktopWin32& desktop, Form& form) : desktop_(desktop), for
     SetWindowPos(child, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   }
   CreatePages();
+  // Underlines and focus rectangles as the user has set them, and by whether the last input came
+  // from the keyboard; the dialog manager shows them with the first key.
+  SendMessageW(window_, WM_CHANGEUISTATE,
+               MAKEWPARAM(UIS_INITIALIZE, UISF_HIDEACCEL | UISF_HIDEFOCUS), 0);
+  rescaling_ = false;
   Report();
 }
 
 FormWin32::~FormWin32() { Close(); }
+
+SIZE FormWin32::OuterSize(const Resolution& resolution) const {
+  const Size& inner = form_.inner();
+  RECT outer = {0, 0, resolution.PixelsX(inner.width), resolution.PixelsY(inner.height)};
+  AdjustFor(outer, StyleOf(form_), HasMenuBar(form_), ExStyleOf(form_), resolution.y);
+  return {outer.right - outer.left, outer.bottom - outer.top};
+}
+
+// Long captions may need a second line of the menu bar, and before version 1607 Windows does not
+// scale frames.
+void FormWin32::FitInner() {
+  const Resolution resolution = form_.resolution();
+  RECT inner;
+  RECT outer;
+  GetClientRect(window_, &inner);
+  GetWindowRect(window_, &outer);
+  const int across = resolution.PixelsX(form_.inner().width) - static_cast<int>(inner.right);
+  const int down = resolution.PixelsY(form_.inner().height) - static_cast<int>(inner.bottom);
+  if (across == 0 && down == 0) return;
+  SetWindowPos(window_, nullptr, 0, 0, outer.right - outer.left + across,
+               outer.bottom - outer.top + down, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void FormWin32::Rescale(const PixelRect& place) {
+  rescaling_ = true;
+  constexpr UINT kQuietly = SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER | SWP_NOCOPYBITS;
+  const SIZE size = OuterSize(form_.resolution());
+  if (IsIconic(window_)) {
+    // The place to which the window will be restored.
+    WINDOWPLACEMENT placement = {};
+    placement.length = sizeof placement;
+    GetWindowPlacement(window_, &placement);
+    if (!IsWindowVisible(window_)) placement.showCmd = SW_HIDE;
+    RECT& normal = placement.rcNormalPosition;
+    normal.right = normal.left + size.cx;
+    normal.bottom = normal.top + size.cy;
+    SetWindowPlacement(window_, &placement);
+    fitLater_ = true;
+  } else if (IsZoomed(window_)) {
+    SetWindowPos(window_, nullptr, place.left, place.top, place.width(), place.height(), kQuietly);
+  } else {
+    SetWindowPos(window_, nullptr, place.left, place.top, size.cx, size.cy, kQuietly);
+    FitInner();
+  }
+  for (const auto& [control, child] : windows_) {
+    SyncFont(*control, child);
+    PlaceControl(*control, child);
+  }
+  CreatePages();
+  rescaling_ = false;
+  Report();
+  // Everything is painted once, after the message.
+  dirty_.clear();
+  RedrawWindow(window_, nullptr, nullptr,
+               RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_NOINTERNALPAINT);
+}
 
 void FormWin32::WakeLoop() { PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0); }
 
@@ -111,11 +176,16 @@ Point FormWin32::ClientOrigin() const {
 }
 
 void FormWin32::Report() {
-  if (!window_) return;
+  if (!window_ || rescaling_) return;
   if (IsIconic(window_)) {
     // Minimised, the form keeps its normal position.
     form_.PeerPlaced(form_.bounds(), form_.inner(), WindowState::kMinimised);
     return;
+  }
+  if (std::exchange(fitLater_, false)) {
+    rescaling_ = true;
+    FitInner();
+    rescaling_ = false;
   }
   RECT outer;
   RECT inner;
@@ -123,20 +193,26 @@ void FormWin32::Report() {
   GetClientRect(window_, &inner);
   PlaceStatusBar();
   form_.PeerPlaced(
-      {desktop_.TwipsX(outer.left), desktop_.TwipsY(outer.top),
-       desktop_.TwipsX(outer.right - outer.left), desktop_.TwipsY(outer.bottom - outer.top)},
-      {desktop_.TwipsX(inner.right), desktop_.TwipsY(inner.bottom)},
+      PixelRect{static_cast<std::int32_t>(outer.left), static_cast<std::int32_t>(outer.top),
+                static_cast<std::int32_t>(outer.right), static_cast<std::int32_t>(outer.bottom)},
+      {static_cast<std::int32_t>(inner.right), static_cast<std::int32_t>(inner.bottom)},
       // While hidden, the form only stores its state.
       !IsWindowVisible(window_) ? form_.State()
       : IsZoomed(window_)       ? WindowState::kMaximised
                                 : WindowState::kNormal);
 }
 
+void FormWin32::FontsChanged() {
+  for (const auto& [control, child] : windows_) SyncFont(*control, child);
+  PlaceStatusBar();
+}
+
 void FormWin32::CaptionChanged() { SetWindowTextW(window_, Wide(form_.Caption())); }
 
 void FormWin32::Place(const Box& bounds) {
-  SetWindowPos(window_, nullptr, desktop_.PixelsX(bounds.left), desktop_.PixelsY(bounds.top),
-               desktop_.PixelsX(bounds.width), desktop_.PixelsY(bounds.height),
+  const Resolution resolution = form_.resolution();
+  SetWindowPos(window_, nullptr, resolution.PixelsX(bounds.left), resolution.PixelsY(bounds.top),
+               resolution.PixelsX(bounds.width), resolution.PixelsY(bounds.height),
                SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
 }
 
@@ -190,9 +266,10 @@ void FormWin32::RestoreFocus() {
 
 void FormWin32::Invalidate(const Box& area) {
   if (!form_.Visible()) return;
-  const RECT pixels = {desktop_.PixelsX(area.left), desktop_.PixelsY(area.top),
-                       desktop_.PixelsX(area.left + area.width) + 1,
-                       desktop_.PixelsY(area.top + area.height) + 1};
+  const Resolution resolution = form_.resolution();
+  const RECT pixels = {resolution.PixelsX(area.left), resolution.PixelsY(area.top),
+                       resolution.PixelsX(area.left + area.width) + 1,
+                       resolution.PixelsY(area.top + area.height) + 1};
   if (!IsDirty(pixels)) {
     InvalidateRect(window_, &pixels, FALSE);
     if (dirty_.size() < kDirtyAreas) dirty_.push_back(pixels);

@@ -38,12 +38,15 @@ class FormWin32 : public FormPeer {
   bool TakesInput() const override { return IsWindowEnabled(window_) != FALSE; }
   WindowHandle Handle() const override { return HandleToLong(window_); }
   Point ClientOrigin() const override;
+  void Rescale(const PixelRect& place) override;
   void Close() override;
 
   WindowHandle HandleOf(const Control& control) const override {
     return HandleToLong(WindowOf(control));
   }
   HWND window() const { return window_; }
+  /// Gives the controls new fonts.
+  void FontsChanged();
   /// Passes the message to the form if it is an access key. True if it is handled; the form may
   /// then be destroyed.
   bool TakeAccessKey(const MSG& message);
@@ -72,9 +75,16 @@ class FormWin32 : public FormPeer {
   Result OnPrintClient(WPARAM w, LPARAM l);
   Result OnColorControl(WPARAM w, LPARAM l);
   Result OnDrawItem(WPARAM w, LPARAM l);
+  Result OnSysColorChange(WPARAM w, LPARAM l);
   Result OnThemeChanged(WPARAM w, LPARAM l);
+  Result OnFontChange(WPARAM w, LPARAM l);
+  Result OnUpdateUiState(WPARAM w, LPARAM l);
   Result OnPlaced(WPARAM w, LPARAM l);
   Result OnActivate(WPARAM w, LPARAM l);
+  Result OnGetDpiScaledSize(WPARAM w, LPARAM l);
+  Result OnDpiChanged(WPARAM w, LPARAM l);
+  Result OnDisplayChange(WPARAM w, LPARAM l);
+  Result OnSettingChange(WPARAM w, LPARAM l);
   Result OnSetCursor(WPARAM w, LPARAM l);
   Result OnMouseMove(WPARAM w, LPARAM l);
   Result OnLeftDown(WPARAM w, LPARAM l);
@@ -116,10 +126,19 @@ class FormWin32 : public FormPeer {
   /// `origin`, in the container's pixels.
   HBRUSH BackgroundIn(const Control* container, POINT& origin) const;
   void CreatePages();
+  /// Colours, fonts or theme have changed: passes the message on to the controls, which do not get
+  /// it from the platform, and adapts all that depends on it.
+  void LookChanged(UINT message, WPARAM w, LPARAM l);
   /// Wakes a waiting message loop, so that it checks whether to go on: messages that another
   /// program sends, as the shell does for the tray icon, are handled without waking it.
   static void WakeLoop();
   void Report();
+  int dpi() const { return form_.resolution().y; }
+  CanvasWin32 CanvasOn(HDC context) const;
+  /// The outer size of the window at a resolution, in pixels, if its menu bar has one line.
+  SIZE OuterSize(const Resolution& resolution) const;
+  /// Corrects the window's size by what its inner size lacks.
+  void FitInner();
   void FocusFirst();
   void RestoreFocus();
   void LeaveHidden(const Control& hidden);
@@ -163,6 +182,9 @@ class FormWin32 : public FormPeer {
   /// The native menu of each entry that has one; under null, the menu bar.
   std::map<const Menu*, UniqueMenu> menus_;
   bool hasFields_ = false;
+  /// The window is being created or adapts to another resolution: sizes on the way do not count.
+  bool rescaling_ = true;
+  bool fitLater_ = false;    ///< its size has changed while it was minimised
   bool destroying_ = false;  ///< the platform is destroying the window
   bool releasing_ = false;   ///< the capture ends because its button was released
   /// Areas to be painted, in pixels: each call to the platform costs more than collecting them

@@ -103,17 +103,20 @@ void FormWin32::CreateControl(Control& control, int id) {
 
 void FormWin32::PlaceControl(const Control& control, HWND child) {
   if (control.kind() == ControlKind::kStatusBar) return PlaceStatusBar();
-  const int left = desktop_.PixelsX(control.Left());
-  const int top = desktop_.PixelsY(control.Top());
+  const Resolution resolution = form_.resolution();
+  const int left = resolution.PixelsX(control.Left());
+  const int top = resolution.PixelsY(control.Top());
   // The right and bottom edges are converted, not the size, so that neighbours that touch in twips
   // also touch in pixels.
-  const int width = desktop_.PixelsX(control.Left() + control.Width()) - left;
-  int height = desktop_.PixelsY(control.Top() + control.Height()) - top;
+  const int width = resolution.PixelsX(control.Left() + control.Width()) - left;
+  int height = resolution.PixelsY(control.Top() + control.Height()) - top;
   const bool combo = control.kind() == ControlKind::kComboBox;
   const int closed = height;
   // The height of a drop-down list includes its open list.
   if (combo) height = height * 10;
-  SetWindowPos(child, nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+  // While the whole form changes, it is painted once, at the end.
+  const UINT quiet = rescaling_ ? UINT{SWP_NOREDRAW | SWP_NOCOPYBITS} : 0;
+  SetWindowPos(child, nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE | quiet);
   if (combo) SetClosedHeight(child, closed);
 }
 
@@ -181,9 +184,8 @@ void FormWin32::SyncVisible(const Control& control, HWND child) {
 }
 
 void FormWin32::SyncFont(const Control& control, HWND child) {
-  SendMessageW(
-      child, WM_SETFONT,
-      reinterpret_cast<WPARAM>(desktop_.fonts().Get(control.Font(), desktop_.Dpi().height)), TRUE);
+  SendMessageW(child, WM_SETFONT,
+               reinterpret_cast<WPARAM>(desktop_.fonts().Get(control.Font(), dpi())), !rescaling_);
   if (ListWin32* const list = ListOf(control)) list->SyncRowHeight();
   if (control.kind() == ControlKind::kComboBox) PlaceControl(control, child);
 }

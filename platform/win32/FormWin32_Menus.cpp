@@ -52,16 +52,6 @@ void FormWin32::CreateMenus() {
   const auto bar = menus_.find(nullptr);
   if (bar == menus_.end()) return;
   SetMenu(window_, bar->second.get());
-  // Long captions may need a second line; the design's inner size does not include the bar.
-  RECT inner;
-  RECT outer;
-  GetClientRect(window_, &inner);
-  GetWindowRect(window_, &outer);
-  const int missing = desktop_.PixelsY(form_.Design.height) - inner.bottom;
-  if (missing != 0) {
-    SetWindowPos(window_, nullptr, 0, 0, outer.right - outer.left,
-                 outer.bottom - outer.top + missing, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-  }
 }
 
 void FormWin32::FillMenu(const Menu* parent) {

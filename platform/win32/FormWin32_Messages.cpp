@@ -19,6 +19,9 @@ constexpr int kLeft = 1;
 constexpr int kRight = 2;
 /// Posted to the form: Enter has closed the list of the drop-down list with this window.
 constexpr UINT kRowAccepted = WM_APP;
+// WM_DPICHANGED and WM_GETDPISCALEDSIZE: newer than the Windows that the program is built for.
+constexpr UINT kDpiChanged = 0x02E0;
+constexpr UINT kGetDpiScaledSize = 0x02E4;
 
 Text WindowText(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
@@ -37,11 +40,18 @@ const FormWin32::Handler FormWin32::kHandlers[] = {
     {WM_CTLCOLORSTATIC, &FormWin32::OnColorControl},
     {WM_CTLCOLORBTN, &FormWin32::OnColorControl},
     {WM_DRAWITEM, &FormWin32::OnDrawItem},
+    {WM_SYSCOLORCHANGE, &FormWin32::OnSysColorChange},
     {WM_THEMECHANGED, &FormWin32::OnThemeChanged},
+    {WM_FONTCHANGE, &FormWin32::OnFontChange},
+    {WM_UPDATEUISTATE, &FormWin32::OnUpdateUiState},
 
     {WM_MOVE, &FormWin32::OnPlaced},
     {WM_SIZE, &FormWin32::OnPlaced},
     {WM_ACTIVATE, &FormWin32::OnActivate},
+    {kGetDpiScaledSize, &FormWin32::OnGetDpiScaledSize},
+    {kDpiChanged, &FormWin32::OnDpiChanged},
+    {WM_DISPLAYCHANGE, &FormWin32::OnDisplayChange},
+    {WM_SETTINGCHANGE, &FormWin32::OnSettingChange},
 
     {WM_SETCURSOR, &FormWin32::OnSetCursor},
     {WM_MOUSEMOVE, &FormWin32::OnMouseMove},
@@ -98,7 +108,7 @@ FormWin32::Result FormWin32::OnEraseBackground(WPARAM, LPARAM) { return 1; }
 
 FormWin32::Result FormWin32::OnPrintClient(WPARAM w, LPARAM) {
   desktop_.Event([&] {
-    CanvasWin32 canvas(reinterpret_cast<HDC>(w), desktop_.fonts(), desktop_.Dpi().height);
+    CanvasWin32 canvas = CanvasOn(reinterpret_cast<HDC>(w));
     PaintForm(form_, canvas);
   });
   return 0;
@@ -117,9 +127,41 @@ FormWin32::Result FormWin32::OnDrawItem(WPARAM, LPARAM l) {
   return TRUE;
 }
 
-FormWin32::Result FormWin32::OnThemeChanged(WPARAM, LPARAM) {
-  desktop_.Event([&] { CreatePages(); });
+void FormWin32::LookChanged(UINT message, WPARAM w, LPARAM l) {
+  const HWND window = window_;
+  desktop_.Event([&] {
+    // The common controls need it (as the documentation of WM_SYSCOLORCHANGE says).
+    for (const auto& [control, child] : windows_) SendMessageW(child, message, w, l);
+    desktop_.RenewFonts();
+    CreatePages();
+    form_.PeerLookChanged();
+    RedrawWindow(window, nullptr, nullptr,
+                 RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+  });
+}
+
+FormWin32::Result FormWin32::OnSysColorChange(WPARAM w, LPARAM l) {
+  LookChanged(WM_SYSCOLORCHANGE, w, l);
   return {};
+}
+
+FormWin32::Result FormWin32::OnThemeChanged(WPARAM w, LPARAM l) {
+  LookChanged(WM_THEMECHANGED, w, l);
+  return {};
+}
+
+FormWin32::Result FormWin32::OnFontChange(WPARAM w, LPARAM l) {
+  LookChanged(WM_FONTCHANGE, w, l);
+  return {};
+}
+
+// The platform keeps the state and passes it on to the controls.
+FormWin32::Result FormWin32::OnUpdateUiState(WPARAM w, LPARAM l) {
+  const LRESULT result = DefWindowProcW(window_, WM_UPDATEUISTATE, w, l);
+  if (HIWORD(w) & UISF_HIDEACCEL) {
+    desktop_.Event([&] { form_.PeerCues(LOWORD(w) == UIS_CLEAR); });
+  }
+  return result;
 }
 
 FormWin32::Result FormWin32::OnPlaced(WPARAM, LPARAM) {
@@ -138,6 +180,42 @@ FormWin32::Result FormWin32::OnActivate(WPARAM w, LPARAM l) {
   RestoreFocus();
   desktop_.Event([&] { form_.UserActivate(); });
   return result;
+}
+
+// The rectangle that WM_DPICHANGED brings has this size; otherwise the frame would be scaled with
+// the rest.
+FormWin32::Result FormWin32::OnGetDpiScaledSize(WPARAM w, LPARAM l) {
+  auto* const size = reinterpret_cast<SIZE*>(l);
+  if (!size || IsZoomed(window_)) return {};
+  const auto dpi = static_cast<int>(w);
+  *size = OuterSize({dpi, dpi});
+  return TRUE;
+}
+
+FormWin32::Result FormWin32::OnDpiChanged(WPARAM w, LPARAM l) {
+  const auto* const place = reinterpret_cast<const RECT*>(l);
+  if (!place) return 0;
+  desktop_.Event([&] {
+    form_.PeerRescaled(
+        {LOWORD(w), HIWORD(w)},
+        {static_cast<std::int32_t>(place->left), static_cast<std::int32_t>(place->top),
+         static_cast<std::int32_t>(place->right), static_cast<std::int32_t>(place->bottom)});
+  });
+  return 0;
+}
+
+FormWin32::Result FormWin32::OnDisplayChange(WPARAM, LPARAM) {
+  desktop_.Event([&] { form_.PeerScreensChanged(); });
+  return {};
+}
+
+FormWin32::Result FormWin32::OnSettingChange(WPARAM w, LPARAM l) {
+  if (w == SPI_SETWORKAREA) {
+    desktop_.Event([&] { form_.PeerScreensChanged(); });
+  } else {
+    LookChanged(WM_SETTINGCHANGE, w, l);
+  }
+  return {};
 }
 
 FormWin32::Result FormWin32::OnSetCursor(WPARAM w, LPARAM l) {
@@ -407,11 +485,11 @@ bool FormWin32::IsOverLink() const {
 }
 
 float FormWin32::TwipsAtX(LPARAM position) const {
-  return desktop_.TwipsAtX(static_cast<short>(LOWORD(position)));
+  return form_.resolution().TwipsAtX(static_cast<short>(LOWORD(position)));
 }
 
 float FormWin32::TwipsAtY(LPARAM position) const {
-  return desktop_.TwipsAtY(static_cast<short>(HIWORD(position)));
+  return form_.resolution().TwipsAtY(static_cast<short>(HIWORD(position)));
 }
 
 }  // namespace marl::win32

@@ -11,6 +11,8 @@
 
 namespace marl::win32 {
 
+CanvasWin32 FormWin32::CanvasOn(HDC context) const { return {context, desktop_.fonts(), dpi()}; }
+
 template <typename Paint>
 void FormWin32::PaintBuffered(HWND window, Paint paint) {
   const Painting painting(window);
@@ -34,7 +36,7 @@ void FormWin32::PaintBuffered(HWND window, Paint paint) {
 void FormWin32::PaintWindow() {
   dirty_.clear();
   PaintBuffered(window_, [&](HDC context) {
-    CanvasWin32 canvas(context, desktop_.fonts(), desktop_.Dpi().height);
+    CanvasWin32 canvas = CanvasOn(context);
     PaintForm(form_, canvas);
   });
 }
@@ -48,7 +50,7 @@ LRESULT FormWin32::PaintNothing(HWND window) {
 }
 
 void FormWin32::PaintPictureBox(const PictureBox& box, HDC context) {
-  CanvasWin32 canvas(context, desktop_.fonts(), desktop_.Dpi().height);
+  CanvasWin32 canvas = CanvasOn(context);
   POINT origin = {};
   const HBRUSH background = BackgroundIn(&box, origin);
   if (!background || box.BackColor() != kButtonFace) return PaintPicture(box, canvas);
@@ -68,7 +70,7 @@ void FormWin32::PaintFrame(HWND frame) {
     const ClientContext screen(frame);
     SelectClipRgn(screen.get(), dirty.get());
     desktop_.Event([&] {
-      CanvasWin32 canvas(screen.get(), desktop_.fonts(), desktop_.Dpi().height);
+      CanvasWin32 canvas = CanvasOn(screen.get());
       PaintControls(form_, control, canvas);
     });
   }
@@ -105,8 +107,8 @@ HBRUSH FormWin32::BackgroundIn(const Control* container, POINT& origin) const {
   for (; container; container = container->container()) {
     const auto found = pages_.find(container);
     if (found != pages_.end()) return found->second.get();
-    origin.x -= desktop_.PixelsX(container->Left());
-    origin.y -= desktop_.PixelsY(container->Top());
+    origin.x -= form_.resolution().PixelsX(container->Left());
+    origin.y -= form_.resolution().PixelsY(container->Top());
   }
   return nullptr;
 }
@@ -117,7 +119,7 @@ void FormWin32::CreatePages() {
     if (control->kind() != ControlKind::kPictureBox) continue;
     const auto& box = static_cast<const PictureBox&>(*control);
     if (!StripOf(box)) continue;
-    if (UniqueBrush background = PageBackground(box.PixelSize())) {
+    if (UniqueBrush background = PageBackground(box.PixelSize(), dpi())) {
       pages_[control] = std::move(background);
     }
   }

@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/forms/Form.h"
 #include "platform/win32/DesktopWin32.h"
+#include "platform/win32/DpiWin32.h"
 
 namespace marl::win32 {
 
@@ -192,18 +194,18 @@ void ListWin32::DroppingDown() {
   for (const Text& row : shown_) widest = std::max(widest, TextWidth(context, row));
   SelectObject(context, before);
   Send(CB_SETDROPPEDWIDTH,
-       static_cast<WPARAM>(widest + Scaled(4 * kMargin) + GetSystemMetrics(SM_CXVSCROLL)), 0);
+       static_cast<WPARAM>(widest + Scaled(4 * kMargin) + MetricFor(SM_CXVSCROLL, dpi())), 0);
 }
 
-int ListWin32::Scaled(int pixels) const {
-  return MulDiv(pixels, desktop_.Dpi().height, kDesignDpi);
-}
+int ListWin32::dpi() const { return list_.form().resolution().y; }
+
+int ListWin32::Scaled(int pixels) const { return MulDiv(pixels, dpi(), kDesignDpi); }
 
 // The button theme is opened without a window: otherwise it would become the theme of the list and
 // draw a frame.
 Size ListWin32::BoxSize() const {
   SIZE size = {Scaled(kBoxSize), Scaled(kBoxSize)};
-  if (const UniqueTheme theme(Themes::Open(nullptr, L"BUTTON")); theme) {
+  if (const UniqueTheme theme(Themes::Open(L"BUTTON", dpi())); theme) {
     Themes::PartSize(theme.get(), BP_CHECKBOX, CBS_UNCHECKEDNORMAL, size);
   }
   return {size.cx, size.cy};
@@ -213,8 +215,7 @@ void ListWin32::SyncRowHeight() {
   if (drop() || !static_cast<const ListBox&>(list_).CheckBoxes) return;
   const ClientContext client(window_);
   const HDC context = client.get();
-  const HGDIOBJ before =
-      SelectObject(context, desktop_.fonts().Get(list_.Font(), desktop_.Dpi().height));
+  const HGDIOBJ before = SelectObject(context, desktop_.fonts().Get(list_.Font(), dpi()));
   TEXTMETRICW metric = {};
   GetTextMetricsW(context, &metric);
   SelectObject(context, before);
@@ -231,7 +232,7 @@ int ListWin32::RowOfBoxAt(LPARAM position) const {
 
 void ListWin32::DrawBox(HDC context, RECT area, bool ticked) const {
   const bool enabled = list_.Reachable();
-  if (const UniqueTheme theme(Themes::Open(nullptr, L"BUTTON")); theme) {
+  if (const UniqueTheme theme(Themes::Open(L"BUTTON", dpi())); theme) {
     const int state = ticked ? (enabled ? CBS_CHECKEDNORMAL : CBS_CHECKEDDISABLED)
                              : (enabled ? CBS_UNCHECKEDNORMAL : CBS_UNCHECKEDDISABLED);
     Themes::DrawBackground(theme.get(), context, BP_CHECKBOX, state, area);

@@ -43,6 +43,7 @@ class ListWin32 {
   LRESULT Send(UINT message, WPARAM w, LPARAM l) const {
     return SendMessageW(window_, message, w, l);
   }
+  int dpi() const;
   int Scaled(int pixels) const;
   Size BoxSize() const;
   void DrawBox(HDC context, RECT area, bool ticked) const;

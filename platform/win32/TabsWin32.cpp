@@ -5,6 +5,7 @@
 #include <vssym32.h>
 
 #include "platform/forms/Form.h"
+#include "platform/win32/DpiWin32.h"
 
 namespace marl::win32 {
 
@@ -33,8 +34,8 @@ const TabStrip* StripOf(const Control& box) {
   return nullptr;
 }
 
-UniqueBrush PageBackground(Size size) {
-  const UniqueTheme theme(Themes::Open(nullptr, L"TAB"));
+UniqueBrush PageBackground(Size size, int dpi) {
+  const UniqueTheme theme(Themes::Open(L"TAB", dpi));
   if (!theme) return {};
   const ClientContext screen(nullptr);
   const UniqueContext memory(CreateCompatibleDC(screen.get()));

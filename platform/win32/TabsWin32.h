@@ -11,8 +11,9 @@ void SyncTabs(const TabStrip& tabs, HWND window);
 /// The tab strip whose page the control is (a sibling within its bounds); null if it is no page.
 const TabStrip* StripOf(const Control& page);
 
-/// The theme's background for a page of this size, in pixels; none without a theme.
-UniqueBrush PageBackground(Size size);
+/// The theme's background for a page of this size, in pixels, at this resolution; none without a
+/// theme.
+UniqueBrush PageBackground(Size size, int dpi);
 
 /// Fills the area with a brush whose pattern starts at `origin`, in the context's own coordinates.
 void FillWith(HDC context, const RECT& area, HBRUSH brush, POINT origin);

@@ -9,6 +9,8 @@ namespace {
 struct Functions {
   SystemLibrary library{L"uxtheme.dll"};
   Themes::OpenFunction* open = library.Find<Themes::OpenFunction>("OpenThemeData");
+  Themes::OpenForDpiFunction* openForDpi =
+      library.Find<Themes::OpenForDpiFunction>("OpenThemeDataForDpi");
   Themes::CloseFunction* close = library.Find<Themes::CloseFunction>("CloseThemeData");
   Themes::DrawFunction* draw = library.Find<Themes::DrawFunction>("DrawThemeBackground");
   Themes::SizeFunction* size = library.Find<Themes::SizeFunction>("GetThemePartSize");
@@ -21,8 +23,9 @@ const Functions& Bound() {
 
 }  // namespace
 
-HTHEME Themes::Open(HWND window, const wchar_t* classes) {
-  return Bound().open ? Bound().open(window, classes) : nullptr;
+HTHEME Themes::Open(const wchar_t* classes, int dpi) {
+  if (Bound().openForDpi) return Bound().openForDpi(nullptr, classes, static_cast<UINT>(dpi));
+  return Bound().open ? Bound().open(nullptr, classes) : nullptr;
 }
 
 void Themes::Close(HTHEME theme) {

@@ -14,8 +14,11 @@ struct Themes {
   using DrawFunction = HRESULT WINAPI(HTHEME, HDC, int, int, LPCRECT, LPCRECT);
   using SizeFunction = HRESULT WINAPI(HTHEME, HDC, int, int, LPCRECT, THEMESIZE, SIZE*);
 
-  /// The theme of a class; null if visual styles are off.
-  static HTHEME Open(HWND window, const wchar_t* classes);
+  using OpenForDpiFunction = HTHEME WINAPI(HWND, LPCWSTR, UINT);
+
+  /// The theme of a class, drawn for this resolution (OpenThemeDataForDpi; before version 1703 for
+  /// that of the system, OpenThemeData); null if visual styles are off.
+  static HTHEME Open(const wchar_t* classes, int dpi);
   static void Close(HTHEME theme);
   /// False if nothing was drawn.
   static bool DrawBackground(HTHEME theme, HDC context, int part, int state, const RECT& area);

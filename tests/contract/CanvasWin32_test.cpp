@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <random>
+#include <string>
 
 // The pixels after drawing a picture on a canvas.
 
@@ -188,23 +189,44 @@ TEST_F(CanvasDraw, TextStaysInItsBoxOnItsSide) {
   EXPECT_EQ(Changed(), Changed(box)) << "what does not fit is cut";
 }
 
-TEST_F(CanvasDraw, DisabledTextIsEngraved) {
+TEST_F(CanvasDraw, TextIsInItsColorAndNoOther) {
   TextStyle style;
-  style.enabled = false;
+  style.color = Rgb(10, 20, 200);
+  style.font.Bold = true;
+  style.font.Size = 140000;
   Paper().Write(u"H", {4, 3, 30, 20}, style);
-  const auto swapped = [](COLORREF color) {
-    return static_cast<std::uint32_t>(RGB(GetBValue(color), GetGValue(color), GetRValue(color)));
-  };
-  int edge = 0;
   int text = 0;
   for (int y = 0; y < kArea.height; ++y) {
-    for (int x = 0; x < kArea.width; ++x) {
-      edge += At(x, y) == swapped(GetSysColor(COLOR_3DHILIGHT));
-      text += At(x, y) == swapped(GetSysColor(COLOR_GRAYTEXT));
-    }
+    for (int x = 0; x < kArea.width; ++x) text += At(x, y) == 0x0A14C8u;
   }
-  EXPECT_GT(edge, 0);
   EXPECT_GT(text, 0);
+}
+
+// A font without a name, as the table of code pages has it, is that of the platform's dialogs in
+// each of its character sets.
+TEST(FontCache, TakesTheDialogFontForAnEmptyName) {
+  win32::FontCache fonts;
+  const win32::ClientContext screen(nullptr);
+  const auto face = [&](HFONT font) {
+    wchar_t name[LF_FACESIZE] = {};
+    const HGDIOBJ before = SelectObject(screen.get(), font);
+    GetTextFaceW(screen.get(), LF_FACESIZE, name);
+    SelectObject(screen.get(), before);
+    return std::wstring(name);
+  };
+  for (const int charset : {222, 238, 204, 161, 162, 177, 178, 186, 163, 130, 1}) {
+    Font none;
+    none.Name.clear();
+    none.Charset = charset;
+    Font dialog = none;
+    dialog.Name = u"MS Shell Dlg 2";
+    EXPECT_EQ(face(fonts.Get(none, 96)), face(fonts.Get(dialog, 96))) << charset;
+    LOGFONTW asked = {};
+    ASSERT_GT(GetObjectW(fonts.Get(none, 96), sizeof asked, &asked), 0);
+    EXPECT_STREQ(asked.lfFaceName, L"MS Shell Dlg 2") << charset;
+    EXPECT_EQ(asked.lfCharSet, charset);
+    EXPECT_EQ(asked.lfQuality, DEFAULT_QUALITY) << "smoothed as the user has set it";
+  }
 }
 
 }  // namespace

@@ -43,7 +43,8 @@ TEST(ComboHeight, ClosedIsThatOfItsDesignInEveryFont) {
       for (Control* control : form.controls()) {
         control->SetBounds({control->Left(), 120, control->Width(), height});
       }
-      const int pixels = desktop.PixelsY(120 + height) - desktop.PixelsY(120);
+      const int pixels =
+          desktop.resolution().PixelsY(120 + height) - desktop.resolution().PixelsY(120);
       EXPECT_EQ(form.HeightOf(form.field), pixels);
       EXPECT_EQ(form.HeightOf(form.list), pixels) << size << " in " << height;
       EXPECT_EQ(form.HeightOf(form.typed), pixels) << size << " in " << height;

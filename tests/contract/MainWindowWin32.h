@@ -80,8 +80,8 @@ class MainWindow : public testing::Test {
   void Hover(std::size_t button) const {
     const Shape& place = *main->shpRun[button];
     SendMessageW(Window(), WM_MOUSEMOVE, 0,
-                 MAKELPARAM(desktop.PixelsX(place.Left() + place.Width() / 2),
-                            desktop.PixelsY(place.Top() + place.Height() / 2)));
+                 MAKELPARAM(desktop.resolution().PixelsX(place.Left() + place.Width() / 2),
+                            desktop.resolution().PixelsY(place.Top() + place.Height() / 2)));
   }
   /// The tip windows of the main form, after the mouse has been over every button.
   std::vector<HWND> Tips() const {

@@ -170,8 +170,8 @@ TEST_F(MainWindow, MenuBarTakesNothingFromTheInnerSize) {
   Start();
   RECT inner;
   GetClientRect(Window(), &inner);
-  EXPECT_EQ(inner.right, desktop.PixelsX(design.width));
-  EXPECT_EQ(inner.bottom, desktop.PixelsY(design.height));
+  EXPECT_EQ(inner.right, desktop.resolution().PixelsX(design.width));
+  EXPECT_EQ(inner.bottom, desktop.resolution().PixelsY(design.height));
 }
 
 TEST_F(MainWindow, TipsReadBackFromTheirWindows) {
@@ -197,10 +197,11 @@ TEST_F(MainWindow, TipsReadBackFromTheirWindows) {
     const auto index = static_cast<std::size_t>(button - main->TooltipTexts.begin());
     seen[index] = true;
     const Shape& shape = *main->shpRun[index];
-    EXPECT_NEAR(tool.rect.left, desktop.PixelsX(shape.Left()), 1);
-    EXPECT_NEAR(tool.rect.top, desktop.PixelsY(shape.Top()), 1);
-    EXPECT_NEAR(tool.rect.right, desktop.PixelsX(shape.Left() + shape.Width()) - 1, 1);
-    EXPECT_NEAR(tool.rect.bottom, desktop.PixelsY(shape.Top() + shape.Height()) - 1, 1);
+    EXPECT_NEAR(tool.rect.left, desktop.resolution().PixelsX(shape.Left()), 1);
+    EXPECT_NEAR(tool.rect.top, desktop.resolution().PixelsY(shape.Top()), 1);
+    EXPECT_NEAR(tool.rect.right, desktop.resolution().PixelsX(shape.Left() + shape.Width()) - 1, 1);
+    EXPECT_NEAR(tool.rect.bottom, desktop.resolution().PixelsY(shape.Top() + shape.Height()) - 1,
+                1);
 
     wchar_t title[100] = {};
     TTGETTITLE asked = {};

@@ -101,6 +101,8 @@ class PictureDesktop : public win32::DesktopWin32 {
  public:
   std::map<std::string, std::function<void(Form&)>> walk;
 
+  bool HighContrast() const override { return g_contrast; }
+
   void RunModal(Form& form, Form*) override {
     const auto found = walk.find(form.name());
     if (found == walk.end()) {
@@ -222,8 +224,8 @@ struct Gallery {
     Take("frmMain", *main);
     const Box& frame = main->shpRun[5]->bounds();
     const Point origin = main->ClientOrigin();
-    tray.cursor = {origin.x + desktop.PixelsX(frame.left + frame.width / 2),
-                   origin.y + desktop.PixelsY(frame.top + frame.height / 2)};
+    tray.cursor = {origin.x + desktop.resolution().PixelsX(frame.left + frame.width / 2),
+                   origin.y + desktop.resolution().PixelsY(frame.top + frame.height / 2)};
     desktop.Event([this] { main->tmrOver.Tick(); });
     Take("frmMain-hover", *main);
     tray.cursor = {origin.x - 100, origin.y - 100};

@@ -70,8 +70,8 @@ TEST_F(MarkedTexts, MainWindowItsMenusTipsAndIcon) {
   for (Control* const frame : world.main().controls()) {
     if (frame->name() != "imgRun") continue;
     const Point origin = world.main().ClientOrigin();
-    world.tray.cursor = {origin.x + world.desktop.PixelsX(frame->Left() + 100),
-                         origin.y + world.desktop.PixelsY(frame->Top() + 100)};
+    world.tray.cursor = {origin.x + world.desktop.resolution().PixelsX(frame->Left() + 100),
+                         origin.y + world.desktop.resolution().PixelsY(frame->Top() + 100)};
     world.desktop.Event([&] { world.main().tmrOver.Tick(); });
     EXPECT_TRUE(IsMarked(world.main().stbMain.Caption()));
   }

@@ -32,7 +32,7 @@ class RecordingCanvas : public Canvas {
   }
   void Write(TextView text, const Box& box, const TextStyle& style) override {
     calls.push_back("write " + Narrow(text) + " at " + AsText(box) + " in " +
-                    std::to_string(style.color) + (style.enabled ? "" : " grey"));
+                    std::to_string(style.color) + (style.accessKeys ? "" : " plain"));
   }
 
   std::vector<std::string> calls;
@@ -75,7 +75,7 @@ TEST_F(PaintedForm, ControlsWithoutAWindowArePaintedInTheirOrderAboveThePicture)
   form.SetBackColor(7);
   form.SetBackground(Square(9));
   form.shape.SetBounds({150, 150, 300, 150});
-  form.shape.Transparent = false;
+  form.shape.SetTransparent(false);
   form.shape.SetFillColor(5);
   form.label.SetBounds({150, 300, 450, 225});
   form.label.SetCaption(u"Edit");
@@ -87,9 +87,25 @@ TEST_F(PaintedForm, ControlsWithoutAWindowArePaintedInTheirOrderAboveThePicture)
   form.line.SetBorderColor(4);
   form.line.SetVisible(true);
   form.button.SetBounds({0, 0, 300, 300});
-  EXPECT_EQ(Painted(), (Calls{"fill 0,0 200x100 in 7", "draw 9 at 0,0", "fill 10,10 20x10 in 5",
-                              "write Edit at 10,20 30x15 in 3 grey", "draw 32 at 40,2",
-                              "line 0,1 to 10,2 in 4"}));
+  EXPECT_EQ(Painted(),
+            (Calls{"fill 0,0 200x100 in 7", "draw 9 at 0,0", "fill 10,10 20x10 in 5",
+                   "write Edit at 10,20 30x15 in " + std::to_string(form.label.TextColor()),
+                   "draw 32 at 40,2", "line 0,1 to 10,2 in 4"}));
+}
+
+TEST_F(PaintedForm, AccessKeysOfLabelsAreOnlyUnderlinedWithTheUsersCues) {
+  form.label.SetBounds({150, 300, 450, 225});
+  form.label.SetVisible(true);
+  for (const auto& [caption, plain] :
+       {std::pair{u"&Edit", "Edit"}, {u"R&&D", "R&D"}, {u"&&&A&", "&A"}, {u"", ""}, {u"&", ""}}) {
+    form.label.SetCaption(caption);
+    form.PeerCues(true);
+    EXPECT_NE(Painted().back().find("write " + Narrow(caption) + " at"), std::string::npos);
+    form.PeerCues(false);
+    const std::string painted = Painted().back();
+    EXPECT_NE(painted.find("write " + std::string(plain) + " at"), std::string::npos) << painted;
+    EXPECT_TRUE(painted.ends_with(" plain")) << painted;
+  }
 }
 
 TEST_F(PaintedForm, FrameOfAShapeIsOnItsOutermostPixels) {

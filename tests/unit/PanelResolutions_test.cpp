@@ -31,13 +31,14 @@ class PanelResolutions : public testing::TestWithParam<int> {
   }
 
   frmMain& form() { return world.main(); }
-  int PixelsX(int twips) const { return world.desktop.PixelsX(twips); }
-  int PixelsY(int twips) const { return world.desktop.PixelsY(twips); }
+  int PixelsX(int twips) const { return world.desktop.resolution().PixelsX(twips); }
+  int PixelsY(int twips) const { return world.desktop.resolution().PixelsY(twips); }
 
   /// The button that is highlighted after a mouse event at this pixel.
   int ByEvent(Point at) {
     Leave();
-    form().UserMouseMove(0, 0, world.desktop.TwipsAtX(at.x), world.desktop.TwipsAtY(at.y));
+    form().UserMouseMove(0, 0, world.desktop.resolution().TwipsAtX(at.x),
+                         world.desktop.resolution().TwipsAtY(at.y));
     return form().HoverButton;
   }
   /// The same, after a tick of the timer.
@@ -51,8 +52,8 @@ class PanelResolutions : public testing::TestWithParam<int> {
   /// The button that a click there presses, with no mouse event before.
   int ByClick(Point at) {
     const int hovered = ByEvent(at);
-    const Control* const hit =
-        form().HitTest(world.desktop.TwipsAtX(at.x), world.desktop.TwipsAtY(at.y));
+    const Control* const hit = form().HitTest(world.desktop.resolution().TwipsAtX(at.x),
+                                              world.desktop.resolution().TwipsAtY(at.y));
     return hit ? hit->index() : hovered;
   }
   /// The button whose tip shows there.
@@ -127,14 +128,15 @@ TEST_P(PanelResolutions, TimerMouseEventClickAndTipFindTheSameButton) {
 TEST_P(PanelResolutions, EveryPixelOfThePanelBelongsToTheSameButtonByEventAndByTimer) {
   const int width = PixelsX(form().inner().width);
   const int height = PixelsY(form().inner().height);
-  const PixelTwips pixel = world.desktop.TwipsPerPixel();
+  const PixelTwips pixel = world.desktop.resolution().TwipsPerPixel();
   std::vector<std::pair<float, float>> columns;  // by event, by timer
   for (int x = 0; x < width; ++x) {
-    columns.push_back({world.desktop.TwipsAtX(x), static_cast<float>(CLng(pixel.x * x))});
+    columns.push_back(
+        {world.desktop.resolution().TwipsAtX(x), static_cast<float>(CLng(pixel.x * x))});
   }
   Differences differences;
   for (int y = 0; y < height; ++y) {
-    const float byEvent = world.desktop.TwipsAtY(y);
+    const float byEvent = world.desktop.resolution().TwipsAtY(y);
     const auto byTimer = static_cast<float>(CLng(pixel.y * y));
     for (int x = 0; x < width; ++x) {
       const auto& column = columns[static_cast<std::size_t>(x)];
@@ -149,7 +151,7 @@ TEST_P(PanelResolutions, EveryPixelOfThePanelBelongsToTheSameButtonByEventAndByT
 
 TEST_P(PanelResolutions, InnerSquareOfTheBevelIsOnePixelSmallerOnEverySide) {
   for (const auto& shape : form().shpRun) {
-    const auto lines = BevelLines(shape->bounds(), world.desktop.TwipsPerPixel());
+    const auto lines = BevelLines(shape->bounds(), world.desktop.resolution().TwipsPerPixel());
     const auto at = [&](Point twips) { return Point{PixelsX(twips.x), PixelsY(twips.y)}; };
     const Point corner = at(lines[1].from), end = at(lines[2].to);
     const Box& frame = shape->bounds();
@@ -168,14 +170,14 @@ TEST(Resolution, OfAPixelIs1440TwipsByTheDpi) {
   MemoryDesktop desktop;
   for (const int dpi : kResolutions) {
     desktop.dpi = {dpi, 96};
-    EXPECT_EQ(desktop.TwipsPerPixel(), (PixelTwips{1440.0 / dpi, 15}));
-    EXPECT_EQ(desktop.TwipsAtX(dpi), 1440.0F);
-    EXPECT_EQ(desktop.TwipsAtX(-3 * dpi), -4320.0F);
-    EXPECT_EQ(desktop.TwipsAtX(1), static_cast<float>(1440.0 / dpi)) << "not rounded";
+    EXPECT_EQ(desktop.resolution().TwipsPerPixel(), (PixelTwips{1440.0 / dpi, 15}));
+    EXPECT_EQ(desktop.resolution().TwipsAtX(dpi), 1440.0F);
+    EXPECT_EQ(desktop.resolution().TwipsAtX(-3 * dpi), -4320.0F);
+    EXPECT_EQ(desktop.resolution().TwipsAtX(1), static_cast<float>(1440.0 / dpi)) << "not rounded";
     desktop.dpi = {96, dpi};
-    EXPECT_EQ(desktop.TwipsPerPixel(), (PixelTwips{15, 1440.0 / dpi}));
-    EXPECT_EQ(desktop.TwipsAtY(2 * dpi), 2880.0F);
-    EXPECT_EQ(desktop.TwipsAtY(1), static_cast<float>(1440.0 / dpi)) << "not rounded";
+    EXPECT_EQ(desktop.resolution().TwipsPerPixel(), (PixelTwips{15, 1440.0 / dpi}));
+    EXPECT_EQ(desktop.resolution().TwipsAtY(2 * dpi), 2880.0F);
+    EXPECT_EQ(desktop.resolution().TwipsAtY(1), static_cast<float>(1440.0 / dpi)) << "not rounded";
   }
 }
 
