@@ -41,6 +41,7 @@ frmOptions::frmOptions(const Ports& ports, Dialogs dialogs, const Form& mainForm
       ports_(ports),
       dialogs_(std::move(dialogs)),
       mainForm_(mainForm) {
+  KeepsPlace = true;  // over the middle of the main form, wherever that is
   Design = {8535, 4725};
   KeyPreview = true;
   tabOptions.SetBounds(kTabs);

@@ -81,6 +81,7 @@ class FormWin32 : public FormPeer {
   Result OnUpdateUiState(WPARAM w, LPARAM l);
   Result OnPlaced(WPARAM w, LPARAM l);
   Result OnActivate(WPARAM w, LPARAM l);
+  Result OnGetMinMaxInfo(WPARAM w, LPARAM l);
   Result OnGetDpiScaledSize(WPARAM w, LPARAM l);
   Result OnDpiChanged(WPARAM w, LPARAM l);
   Result OnDisplayChange(WPARAM w, LPARAM l);

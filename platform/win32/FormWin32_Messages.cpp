@@ -48,6 +48,7 @@ const FormWin32::Handler FormWin32::kHandlers[] = {
     {WM_MOVE, &FormWin32::OnPlaced},
     {WM_SIZE, &FormWin32::OnPlaced},
     {WM_ACTIVATE, &FormWin32::OnActivate},
+    {WM_GETMINMAXINFO, &FormWin32::OnGetMinMaxInfo},
     {kGetDpiScaledSize, &FormWin32::OnGetDpiScaledSize},
     {kDpiChanged, &FormWin32::OnDpiChanged},
     {WM_DISPLAYCHANGE, &FormWin32::OnDisplayChange},
@@ -180,6 +181,16 @@ FormWin32::Result FormWin32::OnActivate(WPARAM w, LPARAM l) {
   RestoreFocus();
   desktop_.Event([&] { form_.UserActivate(); });
   return result;
+}
+
+// The platform limits a window to the size of the screen: at a high resolution it would cut off
+// what is then missing when the resolution is lower again.
+FormWin32::Result FormWin32::OnGetMinMaxInfo(WPARAM w, LPARAM l) {
+  if (form_.Border == BorderStyle::kSizable) return {};
+  DefWindowProcW(window_, WM_GETMINMAXINFO, w, l);
+  constexpr LONG kLargest = 32767;
+  reinterpret_cast<MINMAXINFO*>(l)->ptMaxTrackSize = {kLargest, kLargest};
+  return 0;
 }
 
 // The rectangle that WM_DPICHANGED brings has this size; otherwise the frame would be scaled with

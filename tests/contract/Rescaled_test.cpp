@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <iterator>
 #include <memory>
 #include <string>
 
@@ -10,6 +13,7 @@
 #include "platform/forms/Form.h"
 #include "platform/memory/MemoryDesktop.h"
 #include "tests/contract/Backends.h"
+#include "tests/contract/LiveBytes.h"
 #ifdef _WIN32
 // clang-format off
 #include "platform/win32/DesktopWin32.h"
@@ -309,6 +313,33 @@ TEST_P(RescaledContract, NothingIsPaintedBeforeTheChangeIsComplete) {
     }
   }
   RemoveWindowSubclass(Window(), Seen::Proc, 1);
+}
+
+TEST_P(RescaledContract, AThousandChangesLoseNothing) {
+  if (!real()) return;
+  struct State {
+    std::int64_t bytes = 0;
+    std::array<int, std::size(win32::g_liveHandles)> handles{};
+  };
+  std::array<State, 10> states;  // takes no memory while it is filled
+  for (State& state : states) {
+    for (int i = 0; i < 100; ++i) {
+      Rescale(kDpis[static_cast<std::size_t>(i) % std::size(kDpis)], 60, 40);
+      if (i % 20 == 0) desktop->DoEvents();
+    }
+    Rescale(start, 60, 40);
+    desktop->DoEvents();
+    state.bytes = LiveBytes();
+    std::copy(std::begin(win32::g_liveHandles), std::end(win32::g_liveHandles),
+              state.handles.begin());
+  }
+  EXPECT_EQ(form->inner(), (Size{6605, 6395}));
+  ASSERT_GT(states[0].bytes, 0);
+  // The first changes leave the fonts of each resolution in the cache.
+  for (std::size_t i = 2; i < states.size(); ++i) {
+    EXPECT_EQ(states[i].bytes, states[1].bytes) << i;
+    EXPECT_EQ(states[i].handles, states[1].handles) << i;
+  }
 }
 
 // Windows asks for the size before it makes the rectangle.

@@ -100,6 +100,10 @@ TEST_F(Press, MissingToolIsDisabledAndSilent) {
   // A colour that only labels have.
   constexpr COLORREF kPlain = RGB(255, 255, 0);
   settings.SetRegistryNumber(L"GUI", L"Text1", kPlain);
+  // On a plain ground it fades to this one, which is readable (4.5 to 1).
+  settings.SetRegistryNumber(L"GUI", L"Color1", RGB(0, 77, 57));
+  settings.SetRegistryNumber(L"GUI", L"Color2", RGB(0, 77, 57));
+  constexpr COLORREF kWeaker = RGB(167, 194, 20);
   // The mouse must be elsewhere: a button under it looks different.
   MoveMouse(0, 0);
   const auto has = [](HWND main, int button, COLORREF color) {
@@ -129,7 +133,7 @@ TEST_F(Press, MissingToolIsDisabledAndSilent) {
   const HWND main = marl.WaitForWindow();
   ASSERT_TRUE(main);
   ASSERT_TRUE(WaitUntil([&] { return has(main, kEdit, kPlain) && has(main, 17, kPlain); }));
-  EXPECT_TRUE(WaitUntil([&] { return has(main, kUtilities, GetSysColor(COLOR_GRAYTEXT)); }));
+  EXPECT_TRUE(WaitUntil([&] { return has(main, kUtilities, kWeaker); }));
   EXPECT_FALSE(has(main, kUtilities, kPlain));
   Screenshot("missing-tool", main);
 
