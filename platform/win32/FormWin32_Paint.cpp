@@ -115,6 +115,7 @@ HBRUSH FormWin32::BackgroundIn(const Control* container, POINT& origin) const {
 
 void FormWin32::CreatePages() {
   pages_.clear();
+  if (desktop_.HighContrast()) return;  // plain, in the system's colours
   for (const auto& [control, child] : windows_) {
     if (control->kind() != ControlKind::kPictureBox) continue;
     const auto& box = static_cast<const PictureBox&>(*control);

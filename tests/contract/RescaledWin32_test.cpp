@@ -18,8 +18,8 @@ namespace {
 
 constexpr UINT kDpiChangedMessage = 0x02E0;
 constexpr int kWay[] = {120, 144, 168, 192, 240, 96};
-constexpr int kBatches = 10;
-constexpr std::size_t kBatch = 12;
+constexpr int kRounds = 10;
+constexpr std::size_t kPerRound = 12;
 
 class RescaledMain : public MainWindow {
  protected:
@@ -102,10 +102,10 @@ TEST_F(RescaledMain, ManyChangesLoseNothing) {
     std::int64_t bytes = 0;
     std::array<int, std::size(win32::g_liveHandles)> handles{};
   };
-  std::array<State, kBatches> states;  // takes no memory while it is filled
+  std::array<State, kRounds> states;  // takes no memory while it is filled
   const Size inner = main->inner();
   for (State& state : states) {
-    for (std::size_t i = 0; i < kBatch; ++i) {
+    for (std::size_t i = 0; i < kPerRound; ++i) {
       Rescale(kWay[i % std::size(kWay)]);
       if (i % 4 == 0) UpdateWindow(Window());
     }
