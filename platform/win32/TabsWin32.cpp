@@ -5,7 +5,6 @@
 #include <vssym32.h>
 
 #include "platform/forms/Form.h"
-#include "platform/win32/DpiWin32.h"
 
 namespace marl::win32 {
 
