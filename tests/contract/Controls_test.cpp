@@ -217,7 +217,8 @@ class ControlsContract : public BackendTest {
     const int y = at.y + form->label.Height() / 2;
 #ifdef _WIN32
     if (real()) {
-      const LPARAM point = MAKELPARAM(desktop->PixelsX(x), desktop->PixelsY(y));
+      const LPARAM point =
+          MAKELPARAM(desktop->resolution().PixelsX(x), desktop->resolution().PixelsY(y));
       const HWND window = static_cast<HWND>(LongToHandle(form->hWnd()));
       switch (what) {
         case MouseEvent::kDown: SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, point); break;
