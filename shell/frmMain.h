@@ -218,7 +218,8 @@ class frmMain : public Form, public HookedForm {
   bool popupInUse_ = false;  ///< it is shown, or its chosen item is being handled
   std::vector<std::unique_ptr<Menu>> menuBar_;  ///< in the order of the design
   modLogging log_;
-  bool started_ = false;  ///< start-up is complete: the exit sequence saves the settings
+  bool settingsRead_ = false;  ///< the settings that the exit sequence saves have been read
+  bool started_ = false;       ///< start-up is complete
   bool QaBusy = false;
   bool CommentReportBusy = false;
 };

@@ -37,6 +37,7 @@ void frmMain::OnLoad() {
   SetCaption(kApplicationTitle);
   ApplyToolsMenu();
   servers_.Start();
+  settingsRead_ = true;
   ProbeBrowser();
   WaitForSplash();
   MarkMissingTools();
@@ -182,8 +183,9 @@ void frmMain::MarkMissingTools() {
 
 void frmMain::OnUnload() {
   hook_.RemoveTrayIcon(icons_);
-  // If the program ends while it starts, the stored settings must not change.
-  if (started_) SaveSettings();
+  // If the program ends during the first questions, the stored settings must not change. The end of
+  // the session must not wait for what the user has not seen yet.
+  if (settingsRead_ && (started_ || !desktop().SessionEnds())) SaveSettings();
   hook_.UnhookWindow(hWnd());
   log_.CloseDebugLog();
 }

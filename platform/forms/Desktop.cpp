@@ -64,6 +64,7 @@ void Desktop::End(int exitCode) {
 void Desktop::EndSession(bool ended) {
   if (!ended) return;
   if (ended_) return End(exitCode_);
+  sessionEnds_ = true;
   Event([this] {
     if (!Leave()) throw ProcessEnd{};
   });

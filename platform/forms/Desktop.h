@@ -160,6 +160,8 @@ class Desktop {
   /// The session has ended, or another program has prevented it (WM_ENDSESSION). If it has, the
   /// process ends as by `Leave`, whatever is open; one that shows its last message ends without it.
   void EndSession(bool ended);
+  /// True while a form unloads because the session ends.
+  bool SessionEnds() const { return sessionEnds_; }
   /// True while a `WorkingPointer` lives.
   bool working() const { return working_ > 0; }
 
@@ -179,6 +181,7 @@ class Desktop {
   std::vector<std::unique_ptr<FormPeer>> closed_;
   int depth_ = 0;
   bool ended_ = false;
+  bool sessionEnds_ = false;
   bool over_ = false;  ///< `Ended` has been called
   int exitCode_ = 0;
   int working_ = 0;  ///< number of `WorkingPointer` objects
