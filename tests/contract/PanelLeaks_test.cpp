@@ -111,7 +111,7 @@ TEST_F(PanelLeaks, ThousandsOfLayoutsAndHighlightsLoseNothing) {
     return State{LiveBytes(), PrivateBytes(), CountHandles()};
   };
   // The first ones leave caches: fonts, and capacity of longer texts.
-  std::array<State, kBatches + 1> states;
+  std::vector<State> states(kBatches + 1);
   states[0] = batch();
   const PlatformObjects objects = CountObjects();
   for (std::size_t i = 1; i < states.size(); ++i) states[i] = batch();
@@ -140,7 +140,13 @@ TEST_F(PanelLeaks, ThousandsOfLayoutsAndHighlightsLoseNothing) {
     return memory[kHalf / 2];
   };
   const std::int64_t leaked = (kLayouts + kHighlights) / 2 * kSmallBlock;
-  EXPECT_LE(median(1 + kHalf) - median(1), leaked / 4);
+  std::int64_t growth = median(1 + kHalf) - median(1);
+  if (growth > leaked / 4) {
+    // The platform may have taken one large block; a leak goes on.
+    for (std::size_t i = 0; i < kHalf; ++i) states.push_back(batch());
+    growth = std::min(growth, median(1 + 2 * kHalf) - median(1 + kHalf));
+  }
+  EXPECT_LE(growth, leaked / 4);
   RecordProperty("PrivateBytes", std::to_string(states[kBatches].memory - states[0].memory));
 }
 

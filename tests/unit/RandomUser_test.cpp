@@ -56,8 +56,8 @@ class RandomUser {
   }
 
   static std::string Narrow(const Text& text) { return {text.begin(), text.end()}; }
-  /// Checks that the program has ended, with all its windows, and has saved so many times.
-  void ExpectLeft(int saves = 1) {
+  /// Checks that the program has ended, with all its windows, and has saved once.
+  void ExpectLeft() {
     SuiteWorld& world = *world_;
     const auto& messages = world.desktop.messages;
     EXPECT_EQ(world.desktop.exitCode(), 0)
@@ -69,7 +69,7 @@ class RandomUser {
     const auto& writes = world.settings.writes;
     EXPECT_EQ(std::count_if(writes.begin(), writes.end(),
                             [](const auto& write) { return write.key == u"Left"; }),
-              saves)
+              1)
         << History();
   }
 
@@ -157,7 +157,7 @@ class RandomUser {
       EXPECT_EQ(world_->desktop.ended(), leaves) << History();
       gone = world_->desktop.ended();
       if (gone) {
-        ExpectLeft(0);  // start-up was not complete
+        ExpectLeft();
         ++exitsInside_;
       }
     } while (gone && !testing::Test::HasFailure());
