@@ -1,6 +1,6 @@
-// The main program of the contract tests. Without a filter, `--part=memory` runs the tests that measure
-// the memory of the whole process, which others before them would disturb, and `--part=rest` all others.
-// With a filter of the user's, `--part=rest` runs whatever it selects.
+// The main program of the contract tests. Without a filter, `--part=memory` runs the tests that
+// measure the memory of the whole process, which others before them would disturb, and
+// `--part=rest` all others. With a filter of the user's, `--part=rest` runs whatever it selects.
 
 #include <gtest/gtest.h>
 
