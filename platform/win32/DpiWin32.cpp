@@ -9,24 +9,14 @@ namespace {
 // MDT_EFFECTIVE_DPI: the resolution that a monitor's user has chosen.
 constexpr int kEffectiveDpi = 0;
 
-using GetDpiForWindowType = UINT(WINAPI*)(HWND);
-using GetDpiForMonitorType = HRESULT(WINAPI*)(HMONITOR, int, UINT*, UINT*);
-using GetSystemMetricsForDpiType = int(WINAPI*)(int, UINT);
-using AdjustWindowRectExForDpiType = BOOL(WINAPI*)(RECT*, DWORD, BOOL, DWORD, UINT);
+using GetDpiForWindowType = UINT WINAPI(HWND);
+using GetDpiForMonitorType = HRESULT WINAPI(HMONITOR, int, UINT*, UINT*);
+using GetSystemMetricsForDpiType = int WINAPI(int, UINT);
+using AdjustWindowRectExForDpiType = BOOL WINAPI(RECT*, DWORD, BOOL, DWORD, UINT);
 
 template <typename Function>
-Function Find(const wchar_t* library, const char* name) {
-  const HMODULE module = GetModuleHandleW(library);
-  // The cast goes through a type that fits every function.
-  return module ? reinterpret_cast<Function>(
-                      reinterpret_cast<void (*)()>(GetProcAddress(module, name)))
-                : nullptr;
-}
-
-// Only Windows 8.1 and the first versions of Windows 10 have it and not GetDpiForWindow.
-GetDpiForMonitorType FindGetDpiForMonitor() {
-  return SystemLibrary(L"shcore.dll")
-      .Find<HRESULT WINAPI(HMONITOR, int, UINT*, UINT*)>("GetDpiForMonitor");
+Function* FindInUser(const char* name) {
+  return SystemLibrary(L"user32.dll").Find<Function>(name);
 }
 
 Resolution SystemResolution() {
@@ -35,7 +25,9 @@ Resolution SystemResolution() {
 }
 
 Resolution ResolutionOf(HMONITOR monitor) {
-  static const auto ofMonitor = FindGetDpiForMonitor();
+  // Only Windows 8.1 and the first versions of Windows 10 have it and not GetDpiForWindow.
+  static const auto ofMonitor =
+      SystemLibrary(L"shcore.dll").Find<GetDpiForMonitorType>("GetDpiForMonitor");
   UINT x = 0;
   UINT y = 0;
   if (!ofMonitor || FAILED(ofMonitor(monitor, kEffectiveDpi, &x, &y)) || x == 0 || y == 0) {
@@ -47,21 +39,19 @@ Resolution ResolutionOf(HMONITOR monitor) {
 }  // namespace
 
 Resolution ResolutionOf(HWND window) {
-  static const auto ofWindow = Find<GetDpiForWindowType>(L"user32.dll", "GetDpiForWindow");
+  static const auto ofWindow = FindInUser<GetDpiForWindowType>("GetDpiForWindow");
   if (!ofWindow) return ResolutionOf(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST));
   const auto dpi = static_cast<int>(ofWindow(window));
   return dpi > 0 ? Resolution{dpi, dpi} : SystemResolution();
 }
 
 int MetricFor(int index, int dpi) {
-  static const auto forDpi =
-      Find<GetSystemMetricsForDpiType>(L"user32.dll", "GetSystemMetricsForDpi");
+  static const auto forDpi = FindInUser<GetSystemMetricsForDpiType>("GetSystemMetricsForDpi");
   return forDpi ? forDpi(index, static_cast<UINT>(dpi)) : GetSystemMetrics(index);
 }
 
 void AdjustFor(RECT& area, DWORD style, bool menuBar, DWORD exStyle, int dpi) {
-  static const auto forDpi =
-      Find<AdjustWindowRectExForDpiType>(L"user32.dll", "AdjustWindowRectExForDpi");
+  static const auto forDpi = FindInUser<AdjustWindowRectExForDpiType>("AdjustWindowRectExForDpi");
   if (forDpi) {
     forDpi(&area, style, menuBar, exStyle, static_cast<UINT>(dpi));
   } else {

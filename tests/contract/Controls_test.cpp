@@ -183,24 +183,6 @@ class ControlsContract : public BackendTest {
 #endif
     form->tabs.UserSelectTab(tab);
   }
-  /// In the middle of the label, in the form's coordinates.
-  void ClickOnLabel() {
-    const Point at = form->Origin(form->label);
-    const int x = at.x + form->label.Width() / 2;
-    const int y = at.y + form->label.Height() / 2;
-#ifdef _WIN32
-    if (real()) {
-      const LPARAM point =
-          MAKELPARAM(desktop->resolution().PixelsX(x), desktop->resolution().PixelsY(y));
-      const HWND window = static_cast<HWND>(LongToHandle(form->hWnd()));
-      SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, point);
-      SendMessageW(window, WM_LBUTTONUP, 0, point);
-      return;
-    }
-#endif
-    form->UserMouseDown(1, static_cast<float>(x), static_cast<float>(y));
-    form->UserMouseUp(1, static_cast<float>(x), static_cast<float>(y));
-  }
   enum class MouseEvent {
     kDown,
     kUp,
@@ -210,6 +192,10 @@ class ControlsContract : public BackendTest {
     kSuspended,
     kRightUp
   };
+  void ClickOnLabel() {
+    OnLabel(MouseEvent::kDown);
+    OnLabel(MouseEvent::kUp);
+  }
   /// Does this with the mouse in the middle of the label.
   void OnLabel(MouseEvent what) {
     const Point at = form->Origin(form->label);
