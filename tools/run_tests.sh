@@ -66,6 +66,10 @@ run_tests() {
   ctest --test-dir build/tests --verbose --parallel $((JOBS + 1)) "${select[@]}" 2>&1 |
     follow_tests build/tests/last.log "$filter" || status=1
   while read -r row; do TEST_ROWS+=("$row"); done <build/tests/last.rows
+  if [[ -s build/tests/last.failures ]]; then
+    say "What failed"
+    head -n 150 build/tests/last.failures
+  fi
   say "All of it is in build/tests/last.log"
   printf '\n%-18s %6s %8s  %s\n' Part Tests Seconds Result
   printf '%s\n' "${TEST_ROWS[@]}" | awk -F'|' '{ printf "%-18s %6s %8s  %s\n", $1, $2, $3, $4 }'
@@ -81,11 +85,11 @@ awk_by_line() {
 }
 
 # follow_tests LOG FILTER: writes ctest's output to LOG, and shows the progress of the parts,
-# failures in full, and each part's last lines. Writes one row per part,
-# "name|tests|seconds|result", to a file beside LOG, and fails if a part failed or had no test to
-# run.
+# failures in full, and each part's last lines. Writes beside LOG one row per part,
+# "name|tests|seconds|result", and the failures, and fails if a part failed or had no test to run.
 follow_tests() {
-  awk_by_line -v log_file="$1" -v rows="${1%.log}.rows" -v filter="$2" '
+  awk_by_line -v log_file="$1" -v rows="${1%.log}.rows" -v failures="${1%.log}.failures" \
+    -v filter="$2" '
     function where(   line, n) {
       line = ""
       for (n = 1; n <= last; ++n) {
@@ -96,12 +100,17 @@ follow_tests() {
       shown = systime()
     }
     function show(n) {
-      if (held[n] != "") { printf "%s", held[n]; fflush() }
+      if (held[n] != "") {
+        printf "%s", held[n]
+        printf "%s", held[n] >failures
+        fflush()
+      }
       held[n] = ""
     }
     BEGIN {
       begun = shown = systime()
       printf "" >rows
+      printf "" >failures
     }
     { print >log_file }
     /^ +Start +[0-9]+: / {
