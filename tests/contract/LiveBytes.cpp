@@ -1,8 +1,8 @@
 #include "tests/contract/LiveBytes.h"
 
-#include <malloc.h>
-
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
@@ -10,18 +10,19 @@ namespace {
 
 std::atomic<std::int64_t> live = 0;
 
-std::int64_t SizeOf(void* memory) {
-#ifdef _WIN32
-  return static_cast<std::int64_t>(_msize(memory));
-#else
-  return static_cast<std::int64_t>(malloc_usable_size(memory));
-#endif
-}
+/// In front of each block: the size that was asked for. The allocator's own answer would vary,
+/// since it hands out a larger block where the rest of it would be of no use.
+struct alignas(__STDCPP_DEFAULT_NEW_ALIGNMENT__) Header {
+  std::size_t size;
+};
 
 void* Take(std::size_t size) noexcept {
-  void* const memory = std::malloc(size > 0 ? size : 1);
-  if (memory) live += SizeOf(memory);
-  return memory;
+  if (size > PTRDIFF_MAX - sizeof(Header)) return nullptr;
+  auto* const header = static_cast<Header*>(std::malloc(sizeof(Header) + size));
+  if (!header) return nullptr;
+  header->size = size;
+  live += static_cast<std::int64_t>(size);
+  return header + 1;
 }
 
 void* TakeOrThrow(std::size_t size) {
@@ -31,8 +32,10 @@ void* TakeOrThrow(std::size_t size) {
 }
 
 void Give(void* memory) noexcept {
-  if (memory) live -= SizeOf(memory);
-  std::free(memory);
+  if (!memory) return;
+  Header* const header = static_cast<Header*>(memory) - 1;
+  live -= static_cast<std::int64_t>(header->size);
+  std::free(header);
 }
 
 }  // namespace
