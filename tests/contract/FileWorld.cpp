@@ -24,7 +24,13 @@ FileWorld::~FileWorld() {
   Empty(folder_);
 #ifdef _WIN32
   if (backend_ != Backend::kWin32) return;
-  EXPECT_TRUE(RemoveDirectoryW(win32::Wide(folder_))) << "a file is still open";
+  // A program that a test started may not have left the folder yet.
+  bool removed = false;
+  for (int i = 0; i < 1000 && !removed; ++i) {
+    if (i > 0) Sleep(20);
+    removed = RemoveDirectoryW(win32::Wide(folder_)) != FALSE;
+  }
+  EXPECT_TRUE(removed) << "a file is still open";
 #endif
 }
 

@@ -124,12 +124,9 @@ TEST_P(ShellContract, RunRefusesWhatWouldBeCut) {
 }
 
 TEST_P(ShellContract, ExecuteStartsAProgramInItsFolder) {
-  // The program leaves the folder before it reports the end: a current folder cannot be deleted.
-  EXPECT_GT(shell->Execute(ShellOwner::kMainForm, u"", Program(),
-                           u"/c echo.>here.txt&cd /d C:\\&echo.>\"" + world.At(u"done.txt") + u'"',
+  EXPECT_GT(shell->Execute(ShellOwner::kMainForm, u"", Program(), u"/c echo.>here.txt",
                            world.folder(), kShowHidden),
             32);
-  EXPECT_TRUE(Left(u"done.txt"));
   EXPECT_TRUE(Left(u"here.txt"));
   if (!real()) {
     EXPECT_EQ(memory().started.back().directory, world.folder());
