@@ -10,6 +10,9 @@ namespace marl {
 /// Guidelines 2 (1.4.3).
 inline constexpr double kReadable = 4.5;
 
+/// Contrast that parts of controls need to be seen (1.4.11), and large text.
+inline constexpr double kDistinct = 3.0;
+
 /// Contrast of two colours, from 1 to 21: the ratio of their relative luminances, each plus 0.05,
 /// as those guidelines define it. No system colours.
 double ContrastOf(Color a, Color b);

@@ -55,6 +55,9 @@ frmMain::frmMain(Platform& platform, bool debugLog)
     linRun[i] = std::make_unique<Line>(*this, "linRun", static_cast<int>(i));
     linRun[i]->SetVisible(false);
   }
+  imgFocus = std::make_unique<Image>(*this, "imgFocus");
+  imgFocus->SetVisible(false);
+  imgFocus->SetEnabled(false);  // it lets clicks through
   tmrOver.SetInterval(50);
   tmrOver.SetEnabled(false);  // until start-up is complete
   tmrOver.Tick = [this] { tmrOver_Tick(); };
@@ -75,8 +78,15 @@ void frmMain::RefreshButtons() {
 void frmMain::Resized() { OnResize(); }
 
 void frmMain::OnActivate() {
+  active_ = true;
   RefreshButtons();
   Resized();
+  ShowRing();
+}
+
+void frmMain::OnDeactivate() {
+  active_ = false;
+  ShowRing();
 }
 
 void frmMain::OnResize() {

@@ -6,6 +6,7 @@
 #include "appearance/GradientRect.h"
 #include "appearance/IconSets.h"
 #include "appearance/PanelColors.h"
+#include "appearance/PanelFocus.h"
 #include "appearance/SkinSettings.h"
 #include "appearance/clsTooltip.h"
 #include "appearance/modSetIcon.h"
@@ -49,6 +50,7 @@ class frmMain : public Form, public HookedForm {
   int IconsPerRow = 0;            ///< columns of the panel
   HiddenKeySequence HiddenKeys;   ///< how far "SETGUI" has been typed
   int HoverButton = -1;           ///< button under the mouse, or -1
+  int FocusButton = -1;           ///< button that the keyboard has chosen, or -1
   SkinSettings Skin;              ///< the look, as the last `SetUI` read it
   std::array<Text, kButtonCount> TooltipTexts;
   std::array<std::unique_ptr<clsTooltip>, kButtonCount> TooltipObjects;
@@ -58,6 +60,7 @@ class frmMain : public Form, public HookedForm {
   std::array<std::unique_ptr<Image>, kButtonCount> imgRun;
   std::array<std::unique_ptr<Label>, kButtonCount> lblRun;
   std::array<std::unique_ptr<Line>, 12> linRun;  ///< the first eight are the bevel
+  std::unique_ptr<Image> imgFocus;               ///< the ring around `FocusButton`
   StatusBar stbMain{*this, "stbMain"};
   Timer tmrOver{*this, "tmrOver"};
   Timer tmrTray{*this, "tmrTray"};  ///< runs while the shell refuses the icon
@@ -123,10 +126,13 @@ class frmMain : public Form, public HookedForm {
  protected:
   void OnLoad() override;
   void OnActivate() override;
+  void OnDeactivate() override;
+  void OnFocusCues() override;
   void OnResize() override;
   void OnLookChanged() override;
   void OnClick() override;
   void OnKeyPress(char16_t character) override;
+  bool OnKeyDown(int key, int state) override;
   void OnMouseMove(int button, int shift, float x, float y) override;
   void OnUnload() override;
   void OnEnded() override;
@@ -158,6 +164,16 @@ class frmMain : public Form, public HookedForm {
   void Dress(int index, bool highlighted);
   void HighlightButton(int index, bool show);
   void tmrOver_Tick();
+
+  HitAreas Areas() const;
+  void FocusOn(int button);
+  /// Shows the ring around the button with the focus, or hides it.
+  void ShowRing();
+  Picture Ring(const PixelRect& frame, int thickness) const;
+  /// Shows the long text of the button that the keyboard, or else the mouse, has chosen.
+  void ShowStatus();
+  /// The mouse has moved since the keyboard was used, and is over a button.
+  bool MouseTakesOver(int hit);
   void tmrTray_Tick();
 
   void ShowServer(TextView name);
@@ -218,8 +234,11 @@ class frmMain : public Form, public HookedForm {
   bool popupInUse_ = false;  ///< it is shown, or its chosen item is being handled
   std::vector<std::unique_ptr<Menu>> menuBar_;  ///< in the order of the design
   modLogging log_;
-  bool settingsRead_ = false;  ///< the settings that the exit sequence saves have been read
-  bool started_ = false;       ///< start-up is complete
+  bool active_ = false;         ///< the form is the active window
+  bool keyboardLeads_ = false;  ///< the keyboard was used after the mouse; there is a focus then
+  Point restingMouse_;          ///< on the screen, when the keyboard was used last
+  bool settingsRead_ = false;   ///< the settings that the exit sequence saves have been read
+  bool started_ = false;        ///< start-up is complete
   bool QaBusy = false;
   bool CommentReportBusy = false;
 };

@@ -24,6 +24,7 @@ void frmMain::SetUI() {
   Skin = ReadSkin(platform_.registry, IconsPerRow, numbers_);
   const DisplayOrder order = ParseDisplayIcons(Skin.DisplayIcons, numbers_);
   OnMouseMove(0, 0, -1, -1);
+  const std::vector<int> before = PanelOrder(Areas());
 
   std::array<LabelPlace, kButtonCount> labels;
   for (std::size_t i = 0; i < labels.size(); ++i) {
@@ -46,6 +47,9 @@ void frmMain::SetUI() {
   ClientHeight += growth.height;
   IconsPerRow = Skin.IconsPerRow;
   Move(Grown(bounds(), growth));
+  FocusButton = KeptFocus(before, Areas(), FocusButton);
+  keyboardLeads_ = keyboardLeads_ && FocusButton >= 0;
+  ShowStatus();
   PaintGradient();
   BindTooltips();
 }
@@ -83,6 +87,7 @@ void frmMain::PaintGradient() {
     SetBackground(nullptr);
     SetBackColor(colors.background);
     GreyLabels();
+    ShowRing();
     return Refresh();
   }
   SetBackColor(kPanelBackground);
@@ -97,6 +102,7 @@ void frmMain::PaintGradient() {
   gradient_->Draw(panel_);
   SetBackground(panel_.Take());
   GreyLabels();
+  ShowRing();
   Refresh();
 }
 
@@ -130,24 +136,24 @@ void frmMain::Dress(int index, bool highlighted) {
 void frmMain::OnMouseMove(int, int, float x, float y) {
   int hit = -1;
   if (OverForm(x, y, {Width(), Height()}, InForeground())) {
-    std::array<HitArea, kButtonCount> areas;
-    for (std::size_t i = 0; i < areas.size(); ++i) {
-      areas[i] = {shpRun[i]->bounds(), imgRun[i]->Visible()};
+    hit = ButtonAt(Areas(), x, y);
+  }
+  const bool takesOver = MouseTakesOver(hit);
+  if (takesOver) keyboardLeads_ = false;
+  if (hit != HoverButton) {
+    if (IsAlive(HoverButton)) {
+      HighlightButton(HoverButton, false);
+      Dress(HoverButton, false);
     }
-    hit = ButtonAt(areas, x, y);
+    HoverButton = hit;
+    if (IsAlive(hit)) {
+      HighlightButton(hit, true);
+      Dress(hit, true);
+    }
+  } else if (!takesOver) {
+    return;
   }
-  if (hit == HoverButton) return;
-  if (IsAlive(HoverButton)) {
-    HighlightButton(HoverButton, false);
-    stbMain.SetCaption(u"");
-    Dress(HoverButton, false);
-  }
-  HoverButton = hit;
-  if (IsAlive(hit)) {
-    HighlightButton(hit, true);
-    stbMain.SetCaption(TooltipTexts[static_cast<std::size_t>(hit)]);
-    Dress(hit, true);
-  }
+  ShowStatus();
 }
 
 void frmMain::HighlightButton(int index, bool show) {

@@ -323,7 +323,28 @@ class Timer : public Control {
 };
 
 /// The platform's codes of function keys; a letter's key has the code of its capital.
-enum KeyCode : int { kKeyF1 = 0x70, kKeyF4 = 0x73, kKeyF6 = 0x75, kKeyF7 = 0x76 };
+enum KeyCode : int {
+  kKeyTab = 0x09,
+  kKeyEnter = 0x0D,
+  kKeyEscape = 0x1B,
+  kKeySpace = 0x20,
+  kKeyPageUp = 0x21,
+  kKeyPageDown = 0x22,
+  kKeyEnd = 0x23,
+  kKeyHome = 0x24,
+  kKeyLeft = 0x25,
+  kKeyUp = 0x26,
+  kKeyRight = 0x27,
+  kKeyDown = 0x28,
+  kKeyF1 = 0x70,
+  kKeyF4 = 0x73,
+  kKeyF6 = 0x75,
+  kKeyF7 = 0x76,
+};
+
+/// How a key went down, as bits: what is held with it, and whether it is held down itself, so that
+/// this is a repetition.
+enum KeyState : int { kWithShift = 1, kWithControl = 2, kRepeated = 4 };
 
 /// Keys that choose a menu entry from anywhere on its form. They are part of the design and not
 /// translated.

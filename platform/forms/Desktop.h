@@ -35,6 +35,8 @@ class FormPeer {
   /// Paints the marked areas now (UpdateWindow).
   virtual void Refresh() = 0;
   virtual void Focus(Control& control) = 0;
+  /// From now on the window shows where the focus is (WM_CHANGEUISTATE); reports it.
+  virtual void ShowFocusCues() = 0;
   virtual void BringToFront() = 0;
   virtual bool InForeground() const = 0;
   /// False while a dialog keeps the form from input (IsWindowEnabled).

@@ -273,13 +273,17 @@ void Form::BringToFront() {
   if (peer_) peer_->BringToFront();
 }
 
+void Form::ShowFocus() {
+  if (peer_) peer_->ShowFocusCues();
+}
+
 bool Form::InForeground() const { return peer_ && peer_->InForeground(); }
 
 void Form::UserClick() { OnClick(); }
 
 void Form::UserKey(char16_t character) { OnKeyPress(character); }
 
-bool Form::UserKeyDown(int key, int shift) { return KeyPreview && OnKeyDown(key, shift); }
+bool Form::UserKeyDown(int key, int state) { return KeyPreview && OnKeyDown(key, state); }
 
 bool Form::UserAccessKey(char16_t key, const Control* focus) {
   Control* const owner = AccessKeyOwner(key, focus);
@@ -368,6 +372,11 @@ void Form::UserActivate() {
   OnActivate();
 }
 
+void Form::UserDeactivate(Control* focus) {
+  left_ = focus;
+  OnDeactivate();
+}
+
 void Form::UserClose() {
   if (!EndsProgram && peer_ && !peer_->TakesInput()) return;
   Unload();
@@ -427,6 +436,12 @@ void Form::PeerCues(bool accessKeys) {
   for (Control* control : controls_) {
     if (control->kind() == ControlKind::kLabel) Invalidate(*control);
   }
+}
+
+void Form::PeerFocusCues(bool shown) {
+  if (shown == focusCues_) return;
+  focusCues_ = shown;
+  if (peer_) OnFocusCues();
 }
 
 Point Form::Origin(const Control& control) const {

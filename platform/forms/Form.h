@@ -65,6 +65,10 @@ class Form {
   void SetState(WindowState state);
   bool Visible() const { return visible_; }
   bool ShowsAccessKeys() const { return accessKeys_; }
+  /// Whether the focus is to be seen: the user's setting, and whether the keyboard has been used.
+  bool ShowsFocus() const { return focusCues_; }
+  /// The keyboard is being used: the focus is to be seen from now on (WM_CHANGEUISTATE).
+  void ShowFocus();
   Color BackColor() const { return backColor_; }
   void SetBackColor(Color color);
   /// The picture behind the controls, or null. It is kept, so that repainting does not compute it
@@ -114,9 +118,10 @@ class Form {
   // Actions of the user and the platform. Called by peers and tests.
   void UserClick();
   void UserKey(char16_t character);
-  /// A key went down anywhere on a form with `KeyPreview`: its `KeyCode`, and 1 for Shift plus 2
-  /// for Ctrl. True if the key is handled and must not reach its control.
-  bool UserKeyDown(int key, int shift);
+  /// A key went down anywhere on a form with `KeyPreview`: its `KeyCode`, and bits of `KeyState`.
+  /// True if the key is handled and must not reach its control. On a form without controls that can
+  /// have the focus, its character follows in any case (UserKey).
+  bool UserKeyDown(int key, int state);
   /// An access key was pressed while `focus`, or nothing, had the focus. It goes to the next
   /// control in the tab order (wrapping around) that has this key: a tab is selected, a button or
   /// box gets the focus and is clicked, and the key of a label or frame puts the focus on the
@@ -140,7 +145,7 @@ class Form {
   /// `GotFocus`.
   void UserActivate();
   /// Another window is active now; `focus`, or nothing, had the focus in this form.
-  void UserDeactivate(Control* focus) { left_ = focus; }
+  void UserDeactivate(Control* focus);
   /// The user closes the form. Behind a dialog only the form that ends the program can be closed.
   void UserClose();
   /// The resolution of the monitor on which the window has been created.
@@ -163,6 +168,8 @@ class Form {
   /// Whether access keys are underlined: the user's setting, and whether the keyboard has been used
   /// (WM_UPDATEUISTATE).
   void PeerCues(bool accessKeys);
+  /// The same for the focus.
+  void PeerFocusCues(bool shown);
   /// Monitors have come, gone or changed, or a taskbar has moved (WM_DISPLAYCHANGE,
   /// WM_SETTINGCHANGE): a form whose title bar is no longer within reach moves to where it is.
   void PeerScreensChanged();
@@ -191,6 +198,9 @@ class Form {
  protected:
   virtual void OnLoad() {}
   virtual void OnActivate() {}
+  virtual void OnDeactivate() {}
+  /// `ShowsFocus` has changed.
+  virtual void OnFocusCues() {}
   virtual void OnResize() {}
   /// What the form's pictures and colours depend on has changed, such as its resolution or the
   /// system's colours: makes them again. The controls have adapted already.
@@ -198,7 +208,7 @@ class Form {
   virtual void OnClick() {}
   virtual void OnKeyPress(char16_t /*character*/) {}
   /// A key on its way to a control; true if the form has handled it.
-  virtual bool OnKeyDown(int /*key*/, int /*shift*/) { return false; }
+  virtual bool OnKeyDown(int /*key*/, int /*state*/) { return false; }
   virtual void OnMouseMove(int /*button*/, int /*shift*/, float /*x*/, float /*y*/) {}
   virtual bool OnQueryUnload() { return true; }
   virtual void OnUnload() {}
@@ -238,6 +248,7 @@ class Form {
   WindowState state_ = WindowState::kNormal;
   bool visible_ = false;
   bool accessKeys_ = true;
+  bool focusCues_ = true;
   bool unloading_ = false;
   bool lost_ = false;  ///< the platform has destroyed the window
   Color backColor_ = kButtonFace;

@@ -28,6 +28,8 @@ MemoryPeer::MemoryPeer(MemoryDesktop& desktop, Form& form)
   }
   bounds.width = form.Design.width + desktop.frame.width;
   bounds.height = form.Design.height + desktop.frame.height;
+  // The user has a mouse and has used it last.
+  form.PeerFocusCues(false);
   form.PeerPlaced(bounds, InnerOf(bounds), form.State());
 }
 

@@ -29,6 +29,7 @@ class MemoryPeer : public FormPeer {
   void InvalidateAll() override { ++invalidatedWhole; }
   void Refresh() override { ++refreshed; }
   void Focus(Control& control) override;
+  void ShowFocusCues() override { form_.PeerFocusCues(true); }
   void BringToFront() override;
   bool InForeground() const override;
   bool TakesInput() const override;

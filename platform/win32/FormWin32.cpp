@@ -303,6 +303,12 @@ void FormWin32::Focus(Control& control) {
   if (const HWND child = WindowOf(control)) SetFocus(child);
 }
 
+void FormWin32::ShowFocusCues() {
+  SendMessageW(window_, WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
+  // Wine does not pass it on as WM_UPDATEUISTATE.
+  form_.PeerFocusCues(true);
+}
+
 void FormWin32::BringToFront() { SetForegroundWindow(window_); }
 
 bool FormWin32::InForeground() const { return window_ && GetForegroundWindow() == window_; }

@@ -33,6 +33,7 @@ class FormWin32 : public FormPeer {
   void InvalidateAll() override;
   void Refresh() override;
   void Focus(Control& control) override;
+  void ShowFocusCues() override;
   void BringToFront() override;
   bool InForeground() const override;
   bool TakesInput() const override { return IsWindowEnabled(window_) != FALSE; }
@@ -94,6 +95,7 @@ class FormWin32 : public FormPeer {
   Result OnRightUp(WPARAM w, LPARAM l);
   Result OnCaptureChanged(WPARAM w, LPARAM l);
   Result OnPower(WPARAM w, LPARAM l);
+  Result OnKeyDown(WPARAM w, LPARAM l);
   Result OnChar(WPARAM w, LPARAM l);
   Result OnCommand(WPARAM w, LPARAM l);
   Result OnNotify(WPARAM w, LPARAM l);

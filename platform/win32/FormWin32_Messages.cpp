@@ -29,6 +29,15 @@ Text WindowText(HWND window) {
   return FromWide(text.data(), static_cast<std::size_t>(std::max(length, 0)));
 }
 
+/// The bits of `KeyState` for a WM_KEYDOWN with this `l`.
+int KeysHeld(LPARAM l) {
+  int state = 0;
+  if (GetKeyState(VK_SHIFT) < 0) state |= kWithShift;
+  if (GetKeyState(VK_CONTROL) < 0) state |= kWithControl;
+  if (HIWORD(l) & KF_REPEAT) state |= kRepeated;
+  return state;
+}
+
 }  // namespace
 
 // A handler that returns nothing leaves the message to the platform. An event may destroy the form:
@@ -62,6 +71,7 @@ const FormWin32::Handler FormWin32::kHandlers[] = {
     {WM_RBUTTONUP, &FormWin32::OnRightUp},
     {WM_CAPTURECHANGED, &FormWin32::OnCaptureChanged},
     {WM_POWERBROADCAST, &FormWin32::OnPower},
+    {WM_KEYDOWN, &FormWin32::OnKeyDown},
     {WM_CHAR, &FormWin32::OnChar},
 
     {WM_COMMAND, &FormWin32::OnCommand},
@@ -161,6 +171,9 @@ FormWin32::Result FormWin32::OnUpdateUiState(WPARAM w, LPARAM l) {
   const LRESULT result = DefWindowProcW(window_, WM_UPDATEUISTATE, w, l);
   if (HIWORD(w) & UISF_HIDEACCEL) {
     desktop_.Event([&] { form_.PeerCues(LOWORD(w) == UIS_CLEAR); });
+  }
+  if (HIWORD(w) & UISF_HIDEFOCUS) {
+    desktop_.Event([&] { form_.PeerFocusCues(LOWORD(w) == UIS_CLEAR); });
   }
   return result;
 }
@@ -282,6 +295,15 @@ FormWin32::Result FormWin32::OnPower(WPARAM w, LPARAM) {
     desktop_.Event([&] { form_.UserCaptureLost(); });
   }
   return TRUE;
+}
+
+// Where fields can have the focus, the message loop has offered the key to the form already.
+FormWin32::Result FormWin32::OnKeyDown(WPARAM w, LPARAM l) {
+  if (hasFields_) return {};
+  bool taken = false;
+  desktop_.Event([&] { taken = form_.UserKeyDown(static_cast<int>(w), KeysHeld(l)); });
+  if (taken) return 0;
+  return {};
 }
 
 FormWin32::Result FormWin32::OnChar(WPARAM w, LPARAM) {
@@ -455,8 +477,7 @@ bool FormWin32::PreviewKey(const MSG& message) {
   const bool shift = GetKeyState(VK_SHIFT) < 0;
   bool taken = false;
   desktop_.Event([&] {
-    taken =
-        form_.UserKeyDown(static_cast<int>(message.wParam), (shift ? 1 : 0) | (control ? 2 : 0));
+    taken = form_.UserKeyDown(static_cast<int>(message.wParam), KeysHeld(message.lParam));
     const bool left = message.wParam == VK_PRIOR || (message.wParam == VK_TAB && shift);
     const bool right = message.wParam == VK_NEXT || (message.wParam == VK_TAB && !shift);
     if (!taken && control && (left || right)) taken = form_.UserNextTab(left ? -1 : 1);

@@ -1,10 +1,17 @@
 #include <algorithm>
 #include <array>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 
+#include "appearance/SkinFile.h"
+#include "platform/Contrast.h"
+#include "platform/memory/MemoryFileSystem.h"
 #include "tests/desktop/Switchboard.h"
 #include "tests/unit/GradientReference.h"
 
-// The panel on the screen: the gradient behind the buttons, and the button under a real mouse.
+// The panel on the screen: the gradient behind the buttons, the button under a real mouse, and the
+// ring around the one that the keyboard has chosen.
 
 namespace marl::desktop {
 
@@ -165,6 +172,66 @@ class Panel : public SwitchboardTest {
   POINT mouse_ = {};
 };
 
+/// The ring around a button: thickness in pixels, and its area on the screen.
+int RingPixels() { return std::max(2, (PixelsOf(1440) + 24) / 48); }
+RECT RingOf(HWND main, int button) {
+  POINT corner = {};
+  ClientToScreen(main, &corner);
+  const int left = button % 5 * 1740 + 60;
+  const int top = button / 5 * 1260 + 60;
+  const int thick = RingPixels();
+  return {corner.x + PixelsOf(left) - thick, corner.y + PixelsOf(top) - thick,
+          corner.x + PixelsOf(left + 1695) + thick, corner.y + PixelsOf(top + 1215) + thick};
+}
+
+/// Calls `pixel(x, y)` for the pixels of the ring in a picture of its area.
+template <typename Pixel>
+void WalkRing(const Pixels& pixels, Pixel pixel) {
+  const int thick = RingPixels();
+  for (int y = 0; y < pixels.height; ++y) {
+    for (int x = 0; x < pixels.width; ++x) {
+      const bool inside =
+          x >= thick && x < pixels.width - thick && y >= thick && y < pixels.height - thick;
+      if (!inside) pixel(x, y);
+    }
+  }
+}
+
+/// The smallest contrast of a ring on the screen with what was there before.
+double WeakestContrast(const Pixels& with, const Pixels& without) {
+  double weakest = 21;
+  WalkRing(with, [&](int x, int y) {
+    weakest = std::min(weakest, ContrastOf(static_cast<Color>(with.At(x, y)),
+                                           static_cast<Color>(without.At(x, y))));
+  });
+  return weakest;
+}
+
+/// Stores a skin file as the program's skin.
+class StoredSkin : public SkinTarget {
+ public:
+  explicit StoredSkin(const Settings& settings) : settings_(settings) {}
+  void SetNumber(std::int32_t SkinSettings::*field, std::int32_t number) override {
+    settings_.SetRegistryNumber(
+        L"GUI", Name([&](const SkinParameter& each) { return each.number == field; }),
+        static_cast<DWORD>(number));
+  }
+  void SetText(marl::Text SkinSettings::*field, TextView text) override {
+    settings_.SetRegistry(L"GUI",
+                          Name([&](const SkinParameter& each) { return each.text == field; }),
+                          std::wstring(text.begin(), text.end()));
+  }
+
+ private:
+  template <typename Is>
+  static std::wstring Name(Is is) {
+    const auto found = std::find_if(kSkinParameters.begin(), kSkinParameters.end(), is);
+    return {found->value.begin(), found->value.end()};
+  }
+  const Settings& settings_;
+};
+
+const std::wstring kAnalyseStatus = L"Analyse files for leverage statistics";
 const std::wstring kEditStatus = L"Interactively translate a file";
 const std::wstring kServerStatus = L"Change the current project tracking server";
 const std::wstring kAdministratorStatus = L"Administer Marl servers";
@@ -407,6 +474,127 @@ TEST_F(Panel, TwoStateIconsChangeUnderTheMouseAndOthersDoNot) {
     }
     EXPECT_TRUE(Close(marl));
   }
+}
+
+TEST_F(Panel, KeyboardMovesARingAndPressesWithoutTheMouse) {
+  const SuiteFolder suite(L"Suite", {L"Q17Kit.exe"});
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(BringForward(main));
+  Point(IconOf(main, kAdministrator));
+  ASSERT_TRUE(Becomes(main, kAdministrator, kOn, kAdministratorStatus));
+  const Pixels before = Capture(InnerOf(main));
+  const auto ringAt = [&](int button) {
+    const RECT area = RingOf(main, button);
+    const POINT corner = {InnerOf(main).left, InnerOf(main).top};
+    Pixels ground{area.right - area.left, area.bottom - area.top, {}};
+    for (LONG y = area.top; y < area.bottom; ++y) {
+      for (LONG x = area.left; x < area.right; ++x) {
+        ground.colors.push_back(before.At(x - corner.x, y - corner.y));
+      }
+    }
+    return WeakestContrast(Capture(area), ground) >= 3;
+  };
+  /// Presses a key, and waits until the ring is around the button and the status line has its text.
+  const auto leads = [&](WORD key, int button, const std::wstring& status) {
+    Chord({}, key);
+    if (WaitUntil([&] { return ringAt(button) && Status(main) == status; })) return true;
+    Screenshot("panel-ring", main);
+    return false;
+  };
+  EXPECT_TRUE(leads(VK_TAB, kAnalyse, kAnalyseStatus));
+  EXPECT_EQ(LookOf(main, kAdministrator), kOn) << "the highlight stays where the mouse is";
+  Screenshot("panel-keyboard", main);
+  EXPECT_TRUE(leads(VK_DOWN, kEdit, kEditStatus));
+  EXPECT_FALSE(ringAt(kAnalyse));
+  EXPECT_TRUE(leads(VK_RIGHT, kChangeServer, kServerStatus));
+  EXPECT_TRUE(leads(VK_RIGHT, kTrackProjects, L"Track existing projects"));
+  EXPECT_TRUE(leads(VK_LEFT, kChangeServer, kServerStatus));
+  EXPECT_TRUE(leads(VK_LEFT, kEdit, kEditStatus));
+  Chord({}, VK_SPACE);
+  std::vector<Started> starts = {Start(suite, L"Q17Bench.exe")};
+  EXPECT_EQ(suite.WaitForTools(1), starts);
+  ASSERT_TRUE(BringForward(main));
+  Chord({}, VK_RETURN);
+  starts.push_back(starts.front());
+  EXPECT_EQ(suite.WaitForTools(2), starts);
+  ASSERT_TRUE(BringForward(main));
+
+  // A dead button has the focus and does nothing.
+  EXPECT_TRUE(leads(VK_NEXT, kUtilities, L"Various utilities to manipulate Marl documents"));
+  Chord({}, VK_SPACE);
+  Chord({}, VK_RETURN);
+
+  // A dialog takes the keyboard, and gives it back to the same button.
+  EXPECT_TRUE(leads(VK_PRIOR, kEdit, kEditStatus));
+  EXPECT_TRUE(leads(VK_RIGHT, kChangeServer, kServerStatus));
+  Chord({}, VK_SPACE);
+  HWND dialog = nullptr;
+  ASSERT_TRUE(WaitUntil([&] {
+    dialog = FindWindowOf(marl.id(), [&](HWND window) {
+      return window != main && IsWindowVisible(window) && ClassOf(window) == L"MarlForm";
+    });
+    return dialog && GetForegroundWindow() == dialog;
+  }));
+  EXPECT_TRUE(WaitUntil([&] { return !ringAt(kChangeServer); })) << "the form is not active";
+  Chord({}, VK_ESCAPE);
+  EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); }));
+  EXPECT_TRUE(WaitUntil([&] { return ringAt(kChangeServer); }));
+
+  // Without the focus every pixel is as it was.
+  Point(IconOf(main, kAdministrator));
+  Chord({}, VK_ESCAPE);
+  EXPECT_TRUE(Becomes(main, kAdministrator, kOn, kAdministratorStatus));
+  EXPECT_TRUE(WaitUntil([&] { return Capture(InnerOf(main)) == before; }));
+
+  Chord({VK_SHIFT}, VK_TAB);
+  Chord({}, VK_SPACE);
+  EXPECT_EQ(marl.WaitForExit(), 0u) << "the last button exits";
+  EXPECT_EQ(suite.WaitForTools(2), starts);
+}
+
+TEST_F(Panel, RingStandsOutOnEveryShippedSkin) {
+  std::wstring own(MAX_PATH, L'\0');
+  own.resize(GetModuleFileNameW(nullptr, own.data(), MAX_PATH));
+  const std::filesystem::path skins = own.substr(0, own.rfind(L'\\')) + L"\\Skins";
+  const SuiteFolder suite;
+  int count = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(skins)) {
+    std::ifstream stream(entry.path(), std::ios::binary);
+    MemoryFileSystem files;
+    files.Put(u"C:\\one.qsk", std::string(std::istreambuf_iterator<char>(stream), {}));
+    StoredSkin stored(settings);
+    ASSERT_TRUE(LoadSkinFile(files, u"C:\\one.qsk", stored));
+    const RunningMarl marl(suite);
+    const HWND main = marl.WaitForWindow();
+    ASSERT_TRUE(main);
+    ASSERT_TRUE(BringForward(main));
+    const RECT inner = InnerOf(main);
+    Pixels before = Capture(inner);
+    WaitUntil([&] {
+      const Pixels now = Capture(inner);
+      return now == std::exchange(before, now);
+    });
+    Chord({}, VK_TAB);
+    const RECT area = RingOf(main, kAnalyse);
+    const auto weakest = [&] {
+      const Pixels now = Capture(area);
+      Pixels ground{now.width, now.height, {}};
+      for (LONG y = area.top; y < area.bottom; ++y) {
+        for (LONG x = area.left; x < area.right; ++x) {
+          ground.colors.push_back(before.At(x - inner.left, y - inner.top));
+        }
+      }
+      return WeakestContrast(now, ground);
+    };
+    WaitUntil([&] { return weakest() >= 3; }, std::chrono::milliseconds(5000));
+    EXPECT_GE(weakest(), 3) << entry.path().stem();
+    Screenshot("ring-" + entry.path().stem().string(), main);
+    EXPECT_TRUE(Close(marl));
+    ++count;
+  }
+  EXPECT_GE(count, 8);
 }
 
 }  // namespace marl::desktop
