@@ -7,7 +7,9 @@
 //                      without it the window stays until the user closes it
 // A stand-in that is started hidden, or silently by "/s", shows no window and ends at once.
 //
-// It is copied some twenty times, so it stays small: no heap, no C runtime library.
+// It is copied some twenty times, so it stays small: no heap, no C runtime library. The libraries
+// for windows are loaded only when there is a window to show: tests start thousands of silent ones,
+// and without those libraries a start takes a fraction of the time.
 
 #include <windows.h>
 
@@ -66,9 +68,12 @@ class Line {
   }
 
   void Number(int value) {
-    char digits[12];
-    wsprintfA(digits, "%d", value);
-    Raw(digits);
+    if (value < 0) {
+      Put('-');
+      value = -value;
+    }
+    if (value >= 10) Number(value / 10);
+    Put(static_cast<char>('0' + value % 10));
   }
 
   const char* data() const { return text_; }
@@ -79,9 +84,8 @@ class Line {
     if (size_ < kLineSize) text_[size_++] = c;
   }
   void Escape(unsigned unit) {
-    char escape[8];
-    wsprintfA(escape, "\\u%04x", unit);
-    Raw(escape);
+    Raw("\\u");
+    for (int shift = 12; shift >= 0; shift -= 4) Put("0123456789abcdef"[unit >> shift & 0xF]);
   }
   void Utf8(unsigned point) {
     if (point < 0x80) return Put(static_cast<char>(point));
@@ -106,7 +110,6 @@ class Line {
 // Too large for the stack.
 Start g_start;
 Line g_line;
-HBRUSH g_green = nullptr;
 
 const wchar_t* BehindProgramName(const wchar_t* at) {
   if (*at == L'"') {
@@ -164,28 +167,73 @@ int Number(const wchar_t* text) {
   return value;
 }
 
+/// What a window needs of user32.dll and gdi32.dll.
+struct Windowing {
+  HMODULE user = LoadLibraryW(L"user32.dll");
+  HMODULE gdi = LoadLibraryW(L"gdi32.dll");
+
+#define MARL_FUNCTION(library, name) \
+  decltype(&::name) name =           \
+      reinterpret_cast<decltype(&::name)>(reinterpret_cast<void*>(GetProcAddress(library, #name)))
+  MARL_FUNCTION(user, AdjustWindowRect);
+  MARL_FUNCTION(user, CreateWindowExW);
+  MARL_FUNCTION(user, DefWindowProcW);
+  MARL_FUNCTION(user, DestroyWindow);
+  MARL_FUNCTION(user, DispatchMessageW);
+  MARL_FUNCTION(user, DrawTextW);
+  MARL_FUNCTION(user, GetDC);
+  MARL_FUNCTION(user, GetDlgCtrlID);
+  MARL_FUNCTION(user, GetMessageW);
+  MARL_FUNCTION(user, LoadCursorW);
+  MARL_FUNCTION(user, LoadIconW);
+  MARL_FUNCTION(user, PostQuitMessage);
+  MARL_FUNCTION(user, RegisterClassW);
+  MARL_FUNCTION(user, ReleaseDC);
+  MARL_FUNCTION(user, SendMessageW);
+  MARL_FUNCTION(user, SetTimer);
+  MARL_FUNCTION(user, SetWindowPos);
+  MARL_FUNCTION(user, ShowWindow);
+  MARL_FUNCTION(user, SystemParametersInfoW);
+  MARL_FUNCTION(user, TranslateMessage);
+  MARL_FUNCTION(gdi, CreateFontIndirectW);
+  MARL_FUNCTION(gdi, CreateSolidBrush);
+  MARL_FUNCTION(gdi, GetDeviceCaps);
+  MARL_FUNCTION(gdi, GetStockObject);
+  MARL_FUNCTION(gdi, SelectObject);
+  MARL_FUNCTION(gdi, SetBkColor);
+  MARL_FUNCTION(gdi, SetTextColor);
+#undef MARL_FUNCTION
+
+  HBRUSH green = nullptr;
+};
+
+Windowing* g_windowing = nullptr;
+
 LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM w, LPARAM l) {
   switch (message) {
     case WM_CTLCOLORSTATIC: {
       const HDC context = reinterpret_cast<HDC>(w);
-      const int id = GetDlgCtrlID(reinterpret_cast<HWND>(l));
-      SetTextColor(context, id == kHeadingId ? kWhite : id == kCaptionId ? kGrey : RGB(0, 0, 0));
-      SetBkColor(context, id == kHeadingId ? kGreen : kWhite);
-      return reinterpret_cast<LRESULT>(id == kHeadingId ? g_green : GetStockObject(WHITE_BRUSH));
+      const int id = g_windowing->GetDlgCtrlID(reinterpret_cast<HWND>(l));
+      g_windowing->SetTextColor(context, id == kHeadingId   ? kWhite
+                                         : id == kCaptionId ? kGrey
+                                                            : RGB(0, 0, 0));
+      g_windowing->SetBkColor(context, id == kHeadingId ? kGreen : kWhite);
+      return reinterpret_cast<LRESULT>(id == kHeadingId ? g_windowing->green
+                                                        : g_windowing->GetStockObject(WHITE_BRUSH));
     }
     case WM_CHAR:
-      if (w == VK_ESCAPE) DestroyWindow(window);
+      if (w == VK_ESCAPE) g_windowing->DestroyWindow(window);
       return 0;
-    case WM_TIMER: DestroyWindow(window); return 0;
-    case WM_DESTROY: PostQuitMessage(0); return 0;
-    default: return DefWindowProcW(window, message, w, l);
+    case WM_TIMER: g_windowing->DestroyWindow(window); return 0;
+    case WM_DESTROY: g_windowing->PostQuitMessage(0); return 0;
+    default: return g_windowing->DefWindowProcW(window, message, w, l);
   }
 }
 
 int DpiOfScreen() {
-  const HDC screen = GetDC(nullptr);
-  const int dpi = GetDeviceCaps(screen, LOGPIXELSY);
-  ReleaseDC(nullptr, screen);
+  const HDC screen = g_windowing->GetDC(nullptr);
+  const int dpi = g_windowing->GetDeviceCaps(screen, LOGPIXELSY);
+  g_windowing->ReleaseDC(nullptr, screen);
   return dpi;
 }
 
@@ -197,13 +245,13 @@ class Column {
   Column(HWND window, int dpi) : window_(window), dpi_(dpi) {
     NONCLIENTMETRICSW metrics = {};
     metrics.cbSize = sizeof metrics;
-    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    g_windowing->SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
     LOGFONTW& font = metrics.lfMessageFont;
     font.lfHeight = -Pixels(13);
-    plain_ = CreateFontIndirectW(&font);
+    plain_ = g_windowing->CreateFontIndirectW(&font);
     font.lfHeight = -Pixels(20);
     font.lfWeight = FW_BOLD;
-    large_ = CreateFontIndirectW(&font);
+    large_ = g_windowing->CreateFontIndirectW(&font);
   }
 
   void Heading(const wchar_t* text) {
@@ -219,12 +267,12 @@ class Column {
     top_ += Pixels(18);
     // As tall as the text needs, up to a limit.
     RECT area = {0, 0, width, 0};
-    const HDC context = GetDC(window_);
-    const HGDIOBJ before = SelectObject(context, plain_);
-    DrawTextW(context, *text ? text : L" ", -1, &area,
-              DT_CALCRECT | DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX);
-    SelectObject(context, before);
-    ReleaseDC(window_, context);
+    const HDC context = g_windowing->GetDC(window_);
+    const HGDIOBJ before = g_windowing->SelectObject(context, plain_);
+    g_windowing->DrawTextW(context, *text ? text : L" ", -1, &area,
+                           DT_CALCRECT | DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX);
+    g_windowing->SelectObject(context, before);
+    g_windowing->ReleaseDC(window_, context);
     const int height = area.bottom < Pixels(200) ? area.bottom : Pixels(200);
     Add(kValueId, text, plain_, left, top_, width, height, SS_LEFT | SS_EDITCONTROL);
     top_ += height;
@@ -238,10 +286,10 @@ class Column {
 
   void Add(int id, const wchar_t* text, HFONT font, int left, int top, int width, int height,
            DWORD style) {
-    const HWND child = CreateWindowExW(
+    const HWND child = g_windowing->CreateWindowExW(
         0, L"STATIC", text, WS_CHILD | WS_VISIBLE | SS_NOPREFIX | style, left, top, width, height,
         window_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
-    SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+    g_windowing->SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
   }
 
   HWND window_;
@@ -252,34 +300,36 @@ class Column {
 };
 
 void Show(const Start& start, HINSTANCE instance, int linger) {
-  g_green = CreateSolidBrush(kGreen);
+  Windowing windowing;
+  g_windowing = &windowing;
+  g_windowing->green = g_windowing->CreateSolidBrush(kGreen);
   WNDCLASSW description = {};
   description.lpfnWndProc = OnMessage;
   description.hInstance = instance;
-  description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  description.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
-  description.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
+  description.hCursor = g_windowing->LoadCursorW(nullptr, IDC_ARROW);
+  description.hIcon = g_windowing->LoadIconW(nullptr, IDI_APPLICATION);
+  description.hbrBackground = static_cast<HBRUSH>(g_windowing->GetStockObject(WHITE_BRUSH));
   description.lpszClassName = L"MarlStandIn";
-  if (!RegisterClassW(&description)) return;
+  if (!g_windowing->RegisterClassW(&description)) return;
   constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
-  const HWND window =
-      CreateWindowExW(0, description.lpszClassName, start.program, kStyle, CW_USEDEFAULT,
-                      CW_USEDEFAULT, 0, 0, nullptr, nullptr, instance, nullptr);
+  const HWND window = g_windowing->CreateWindowExW(0, description.lpszClassName, start.program,
+                                                   kStyle, CW_USEDEFAULT, CW_USEDEFAULT, 0, 0,
+                                                   nullptr, nullptr, instance, nullptr);
   if (!window) return;
   Column column(window, DpiOfScreen());
   column.Heading(start.program);
   column.Entry(L"Arguments", *start.arguments ? start.arguments : L"(none)");
   column.Entry(L"Working directory", start.directory);
   RECT outer = {0, 0, column.width(), column.height()};
-  AdjustWindowRect(&outer, kStyle, FALSE);
-  SetWindowPos(window, nullptr, 0, 0, outer.right - outer.left, outer.bottom - outer.top,
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-  if (linger > 0) SetTimer(window, 1, static_cast<UINT>(linger), nullptr);
-  ShowWindow(window, start.show < 0 ? SW_SHOWNORMAL : start.show);
+  g_windowing->AdjustWindowRect(&outer, kStyle, FALSE);
+  g_windowing->SetWindowPos(window, nullptr, 0, 0, outer.right - outer.left,
+                            outer.bottom - outer.top, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  if (linger > 0) g_windowing->SetTimer(window, 1, static_cast<UINT>(linger), nullptr);
+  g_windowing->ShowWindow(window, start.show < 0 ? SW_SHOWNORMAL : start.show);
   MSG message;
-  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-    TranslateMessage(&message);
-    DispatchMessageW(&message);
+  while (g_windowing->GetMessageW(&message, nullptr, 0, 0) > 0) {
+    g_windowing->TranslateMessage(&message);
+    g_windowing->DispatchMessageW(&message);
   }
 }
 

@@ -62,6 +62,7 @@ run_tests() {
     select+=(-E "^($(IFS='|'; echo "${dropped[*]//./\\.}"))\$")
   fi
   say "Testing"
+  export MARL_TESTING=1
   # More at a time than there are processors: desktop tests mostly wait.
   ctest --test-dir build/tests --verbose --parallel $((JOBS + 1)) "${select[@]}" 2>&1 |
     follow_tests build/tests/last.log "$filter" || status=1
@@ -124,6 +125,8 @@ follow_tests() {
       n = $0 + 0
       text = substr($0, index($0, ": ") + 2)
       sub(/\r$/, "", text)
+      if (text ~ /^(Test command|Working Directory|Environment variables|Test timeout [a-z ]+):/ ||
+          text ~ /^ [A-Z_]+=/) next  # what ctest says in front
       if (text ~ /^\[==========\] (Running|Sharing) /) {
         all[n] = $4
       } else if (text ~ /^\[       OK \]/ || text ~ /^\[  SKIPPED \].*ms\)$/) {
@@ -196,8 +199,10 @@ cmd_desktops() {
 # taken. If it ends in the middle of a test, that test has failed, and the program is started again
 # for the others.
 desktop_lane() (
+  one_processor
   prefix_copy "desktop-$dpi" "$name-$1"
   wine_begin "$name-$1" "$dpi"
+  wine_temp_in_memory
   shift
   mkdir -p "$SHOTS_FOLDER/$name"
   export MARL_SHOTS="Z:$ROOT/$SHOTS_FOLDER/$name"

@@ -75,7 +75,7 @@ int PixelsOf(int twips) { return MulDiv(twips, ScreenDpi(), 1440); }
 
 std::wstring TextOf(HWND window) {
   // Another program that hangs must not hang the test.
-  constexpr UINT kHung = 5000;
+  constexpr UINT kHung = 20000;
   DWORD_PTR length = 0;
   if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_NORMAL, kHung, &length)) {
     return {};

@@ -242,9 +242,12 @@ TEST_F(Press, TwoHundredPressesLeakNothing) {
       // Alternately, so that no two clicks make a double click.
       Click(pressed % 2 ? IconOf(main, kEdit) : LabelOf(main, kUtilities));
       ++pressed;
-      if (suite.WaitForTools(pressed).size() != pressed) return false;
+      const std::size_t started = suite.WaitForTools(pressed).size();
+      if (started != pressed) {
+        return testing::AssertionFailure() << started << " starts after press " << pressed;
+      }
     }
-    return true;
+    return testing::AssertionSuccess();
   };
   // What the platform loads at the first starts stays loaded.
   ASSERT_TRUE(press(20));

@@ -477,12 +477,22 @@ TEST_F(Tray, FiftyCyclesLeakNoHandle) {
     PostMessageW(main, MenuMessage(), 0, kDoubleClick);
     ASSERT_TRUE(Visible(main));
   };
-  for (int i = 0; i < 5; ++i) cycle();
+  const auto cycles = [&](int count) {
+    for (int i = 0; i < count && !HasFatalFailure(); ++i) cycle();
+  };
+  cycles(5);
   const std::size_t handles = marl.Handles();
-  const std::size_t bytes = marl.PrivateBytes();
-  for (int i = 0; i < 50 && !HasFatalFailure(); ++i) cycle();
+  // A leak grows with every batch; the platform's own allocations come only now and then.
+  std::vector<std::size_t> bytes = {marl.PrivateBytes()};
+  std::size_t leastGrowth = SIZE_MAX;
+  for (int batch = 0; batch < 5; ++batch) {
+    cycles(10);
+    const std::size_t before = bytes.back();
+    bytes.push_back(marl.PrivateBytes());
+    leastGrowth = std::min(leastGrowth, bytes.back() > before ? bytes.back() - before : 0);
+  }
   EXPECT_LE(marl.Handles(), handles + 2);
-  EXPECT_LT(marl.PrivateBytes(), bytes + 256 * 1024);
+  EXPECT_LE(leastGrowth, 8192u) << testing::PrintToString(bytes);
   EXPECT_TRUE(Close(marl));
 }
 

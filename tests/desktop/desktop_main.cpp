@@ -10,6 +10,7 @@
 
 #include "platform/memory/MemoryStrings.h"
 #include "tests/desktop/Harness.h"
+#include "tests/desktop/StateAtFailure.h"
 #include "tests/desktop/TestQueue.h"
 
 namespace {
@@ -75,6 +76,8 @@ int wmain(int argc, wchar_t** argv) {
                  "[--queue=FOLDER] [GoogleTest options]\n";
     return 2;
   }
+  // It takes ownership.
+  testing::UnitTest::GetInstance()->listeners().Append(new marl::desktop::StateAtFailure);
   if (!queue.empty()) return marl::desktop::RunShared(queue);
   return RUN_ALL_TESTS();
 }
