@@ -110,14 +110,20 @@ void SettleInput() {
 }
 
 bool BringForward(HWND window) {
-  if (!InFront(window)) SetForegroundWindow(window);
-  WaitUntil([&] { return InFront(window) || !IsWindow(window); });
-  if (!InFront(window)) return false;
-  // The focus follows the activation and would undo what was done before it. Some windows have no
-  // control that could get it.
-  constexpr std::chrono::seconds kFocus{2};
-  WaitUntil([&] { return HasFocus(window) || !IsWindow(window); }, kFocus);
-  return true;
+  constexpr std::chrono::seconds kPatience{2};
+  const auto gone = [&] { return !IsWindow(window); };
+  const auto begun = std::chrono::steady_clock::now();
+  while (std::chrono::steady_clock::now() - begun < kDeadline) {
+    if (!InFront(window)) SetForegroundWindow(window);
+    WaitUntil([&] { return InFront(window) || gone(); }, kPatience);
+    if (gone()) return false;
+    // The focus follows the activation and would undo what was done before it. Some windows have no
+    // control that could get it.
+    WaitUntil([&] { return HasFocus(window) || !InFront(window) || gone(); }, kPatience);
+    // An earlier activation may have been on its way and have taken the front away again.
+    if (InFront(window)) return true;
+  }
+  return false;
 }
 
 void MoveMouse(int x, int y) { MoveMouse(POINT{x, y}); }

@@ -185,6 +185,11 @@ HWND RunningMarl::WaitForWindow() const {
     if (window && !IsWindowVisible(window)) window = nullptr;
     return window || !Running();
   });
+  // Another window's activation may still be on its way to the front.
+  constexpr std::chrono::seconds kPatience{2};
+  if (window)
+    WaitUntil([&] { return GetForegroundWindow() == window || IsIconic(window) || !Running(); },
+              kPatience);
   return window;
 }
 
