@@ -15,30 +15,36 @@ std::array<int, 3> Channels(Color color) {
   return {color & 0xFF, color >> 8 & 0xFF, color >> 16 & 0xFF};
 }
 
-double Luminance(Color color) {
-  constexpr double kWeights[] = {0.2126, 0.7152, 0.0722};  // red, green, blue
-  const std::array<int, 3> channels = Channels(color);
-  double sum = 0;
-  for (std::size_t i = 0; i < channels.size(); ++i) {
-    const double value = channels[i] / 255.0;
-    const double linear = value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    sum += kWeights[i] * linear;
-  }
-  return sum;
+/// The relative luminance of a channel's value in sRGB, 0 to 1.
+double Linear(int value) {
+  static const std::array<double, 256> table = [] {
+    std::array<double, 256> all{};
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      const double share = static_cast<double>(i) / 255.0;
+      all[i] = share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
+    }
+    return all;
+  }();
+  return table[static_cast<std::size_t>(value)];
 }
+
+double Luminance(Color color) {
+  const std::array<int, 3> channels = Channels(color);
+  return 0.2126 * Linear(channels[0]) + 0.7152 * Linear(channels[1]) + 0.0722 * Linear(channels[2]);
+}
+
+/// Of two luminances, 1 to 21.
+double Contrast(double a, double b) { return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05); }
 
 }  // namespace
 
-double ContrastOf(Color a, Color b) {
-  const double first = Luminance(a) + 0.05;
-  const double second = Luminance(b) + 0.05;
-  return std::max(first, second) / std::min(first, second);
-}
+double ContrastOf(Color a, Color b) { return Contrast(Luminance(a), Luminance(b)); }
 
 double ContrastOf(Color text, std::span<const Color> backgrounds) {
-  double smallest = ContrastOf(text, backgrounds.front());
+  const double own = Luminance(text);
+  double smallest = Contrast(own, Luminance(backgrounds.front()));
   for (const Color background : backgrounds) {
-    smallest = std::min(smallest, ContrastOf(text, background));
+    smallest = std::min(smallest, Contrast(own, Luminance(background)));
   }
   return smallest;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -16,8 +17,9 @@ struct Picture {
   Picture(int w, int h, std::uint32_t fill = 0)
       : width(w), height(h), pixels(static_cast<std::size_t>(w) * h, fill) {}
 
-  std::uint32_t& At(int x, int y) { return pixels[static_cast<std::size_t>(y) * width + x]; }
-  std::uint32_t At(int x, int y) const { return pixels[static_cast<std::size_t>(y) * width + x]; }
+  std::size_t IndexOf(int x, int y) const { return static_cast<std::size_t>(y) * width + x; }
+  std::uint32_t& At(int x, int y) { return pixels[IndexOf(x, y)]; }
+  std::uint32_t At(int x, int y) const { return pixels[IndexOf(x, y)]; }
 };
 
 /// Pictures are shared, never changed once a control shows them.

@@ -1,7 +1,6 @@
 #include "support/Drawing.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <memory>
 #include <utility>
@@ -38,6 +37,11 @@ std::vector<Shares> SharesOf(int from, int to) {
   return all;
 }
 
+/// A channel, 0 to 255.
+std::uint32_t Rounded(double channel) {
+  return static_cast<std::uint32_t>(std::min(255.0, channel + 0.5));
+}
+
 int Resized(int length, int dpi, int drawnFor) { return (length * dpi + drawnFor / 2) / drawnFor; }
 
 }  // namespace
@@ -59,9 +63,11 @@ PicturePtr LoadDrawing(Pictures& pictures, std::span<const Drawing> drawings, in
 
 Picture CutOut(const Picture& picture, int left, int top, int width, int height) {
   Picture cut(width, height);
-  const int right = std::min(left + width, picture.width);
-  for (int y = 0; y < height && top + y < picture.height; ++y) {
-    for (int x = left; x < right; ++x) cut.At(x - left, y) = picture.At(x, top + y);
+  const int columns = std::min(left + width, picture.width) - left;
+  const int rows = std::min(top + height, picture.height) - top;
+  for (int y = 0; y < rows && columns > 0; ++y) {
+    std::copy_n(&picture.pixels[picture.IndexOf(left, top + y)], columns,
+                &cut.pixels[cut.IndexOf(0, y)]);
   }
   return cut;
 }
@@ -78,19 +84,23 @@ Picture Scaled(const Picture& picture, int width, int height) {
   const std::vector<Shares> rows = SharesOf(picture.height, height);
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {
-      std::array<double, 4> sum{};
+      double blue = 0;
+      double green = 0;
+      double red = 0;
+      double alpha = 0;
       for (const Share& row : rows[static_cast<std::size_t>(y)]) {
+        const std::uint32_t* const pixels = picture.pixels.data() + picture.IndexOf(0, row.pixel);
         for (const Share& column : columns[static_cast<std::size_t>(x)]) {
-          const std::uint32_t pixel = picture.At(column.pixel, row.pixel);
+          const std::uint32_t pixel = pixels[column.pixel];
           const double weight = row.weight * column.weight;
-          for (std::size_t c = 0; c < 4; ++c) sum[c] += weight * (pixel >> (8 * c) & 0xFF);
+          blue += weight * static_cast<int>(pixel & 0xFF);
+          green += weight * static_cast<int>(pixel >> 8 & 0xFF);
+          red += weight * static_cast<int>(pixel >> 16 & 0xFF);
+          alpha += weight * static_cast<int>(pixel >> 24);
         }
       }
-      std::uint32_t pixel = 0;
-      for (std::size_t c = 0; c < 4; ++c) {
-        pixel |= static_cast<std::uint32_t>(std::min(255.0, std::floor(sum[c] + 0.5))) << (8 * c);
-      }
-      scaled.At(x, y) = pixel;
+      scaled.At(x, y) =
+          Rounded(alpha) << 24 | Rounded(red) << 16 | Rounded(green) << 8 | Rounded(blue);
     }
   }
   return scaled;
