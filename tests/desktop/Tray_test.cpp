@@ -385,6 +385,9 @@ TEST_F(Tray, RestartedTaskbarShowsTheIconOnceAndItsMessagesArrive) {
         << "it was not recreated";
     EXPECT_TRUE(Shell_NotifyIconW(NIM_DELETE, &other));
     DestroyWindow(other.hWnd);
+    // Newer versions of Wine move the icon to the free place without painting it there.
+    RedrawWindow(FindWindowW(L"Shell_TrayWnd", nullptr), nullptr, nullptr,
+                 RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
   }
   EXPECT_TRUE(WaitUntil([&] { return Capture(area) == before; }));
   EXPECT_EQ(TipOfIcon(main), L"Marl");
