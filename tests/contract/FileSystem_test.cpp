@@ -150,8 +150,8 @@ TEST_P(FileSystemContract, NamesAreFoundWithoutRegardToCaseAndKeepTheirs) {
   // Signs and variants of letters make different names.
   world.Put(u"k");
   world.Put(u"s");
-  world.Put(u"\u03C3");
-  for (const TextView name : {u"\u212A", u"\u017F", u"\u03C2", u"\u00B5"}) {
+  world.Put(u"\u03BC");
+  for (const TextView name : {u"\u212A", u"\u017F", u"\u00B5"}) {
     EXPECT_FALSE(files.FileExists(At(name))) << testing::PrintToString(name);
   }
 }
@@ -359,7 +359,7 @@ TEST_P(FileSystemContract, PatternsAreThoseOfThePlatform) {
       {u"*.txt", {u"A.txt", u"ab.txt"}},
       {u"*.t*", {u"A.txt", u"ab.txt", u"b.TXT.old"}},
       {u"?.txt", {u"A.txt"}},
-      {u"??.txt", {u"ab.txt"}},
+      {u"?b.txt", {u"ab.txt"}},
       {u"a*", {u"a", u"A.txt", u"ab.txt"}},
       {u"a.*", {u"a", u"A.txt"}},
       {u"A", {u"a"}},
@@ -379,6 +379,10 @@ TEST_P(FileSystemContract, PatternsAreThoseOfThePlatform) {
   for (const auto& row : rows) {
     EXPECT_EQ(Names(row.pattern), row.names) << testing::PrintToString(row.pattern);
   }
+  // In front of a dot and at the end, "?" also stands for nothing, but not in all versions of Wine.
+  Names_ names = Names(u"??.txt");
+  names.erase(u"A.txt");
+  EXPECT_EQ(names, Names_{u"ab.txt"});
 }
 
 TEST_P(FileSystemContract, EntriesCarryTheirAttributes) {
@@ -391,6 +395,7 @@ TEST_P(FileSystemContract, EntriesCarryTheirAttributes) {
     found[entry.name] = entry.attributes & kKeptAttributes;
   }
   found.erase(u".");
+  found.erase(u"..");
   EXPECT_EQ(found,
             (std::map<Text, std::uint32_t>{{u"x", kReadOnly | kSystem}, {u"y", kDirectory}}));
 }
@@ -486,11 +491,12 @@ class FileUse {
   Text Pick(std::initializer_list<TextView> texts) {
     return Text(texts.begin()[Draw(static_cast<int>(texts.size()))]);
   }
+  /// Without the final sigma: versions of Wine differ about whether it is a sigma.
   Text Path() {
     Text folder = Pick({u"", u"", u"a\\", u"A\\", u"a\\b\\", u"x\\", u"none\\", u"a\\..\\"});
     const Text name =
         Pick({u"x", u"X", u"y", u"a", u"a\\b", u"x.txt", u"X.TXT", u"name with blanks.txt",
-              u"\u0219\u01B0", u"\u0218\u01AF", u"k", u"\u212A", u"\u03C3", u"\u03C2", u"x."});
+              u"\u0219\u01B0", u"\u0218\u01AF", u"k", u"\u212A", u"\u03C3", u"\u03A3", u"x."});
     Text path = world_.At(folder + name);
     if (Draw(12) == 0 && path.find(u"..") == Text::npos && !path.ends_with(u'.')) {
       path.insert(0, u"\\\\?\\");
