@@ -133,6 +133,14 @@ class RegistryStore {
   /// n bytes then gets the first n - 1 and a terminator.
   virtual std::uint32_t ExpandEnvironment(const NarrowText& source, std::span<char> buffer) = 0;
 
+  /// What ExpandEnvironment does with the whole expansion.
+  static std::uint32_t Deliver(std::string_view expansion, std::span<char> buffer) {
+    if (!buffer.empty()) {
+      buffer[expansion.copy(buffer.data(), buffer.size() - 1)] = '\0';
+    }
+    return static_cast<std::uint32_t>(expansion.size()) + 1;
+  }
+
   /// Text to the system's code page (WideCharToMultiByte): a missing character becomes the most
   /// similar one, or a question mark.
   virtual NarrowText ToNarrow(TextView text) const = 0;

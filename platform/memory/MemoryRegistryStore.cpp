@@ -321,12 +321,7 @@ std::uint32_t MemoryRegistryStore::ExpandEnvironment(const NarrowText& source,
     expanded += found == environment_.end() ? text.substr(at, end + 1 - at) : found->second;
     at = end + 1;
   }
-  if (!buffer.empty()) {
-    const std::size_t given = std::min(expanded.size(), buffer.size() - 1);
-    std::copy_n(expanded.begin(), given, buffer.begin());
-    buffer[given] = '\0';
-  }
-  return Size(expanded) + 1;
+  return Deliver(expanded, buffer);
 }
 
 NarrowText MemoryRegistryStore::ToNarrow(TextView text) const { return ToCodePage1252(text); }
