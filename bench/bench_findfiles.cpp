@@ -22,6 +22,7 @@
 #include "bench/FileTree.h"
 #include "bench/Race.h"
 #include "documents/modFindFiles.h"
+#include "platform/memory/MemoryClock.h"
 #include "platform/memory/MemoryFileSystem.h"
 
 extern char** environ;
@@ -150,7 +151,8 @@ int Main() {
   Text root(tree.root().begin(), tree.root().end());
   std::replace(root.begin(), root.end(), u'/', u'\\');
   const DiskFiles files;
-  modFindFiles search(files, [] {});
+  const MemoryClock clock;
+  modFindFiles search(files, clock, [] {});
   Runner runners[] = {
       {"marl", RUSAGE_SELF,
        [&] {

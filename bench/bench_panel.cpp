@@ -12,6 +12,7 @@
 
 #include "appearance/GradientRect.h"
 #include "bench/Race.h"
+#include "platform/memory/MemoryClock.h"
 #include "platform/memory/MemoryColorDialog.h"
 #include "platform/memory/MemoryComponents.h"
 #include "platform/memory/MemoryDesktop.h"
@@ -148,13 +149,15 @@ class Switchboard {
   MemoryFileDialogs fileDialogs_;
   MemoryColorDialog colorDialog_;
   MemoryFontList fontList_;
+  MemoryClock clock_;
   SoftPictures pictures_;
   win32::WindowHooksWin32 hooks_{desktop};
   win32::TrayWin32 tray_;
   win32::TipWindowsWin32 tips_;
-  Platform platform_{desktop,  files_,   settings_, shell_,       process_,     components_,
-                     strings_, locales_, icons_,    pictures_,    registry,     hooks_,
-                     tray_,    tips_,    profile_,  fileDialogs_, colorDialog_, fontList_};
+  Platform platform_{desktop,      files_,       settings_, shell_, process_,
+                     components_,  strings_,     locales_,  icons_, pictures_,
+                     registry,     hooks_,       tray_,     tips_,  profile_,
+                     fileDialogs_, colorDialog_, fontList_, clock_};
 
  public:
   frmMain main{platform_};

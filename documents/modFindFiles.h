@@ -4,6 +4,7 @@
 #include <functional>
 #include <vector>
 
+#include "platform/Clock.h"
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
 
@@ -15,12 +16,17 @@ TextView StripNull(TextView text);
 /// Searches a folder and its sub-folders for files by name.
 class modFindFiles {
  public:
-  /// `doEvents` runs before each entry, so that the user interface stays responsive.
-  modFindFiles(const FileSystem& files, std::function<void()> doEvents)
-      : files_(files), doEvents_(std::move(doEvents)) {}
+  /// `doEvents` runs before an entry, so that the user interface stays responsive: before the first
+  /// one, and before each that comes `kQuiet` or more after its last run. So no message waits
+  /// longer than 5 ms, unless the platform takes longer than a millisecond for a single entry.
+  modFindFiles(const FileSystem& files, const Clock& clock, std::function<void()> doEvents)
+      : files_(files), clock_(clock), doEvents_(std::move(doEvents)) {}
 
-  /// Any value but 0 stops a running search at its next entry; meant for a stop button. The caller
-  /// clears it before a search.
+  /// How long a search goes on without `doEvents`, in microseconds.
+  static constexpr std::int64_t kQuiet = 4000;
+
+  /// Any value but 0 stops a running search at its next entry, after `doEvents` if that is due;
+  /// meant for a stop button. The caller clears it before a search.
   std::int16_t SearchCancelled = 0;
 
   /// Adds the paths of the files whose names match one of `filters` to `result`, hidden ones
@@ -36,6 +42,7 @@ class modFindFiles {
 
  private:
   const FileSystem& files_;
+  const Clock& clock_;
   std::function<void()> doEvents_;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ApplicationTitle.h"
+#include "platform/Clock.h"
 #include "platform/ColorDialog.h"
 #include "platform/Components.h"
 #include "platform/FileDialogs.h"
@@ -42,6 +43,7 @@ struct Platform {
   FileDialogs& fileDialogs;
   ColorDialog& colorDialog;
   FontList& fontList;
+  const Clock& clock;
 };
 
 }  // namespace marl

@@ -212,7 +212,7 @@ class frmMain : public Form, public HookedForm {
   Launcher launcher_{platform_};
   clsCommon common_{{platform_.desktop, platform_.files, platform_.profile, platform_.registry,
                      platform_.process, platform_.shell, platform_.strings}};
-  modFindFiles search_{platform_.files, [this] { platform_.desktop.DoEvents(); }};
+  modFindFiles search_{platform_.files, platform_.clock, [this] { platform_.desktop.DoEvents(); }};
   std::unique_ptr<clsLanguages> languages_;  ///< created at first use
   SuiteComponents components_{platform_};
   NumberFormat numbers_;  ///< the user's format, as the last `SetUI` read it

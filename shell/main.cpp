@@ -1,5 +1,6 @@
 // The entry point on Windows: creates the ports and runs the program on them.
 
+#include "platform/win32/ClockWin32.h"
 #include "platform/win32/ColorDialogWin32.h"
 #include "platform/win32/ComponentsWin32.h"
 #include "platform/win32/DesktopWin32.h"
@@ -43,12 +44,13 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
   win32::FileDialogsWin32 fileDialogs;
   win32::ColorDialogWin32 colorDialog;
   win32::FontListWin32 fontList;
+  const win32::ClockWin32 clock;
   win32::ShellWin32 shell([&]() -> HWND {
     if (desktop.forms().empty() || !desktop.forms().front()->peer()) return nullptr;
     return static_cast<win32::FormWin32*>(desktop.forms().front()->peer())->window();
   });
   Application application({desktop, files, settings, shell, process, components, strings, locales,
                            icons, pictures, registry, hooks, tray, tips, profile, fileDialogs,
-                           colorDialog, fontList});
+                           colorDialog, fontList, clock});
   return application.Run();
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "documents/modFindFiles.h"
+#include "platform/memory/MemoryClock.h"
 #include "platform/win32/Handle.h"
 #include "tests/contract/FileWorld.h"
 
@@ -84,7 +85,9 @@ TEST(LinksWin32, SearchInALoopEndsWhereThePlatformStopsAndLeavesNothingOpen) {
   ASSERT_TRUE(wait(true));
   const int before = OpenSearches();
   std::size_t most = 0;
-  modFindFiles search(world.files(), [&] {
+  MemoryClock clock;
+  clock.step = modFindFiles::kQuiet;  // messages at each entry
+  modFindFiles search(world.files(), clock, [&] {
     most = std::max(most, static_cast<std::size_t>(OpenSearches() - before));
   });
   Text folder = world.folder();

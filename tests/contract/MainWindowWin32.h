@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/memory/MemoryClock.h"
 #include "platform/memory/MemoryColorDialog.h"
 #include "platform/memory/MemoryComponents.h"
 #include "platform/memory/MemoryFileDialogs.h"
@@ -115,14 +116,15 @@ class MainWindow : public testing::Test {
   MemoryFileDialogs fileDialogs;
   MemoryColorDialog colorDialog;
   MemoryFontList fontList;
+  MemoryClock clock;
   MemoryPictures pictures;
   MemoryRegistryStore registry;
   win32::WindowHooksWin32 hooks{desktop};
   win32::TrayWin32 tray;
   win32::TipWindowsWin32 tips;
-  Platform platform{desktop, files,   settings, shell,       process,     components,
-                    strings, locales, icons,    pictures,    registry,    hooks,
-                    tray,    tips,    profile,  fileDialogs, colorDialog, fontList};
+  Platform platform{desktop, files,       settings,    shell,    process, components, strings,
+                    locales, icons,       pictures,    registry, hooks,   tray,       tips,
+                    profile, fileDialogs, colorDialog, fontList, clock};
   std::unique_ptr<frmMain> main;
 };
 

@@ -15,6 +15,7 @@
 #include "appearance/frmUI.h"
 #include "documents/frmSelectFile.h"
 #include "network/frmLanSettings.h"
+#include "platform/memory/MemoryClock.h"
 #include "platform/memory/MemoryColorDialog.h"
 #include "platform/memory/MemoryComponents.h"
 #include "platform/memory/MemoryFileDialogs.h"
@@ -175,12 +176,13 @@ struct Gallery {
   MemoryFileDialogs fileDialogs;
   MemoryColorDialog colorDialog;
   win32::FontListWin32 fontList;
+  MemoryClock clock;
   // clang-format off
   Platform platform{desktop, files,    settings,   shell,
                     process, components, strings,  locales,
                     icons,   pictures, registry,   hooks,
                     tray,    tips,     profile,    fileDialogs,
-                    colorDialog, fontList};
+                    colorDialog, fontList, clock};
   // clang-format on
   std::unique_ptr<frmMain> main;
 

@@ -35,7 +35,9 @@ class Clean : public testing::Test, protected ProjectWorld {
     return left;
   }
 
-  modFindFiles search{files, [this] {
+  Clean() { clock.step = modFindFiles::kQuiet; }  // messages at each entry
+
+  modFindFiles search{files, clock, [this] {
                         if (atEvent) atEvent();
                       }};
   std::function<void()> atEvent;
@@ -263,7 +265,7 @@ int CleanMany(ManyFiles& files) {
   world.desktop.answers[Text(kQuestionText)] = kAnswerYes;
   const clsCommon common({world.desktop, files, world.profile, world.registry, world.process,
                           world.shell, world.strings});
-  modFindFiles search(files, [] {});
+  modFindFiles search(files, world.clock, [] {});
   try {
     CleanFolder({world.desktop, world.strings, common}, search).Run(kProject);
   } catch (const RuntimeError& error) {

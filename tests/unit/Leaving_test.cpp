@@ -447,7 +447,7 @@ struct WatchedWorld : SuiteWorld {
     application = std::make_unique<Application>(
         Platform{desktop, files, watchedSettings, shell, process, components, strings, locales,
                  watchedIcons, pictures, watchedServers, watchedHooks, watchedTray, tips, profile,
-                 fileDialogs, colorDialog, fontList},
+                 fileDialogs, colorDialog, fontList, clock},
         debugLog);
     application->Run();
     journal.clear();

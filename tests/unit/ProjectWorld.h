@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/memory/MemoryClock.h"
 #include "platform/memory/MemoryDesktop.h"
 #include "platform/memory/MemoryFileSystem.h"
 #include "platform/memory/MemoryLocale.h"
@@ -22,6 +23,7 @@ struct ProjectWorld {
   MemoryStrings resource;
   StringTable strings{resource};
   MemoryLocale locale;
+  MemoryClock clock;
   clsCommon common{{desktop, files, profile, registry, process, shell, strings}};
 
   using Messages = std::vector<MemoryDesktop::Message>;

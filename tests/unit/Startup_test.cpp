@@ -441,7 +441,8 @@ TEST(BrowserProbe, GoesEvenWhenItHasBecomeReadOnly) {
   Application application({world.desktop, world.files, world.settings, shell, world.process,
                            world.components, world.strings, world.locales, world.icons,
                            world.pictures, world.registry, world.hooks, world.tray, world.tips,
-                           world.profile, world.fileDialogs, world.colorDialog, world.fontList});
+                           world.profile, world.fileDialogs, world.colorDialog, world.fontList,
+                           world.clock});
   application.Run();
   EXPECT_EQ(shell.asked.size(), 1u);
   EXPECT_EQ(world.files.Files(), before);

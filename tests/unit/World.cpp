@@ -18,7 +18,7 @@ Platform World::platform() {
           process, components, strings,  locales,
           icons,   pictures, otherRegistry ? *otherRegistry : registry,
           hooks,   tray,     tips,       profile,
-          fileDialogs, colorDialog, fontList};
+          fileDialogs, colorDialog, fontList,   clock};
   // clang-format on
 }
 

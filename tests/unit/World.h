@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "platform/memory/MemoryClock.h"
 #include "platform/memory/MemoryColorDialog.h"
 #include "platform/memory/MemoryComponents.h"
 #include "platform/memory/MemoryDesktop.h"
@@ -45,6 +46,7 @@ struct World {
   MemoryFileDialogs fileDialogs;
   MemoryColorDialog colorDialog;
   MemoryFontList fontList;
+  MemoryClock clock;
   RegistryStore* otherRegistry = nullptr;  ///< given to the program instead of `registry`
   std::unique_ptr<Application> application;
 

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 
+#include "platform/memory/MemoryClock.h"
 #include "platform/memory/MemoryFileSystem.h"
 
 namespace marl {
@@ -13,6 +15,8 @@ constexpr TextView kFilters = u"*.qtd|*.obj|*.mif|*.fmp|";
 
 class FindFilesTest : public testing::Test {
  protected:
+  FindFilesTest() { clock.step = modFindFiles::kQuiet; }  // messages at each entry
+
   using Paths = std::vector<Text>;
 
   Paths Find(TextView folder, TextView filters = kFilters, TextView pattern = u"*",
@@ -26,7 +30,8 @@ class FindFilesTest : public testing::Test {
   MemoryFileSystem files;
   int events = 0;
   std::function<void()> atEvent;
-  modFindFiles search{files, [this] {
+  MemoryClock clock;
+  modFindFiles search{files, clock, [this] {
                         ++events;
                         if (atEvent) atEvent();
                       }};
@@ -110,7 +115,8 @@ TEST(FindFilesInOddFolders, NamesEndAtTheirFirstNul) {
   files.entries[u"C:\\P\\sub\\*"] = {entry(u"c.obj", 0)};
   std::vector<Text> found;
   Text folder = u"C:\\P";
-  modFindFiles(files, [] {}).FindFiles(folder, u"*", kFilters, -1, found);
+  const MemoryClock clock;
+  modFindFiles(files, clock, [] {}).FindFiles(folder, u"*", kFilters, -1, found);
   EXPECT_EQ(found, (std::vector<Text>{u"C:\\P\\a.qtd", u"C:\\P\\sub\\c.obj"}));
 }
 
@@ -190,11 +196,134 @@ TEST_F(FindFilesTest, FolderThatVanishesWhileSearchedEndsOnlyItself) {
   EXPECT_EQ(Find(u"C:\\P"), Paths{u"C:\\P\\b\\2.qtd"});
 }
 
-TEST_F(FindFilesTest, MessagesRunOnceForEachEntry) {
+TEST_F(FindFilesTest, MessagesRunBeforeEachEntryThatTakesLong) {
   files.Put(u"C:\\P\\a.qtd", "");
   files.Put(u"C:\\P\\b\\c.txt", "");
   Find(u"C:\\P");
   EXPECT_EQ(events, 7) << "\".\" and \"..\" of both folders, a.qtd, b and c.txt";
+}
+
+/// A folder of many files. Listing each takes its time.
+class SlowFolder : public MemoryFileSystem {
+ public:
+  SlowFolder(int count, MemoryClock& clock) : count_(count), clock_(clock) {}
+  /// Microseconds that an entry takes, by its number, from 1.
+  std::function<int(int)> takes;
+
+  std::unique_ptr<FileSearch> Find(TextView) const override {
+    return std::make_unique<Search>(*this);
+  }
+
+ private:
+  class Search : public FileSearch {
+   public:
+    explicit Search(const SlowFolder& folder) : folder_(folder) {}
+    Status Next(FoundEntry& out) override {
+      if (next_ == folder_.count_) return kNoMoreFiles;
+      folder_.clock_.now += folder_.takes(++next_);
+      out.attributes = kArchive;
+      out.name = u"a.qtd";
+      return kOk;
+    }
+
+   private:
+    const SlowFolder& folder_;
+    int next_ = 0;
+  };
+
+  int count_;
+  MemoryClock& clock_;
+};
+
+class SlowSearch : public testing::Test {
+ protected:
+  /// Searches `count` files, each of which takes so many microseconds. Returns the times at which
+  /// messages run.
+  std::vector<std::int64_t> Search(int count, const std::function<int(int)>& takes) {
+    SlowFolder files(count, clock);
+    files.takes = takes;
+    std::vector<std::int64_t> times;
+    modFindFiles search(files, clock, [&] {
+      times.push_back(clock.now);
+      if (atEvent) atEvent(search);
+    });
+    Text folder = u"C:\\P";
+    found.clear();
+    search.FindFiles(folder, u"*", kFilters, -1, found);
+    return times;
+  }
+
+  MemoryClock clock;
+  std::function<void(modFindFiles&)> atEvent;
+  std::vector<Text> found;
+};
+
+TEST_F(SlowSearch, MessagesRunAtTheFirstEntryAndThenEveryFourMilliseconds) {
+  EXPECT_EQ(Search(10000, [](int) { return 1; }), (std::vector<std::int64_t>{1, 4001, 8001}));
+  EXPECT_EQ(found.size(), 10000u);
+}
+
+TEST_F(SlowSearch, TimeIsMeasuredFromTheEndOfTheLastMessage) {
+  atEvent = [this](modFindFiles&) { clock.now += 100000; };
+  EXPECT_EQ(Search(10000, [](int) { return 1; }), (std::vector<std::int64_t>{1, 104001, 208001}));
+}
+
+TEST_F(SlowSearch, NoMessageWaitsLongerThanFiveMillisecondsBehindQuickEntries) {
+  std::int64_t free = 0;  // since when messages wait
+  std::int64_t longest = 0;
+  atEvent = [&](modFindFiles&) {
+    longest = std::max(longest, clock.now - free);
+    clock.now += 300;
+    free = clock.now;
+  };
+  Search(50000, [](int entry) { return entry * 37 % 1000; });
+  EXPECT_GT(longest, 4000);
+  EXPECT_LE(longest, 5000);
+}
+
+TEST_F(SlowSearch, EntryThatBlocksIsFollowedByMessages) {
+  const std::vector<std::int64_t> times =
+      Search(100, [](int entry) { return entry == 50 ? 2000000 : 1; });
+  EXPECT_EQ(times, (std::vector<std::int64_t>{1, 2000049}));
+}
+
+TEST_F(SlowSearch, EachSearchLetsMessagesThroughAtItsFirstEntry) {
+  EXPECT_EQ(Search(3, [](int) { return 1; }).size(), 1u);
+  EXPECT_EQ(Search(3, [](int) { return 1; }).size(), 1u);
+  EXPECT_EQ(Search(0, [](int) { return 1; }).size(), 0u) << "nothing to keep anyone waiting";
+}
+
+TEST_F(SlowSearch, FlagIsReadAtEachEntry) {
+  OddFolders files;
+  for (int i = 0; i < 10; ++i) {
+    FoundEntry entry;
+    entry.name = u"a.qtd";
+    files.entries[u"C:\\P\\*"].push_back(entry);
+  }
+  /// Sets the flag as another thread would, whether messages run or not.
+  struct Stopper : Clock {
+    std::int64_t Microseconds() const override {
+      if (++readings == 5) search->SearchCancelled = -1;
+      return 0;
+    }
+    mutable int readings = 0;
+    modFindFiles* search = nullptr;
+  } stopper;
+  int events = 0;
+  modFindFiles search(files, stopper, [&] { ++events; });
+  stopper.search = &search;
+  Text folder = u"C:\\P";
+  search.FindFiles(folder, u"*", kFilters, -1, found);
+  EXPECT_EQ(events, 1);
+  EXPECT_EQ(found.size(), 4u) << "one reading after the messages, then one an entry";
+}
+
+TEST_F(SlowSearch, FlagSetByAMessageStopsTheSearchAtThatEntry) {
+  atEvent = [this](modFindFiles& search) {
+    if (clock.now > 4000) search.SearchCancelled = -1;
+  };
+  Search(10000, [](int) { return 1; });
+  EXPECT_EQ(found.size(), 4000u);
 }
 
 TEST_F(FindFilesTest, CancelledSearchEndsInEachFolderAtItsNextEntry) {
