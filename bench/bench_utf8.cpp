@@ -30,7 +30,13 @@ std::size_t Iconv(iconv_t converter, const char* in, std::size_t size, char* out
   return before - room;
 }
 
-void Measure(const std::string& name, const Text& text, double bound, bench::Goals& goals) {
+/// How many times faster than ICU both directions have to be.
+struct Bounds {
+  double decode;
+  double encode;
+};
+
+void Measure(const std::string& name, const Text& text, Bounds bounds, bench::Goals& goals) {
   const OneFile file(nullptr, 0);
   OneFile files = file;
   modUTF8 utf8(files);
@@ -81,14 +87,14 @@ void Measure(const std::string& name, const Text& text, double bound, bench::Goa
   decoding.Add("icu", [&] { bench::Keep(decodeIcu()); });
   decoding.Add("iconv", [&] { bench::Keep(decodeIconv()); });
   decoding.Run(60, 1, size);
-  goals.AtLeast("utf8-decode-" + name + "-icu", decoding.Against("icu"), bound);
+  goals.AtLeast("utf8-decode-" + name + "-icu", decoding.Against("icu"), bounds.decode);
 
   bench::Race encoding(name + "-encode");
   encoding.Add("ours", [&] { bench::Keep(encode()); });
   encoding.Add("icu", [&] { bench::Keep(encodeIcu()); });
   encoding.Add("iconv", [&] { bench::Keep(encodeIconv()); });
   encoding.Run(60, 1, size);
-  goals.AtLeast("utf8-encode-" + name + "-icu", encoding.Against("icu"), bound);
+  goals.AtLeast("utf8-encode-" + name + "-icu", encoding.Against("icu"), bounds.encode);
   iconv_close(decoder);
   iconv_close(encoder);
 }
@@ -104,11 +110,12 @@ int main() {
   constexpr TextView kChinese = u"翻译人员打开项目并选择需要的文档，然后开始工作。";
   constexpr std::size_t kUnits = 1'000'000;
   bench::Goals goals;
-  Measure("ascii", Repeat(kAscii, kUnits), 5, goals);
-  Measure("latin", Repeat(kLatin, kUnits), 1, goals);
-  Measure("cyrillic", Repeat(kCyrillic, kUnits), 1, goals);
-  Measure("chinese", Repeat(kChinese, kUnits), 1, goals);
+  constexpr Bounds kOthers = {1.5, 1.3};
+  Measure("ascii", Repeat(kAscii, kUnits), {5, 5}, goals);
+  Measure("latin", Repeat(kLatin, kUnits), kOthers, goals);
+  Measure("cyrillic", Repeat(kCyrillic, kUnits), kOthers, goals);
+  Measure("chinese", Repeat(kChinese, kUnits), kOthers, goals);
   Measure("mixed", Repeat(Text(kAscii) + Text(kLatin) + Text(kCyrillic) + Text(kChinese), kUnits),
-          1, goals);
+          kOthers, goals);
   goals.Tell();
 }

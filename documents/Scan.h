@@ -6,7 +6,9 @@
 #include <string_view>
 #include <type_traits>
 
-#if defined(__SSE2__)
+// MARL_PLAIN_SCAN: without the processor's vector instructions, as on processors of other kinds.
+#if defined(__SSE2__) && !defined(MARL_PLAIN_SCAN)
+#define MARL_SCAN_SSE2
 #include <emmintrin.h>
 #endif
 
@@ -25,7 +27,7 @@ inline unsigned LowestBit(std::size_t bits) {
   return static_cast<unsigned>(__builtin_ctz(static_cast<unsigned>(bits)));
 }
 
-#if defined(__SSE2__)
+#if defined(MARL_SCAN_SSE2)
 
 /// A block as bytes. A unit above 255 becomes 0 or 255.
 using Block = __m128i;
@@ -72,6 +74,74 @@ inline void WidenBlock(Block block, char16_t* to) {
   auto* const halves = reinterpret_cast<__m128i*>(to);
   _mm_storeu_si128(halves, _mm_unpacklo_epi8(block, _mm_setzero_si128()));
   _mm_storeu_si128(halves + 1, _mm_unpackhi_epi8(block, _mm_setzero_si128()));
+}
+
+/// Positions of continuation bytes (128 to 191).
+inline unsigned PlacesOfContinuations(Block block) {
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmplt_epi8(block, _mm_set1_epi8(-64))));
+}
+/// Positions of the lead bytes of three (from 224 on).
+inline unsigned PlacesOfLeadsOfThree(Block block) {
+  return static_cast<unsigned>(_mm_movemask_epi8(
+      _mm_cmpeq_epi8(_mm_max_epu8(block, _mm_set1_epi8(static_cast<char>(0xE0))), block)));
+}
+/// Decodes a block of eight pairs of lead and continuation to eight units.
+inline void DecodePairs(Block block, char16_t* to) {
+  const __m128i lead = _mm_and_si128(block, _mm_set1_epi16(0x1F));
+  const __m128i second = _mm_and_si128(_mm_srli_epi16(block, 8), _mm_set1_epi16(0x3F));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_or_si128(_mm_slli_epi16(lead, 6), second));
+}
+
+/// Positions of units that take one byte, and of those that take one or two.
+struct PlacesByLength {
+  unsigned one;
+  unsigned oneOrTwo;
+};
+inline PlacesByLength PlacesOfLengths(const char16_t* at) {
+  const auto* const halves = reinterpret_cast<const __m128i*>(at);
+  const __m128i first = _mm_loadu_si128(halves);
+  const __m128i second = _mm_loadu_si128(halves + 1);
+  const auto upTo = [&](short last) {
+    const __m128i most = _mm_set1_epi16(last);
+    const __m128i none = _mm_setzero_si128();
+    return static_cast<unsigned>(
+        _mm_movemask_epi8(_mm_packs_epi16(_mm_cmpeq_epi16(_mm_subs_epu16(first, most), none),
+                                          _mm_cmpeq_epi16(_mm_subs_epu16(second, most), none))));
+  };
+  return {upTo(0x7F), upTo(0x7FF)};
+}
+/// Narrows 16 units below 128 to 16 bytes.
+inline void NarrowBlock(const char16_t* from, unsigned char* to) {
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), LoadBlock(from));
+}
+/// Encodes eight units below 2048 to two bytes each.
+inline void EncodePairs(const char16_t* from, unsigned char* to) {
+  const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  const __m128i lead = _mm_srli_epi16(units, 6);
+  const __m128i second = _mm_slli_epi16(_mm_and_si128(units, _mm_set1_epi16(0x3F)), 8);
+  _mm_storeu_si128(
+      reinterpret_cast<__m128i*>(to),
+      _mm_or_si128(_mm_or_si128(lead, second), _mm_set1_epi16(static_cast<short>(0x80C0))));
+}
+/// Encodes eight units to three bytes each. Writes two bytes more.
+inline void EncodeTriples(const char16_t* from, unsigned char* to) {
+  const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  // Lead and second byte are the halves of one lane, the third byte is a lane of its own.
+  const __m128i second = _mm_and_si128(_mm_slli_epi16(units, 2), _mm_set1_epi16(0x3F00));
+  const __m128i front = _mm_or_si128(_mm_or_si128(_mm_srli_epi16(units, 12), second),
+                                     _mm_set1_epi16(static_cast<short>(0x80E0)));
+  const __m128i third =
+      _mm_or_si128(_mm_and_si128(units, _mm_set1_epi16(0x3F)), _mm_set1_epi16(0x80));
+  const auto store = [](__m128i fours, unsigned char* at) {
+    // Of each 32-bit lane three bytes count: the upper lane of a pair moves down by one.
+    const __m128i low = _mm_and_si128(fours, _mm_set1_epi64x(0x00FFFFFF));
+    const __m128i high = _mm_slli_epi64(_mm_srli_epi64(fours, 32), 24);
+    const __m128i sixes = _mm_or_si128(low, high);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(at), sixes);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(at + 6), _mm_unpackhi_epi64(sixes, sixes));
+  };
+  store(_mm_unpacklo_epi16(front, third), to);
+  store(_mm_unpackhi_epi16(front, third), to + 12);
 }
 
 #else
@@ -127,6 +197,43 @@ inline void WidenBlock(const Block& block, char16_t* to) {
   std::copy(block.bytes, block.bytes + kBlock, to);
 }
 
+inline unsigned PlacesOfContinuations(const Block& block) {
+  return PlacesWhere([&](unsigned i) { return block.bytes[i] >= 0x80 && block.bytes[i] < 0xC0; });
+}
+inline unsigned PlacesOfLeadsOfThree(const Block& block) {
+  return PlacesWhere([&](unsigned i) { return block.bytes[i] >= 0xE0; });
+}
+inline void DecodePairs(const Block& block, char16_t* to) {
+  for (std::size_t i = 0; i < kBlock; i += 2) {
+    *to++ = static_cast<char16_t>((block.bytes[i] & 0x1Fu) << 6 | (block.bytes[i + 1] & 0x3Fu));
+  }
+}
+
+struct PlacesByLength {
+  unsigned one;
+  unsigned oneOrTwo;
+};
+inline PlacesByLength PlacesOfLengths(const char16_t* at) {
+  return {PlacesWhere([&](unsigned i) { return at[i] <= 0x7F; }),
+          PlacesWhere([&](unsigned i) { return at[i] <= 0x7FF; })};
+}
+inline void NarrowBlock(const char16_t* from, unsigned char* to) {
+  for (std::size_t i = 0; i < kBlock; ++i) to[i] = static_cast<unsigned char>(from[i]);
+}
+inline void EncodePairs(const char16_t* from, unsigned char* to) {
+  for (std::size_t i = 0; i < kBlock / 2; ++i, to += 2) {
+    to[0] = static_cast<unsigned char>(0xC0 + (from[i] >> 6));
+    to[1] = static_cast<unsigned char>(0x80 + (from[i] & 0x3F));
+  }
+}
+inline void EncodeTriples(const char16_t* from, unsigned char* to) {
+  for (std::size_t i = 0; i < kBlock / 2; ++i, to += 3) {
+    to[0] = static_cast<unsigned char>(0xE0 + (from[i] >> 12));
+    to[1] = static_cast<unsigned char>(0x80 + (from[i] >> 6 & 0x3F));
+    to[2] = static_cast<unsigned char>(0x80 + (from[i] & 0x3F));
+  }
+}
+
 #endif
 
 /// Positions of one byte of any value.
@@ -137,6 +244,11 @@ inline unsigned PlacesOf(char wanted, const char* at) {
 /// Positions in several blocks: as many as a number has bits.
 using Stretch = std::size_t;
 constexpr std::size_t kStretch = 8 * sizeof(Stretch);
+
+/// Number of set bits from the lowest one on, at most kStretch.
+inline std::size_t RunLength(Stretch places) {
+  return ~places == 0 ? kStretch : LowestBit(~places);
+}
 
 /// Positions in the stretch at `at` of what `marksOf` marks in each of its blocks.
 template <typename Unit, typename MarksOf>

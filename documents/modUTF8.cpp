@@ -1,7 +1,6 @@
 #include "documents/modUTF8.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <limits>
 
@@ -49,37 +48,17 @@ bool StartsRun(const unsigned char* in, const unsigned char* end) {
 }
 /// Number of bytes that the units take as UTF-8.
 std::size_t CountUTF8(TextView text) {
-  const char16_t* in = text.data();
-  const char16_t* const end = in + text.size();
   std::size_t count = text.size();
-#if defined(__SSE2__)
-  const __m128i one = _mm_set1_epi16(1);
-  const __m128i none = _mm_setzero_si128();
-  while (end - in >= 8) {
-    // Each 16-bit lane counts the bytes that are not needed, at most two per unit.
-    const std::ptrdiff_t blocks = std::min<std::ptrdiff_t>((end - in) / 8, 10000);
-    __m128i spared = none;
-    for (std::ptrdiff_t i = 0; i < blocks; ++i, in += 8) {
-      const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
-      const __m128i narrow = _mm_subs_epu16(units, _mm_set1_epi16(0x7F));
-      const __m128i middle = _mm_subs_epu16(units, _mm_set1_epi16(0x7FF));
-      spared = _mm_sub_epi16(
-          spared, _mm_add_epi16(_mm_cmpeq_epi16(narrow, none), _mm_cmpeq_epi16(middle, none)));
-    }
-    const __m128i pairs = _mm_madd_epi16(spared, one);
-    std::int32_t sums[4];
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(sums), pairs);
-    count += static_cast<std::size_t>(2 * 8 * blocks - sums[0] - sums[1] - sums[2] - sums[3]);
+  for (const char16_t unit : text) {
+    count += static_cast<std::size_t>((unit > 0x7F) + (unit > 0x7FF));
   }
-#endif
-  for (; in != end; ++in) count += static_cast<std::size_t>((*in > 0x7F) + (*in > 0x7FF));
   return count;
 }
 
 /// Narrows the leading ASCII units; returns their number.
 std::size_t NarrowASCII(const char16_t* in, std::size_t count, unsigned char* out) {
   std::size_t done = 0;
-#if defined(__SSE2__)
+#if defined(MARL_SCAN_SSE2)
   const __m128i high = _mm_set1_epi16(static_cast<short>(0xFF80));
   const __m128i zero = _mm_setzero_si128();
   for (; count - done >= 16; done += 16) {
@@ -100,60 +79,73 @@ std::size_t NarrowASCII(const char16_t* in, std::size_t count, unsigned char* ou
   return done;
 }
 
-/// Writes one unit as one, two or three bytes; returns the next position.
-inline unsigned char* PutUnit(unsigned unit, unsigned char* out) {
-  if (unit <= 0x7F) {
-    out[0] = static_cast<unsigned char>(unit);
-    return out + 1;
-  }
-  if (unit <= 0x7FF) {
-    out[0] = static_cast<unsigned char>(0xC0 + (unit >> 6));
-    out[1] = static_cast<unsigned char>(0x80 + (unit & 0x3F));
-    return out + 2;
-  }
-  out[0] = static_cast<unsigned char>(0xE0 + (unit >> 12));
-  out[1] = static_cast<unsigned char>(0x80 + ((unit >> 6) & 0x3F));
-  out[2] = static_cast<unsigned char>(0x80 + (unit & 0x3F));
-  return out + 3;
-}
+// Units that are encoded in one step: one fewer than a number has bits, so that every run of set
+// bits ends within it.
+constexpr std::size_t kStep = kStretch - 1;
+// Units that EncodeStep reads, and bytes that it may write.
+constexpr std::size_t kStepUnits = kStretch + kBlock;
+constexpr std::size_t kStepBytes = 3 * (kStretch + kBlock);
 
-/// The same 16 bits four times.
-constexpr std::uint64_t Four(std::uint64_t unit) { return unit * 0x0001000100010001u; }
-
-/// Encodes the units at `out`, which must have room for all of them.
-void EncodeUTF8(TextView text, unsigned char* out) {
-  const char16_t* in = text.data();
-  const char16_t* const end = in + text.size();
-  // At least one more unit follows, so that writing a byte too many stays in the buffer.
-  for (; end - in > 4; in += 4) {
-    std::uint64_t units = 0;
-    std::memcpy(&units, in, sizeof(units));
-    const bool narrow = (units & Four(0xFF80)) == 0;
-    const bool twoAtMost = (units & Four(0xF800)) == 0;
-    const bool middle = twoAtMost && ((units + Four(0x7F80)) & Four(0x8000)) == Four(0x8000);
-    if (std::endian::native == std::endian::little && narrow) {
-      units |= units >> 8;
-      units = (units & 0xFFFF) | (units >> 16 & 0xFFFF0000);
-      std::memcpy(out, &units, 4);
-      out += 4;
-    } else if (std::endian::native == std::endian::little && middle) {
-      // All four take two bytes.
-      units = (units >> 6 & Four(0x1F)) | (units & Four(0x3F)) << 8 | Four(0x80C0);
-      std::memcpy(out, &units, 8);
-      out += 8;
-    } else if (twoAtMost) {
-      for (int i = 0; i < 4; ++i) {
-        const unsigned unit = in[i];
-        const bool two = unit > 0x7F;
-        out[0] = static_cast<unsigned char>(two ? 0xC0 + (unit >> 6) : unit);
-        out[1] = static_cast<unsigned char>(0x80 + (unit & 0x3F));
-        out += two ? 2 : 1;
-      }
-    } else {
-      for (int i = 0; i < 4; ++i) out = PutUnit(in[i], out);
+/// Encodes `count` units, at most kStep; more must follow, of any value. Returns the next position.
+unsigned char* EncodeStep(const char16_t* in, std::size_t count, unsigned char* out) {
+  Stretch one = 0;
+  Stretch upToTwo = 0;
+  for (std::size_t i = 0; i != kStretch; i += kBlock) {
+    const PlacesByLength places = PlacesOfLengths(in + i);
+    one |= static_cast<Stretch>(places.one) << i;
+    upToTwo |= static_cast<Stretch>(places.oneOrTwo) << i;
+  }
+  const Stretch all = (Stretch{1} << count) - 1;
+  Stretch two = upToTwo & ~one & all;
+  Stretch three = ~upToTwo & all;
+  one &= all;
+  // Runs of one length each. A block that is longer than its run leaves bytes behind it that the
+  // next run replaces.
+  const char16_t* const end = in + count;
+  const auto take = [&](std::size_t run) {
+    in += run;
+    one >>= run;
+    two >>= run;
+    three >>= run;
+  };
+  for (;;) {
+    std::size_t run = LowestBit(~one);
+    for (std::size_t i = 0; i < run; i += kBlock) NarrowBlock(in + i, out + i);
+    out += run;
+    take(run);
+    if (in == end) return out;
+    if (run = LowestBit(~two); run != 0) {
+      for (std::size_t i = 0; i < run; i += kBlock / 2) EncodePairs(in + i, out + 2 * i);
+      out += 2 * run;
+      take(run);
+      if (in == end) return out;
+    }
+    if (run = LowestBit(~three); run != 0) {
+      for (std::size_t i = 0; i < run; i += kBlock / 2) EncodeTriples(in + i, out + 3 * i);
+      out += 3 * run;
+      take(run);
+      if (in == end) return out;
     }
   }
-  while (in != end) out = PutUnit(*in++, out);
+}
+
+/// Appends the units as UTF-8.
+void EncodeUTF8(TextView text, Bytes& bytes) {
+  unsigned char buffer[16 * kStepBytes];
+  unsigned char* out = buffer;
+  const auto step = [&](const char16_t* in, std::size_t count) {
+    out = EncodeStep(in, count, out);
+    if (buffer + sizeof(buffer) - out >= static_cast<std::ptrdiff_t>(kStepBytes)) return;
+    bytes.insert(bytes.end(), buffer, out);
+    out = buffer;
+  };
+  for (; text.size() >= kStepUnits; text.remove_prefix(kStep)) step(text.data(), kStep);
+  char16_t last[kStepUnits + kStepUnits] = {};
+  std::copy(text.begin(), text.end(), last);
+  for (std::size_t at = 0; at < text.size(); at += kStep) {
+    step(last + at, std::min(text.size() - at, kStep));
+  }
+  bytes.insert(bytes.end(), buffer, out);
 }
 
 }  // namespace
@@ -202,6 +194,51 @@ std::size_t XMLUnescape(char16_t* text, std::size_t size) {
   return left;
 }
 
+namespace {
+
+/// Decodes the leading forms of one and two bytes, if they are well formed, of kStretch bytes; at
+/// least a block more must follow them, and there must be room for as many units.
+DecodedUTF8 DecodeStretch(const unsigned char* bytes, char16_t* out) {
+  const char* const in = reinterpret_cast<const char*>(bytes);
+  Stretch high = 0;
+  for (std::size_t i = 0; i != kStretch; i += kBlock) {
+    high |= static_cast<Stretch>(PlacesIn(LoadBlock(in + i))) << i;
+  }
+  if (high == 0) {
+    for (std::size_t i = 0; i != kStretch; i += kBlock) WidenBlock(LoadBlock(in + i), out + i);
+    return {kStretch, kStretch};
+  }
+  Stretch continuations = 0;
+  Stretch threes = 0;
+  for (std::size_t i = 0; i != kStretch; i += kBlock) {
+    const Block block = LoadBlock(in + i);
+    continuations |= static_cast<Stretch>(PlacesOfContinuations(block)) << i;
+    threes |= static_cast<Stretch>(PlacesOfLeadsOfThree(block)) << i;
+  }
+  const Stretch twos = high & ~continuations & ~threes;
+  const Stretch others = threes | (continuations ^ (twos << 1));
+  std::size_t size = others != 0 ? LowestBit(others) : kStretch;
+  // A lead goes together with what follows it.
+  if (size != 0 && (twos >> (size - 1) & 1)) --size;
+  if (size != kStretch) high &= (Stretch{1} << size) - 1;
+
+  char16_t* to = out;
+  for (std::size_t at = 0; at != size;) {
+    const Stretch left = high >> at;
+    std::size_t run = left != 0 ? LowestBit(left) : size - at;
+    for (std::size_t i = 0; i < run; i += kBlock) WidenBlock(LoadBlock(in + at + i), to + i);
+    to += run;
+    if ((at += run) == size) break;
+    run = RunLength(high >> at);
+    for (std::size_t i = 0; i < run; i += kBlock) DecodePairs(LoadBlock(in + at + i), to + i / 2);
+    to += run / 2;
+    at += run;
+  }
+  return {size, static_cast<std::size_t>(to - out)};
+}
+
+}  // namespace
+
 DecodedUTF8 DecodeUTF8(const unsigned char* bytes, std::size_t size, char16_t* out,
                        std::size_t room) {
   const unsigned char* in = bytes;
@@ -218,23 +255,33 @@ DecodedUTF8 DecodeUTF8(const unsigned char* bytes, std::size_t size, char16_t* o
       to += count;
       continue;
     }
+    // Forms of one and two bytes, as long as they are well formed and there is room to spare.
+    constexpr auto kSpare = static_cast<std::ptrdiff_t>(kStretch + kBlock);
+    while (*in < 0xE0 && end - in >= kSpare && full - to >= kSpare) {
+      const DecodedUTF8 done = DecodeStretch(in, to);
+      if (done.bytes == 0) break;
+      in += done.bytes;
+      to += done.units;
+    }
     // As many sequences as certainly fit, then the rest one by one.
     std::ptrdiff_t whole = std::min((end - in) / 3, full - to);
-    for (; whole > 0; --whole) {
+    for (int others = 0; whole > 0; --whole) {
       const unsigned lead = *in;
+      if (lead >= 0xE0) {
+        *to++ = Unit((lead & 15) << 12 | (in[1] & 63u) << 6 | (in[2] & 63u));
+        in += 3;
+        continue;
+      }
       if (lead < 0x80) {
         *to++ = Unit(lead);
         ++in;
-        if (StartsRun(in, end)) break;
-      } else if (lead < 0xE0) {
+      } else {
         *to++ = Unit((lead & 31) << 6 | (in[1] & 63u));
         in += 2;
-      } else {
-        *to++ = Unit((lead & 15) << 12 | (in[1] & 63u) << 6 | (in[2] & 63u));
-        in += 3;
       }
+      if (++others == 4) break;
     }
-    if (in == end || to == full || end - in >= 3) continue;
+    if (whole > 0 || in == end || to == full || end - in >= 3) continue;
     const unsigned lead = *in;
     const unsigned second = end - in > 1 ? in[1] : lead;
     if (lead < 0x80) {
@@ -291,22 +338,16 @@ void modUTF8::CloseUTF8File() {
 }
 
 std::int32_t modUTF8::ToUTF8Bytes(TextView text) {
-  // Pure ASCII is done after narrowing; any other text is measured first.
-  outputBytes_.resize(text.size());
-  const std::size_t plain = NarrowASCII(text.data(), text.size(), outputBytes_.data());
-  if (plain != text.size()) {
-    const TextView rest = text.substr(plain);
-    const std::size_t count = plain + CountUTF8(rest);
-    if (count > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
-      outputBytes_.clear();
-      throw RuntimeError::Overflow();
-    }
-    outputBytes_.resize(count);
-    EncodeUTF8(rest, outputBytes_.data() + plain);
-  } else if (plain > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
+  constexpr auto kMost = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
+  if (text.size() > kMost / 3 && CountUTF8(text) > kMost) {
     outputBytes_.clear();
     throw RuntimeError::Overflow();
   }
+  // Most texts are pure ASCII.
+  outputBytes_.resize(text.size());
+  const std::size_t plain = NarrowASCII(text.data(), text.size(), outputBytes_.data());
+  outputBytes_.resize(plain);
+  if (plain != text.size()) EncodeUTF8(text.substr(plain), outputBytes_);
   return static_cast<std::int32_t>(outputBytes_.size());
 }
 

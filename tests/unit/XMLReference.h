@@ -305,6 +305,20 @@ class Documents {
     return text;
   }
 
+  /// Words of several scripts: runs of units that take one, two or three bytes.
+  Text MakeScripts(std::size_t most) {
+    Text text;
+    for (std::size_t size = Below(most + 1); text.size() < size;) {
+      const std::size_t length = 1 + Below(Below(4) == 0 ? 80 : 12);
+      const std::size_t bytes = Below(3);
+      for (std::size_t i = 0; i < length; ++i) {
+        constexpr std::size_t kFirst[] = {0, 0x80, 0x800, 0x10000};
+        text += static_cast<char16_t>(kFirst[bytes] + Below(kFirst[bytes + 1] - kFirst[bytes]));
+      }
+    }
+    return text;
+  }
+
   /// Letters of both cases.
   Text MakeWord(std::size_t most) {
     Text word(Below(most + 1), u'\0');

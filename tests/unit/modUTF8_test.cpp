@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -250,6 +251,41 @@ TEST_F(Utf8Writer, DecodingUndoesEncodingForAnyUnits) {
   }
 }
 
+TEST_F(Utf8Writer, EncodedScriptsAgreeWithTheReference) {
+  Documents documents(7);
+  for (int round = reference::Rounds(2000); round > 0; --round) {
+    const Text text = documents.MakeScripts(400);
+    utf8.ToUTF8Bytes(text);
+    ASSERT_EQ(utf8.OutputBytes(), reference::Encode(text));
+  }
+}
+
+TEST_F(Utf8Writer, RunsOfEveryLengthAtEveryPlaceOfABlock) {
+  // A run of each kind inside another one, up to the longest that is encoded in one step.
+  constexpr char16_t kUnits[] = {u'a', 0x451, 0x4E2D};
+  for (std::size_t before = 0; before <= 70; ++before) {
+    for (std::size_t length = 0; length <= 70; ++length) {
+      const std::size_t kind = (before + length) % 3;
+      const Text text = Text(before, kUnits[kind]) + Text(length, kUnits[(kind + 1) % 3]) +
+                        Text(90, kUnits[(kind + 2) % 3]);
+      utf8.ToUTF8Bytes(text);
+      ASSERT_EQ(utf8.OutputBytes(), reference::Encode(text)) << before << ' ' << length;
+      ASSERT_EQ(DecodeUTF8(utf8.OutputBytes()), text) << before << ' ' << length;
+    }
+  }
+}
+
+TEST_F(Utf8Writer, LongTextsInPiecesOfAnySize) {
+  // Around the size of the buffer in which the bytes are collected.
+  for (std::size_t size = 800; size <= 2600; size += 7) {
+    for (const char16_t unit : {u'a', u'\u0451', u'\u4E2D'}) {
+      const Text text = u"\u20AC" + Text(size, unit) + u"\u00E9";
+      utf8.ToUTF8Bytes(text);
+      ASSERT_EQ(utf8.OutputBytes(), reference::Encode(text)) << size;
+    }
+  }
+}
+
 TEST(Utf8Decoder, LeadBytesAndTruncatedFiles) {
   const struct {
     const char* what;
@@ -287,6 +323,53 @@ TEST(Utf8Decoder, AgreesWithTheReferenceOnAnyBytes) {
           static_cast<unsigned char>(documents.Below(128) + (documents.Below(16) < high ? 128 : 0));
     }
     ASSERT_EQ(DecodeUTF8(bytes), reference::Decode(bytes)) << testing::PrintToString(bytes);
+  }
+}
+
+TEST(Utf8Decoder, AgreesWithTheReferenceOnDamagedScripts) {
+  Documents documents(8);
+  for (int round = reference::Rounds(4000); round > 0; --round) {
+    Bytes bytes = reference::Encode(documents.MakeScripts(300));
+    for (std::size_t count = documents.Below(4); count > 0 && !bytes.empty(); --count) {
+      const std::size_t at = documents.Below(bytes.size());
+      const auto byte = static_cast<unsigned char>(documents.Below(256));
+      switch (documents.Below(3)) {
+        case 0: bytes[at] = byte; break;
+        case 1: bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(at)); break;
+        default: bytes.resize(at); break;
+      }
+    }
+    ASSERT_EQ(DecodeUTF8(bytes), reference::Decode(bytes)) << testing::PrintToString(bytes);
+  }
+}
+
+TEST(Utf8Decoder, OneStrangeByteAtEveryPlace) {
+  for (const char* const word : {"abc", "\xC3\xA9", "a\xC3\xA9",
+                                 "\xC3\xA9 \xC3\xA0"
+                                 "bc"}) {
+    Bytes whole;
+    while (whole.size() < 200) whole.insert(whole.end(), word, word + std::strlen(word));
+    for (std::size_t at = 0; at < 150; ++at) {
+      for (const int byte : {0x00, 0x41, 0x7F, 0x80, 0xBF, 0xC0, 0xDF, 0xE0, 0xFF}) {
+        Bytes bytes = whole;
+        bytes[at] = static_cast<unsigned char>(byte);
+        ASSERT_EQ(DecodeUTF8(bytes), reference::Decode(bytes)) << word << ' ' << at << ' ' << byte;
+      }
+    }
+  }
+}
+
+TEST(Utf8Decoder, WritesNothingBehindTheRoomItHas) {
+  for (const char* const word : {"abc", "\xC3\xA9", "ab\xC3\xA9", "\xE4\xB8\xAD"}) {
+    Bytes bytes;
+    while (bytes.size() < 300) bytes.insert(bytes.end(), word, word + std::strlen(word));
+    const Text text = reference::Decode(bytes);
+    for (std::size_t room = 0; room <= text.size(); ++room) {
+      Text out(room + 100, u'!');
+      const DecodedUTF8 done = DecodeUTF8(bytes.data(), bytes.size(), out.data(), room);
+      ASSERT_EQ(done.units, room);
+      ASSERT_EQ(out, text.substr(0, room) + Text(100, u'!')) << word << ' ' << room;
+    }
   }
 }
 
