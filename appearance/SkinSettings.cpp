@@ -47,6 +47,7 @@ SkinSettings ReadSkinValues(RegistryStore& store, const SkinSettings& defaults,
                             const NumberFormat& format) {
   SkinSettings skin = defaults;
   cRegistry registry = OpenSkin(store);
+  const cRegistry::Reading reading(registry);
   for (const SkinParameter& parameter : kSkinParameters) {
     registry.ValueKey = parameter.value;
     if (parameter.number) {

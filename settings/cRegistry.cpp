@@ -1,5 +1,6 @@
 #include "settings/cRegistry.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <utility>
@@ -9,6 +10,9 @@ namespace {
 
 /// Buffer size for names of sub-keys.
 constexpr std::size_t kSectionBuffer = 255;
+
+/// Buffer size for the first query of a value.
+constexpr std::size_t kFirstBuffer = 256;
 
 /// True if there is a percent sign and another one at least two characters later.
 bool HoldsPercentName(TextView text) {
@@ -44,43 +48,51 @@ bool cRegistry::DeleteValue() {
 
 RegistryValue cRegistry::Value() {
   // If the key does not open, there is no handle and the query fails.
-  OpenKeyHandle key;
-  store_.OpenKey(Root(), Section(), kKeyQueryValue, key);
+  OpenKeyHandle opened;
+  if (!reading_) store_.OpenKey(Root(), Section(), kKeyQueryValue, opened);
+  const KeyHandle key = reading_ ? reading_->key_.get() : opened.get();
   const NarrowText name = store_.ToNarrow(ValueKey);
+  // Nearly all values fit, so that one query is enough.
+  std::array<char, kFirstBuffer> first = {};
   std::uint32_t kind = 0;
   std::uint32_t size = 0;
-  const Status status = store_.QueryValue(key.get(), name, kind, {}, size);
+  const Status status = store_.QueryValue(key, name, kind, first, size);
   if (status != kOk && status != kMoreData) return Default;
   valueType = static_cast<std::int32_t>(kind);
-
-  if (IsTextKind(kind)) {
-    // Text of size 0 has no terminator to drop.
-    if (size == 0) return Default;
-    const Text text = ReadText(key.get(), size);
-    return kind == kRegExpandSz ? ExpandEnvironment(text) : text;
+  NarrowText data(first.data(), std::min<std::size_t>(size, first.size()));
+  if (status == kMoreData) {
+    data.assign(size, '\0');
+    std::uint32_t read = size;
+    store_.QueryValue(key, name, kind, data, read);
   }
-  if (kind == kRegDword || kind == kRegDwordBigEndian) {
+
+  if (IsTextKind(static_cast<std::uint32_t>(valueType))) {
+    // Text of size 0 has no terminator to drop.
+    if (data.empty()) return Default;
+    data.pop_back();
+    const Text text = store_.FromNarrow(data);
+    return valueType == kRegExpandSz ? ExpandEnvironment(text) : text;
+  }
+  if (valueType == kRegDword || valueType == kRegDwordBigEndian) {
+    // More than four bytes are no number.
     std::array<char, 4> bytes = {};
-    store_.QueryValue(key.get(), name, kind, bytes, size);
+    if (data.size() <= bytes.size()) std::copy(data.begin(), data.end(), bytes.begin());
     const std::int32_t number = DwordValue({bytes.data(), bytes.size()});
     return valueType == kRegDword ? number : SwapBytes(number);
   }
   // The array's upper bound is the size, so it is one byte longer: sister programs rely on the zero
   // after the data.
-  Bytes bytes(static_cast<std::size_t>(size) + 1);
-  const std::span<char> buffer(reinterpret_cast<char*>(bytes.data()), size);
-  if (size != 0) store_.QueryValue(key.get(), name, kind, buffer, size);
+  Bytes bytes(data.begin(), data.end());
+  bytes.push_back(0);
   return bytes;
 }
 
-Text cRegistry::ReadText(KeyHandle key, std::uint32_t size) {
-  NarrowText text(size, '\0');
-  std::uint32_t kind = 0;
-  std::uint32_t read = size;
-  store_.QueryValue(key, store_.ToNarrow(ValueKey), kind, text, read);
-  text.pop_back();
-  return store_.FromNarrow(text);
+cRegistry::Reading::Reading(cRegistry& registry) : registry_(registry) {
+  registry.store_.OpenKey(registry.Root(), registry.Section(), kKeyQueryValue, key_);
+  registry.reading_ = this;
 }
+
+cRegistry::Reading::~Reading() { registry_.reading_ = nullptr; }
 
 Text cRegistry::ExpandEnvironment(const Text& text) {
   const NarrowText source = store_.ToNarrow(text);

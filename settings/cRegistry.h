@@ -10,8 +10,8 @@ namespace marl {
 
 /// A cursor over the registry, for several values of one key: set root, key, value name and kind,
 /// then read or assign `Value`. Reading never fails but returns `Default`; assigning creates the
-/// key. Nothing throws, and no key stays open between calls. `clsRegistry` is the class for lists
-/// and single values.
+/// key. Nothing throws, and outside of a `Reading` no key stays open between calls. `clsRegistry`
+/// is the class for lists and single values.
 class cRegistry {
  public:
   explicit cRegistry(RegistryStore& store) : store_(store) {}
@@ -36,6 +36,21 @@ class cRegistry {
   /// assignment then uses. A multi-string keeps its inner NULs; REG_EXPAND_SZ is expanded; binary
   /// data and all other kinds get one zero byte appended.
   RegistryValue Value();
+  /// Keeps the key open for reading while it lives, so that several values take less time. Root and
+  /// key must not be changed meanwhile.
+  class Reading {
+   public:
+    explicit Reading(cRegistry& registry);
+    ~Reading();
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+
+   private:
+    friend class cRegistry;
+    cRegistry& registry_;
+    OpenKeyHandle key_;
+  };
+
   /// Like the assignment. True if the value was written.
   bool SetValue(const RegistryValue& value);
   /// Writes the value as `valueType` (RegSetValueExA), which has to match the value. Text that
@@ -74,12 +89,12 @@ class cRegistry {
 
   Status Write(const RegistryValue& value);
   Status WriteAs(KeyHandle key, std::uint32_t kind, const NarrowText& data);
-  Text ReadText(KeyHandle key, std::uint32_t size);
   Text ExpandEnvironment(const Text& text);
   KeyHandle Root() const { return ClassKey; }
   NarrowText Section() const { return store_.ToNarrow(SectionKey); }
 
   RegistryStore& store_;
+  const Reading* reading_ = nullptr;
   RegistryValue lastAssigned_;
 };
 

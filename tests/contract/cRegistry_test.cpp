@@ -134,6 +134,49 @@ TEST_P(cRegistryTest, ReadGivesWhatIsStored) {
   }
 }
 
+TEST_P(cRegistryTest, ReadsValuesOfEverySizeAroundTheFirstBuffer) {
+  for (std::size_t size = 250; size <= 260; ++size) {
+    SCOPED_TRACE(size);
+    const NarrowText data(size, 't');
+    const Text text(size, u't');
+    Plant("v", kRegSz, data + '\0');
+    EXPECT_EQ(registry.Value(), RegistryValue(text));
+    Plant("v", kRegSz, data);
+    EXPECT_EQ(registry.Value(), RegistryValue(text.substr(1)));
+    Plant("v", kRegExpandSz, data + '\0');
+    EXPECT_EQ(registry.Value(), RegistryValue(text));
+    Plant("v", kRegBinary, data);
+    Bytes bytes(size, 't');
+    bytes.push_back(0);
+    EXPECT_EQ(registry.Value(), RegistryValue(bytes));
+    Plant("v", kRegDword, data);
+    EXPECT_EQ(registry.Value(), RegistryValue(std::int32_t{0}));
+  }
+}
+
+TEST_P(cRegistryTest, ReadsTheSameWhileTheKeyIsKeptOpen) {
+  registry.Default = kDefaultValue;
+  {
+    const cRegistry::Reading reading(registry);
+    registry.ValueKey = u"none";
+    EXPECT_EQ(registry.Value(), kDefaultValue);
+    Plant("v", kRegSz, Raw("abc\0"));
+    registry.ValueKey = u"v";
+    EXPECT_EQ(registry.Value(), RegistryValue(Text(u"abc")));
+    Plant("v", kRegDword, Raw("\1\0\0\0"));
+    EXPECT_EQ(registry.Value(), RegistryValue(std::int32_t{1})) << "not a copy of the first read";
+  }
+  Plant("v", kRegSz, Raw("later\0"));
+  EXPECT_EQ(registry.Value(), RegistryValue(Text(u"later")));
+}
+
+TEST_P(cRegistryTest, AMissingKeyYieldsDefaultWhileItIsKeptOpen) {
+  registry.Default = kDefaultValue;
+  registry.SectionKey = wide() + u"\\none";
+  const cRegistry::Reading reading(registry);
+  EXPECT_EQ(registry.Value(), kDefaultValue);
+}
+
 TEST_P(cRegistryTest, ReadsAMegabyte) {
   Store("v", kRegSz, NarrowText(1 << 20, 't') + '\0');
   EXPECT_TRUE(registry.Value() == RegistryValue(Text(1 << 20, u't')));

@@ -7,6 +7,7 @@
 #include "platform/RuntimeError.h"
 #include "platform/memory/MemoryRegistryStore.h"
 #include "settings/RegistryValue.h"
+#include "tests/unit/WatchedRegistry.h"
 
 namespace marl {
 namespace {
@@ -51,6 +52,23 @@ SkinSettings OddSkin() {
   skin.Font2 = u"Verdana|12|iu";
   skin.DisplayIcons = u"171|160|151|141|131|121|111|101|091|081|071|061|051|041|031|021|011|000";
   return skin;
+}
+
+TEST_F(Skin, IsReadThroughOneOpenKeyWithOneQueryForEachValue) {
+  struct Counting : WatchedRegistry {
+    std::size_t queries = 0;
+    Status QueryValue(KeyHandle key, const NarrowText& name, std::uint32_t& kind,
+                      std::span<char> buffer, std::uint32_t& size) override {
+      ++queries;
+      return WatchedRegistry::QueryValue(key, name, kind, buffer, size);
+    }
+  } counting;
+  WriteSkin(counting, OddSkin());
+  counting.opened.clear();
+  EXPECT_EQ(ReadSkin(counting, 5), OddSkin());
+  EXPECT_EQ(counting.opened,
+            (std::vector<WatchedRegistry::Opened>{{kCurrentUser, kGuiKey, kKeyQueryValue}}));
+  EXPECT_EQ(counting.queries, kSkinParameterCount);
 }
 
 TEST_F(Skin, EmptyKeyYieldsTheDefaultPanel) {

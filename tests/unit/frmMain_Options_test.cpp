@@ -372,7 +372,7 @@ class OptionsOrder : public MainOptions {
     }
     Status QueryValue(KeyHandle key, const NarrowText& name, std::uint32_t& kind,
                       std::span<char> buffer, std::uint32_t& size) override {
-      if (!buffer.data()) log.push_back("read " + path_ + '\\' + name);
+      log.push_back("read " + path_ + '\\' + name);
       return WatchedRegistry::QueryValue(key, name, kind, buffer, size);
     }
     Status SetValue(KeyHandle key, const NarrowText& name, std::uint32_t kind,
