@@ -108,7 +108,7 @@ void frmMain::RemoveTemporaryFiles() {
 }
 
 void frmMain::SetCaptions() {
-  SetMenuCaptions();
+  ChangeMenuBar([this] { SetMenuCaptions(); });
   for (int i = 0; i < kButtonCount; ++i) {
     lblRun[static_cast<std::size_t>(i)]->SetCaption(platform_.strings.Get(kCaptionString + i));
   }

@@ -265,7 +265,7 @@ void Form::GoAway() {
 
 void Form::Refresh() {
   if (!peer_) return;
-  peer_->InvalidateAll();
+  InvalidateAll();
   peer_->Refresh();
 }
 
@@ -525,8 +525,33 @@ void Form::Invalidate(const Control& control) {
                      control.Height() + static_cast<int>(std::ceil(pixel.y))});
 }
 
+void Form::InvalidateAll() {
+  if (peer_) peer_->InvalidateAll();
+}
+
+void Form::ChangeMenuBar(const std::function<void()>& changes) {
+  struct Changing {
+    explicit Changing(bool& flag) : changing(flag) { changing = true; }
+    ~Changing() { changing = false; }
+    bool& changing;
+  };
+  changedEntry_ = nullptr;
+  {
+    const Changing changing(changingMenuBar_);
+    changes();
+  }
+  if (Control* const entry = std::exchange(changedEntry_, nullptr)) {
+    ControlChanged(*entry, Property::kCaption);
+  }
+}
+
 void Form::ControlChanged(Control& control, Property property) {
   if (!peer_) return;
+  if (changingMenuBar_ && property == Property::kCaption && !control.container() &&
+      control.kind() == ControlKind::kMenu) {
+    changedEntry_ = &control;
+    return;
+  }
   if (control.windowless()) {
     Invalidate(control);
   } else {

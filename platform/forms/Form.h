@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -191,6 +192,11 @@ class Form {
   Control* AccessKeyTarget(char16_t key, const Control* focus = nullptr) const;
   /// Marks the area of a windowless control for painting.
   void Invalidate(const Control& control);
+  /// Marks the whole form for painting. What changes afterwards costs the platform nothing more.
+  void InvalidateAll();
+  /// Runs `changes`; new captions in the menu bar itself are shown together at their end. Each
+  /// change of the bar makes the platform frame the window again.
+  void ChangeMenuBar(const std::function<void()>& changes);
   void ControlChanged(Control& control, Property property);
   /// A control's left and top, from the corner of the form's client area.
   Point Origin(const Control& control) const;
@@ -257,6 +263,8 @@ class Form {
   Control* pressed_ = nullptr;
   Control* left_ = nullptr;  ///< had the focus when another window became the active one
   bool pressedForm_ = false;
+  bool changingMenuBar_ = false;
+  Control* changedEntry_ = nullptr;  ///< of the menu bar, while it is being changed
 };
 
 /// Paints the form's picture and its windowless controls on the canvas, whose origin is the inner

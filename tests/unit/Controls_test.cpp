@@ -435,6 +435,33 @@ TEST_F(Controls, WhatIsSetWhileTheFormShowsReachesTheWindow) {
   form.Unload();
 }
 
+TEST_F(Controls, NewCaptionsOfTheMenuBarAreShownTogether) {
+  Menu project(form, "mnuProject");
+  Menu exit(form, "mnuExit", -1, &project);
+  Menu help(form, "mnuHelp");
+  form.Load();
+  std::vector<const Control*> changed;
+  desktop.whenChanged = [&](Control& control, Property) { changed.push_back(&control); };
+  form.ChangeMenuBar([&] {
+    project.SetCaption(u"&Project");
+    exit.SetCaption(u"E&xit");
+    help.SetCaption(u"&Help");
+    EXPECT_EQ(changed, std::vector<const Control*>{&exit});
+  });
+  EXPECT_EQ(changed, (std::vector<const Control*>{&exit, &help})) << "once for the whole bar";
+  changed.clear();
+  form.ChangeMenuBar([&] { help.SetCaption(u"&Help"); });
+  EXPECT_TRUE(changed.empty()) << "nothing has changed";
+  EXPECT_THROW(form.ChangeMenuBar([&] {
+    help.SetCaption(u"?");
+    throw RuntimeError::InvalidCall();
+  }),
+               RuntimeError);
+  project.SetCaption(u"P");
+  EXPECT_EQ(changed, std::vector<const Control*>{&project}) << "at once again";
+  form.Unload();
+}
+
 TEST_F(Controls, AMovedWindowlessControlRepaintsItsOldAndItsNewPlace) {
   Label label(form, "lbl");
   Image image(form, "img");
