@@ -16,9 +16,13 @@ class IconSets {
   /// the next larger one is scaled down. Null if the program has no such strip; throws "Subscript
   /// out of range" for other numbers.
   PicturePtr Image(int set, int number, int size);
+  /// Announces that pictures of this set and size will be needed soon. Does nothing for other sets.
+  void Prepare(int set, int size);
 
  private:
   void Cut(int set, int size);
+  /// Index of the strip for pictures of this size, among those of a set.
+  static std::size_t StripFor(int size);
 
   Pictures& pictures_;
   int set_ = -1;

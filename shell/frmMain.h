@@ -146,6 +146,7 @@ class frmMain : public Form, public HookedForm {
   void RedirectToWizard();
   void RemoveTemporaryFiles();
   void SetCaptions();
+  void PrepareStrips();
   void PrepareButtons();
   void RestorePosition();
   void RestoreFlags();
@@ -183,6 +184,8 @@ class frmMain : public Form, public HookedForm {
   void FillPopup();
   /// The pictures for the tray menu at the form's resolution: an id.
   int PopupPictures() const;
+  /// Width of a picture of the panel, in pixels.
+  int PictureSize() const;
   void CreateTooltips();
   void DesignMenuBar();
   void SetMenuCaptions();

@@ -29,6 +29,7 @@ void frmMain::OnLoad() {
   SetCaptions();
   Refresh();
   ShowSplash();
+  PrepareStrips();
   HelpFile = JoinPath(ProgramFolder(), u"Marl.HLP");
   EnterTray();
   PrepareButtons();
@@ -115,6 +116,16 @@ void frmMain::SetCaptions() {
   for (int i = 0; i < kButtonCount; ++i) {
     TooltipTexts[static_cast<std::size_t>(i)] = platform_.strings.Get(kTooltipString + i);
   }
+}
+
+// The pictures of the panel and of the tray's menu are decoded while the splash is shown.
+void frmMain::PrepareStrips() {
+  // A stored value that is no number fails when the panel is laid out.
+  Skip([this] {
+    const SkinSettings skin = ReadSkin(platform_.registry, IconsPerRow);
+    iconSets_.Prepare(skin.Icons, PictureSize());
+  });
+  platform_.pictures.Prepare(PopupPictures());
 }
 
 void frmMain::PrepareButtons() {

@@ -117,6 +117,8 @@ void frmMain::OnLookChanged() {
   BindTooltips();
 }
 
+int frmMain::PictureSize() const { return resolution().PixelsX(kPictureTwips); }
+
 bool frmMain::IsAlive(int index) const {
   return index >= 0 && lblRun[static_cast<std::size_t>(index)]->Tag != kDead;
 }
@@ -129,8 +131,7 @@ void frmMain::Dress(int index, bool highlighted) {
   shpRun[slot]->SetTransparent(!(highlighted && colors.highlightFilled));
   ApplyFontSpec(*lblRun[slot], highlighted ? Skin.Font2 : Skin.Font1, numbers_);
   const int number = highlighted ? BrightImage(index) : DullImage(index, Skin.TwoStateOffset == 0);
-  imgRun[slot]->SetPicture(
-      iconSets_.Image(Skin.Icons, number, resolution().PixelsX(kPictureTwips)));
+  imgRun[slot]->SetPicture(iconSets_.Image(Skin.Icons, number, PictureSize()));
 }
 
 void frmMain::OnMouseMove(int, int, float x, float y) {

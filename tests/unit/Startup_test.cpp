@@ -47,12 +47,25 @@ TEST(Startup, RunsInItsOwnFolder) {
   EXPECT_TRUE(world.main().Visible());
 }
 
-TEST(Startup, AnnouncesTheSplashPictureThatItShows) {
+TEST(Startup, AnnouncesThePicturesThatItShows) {
   SuiteWorld world;
   world.Start();
-  EXPECT_EQ(world.pictures.prepared, std::set<int>{MARL_PICTURE_SPLASH});
+  EXPECT_EQ(world.pictures.prepared,
+            (std::set<int>{MARL_PICTURE_SPLASH, MARL_PICTURE_SET0_48, MARL_PICTURE_MENU_16}));
+  EXPECT_EQ(std::set<int>(world.pictures.loaded.begin(), world.pictures.loaded.end()),
+            world.pictures.prepared);
   ASSERT_FALSE(world.pictures.loaded.empty());
   EXPECT_EQ(world.pictures.loaded[0], MARL_PICTURE_SPLASH);
+}
+
+TEST(Startup, AnnouncesTheStoredSetOfIcons) {
+  SuiteWorld world;
+  SkinSettings skin;
+  skin.Icons = 2;
+  WriteSkin(world.registry, skin);
+  world.Start();
+  EXPECT_TRUE(world.pictures.prepared.contains(MARL_PICTURE_SET2_48));
+  EXPECT_FALSE(world.pictures.prepared.contains(MARL_PICTURE_SET0_48));
 }
 
 TEST(Startup, DriveRootKeepsItsSeparator) {
