@@ -23,6 +23,7 @@ void frmMain::SetUI() {
   numbers_ = UserNumberFormat(platform_.locales);
   Skin = ReadSkin(platform_.registry, IconsPerRow, numbers_);
   const DisplayOrder order = ParseDisplayIcons(Skin.DisplayIcons, numbers_);
+  InvalidateAll();  // the whole panel changes
   OnMouseMove(0, 0, -1, -1);
   const std::vector<int> before = PanelOrder(Areas());
 

@@ -285,9 +285,11 @@ void FormWin32::Invalidate(const Box& area) {
 }
 
 void FormWin32::InvalidateAll() {
-  InvalidateRect(window_, nullptr, FALSE);
   constexpr LONG kFar = std::numeric_limits<LONG>::max();
-  dirty_.assign(1, {-kFar, -kFar, kFar, kFar});
+  constexpr RECT kEverything = {-kFar, -kFar, kFar, kFar};
+  if (IsDirty(kEverything)) return;
+  InvalidateRect(window_, nullptr, FALSE);
+  dirty_.assign(1, kEverything);
 }
 
 bool FormWin32::IsDirty(const RECT& area) const {

@@ -224,6 +224,89 @@ TEST_F(MainWindow, TipsReadBackFromTheirWindows) {
   EXPECT_EQ(std::count(seen.begin(), seen.end(), true), 18);
 }
 
+/// The pixels of a window's client area, row by row.
+std::vector<std::uint32_t> PixelsOf(HWND window, const RECT& area) {
+  BITMAPINFO info = {};
+  info.bmiHeader.biSize = sizeof info.bmiHeader;
+  info.bmiHeader.biWidth = area.right;
+  info.bmiHeader.biHeight = -area.bottom;
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  void* bits = nullptr;
+  const win32::ClientContext screen(window);
+  const win32::UniqueContext memory(CreateCompatibleDC(screen.get()));
+  const win32::UniqueBitmap bitmap(
+      CreateDIBSection(screen.get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+  const HGDIOBJ old = SelectObject(memory.get(), bitmap.get());
+  BitBlt(memory.get(), 0, 0, area.right, area.bottom, screen.get(), 0, 0, SRCCOPY);
+  GdiFlush();
+  const auto* const first = static_cast<const std::uint32_t*>(bits);
+  std::vector<std::uint32_t> pixels(first, first + area.right * area.bottom);
+  SelectObject(memory.get(), old);
+  return pixels;
+}
+
+TEST_F(MainWindow, HighlightIsPaintedOnTheTwoButtonsConcernedAndNowhereElse) {
+  Start();
+  main->BringToFront();
+  desktop.DoEvents();
+  main->tmrOver.SetEnabled(false);  // it would look for the real mouse
+  const HWND window = Window();
+  // Buttons whose tools are missing show no highlight.
+  std::vector<std::size_t> alive;
+  for (std::size_t i = 0; i < main->lblRun.size(); ++i) {
+    if (main->lblRun[i]->Enabled()) alive.push_back(i);
+  }
+  ASSERT_GE(alive.size(), 2u);
+  const std::size_t from = alive.front();
+  const std::size_t to = alive.back();
+  Hover(from);
+  ASSERT_EQ(main->HoverButton, static_cast<int>(from)) << "the window is in front";
+  desktop.DoEvents();
+  UpdateWindow(window);
+
+  const auto frameOf = [&](std::size_t button) {
+    const Box& frame = main->shpRun[button]->bounds();
+    const Resolution resolution = desktop.resolution();
+    // The lines of the bevel lie on the frame's edges, and a line covers one pixel more.
+    return RECT{resolution.PixelsX(frame.left) - 1, resolution.PixelsY(frame.top) - 1,
+                resolution.PixelsX(frame.left + frame.width) + 3,
+                resolution.PixelsY(frame.top + frame.height) + 3};
+  };
+  const RECT frames[] = {frameOf(from), frameOf(to)};
+  const auto concerned = [&](LONG x, LONG y) {
+    return PtInRect(&frames[0], {x, y}) || PtInRect(&frames[1], {x, y});
+  };
+  // The line that describes the button is a window of its own, at the bottom.
+  RECT area;
+  GetClientRect(window, &area);
+  area.bottom = frameOf(17).bottom;
+  const std::vector<std::uint32_t> before = PixelsOf(window, area);
+
+  Hover(to);
+  ASSERT_EQ(main->HoverButton, static_cast<int>(to));
+  const win32::UniqueRegion dirty(CreateRectRgn(0, 0, 0, 0));
+  ASSERT_NE(GetUpdateRgn(window, dirty.get(), FALSE), NULLREGION);
+  for (LONG y = 0; y < area.bottom; ++y) {
+    for (LONG x = 0; x < area.right; ++x) {
+      ASSERT_TRUE(concerned(x, y) || !PtInRegion(dirty.get(), x, y)) << x << ' ' << y;
+    }
+  }
+  UpdateWindow(window);
+  const std::vector<std::uint32_t> after = PixelsOf(window, area);
+  int changed[2] = {};
+  for (LONG y = 0; y < area.bottom; ++y) {
+    for (LONG x = 0; x < area.right; ++x) {
+      const auto place = static_cast<std::size_t>(y * area.right + x);
+      if (before[place] == after[place]) continue;
+      ASSERT_TRUE(concerned(x, y)) << x << ' ' << y;
+      ++changed[PtInRect(&frames[0], {x, y}) ? 0 : 1];
+    }
+  }
+  EXPECT_GT(changed[0], 100) << "its highlight is gone";
+  EXPECT_GT(changed[1], 100);
+}
+
 TEST_F(MainWindow, TipIsMadeWhenTheMouseComesToItsButton) {
   Start();
   EXPECT_TRUE(TipsSoFar().empty());
