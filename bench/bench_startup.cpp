@@ -1,6 +1,7 @@
 // Wall time from the creation of a process to its idle main window: Marl.exe, an empty window
-// program built with the same flags, and the platform's notepad, taking turns in one run. Then the
-// size of Marl.exe, and its processor time while idle.
+// program built with the same flags, one with the same menus, icons and service for other programs
+// (the floor), and the platform's notepad, taking turns in one run. Then the size of Marl.exe, and
+// its processor time while idle.
 //
 // The splash delays the start on purpose; here it is clicked away as soon as it shows.
 
@@ -123,6 +124,7 @@ int main() {
   };
   std::vector<Runner> runners = {{"Marl.exe", marl, {}},
                                  {"empty window", own + L"\\empty_window.exe", {}},
+                                 {"floor", own + L"\\floor_window.exe", {}},
                                  {"notepad", L"C:\\windows\\system32\\notepad.exe", {}}};
   AnswerQuestions();
   for (int round = 0; round <= kRounds; ++round) {
@@ -157,7 +159,8 @@ int main() {
   marl::bench::Goals goals;
   const double ours = Median(runners[0].seconds);
   goals.AtMost("startup", ours / Median(runners[1].seconds), 1.25);
-  goals.AtMost("startup_notepad", ours / Median(runners[2].seconds), 1);
+  goals.AtMost("startup_floor", ours / Median(runners[2].seconds), 1.1);
+  goals.AtMost("startup_notepad", ours / Median(runners[3].seconds), 1);
   goals.AtMost("idle_processor_seconds", idle, 0.016);
   goals.Tell();
   return 0;
