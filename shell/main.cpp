@@ -1,5 +1,7 @@
 // The entry point on Windows: creates the ports and runs the program on them.
 
+#include <cstdlib>
+
 #include "platform/win32/ClockWin32.h"
 #include "platform/win32/ColorDialogWin32.h"
 #include "platform/win32/ComponentsWin32.h"
@@ -22,6 +24,14 @@
 #include "platform/win32/TrayWin32.h"
 #include "platform/win32/WindowHooksWin32.h"
 #include "shell/Application.h"
+
+namespace __gnu_cxx {
+
+// Takes the place of the C++ library's own handler, which also prints the type of the exception:
+// nobody would read it, and what turns the type into words is 48 KB of the program.
+void __verbose_terminate_handler() { std::abort(); }
+
+}  // namespace __gnu_cxx
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
   using namespace marl;
