@@ -3,8 +3,8 @@
 #
 # Each button has a glyph (resources/art/glyphs), each icon set a style (resources/art/styles), both
 # SVG on a grid of 48 by 48 units. A style marks the place of the glyph by @GLYPH@, and may use the
-# button's colours (resources/art/tints.txt). The pictures are checked in, so librsvg2-bin and
-# imagemagick are needed only to change the art.
+# button's colours (resources/art/tints.txt). The pictures are checked in, so librsvg2-bin,
+# imagemagick and zopfli are needed only to change the art.
 set -euo pipefail
 ART_ROOT=$(cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.." && pwd)
 ART=$ART_ROOT/resources/art
@@ -138,6 +138,13 @@ art_picture() {
   done
 }
 
+# Compresses the program's pictures as far as the format allows, which takes minutes. All visible
+# pixels stay as they are.
+art_squeeze() {
+  printf '%s\0' "$ICONS"/*.png |
+    xargs -0 -P "$ART_JOBS" -I{} zopflipng -y --lossy_transparent {} {} >/dev/null
+}
+
 art_main() {
   ART_WORK=$(mktemp -d)
   trap 'rm -rf "$ART_WORK"' EXIT
@@ -157,6 +164,7 @@ art_main() {
   art_application_icon
   art_picture splash 32 60 240 00 01 02 03 05 09 10 12 14
   art_picture about 32 216 32 00 02 05 10
+  art_squeeze
 }
 
 art_main

@@ -8,6 +8,7 @@ WINE_PACKAGES=(wine wine64 wine32:i386)
 WINE64_PACKAGES=(wine wine64)
 BENCH_PACKAGES=(libbenchmark-dev librapidxml-dev libpugixml-dev libexpat1-dev libicu-dev
                 libcairo2-dev fd-find)
+ART_PACKAGES=(zopfli)
 COVERAGE_PACKAGES=(gcovr)
 MUTATE_PACKAGES=(python3)
 FUZZ_PACKAGES=(clang libclang-rt-14-dev)
@@ -48,6 +49,7 @@ ensure_packages() {
   case $1 in
     build) wanted=("${BUILD_PACKAGES[@]}") ;;
     bench) wanted=("${BUILD_PACKAGES[@]}" "${RUN_PACKAGES[@]}" "${BENCH_PACKAGES[@]}") ;;
+    art) wanted=("${BUILD_PACKAGES[@]}" "${RUN_PACKAGES[@]}" "${ART_PACKAGES[@]}") ;;
     coverage) wanted=("${BUILD_PACKAGES[@]}" "${COVERAGE_PACKAGES[@]}") ;;
     mutate) wanted=("${BUILD_PACKAGES[@]}" "${MUTATE_PACKAGES[@]}") ;;
     fuzz) wanted=("${BUILD_PACKAGES[@]}" "${FUZZ_PACKAGES[@]}") ;;
