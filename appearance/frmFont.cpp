@@ -78,6 +78,7 @@ frmFont::frmFont(const Ports& ports, SampleForm& samples)
 void frmFont::OnLoad() {
   ApplyLocaleFont(*this, ports_.locale);
   LoadFormStrings(*this, ports_.strings);
+  cmbFont.AccessibleName = ports_.strings.Get(IDS_NAME_FONT);
   numbers_ = UserNumberFormat(ports_.locale);
   chkStyle[0]->Tag = u"B";
   chkStyle[1]->Tag = u"I";

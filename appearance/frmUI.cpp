@@ -179,6 +179,26 @@ void frmUI::Localise() {
   for (std::size_t i = 0; i < cmdSample.size(); ++i) {
     cmdSample[i].SetCaption(lblSample[i].Caption() + u"...");
   }
+  lstIcons.AccessibleName = ports_.strings.Get(IDS_NAME_PANEL_BUTTONS);
+  cmbIcons.AccessibleName = ports_.strings.Get(IDS_NAME_ICON_SET);
+  fraIcons.AccessibleName = lstIcons.AccessibleName;
+  hsbAngle.AccessibleValue = [this] { return NumberText(hsbAngle.Value()) + u'\u00B0'; };
+  for (const int index : {0, 1, 4, 5}) {
+    cmdSetColor(index).AccessibleDescription = [this, index] { return ColorText(index); };
+  }
+}
+
+/// The colour of a swatch in words.
+Text frmUI::ColorText(int index) const {
+  const Color color = shpColor(index).FillColor();
+  Text text = ports_.strings.Get(IDS_NAME_COLOUR);
+  for (int channel = 0; channel < 3; ++channel) {
+    const Text place = {u'%', static_cast<char16_t>(u'1' + channel)};
+    const std::size_t at = text.find(place);
+    if (at == Text::npos) continue;
+    text.replace(at, place.size(), NumberText(color >> (8 * channel) & 0xFF));
+  }
+  return text;
 }
 
 const frmUI::NumberControl frmUI::kNumberControls[] = {

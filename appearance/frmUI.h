@@ -140,6 +140,7 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
   void Arrange();
   void Wire();
   void Localise();
+  Text ColorText(int index) const;
   void ShowSkin(const SkinSettings& skin);
   SkinSettings Skin() const;
   void SetNumber(std::int32_t SkinSettings::*field, std::int32_t number) override;

@@ -82,6 +82,7 @@ void frmMain::OnActivate() {
   RefreshButtons();
   Resized();
   ShowRing();
+  if (FocusButton >= 0) AnnounceFocus();
 }
 
 void frmMain::OnDeactivate() {

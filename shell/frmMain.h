@@ -88,6 +88,8 @@ class frmMain : public Form, public HookedForm {
   void BindTooltips();
   /// Presses a button, whether by its image, its label, its frame or the tray menu.
   void Press(int index);
+  /// The visible buttons, in their order on the panel.
+  std::vector<AccessiblePart> AccessibleParts() const override;
   /// Tag of the current tracking server, or empty.
   const Text& CurrentServerTag() const { return servers_.CurrentServerTag; }
 
@@ -133,6 +135,7 @@ class frmMain : public Form, public HookedForm {
   void OnClick() override;
   void OnKeyPress(char16_t character) override;
   bool OnKeyDown(int key, int state) override;
+  void OnFocusPart(const Control& control) override;
   void OnMouseMove(int button, int shift, float x, float y) override;
   void OnUnload() override;
   void OnEnded() override;
@@ -167,6 +170,8 @@ class frmMain : public Form, public HookedForm {
   void tmrOver_Tick();
 
   HitAreas Areas() const;
+  void AnnounceButton(Announcement what, int button);
+  void AnnounceFocus();
   void FocusOn(int button);
   /// Shows the ring around the button with the focus, or hides it.
   void ShowRing();

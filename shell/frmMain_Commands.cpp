@@ -28,7 +28,8 @@ class Busy {
 
 void frmMain::Press(int index) {
   const auto slot = static_cast<std::size_t>(index);
-  if (lblRun[slot]->Tag == kDead) return;
+  // A reader says that it is unavailable.
+  if (lblRun[slot]->Tag == kDead) return AnnounceButton(Announcement::kState, index);
   clsXMLTag server;
   ReadServerTag(servers_.CurrentServerTag, server);
   // The tool reads the current server from the registry.

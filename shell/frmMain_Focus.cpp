@@ -41,6 +41,47 @@ void frmMain::FocusOn(int button) {
   if (keyboardLeads_) ShowFocus();
   ShowRing();
   ShowStatus();
+  AnnounceFocus();
+}
+
+std::vector<AccessiblePart> frmMain::AccessibleParts() const {
+  std::vector<AccessiblePart> parts;
+  for (const int button : PanelOrder(Areas())) {
+    const auto slot = static_cast<std::size_t>(button);
+    AccessiblePart part;
+    part.control = imgRun[slot].get();
+    part.role = AccessibleRole::kButton;
+    part.name = WithoutAccessKeys(lblRun[slot]->Caption());
+    part.description = TooltipTexts[slot];
+    part.state = kCanHaveFocus;
+    if (button == FocusButton && active_) part.state |= kHasFocus;
+    if (!IsAlive(button)) part.state |= kUnavailable;
+    if (button == HoverButton && IsAlive(button)) part.state |= kUnderMouse;
+    part.place = shpRun[slot]->bounds();
+    part.pressable = true;
+    parts.push_back(std::move(part));
+  }
+  return parts;
+}
+
+void frmMain::OnFocusPart(const Control& control) {
+  const int button = control.index();
+  if (button < 0 || button >= kButtonCount) return;
+  if (&control != imgRun[static_cast<std::size_t>(button)].get()) return;
+  if (!InForeground()) BringToFront();
+  FocusOn(button);
+}
+
+void frmMain::AnnounceButton(Announcement what, int button) {
+  if (button >= 0) Announce(what, imgRun[static_cast<std::size_t>(button)].get());
+}
+
+void frmMain::AnnounceFocus() {
+  if (FocusButton >= 0) {
+    AnnounceButton(Announcement::kFocus, FocusButton);
+  } else {
+    Announce(Announcement::kFocus);
+  }
 }
 
 void frmMain::OnFocusCues() { ShowRing(); }
@@ -73,7 +114,9 @@ Picture frmMain::Ring(const PixelRect& frame, int thickness) const {
 
 void frmMain::ShowStatus() {
   const int button = keyboardLeads_ ? FocusButton : IsAlive(HoverButton) ? HoverButton : -1;
+  const Text before = stbMain.Caption();
   stbMain.SetCaption(button < 0 ? TextView() : TooltipTexts[static_cast<std::size_t>(button)]);
+  if (keyboardLeads_ && stbMain.Caption() != before) Announce(Announcement::kName, &stbMain);
 }
 
 bool frmMain::MouseTakesOver(int hit) {

@@ -53,6 +53,8 @@ void frmMain::SetUI() {
   ShowStatus();
   PaintGradient();
   BindTooltips();
+  Announce(Announcement::kOrder);
+  if (FocusButton >= 0) AnnounceFocus();
 }
 
 PanelColors frmMain::Colors() const {
@@ -147,7 +149,9 @@ void frmMain::OnMouseMove(int, int, float x, float y) {
       HighlightButton(HoverButton, false);
       Dress(HoverButton, false);
     }
+    AnnounceButton(Announcement::kState, HoverButton);
     HoverButton = hit;
+    AnnounceButton(Announcement::kState, hit);
     if (IsAlive(hit)) {
       HighlightButton(hit, true);
       Dress(hit, true);

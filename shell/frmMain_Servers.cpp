@@ -13,6 +13,7 @@ void frmMain::ShowServer(TextView name) { SetCaption(ServerTitleStart() + u' ' +
 void frmMain::EnableTracking(bool enabled) {
   lblRun[kTrackProjects]->SetEnabled(enabled);
   lblRun[kTrackProjects]->Tag = enabled ? TextView() : kDead;
+  AnnounceButton(Announcement::kState, kTrackProjects);
 }
 
 void frmMain::mnuProjectChangeServer() {

@@ -81,6 +81,11 @@ void frmAbout2006::OnLoad() {
   ports_.setIcon(hWnd());
   ApplyLocaleFont(*this, ports_.locales);
   LoadFormStrings(*this, ports_.strings);
+  imgLogo.AccessibleName = ports_.strings.Get(IDS_NAME_MAKERS_SITE);
+  // The buttons that only give the links a place in the tab order.
+  for (std::size_t i = 0; i < cmdShell.size(); ++i) {
+    cmdShell[i]->AccessibleName = WithoutAccessKeys(lblLabel[kSite + i]->Caption());
+  }
   lblLabel[kVersionLabel]->SetCaption(Text(kApplicationTitle).append(u" ").append(kVersion));
   ShowLogo();
   ColorLinks();

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "platform/ApplicationTitle.h"
 #include "support/Drawing.h"
 #include "support/Numbers.h"
 #include "support/Version.h"
@@ -26,6 +27,7 @@ frmSplash::frmSplash(Desktop& desktop, Pictures& pictures, const Locale& locales
   KeyPreview = true;
   SetBackColor(Rgb(0, 77, 57));
   img2006.SetBounds({0, 0, 7200, 4500});
+  img2006.AccessibleName = kApplicationTitle;
   img2006.Click = [this] { Dismiss(); };
   lblVersion.SetBounds({60, 2700, 7080, 300});
   lblVersion.Alignment = Alignment::kCenter;

@@ -120,6 +120,11 @@ class Control {
   bool TabStop = true;
   bool HandCursor = false;  ///< over a link; set by the design only, for windowless controls
 
+  // For users who do not see it; set by the design only. See Accessible.h.
+  Text AccessibleName;  ///< in place of its caption, or of the label before it
+  std::function<Text()> AccessibleDescription;  ///< in place of its tip
+  std::function<Text()> AccessibleValue;        ///< in place of what the platform says
+
   /// Marks the control to be painted at the end of the event, together with everything else that is
   /// marked.
   void Refresh();

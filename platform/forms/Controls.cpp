@@ -228,6 +228,7 @@ void ListBox::SetSelected(int row, bool selected) {
     if (selected == Selected(row)) return;
     items_[static_cast<std::size_t>(row)].selected = selected;
     Changed(Property::kValue);
+    form().Announce(Announcement::kState, this, row + 1);
     if (ItemCheck) ItemCheck(row);
     return;
   }

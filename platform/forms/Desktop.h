@@ -17,6 +17,7 @@ namespace marl {
 
 class Control;
 class Form;
+enum class Announcement;
 enum class Property;
 
 /// The window of a form on its platform. The form owns it from load to unload.
@@ -39,6 +40,10 @@ class FormPeer {
   virtual void ShowFocusCues() = 0;
   virtual void BringToFront() = 0;
   virtual bool InForeground() const = 0;
+  /// Tells accessibility clients what has changed in a control, in its row `row` (from 1) if that
+  /// is not 0, or in the form itself if `control` is null (NotifyWinEvent). Does nothing as long as
+  /// no client has asked for anything.
+  virtual void Announce(Announcement what, const Control* control, int row) = 0;
   /// False while a dialog keeps the form from input (IsWindowEnabled).
   virtual bool TakesInput() const = 0;
   /// The form's window; 0 if it is destroyed.
@@ -55,6 +60,14 @@ class FormPeer {
   /// follow. The object may still be in use further up the stack, so the desktop keeps it until all
   /// events have returned.
   virtual void Close() = 0;
+};
+
+/// What an accessibility client offers to do with a control, in the user's language.
+struct ActionNames {
+  Text press;
+  Text open;   ///< a link
+  Text tick;   ///< a box
+  Text clear;  ///< a box that is ticked
 };
 
 /// Thrown to end the process at once; no form's unload sequence runs.
@@ -80,6 +93,8 @@ enum MessageAnswer : int { kAnswerOk = 1, kAnswerCancel = 2, kAnswerYes = 6, kAn
 class Desktop {
  public:
   virtual ~Desktop() = default;
+
+  ActionNames Actions;
 
   virtual std::unique_ptr<FormPeer> CreatePeer(Form& form) = 0;
   /// Runs events until `form` is hidden, unloaded or has lost its window; the other forms are

@@ -23,17 +23,6 @@ char16_t AccessKey(TextView caption) {
   return 0;
 }
 
-/// The caption as it reads while access keys are not underlined.
-Text WithoutAccessKeys(TextView caption) {
-  Text text;
-  for (std::size_t i = 0; i < caption.size(); ++i) {
-    // "&&" is a plain "&".
-    if (caption[i] == u'&' && ++i == caption.size()) break;
-    text += caption[i];
-  }
-  return text;
-}
-
 /// The number of the tab with this access key; 0 if there is none.
 int TabWithKey(const TabStrip& tabs, char16_t key) {
   for (int tab = 1; tab <= tabs.PartCount(); ++tab) {
@@ -335,6 +324,31 @@ bool Form::UserShortcut(const Shortcut& keys) {
     return true;
   }
   return false;
+}
+
+void Form::Announce(Announcement what, const Control* control, int row) {
+  if (peer_) peer_->Announce(what, control, row);
+}
+
+void Form::UserPressPart(Control& control, int row) {
+  if (!peer_ || !peer_->TakesInput() || !control.Reachable()) return;
+  if (row > 0) {
+    if (control.kind() == ControlKind::kListBox) static_cast<ListBox&>(control).UserCheck(row - 1);
+    return;
+  }
+  for (const AccessiblePart& part : AccessibleParts()) {
+    // The click may destroy the form: do not use it afterwards.
+    if (part.control == &control && part.pressable) return control.UserClick();
+  }
+}
+
+void Form::UserFocusPart(Control& control, int row) {
+  if (!peer_ || !peer_->TakesInput() || !control.Reachable()) return;
+  if (row == 0) return OnFocusPart(control);
+  if (control.kind() != ControlKind::kListBox) return;
+  control.SetFocus();
+  auto& list = static_cast<ListBox&>(control);
+  if (row <= list.ListCount()) list.UserSelectRow(row - 1);
 }
 
 void Form::UserMouseMove(int button, int shift, float x, float y) {

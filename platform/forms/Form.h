@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/Text.h"
+#include "platform/forms/Accessible.h"
 #include "platform/forms/Control.h"
 #include "platform/forms/Desktop.h"
 
@@ -68,6 +69,11 @@ class Form {
   bool ShowsAccessKeys() const { return accessKeys_; }
   /// Whether the focus is to be seen: the user's setting, and whether the keyboard has been used.
   bool ShowsFocus() const { return focusCues_; }
+  /// What the form paints, for those who do not see it, in reading order.
+  virtual std::vector<AccessiblePart> AccessibleParts() const { return PaintedParts(*this); }
+  /// Tells accessibility clients what has changed in a control or in its row (from 1), or in the
+  /// form itself. A painted control counts if it is one of the accessible parts.
+  void Announce(Announcement what, const Control* control = nullptr, int row = 0);
   /// The keyboard is being used: the focus is to be seen from now on (WM_CHANGEUISTATE).
   void ShowFocus();
   Color BackColor() const { return backColor_; }
@@ -134,6 +140,11 @@ class Form {
   /// Chooses the menu entry with this shortcut. False if there is none that is enabled and visible:
   /// the key is then an ordinary one.
   bool UserShortcut(const Shortcut& keys);
+  /// An accessibility client presses an accessible part, or a row (from 1) of a list with ticks: it
+  /// is clicked. Ignored where no user could do that now, and for other controls.
+  void UserPressPart(Control& control, int row);
+  /// A client wants it to have the focus.
+  void UserFocusPart(Control& control, int row);
   /// Position in twips from the corner of the client area; `button` has the buttons that are down.
   /// A press whose button is not down any more is forgotten.
   void UserMouseMove(int button, int shift, float x, float y);
@@ -205,6 +216,8 @@ class Form {
   virtual void OnLoad() {}
   virtual void OnActivate() {}
   virtual void OnDeactivate() {}
+  /// An accessible part is to have the focus.
+  virtual void OnFocusPart(const Control& /*control*/) {}
   /// `ShowsFocus` has changed.
   virtual void OnFocusCues() {}
   virtual void OnResize() {}

@@ -30,6 +30,9 @@ class MemoryPeer : public FormPeer {
   void Refresh() override { ++refreshed; }
   void Focus(Control& control) override;
   void ShowFocusCues() override { form_.PeerFocusCues(true); }
+  void Announce(Announcement what, const Control* control, int row) override {
+    if (listening) announced.push_back({what, control, row});
+  }
   void BringToFront() override;
   bool InForeground() const override;
   bool TakesInput() const override;
@@ -47,6 +50,14 @@ class MemoryPeer : public FormPeer {
   int invalidatedWhole = 0;
   int refreshed = 0;
   int rescaled = 0;
+  struct Announced {
+    Announcement what;
+    const Control* control;
+    int row;
+    bool operator==(const Announced&) const = default;
+  };
+  bool listening = false;            ///< set by the test: a client has asked
+  std::vector<Announced> announced;  ///< since then
   Control* focus = nullptr;
 
  private:

@@ -311,6 +311,17 @@ void FormWin32::ShowFocusCues() {
   form_.PeerFocusCues(true);
 }
 
+void FormWin32::Announce(Announcement what, const Control* control, int row) {
+  if (!link_) return;
+  if (!control) return NotifyClients(what, window_, CHILDID_SELF);
+  if (const HWND child = WindowOf(*control)) return NotifyClients(what, child, row);
+  int part = 0;
+  for (const AccessiblePart& each : form_.AccessibleParts()) {
+    ++part;
+    if (each.control == control) return NotifyClients(what, window_, part);
+  }
+}
+
 void FormWin32::BringToFront() { SetForegroundWindow(window_); }
 
 bool FormWin32::InForeground() const { return window_ && GetForegroundWindow() == window_; }
@@ -327,6 +338,7 @@ void FormWin32::Close() {
   }
   menus_.clear();
   lists_.clear();
+  if (link_) link_->form = nullptr;
   for (const auto& [control, child] : windows_) RemoveWindowSubclass(child, ContainerEntry, 0);
   const HWND window = std::exchange(window_, nullptr);
   if (!destroying_) DestroyWindow(window);

@@ -8,6 +8,7 @@
 #include "platform/forms/Controls.h"
 #include "platform/forms/Desktop.h"
 #include "platform/forms/Form.h"
+#include "platform/win32/AccessibleWin32.h"
 #include "platform/win32/CanvasWin32.h"
 #include "platform/win32/Handle.h"
 #include "platform/win32/ListWin32.h"
@@ -15,6 +16,9 @@
 namespace marl::win32 {
 
 class DesktopWin32;
+
+/// What an accessibility client wants done with a part.
+enum class PartRequest : WORD { kPress, kFocus };
 
 /// A form's window and its standard controls. Only translates: the form decides what a message
 /// means.
@@ -34,6 +38,7 @@ class FormWin32 : public FormPeer {
   void Refresh() override;
   void Focus(Control& control) override;
   void ShowFocusCues() override;
+  void Announce(Announcement what, const Control* control, int row) override;
   void BringToFront() override;
   bool InForeground() const override;
   bool TakesInput() const override { return IsWindowEnabled(window_) != FALSE; }
@@ -46,6 +51,10 @@ class FormWin32 : public FormPeer {
     return HandleToLong(WindowOf(control));
   }
   HWND window() const { return window_; }
+  const Form& form() const { return form_; }
+  /// Has the request of a client done later, when the client has got its answer. `row` as in
+  /// `Form::UserPressPart`.
+  void PostPart(PartRequest request, const Control& control, LONG row) const;
   /// Gives the controls new fonts.
   void FontsChanged();
   /// Passes the message to the form if it is an access key. True if it is handled; the form may
@@ -59,12 +68,18 @@ class FormWin32 : public FormPeer {
   bool hasFields() const { return hasFields_; }
 
  private:
+  using Result = std::optional<LRESULT>;
   static LRESULT CALLBACK Entry(HWND window, UINT message, WPARAM w, LPARAM l) noexcept;
   static LRESULT CALLBACK ContainerEntry(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
                                          DWORD_PTR peer) noexcept;
+  static LRESULT CALLBACK ControlEntry(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
+                                       DWORD_PTR peer) noexcept;
+  /// Lets accessibility clients ask for the control of this window.
+  void MakeAccessible(HWND child);
+  /// Answers a client that asks the window for its object; `control` is null for the form.
+  Result AnswerClient(HWND window, const Control* control, WPARAM w, LPARAM l);
   /// Runs the handler of the message, if there is one. The form may then be destroyed.
   LRESULT OnMessage(UINT message, WPARAM w, LPARAM l);
-  using Result = std::optional<LRESULT>;
   /// Message handlers. A handler that returns nothing leaves the message to the platform.
   struct Handler {
     UINT message;
@@ -102,6 +117,8 @@ class FormWin32 : public FormPeer {
   Result OnHScroll(WPARAM w, LPARAM l);
   Result OnGetDefaultId(WPARAM w, LPARAM l);
   Result OnRowAccepted(WPARAM w, LPARAM l);
+  Result OnGetObject(WPARAM w, LPARAM l);
+  Result OnPartRequest(WPARAM w, LPARAM l);
   Result OnTimer(WPARAM w, LPARAM l);
   Result OnClose(WPARAM w, LPARAM l);
   Result OnQueryEndSession(WPARAM w, LPARAM l);
@@ -193,7 +210,8 @@ class FormWin32 : public FormPeer {
   /// Areas to be painted, in pixels: each call to the platform costs more than collecting them
   /// here.
   std::vector<RECT> dirty_;
-  int updating_ = 0;  ///< above 0 while the program changes a control
+  std::shared_ptr<AccessibleLink> link_;  ///< once a client has asked
+  int updating_ = 0;                      ///< above 0 while the program changes a control
 };
 
 }  // namespace marl::win32

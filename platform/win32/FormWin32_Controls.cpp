@@ -93,6 +93,14 @@ void FormWin32::CreateControl(Control& control, int id) {
     lists_[&control] =
         std::make_unique<ListWin32>(desktop_, static_cast<ItemList&>(control), child);
   }
+  MakeAccessible(child);
+  COMBOBOXINFO combo = {};
+  combo.cbSize = sizeof combo;
+  // The field of a combo box is what has the focus.
+  if (control.kind() == ControlKind::kComboBox && static_cast<const ComboBox&>(control).Editable &&
+      GetComboBoxInfo(child, &combo) && combo.hwndItem) {
+    MakeAccessible(combo.hwndItem);
+  }
   hasFields_ = hasFields_ || native->field;
   PlaceControl(control, child);
   for (const Property property :

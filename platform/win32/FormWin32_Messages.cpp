@@ -19,6 +19,10 @@ constexpr int kLeft = 1;
 constexpr int kRight = 2;
 /// Posted to the form: Enter has closed the list of the drop-down list with this window.
 constexpr UINT kRowAccepted = WM_APP;
+/// Posted to the form: what an accessibility client wants done. `w` has the request and the row,
+/// `l` the position of the control among the form's.
+constexpr UINT kPartRequest = WM_APP + 1;
+constexpr UINT_PTR kAccessibleSubclass = 3;
 // WM_DPICHANGED and WM_GETDPISCALEDSIZE: newer than the Windows that the program is built for.
 constexpr UINT kDpiChanged = 0x02E0;
 constexpr UINT kGetDpiScaledSize = 0x02E4;
@@ -79,6 +83,8 @@ const FormWin32::Handler FormWin32::kHandlers[] = {
     {WM_HSCROLL, &FormWin32::OnHScroll},
     {DM_GETDEFID, &FormWin32::OnGetDefaultId},
     {kRowAccepted, &FormWin32::OnRowAccepted},
+    {WM_GETOBJECT, &FormWin32::OnGetObject},
+    {kPartRequest, &FormWin32::OnPartRequest},
     {WM_TIMER, &FormWin32::OnTimer},
 
     {WM_CLOSE, &FormWin32::OnClose},
@@ -339,6 +345,60 @@ FormWin32::Result FormWin32::OnRowAccepted(WPARAM, LPARAM l) {
   const Control* const control = ControlOf(reinterpret_cast<HWND>(l));
   ListWin32* const list = control ? ListOf(*control) : nullptr;
   if (list) desktop_.Event([&] { list->SelectionChanged(); });
+  return 0;
+}
+
+FormWin32::Result FormWin32::AnswerClient(HWND window, const Control* control, WPARAM w, LPARAM l) {
+  if (static_cast<LONG>(l) != OBJID_CLIENT) return {};
+  if (!link_) {
+    link_ = std::make_shared<AccessibleLink>();
+    link_->form = this;
+  }
+  const LRESULT answer = AnswerGetObject(link_, window, control, w);
+  if (answer == 0) return {};
+  return answer;
+}
+
+FormWin32::Result FormWin32::OnGetObject(WPARAM w, LPARAM l) {
+  return AnswerClient(window_, nullptr, w, l);
+}
+
+LRESULT CALLBACK FormWin32::ControlEntry(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
+                                         DWORD_PTR peer) noexcept {
+  auto* const form = reinterpret_cast<FormWin32*>(peer);
+  if (message == WM_NCDESTROY) {
+    RemoveWindowSubclass(window, ControlEntry, kAccessibleSubclass);
+  } else if (message == WM_GETOBJECT && form->window_) {
+    if (const Control* const control = form->ControlAround(window)) {
+      if (const Result answer = form->AnswerClient(window, control, w, l)) return *answer;
+    }
+  }
+  return DefSubclassProc(window, message, w, l);
+}
+
+void FormWin32::MakeAccessible(HWND child) {
+  SetWindowSubclass(child, ControlEntry, kAccessibleSubclass, reinterpret_cast<DWORD_PTR>(this));
+}
+
+void FormWin32::PostPart(PartRequest request, const Control& control, LONG row) const {
+  const auto& controls = form_.controls();
+  const auto found = std::find(controls.begin(), controls.end(), &control);
+  PostMessageW(window_, kPartRequest, MAKEWPARAM(static_cast<WORD>(request), row),
+               static_cast<LPARAM>(found - controls.begin()));
+}
+
+// Any program can post this, with any numbers.
+FormWin32::Result FormWin32::OnPartRequest(WPARAM w, LPARAM l) {
+  desktop_.Event([&] {
+    const auto& controls = form_.controls();
+    if (l < 0 || static_cast<std::size_t>(l) >= controls.size()) return;
+    Control& control = *controls[static_cast<std::size_t>(l)];
+    if (static_cast<PartRequest>(LOWORD(w)) == PartRequest::kPress) {
+      form_.UserPressPart(control, HIWORD(w));
+    } else {
+      form_.UserFocusPart(control, HIWORD(w));
+    }
+  });
   return 0;
 }
 

@@ -106,7 +106,7 @@ bool IsCaption(const std::string& name, int id) {
   for (const char* start :
        {"IDS_MENU_", "IDS_BUTTON_", "IDS_TIP_", "IDS_ABOUT_", "IDS_UI_", "IDS_FONT_",
         "IDS_OPTIONS_", "IDS_SEGMENTATION_", "IDS_WIZARD_", "IDS_LAN_", "IDS_SELECT_",
-        "IDS_SERVER_", "IDS_RUNNING_", "IDS_DIALOG_"}) {
+        "IDS_SERVER_", "IDS_RUNNING_", "IDS_DIALOG_", "IDS_ACTION_", "IDS_NAME_"}) {
     if (name.starts_with(start)) return true;
   }
   return false;

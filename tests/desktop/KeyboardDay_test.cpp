@@ -1,0 +1,217 @@
+#include "tests/desktop/Dialog.h"
+#include "tests/desktop/Switchboard.h"
+#include "tests/desktop/Words.h"
+
+// A day without a mouse, in every language: what the program can do is reached and used by keys,
+// from the first start to the exit. The mouse rests in a corner of the screen. (Menu_test chooses
+// every entry of the menu bar by its keys.)
+
+namespace marl::desktop {
+
+namespace {
+
+class KeyboardDay : public SwitchboardTest, public testing::WithParamInterface<std::string> {
+ protected:
+  KeyboardDay() {
+    settings.Set(L"FirstRun", L"Y");
+    MoveMouse(0, 0);
+  }
+
+  void SetUp() override {
+    ASSERT_TRUE(CopyFileW(g_programs.In(GetParam()).c_str(), suite.marl().c_str(), FALSE));
+  }
+
+  /// Presses a key once the window takes it.
+  static bool Press(HWND window, const std::vector<WORD>& held, WORD key) {
+    if (!BringForward(window)) return false;
+    Chord(held, key);
+    return true;
+  }
+  /// Alt and the underlined letter of a text.
+  bool PressAccessKey(HWND window, int text) const {
+    const std::wstring caption = words(text);
+    const std::size_t at = caption.find(L'&');
+    if (at == std::wstring::npos) return false;
+    return Press(window, {VK_MENU}, LOBYTE(VkKeyScanW(towlower(caption[at + 1]))));
+  }
+  /// Goes with Tab to the first control of this class, and text if it is not null.
+  static bool TabTo(const Dialog& dialog, const wchar_t* windowClass,
+                    const wchar_t* text = nullptr) {
+    const auto isThere = [&] {
+      const HWND focus = dialog.Focus();
+      return focus && _wcsicmp(ClassOf(focus).c_str(), windowClass) == 0 &&
+             (!text || TextOf(focus) == text);
+    };
+    for (int tabs = 0; tabs < 40 && !isThere(); ++tabs) {
+      const HWND before = dialog.Focus();
+      if (!Press(dialog.window(), {}, VK_TAB)) return false;
+      if (!WaitUntil([&] { return dialog.Focus() != before; })) return false;
+    }
+    return isThere();
+  }
+  testing::AssertionResult SayNo(const RunningMarl& marl, int question) const {
+    const MessageBoxWindow box = marl.WaitForBox();
+    if (!box) return testing::AssertionFailure() << "no message box came";
+    if (box.Text() != words(question)) return testing::AssertionFailure() << ToUtf8(box.Text());
+    if (!Press(box.window(), {}, VK_RIGHT)) return testing::AssertionFailure() << "no keyboard";
+    Chord({}, VK_RETURN);
+    const bool closed =
+        WaitUntil([&] { return !IsWindow(box.window()) || !IsWindowVisible(box.window()); });
+    return closed ? testing::AssertionSuccess() : testing::AssertionFailure() << "it stays";
+  }
+  static std::wstring Status(HWND main) {
+    return TextOf(FindWindowExW(main, nullptr, L"msctls_statusbar32", nullptr));
+  }
+  /// Moves the panel's focus on, and waits until the status line has this button's text.
+  bool FocusOn(HWND main, WORD key, int button) const {
+    if (!Press(main, {}, key)) return false;
+    return WaitUntil([&] { return Status(main) == words(IDS_TIP_ANALYSE + button); });
+  }
+
+  const Words words{GetParam()};
+  const SuiteFolder suite;
+};
+
+}  // namespace
+
+TEST_P(KeyboardDay, EverythingIsReachedWithoutAMouse) {
+  const RunningMarl marl(suite);
+  ASSERT_TRUE(SayNo(marl, IDS_ASK_DEMONSTRATION));
+  ASSERT_TRUE(SayNo(marl, IDS_ASK_WIZARD));
+  // Any key closes the splash once start-up is complete.
+  HWND main = nullptr;
+  ASSERT_TRUE(WaitUntil([&] {
+    if (const HWND splash = marl.Splash()) PostMessageW(splash, WM_CHAR, L' ', 0);
+    main = marl.Window();
+    return main && IsWindowVisible(main) && !marl.Splash();
+  }));
+  std::size_t count = 1;  // Q17Shell.exe, for the context menu
+  ASSERT_EQ(suite.WaitForTools(count).size(), count);
+
+  // Every button of the panel, one after the other.
+  const std::vector<std::wstring> tools = {L"Q17Gauge.exe",
+                                           L"Q17Pair.exe",
+                                           L"Q17Lexis.exe",
+                                           L"Q17Cadence.exe",
+                                           L"Q17Batch.exe",
+                                           L"Q17Bench.exe",
+                                           L"",
+                                           L"",
+                                           L"Q17Warden.exe",
+                                           L"Q17Kit.exe",
+                                           L"",
+                                           L"Q17Vault.exe",
+                                           L"Q17Renew.exe",
+                                           L"Q17Diff.exe",
+                                           L"Q17Bridge.exe",
+                                           L"Q17Cleave.exe",
+                                           L"Q17Xlf.exe"};
+  for (int button = 0; button < static_cast<int>(tools.size()); ++button) {
+    ASSERT_TRUE(FocusOn(main, VK_TAB, button)) << button;
+    const std::wstring& tool = tools[static_cast<std::size_t>(button)];
+    if (!tool.empty()) {
+      Chord({}, button % 2 ? VK_RETURN : VK_SPACE);
+      const auto starts = suite.WaitForTools(++count);
+      ASSERT_EQ(starts.size(), count);
+      const bool server = button == kAdministrator;
+      EXPECT_EQ(starts.back(), Start(suite, tool, server ? L"tracking.example.com /port=80" : L""));
+    } else if (button == kChangeServer) {
+      Chord({}, VK_SPACE);
+      const Dialog dialog(marl, words(IDS_SERVER_TITLE).c_str());
+      ASSERT_TRUE(dialog);
+      ASSERT_TRUE(WaitUntil([&] { return dialog.InFront(); }));
+      Keys(L"tracking.example.com");
+      Chord({}, VK_RETURN);
+      ASSERT_TRUE(dialog.Gone());
+      EXPECT_TRUE(WaitUntil(
+          [&] { return TextOf(main).find(L"tracking.example.com") != std::wstring::npos; }));
+    } else if (button == kQaCheck) {
+      Chord({}, VK_SPACE);
+      const MessageBoxWindow box = marl.WaitForBox();
+      ASSERT_TRUE(box) << "its component is not installed";
+      ASSERT_TRUE(Press(box.window(), {}, VK_RETURN));
+      ASSERT_TRUE(WaitUntil([&] { return !IsWindow(box.window()); }));
+    }
+  }
+  Screenshot("keyboard-" + GetParam() + "-panel", main);
+
+  // The display settings: by the hidden word, their fields by Tab, and OK by Enter.
+  ASSERT_TRUE(BringForward(main));
+  Keys(L"setgui");
+  {
+    const Dialog dialog(marl, words(IDS_UI_TITLE).c_str());
+    ASSERT_TRUE(dialog);
+    ASSERT_TRUE(WaitUntil([&] { return dialog.InFront(); }));
+    ASSERT_TRUE(TabTo(dialog, L"ScrollBar"));
+    const HWND bar = dialog.Focus();
+    const int angle = GetScrollPos(bar, SB_CTL);
+    for (int step = 1; step <= 3; ++step) {
+      Chord({}, VK_RIGHT);
+      ASSERT_TRUE(WaitUntil([&] { return GetScrollPos(bar, SB_CTL) == angle + step; })) << step;
+    }
+    // The first row's tick off: the first button is hidden.
+    ASSERT_TRUE(TabTo(dialog, L"ListBox"));
+    Chord({}, VK_HOME);
+    Chord({}, VK_SPACE);
+    Screenshot("keyboard-" + GetParam() + "-look", dialog.window());
+    Chord({}, VK_RETURN);
+    ASSERT_TRUE(dialog.Gone());
+    const auto look = ReadStored(L"Software\\Oru\\Marl\\GUI");
+    ASSERT_TRUE(look && look->contains("Angle"));
+    EXPECT_EQ(look->at("Angle"), Number(static_cast<std::uint32_t>(angle + 3)));
+    EXPECT_EQ(look->at("DisplayIcons").bytes.substr(0, 8), "000|011|");
+  }
+
+  // The options: the pages by Ctrl+Tab and by access keys, a box by its key, a dialog of theirs.
+  ASSERT_TRUE(Press(main, {VK_SHIFT}, VK_F6));
+  {
+    const Dialog dialog(marl, words(IDS_OPTIONS_TITLE).c_str());
+    ASSERT_TRUE(dialog);
+    ASSERT_TRUE(WaitUntil([&] { return dialog.InFront(); }));
+    ASSERT_TRUE(PressAccessKey(dialog.window(), IDS_OPTIONS_TOOLS_MENU));
+    EXPECT_TRUE(WaitUntil([&] { return dialog.Checked(words(IDS_OPTIONS_TOOLS_MENU).c_str()); }));
+    for (const int page : {IDS_OPTIONS_SEGMENTATION, IDS_OPTIONS_LAN, IDS_OPTIONS_EXPRESSIONS_ADD,
+                           IDS_OPTIONS_DISPLAY}) {
+      ASSERT_TRUE(Press(dialog.window(), {VK_CONTROL}, VK_TAB));
+      EXPECT_TRUE(WaitUntil([&] { return dialog.Button(words(page).c_str()) != nullptr; })) << page;
+    }
+    ASSERT_TRUE(Press(dialog.window(), {VK_CONTROL}, VK_TAB));
+    ASSERT_TRUE(Press(dialog.window(), {VK_CONTROL}, VK_TAB));
+    ASSERT_TRUE(PressAccessKey(dialog.window(), IDS_OPTIONS_LAN));
+    {
+      const Dialog lan(marl, words(IDS_LAN_TITLE).c_str());
+      ASSERT_TRUE(lan);
+      ASSERT_TRUE(WaitUntil([&] { return lan.InFront(); }));
+      Chord({}, VK_ESCAPE);
+      ASSERT_TRUE(lan.Gone());
+    }
+    ASSERT_TRUE(Press(dialog.window(), {}, VK_RETURN));
+    ASSERT_TRUE(dialog.Gone());
+  }
+  // The first program of the Tools menu, which is now shown, by F10, arrows and Enter.
+  ASSERT_TRUE(Press(main, {}, VK_F10));
+  for (const int key : {VK_RIGHT, VK_RIGHT, VK_RIGHT, VK_RIGHT, VK_RIGHT, VK_DOWN, VK_RETURN}) {
+    Chord({}, static_cast<WORD>(key));
+  }
+  const auto starts = suite.WaitForTools(++count);
+  ASSERT_EQ(starts.size(), count);
+  EXPECT_EQ(starts.back(), Start(suite, L"FaceMap.exe"));
+
+  // About, and out.
+  ASSERT_TRUE(Press(main, {VK_CONTROL}, VK_F1));
+  {
+    const Dialog about(marl, words(IDS_ABOUT_TITLE).c_str());
+    ASSERT_TRUE(about);
+    ASSERT_TRUE(WaitUntil([&] { return about.InFront(); }));
+    Chord({}, VK_ESCAPE);
+    ASSERT_TRUE(about.Gone());
+  }
+  ASSERT_TRUE(FocusOn(main, VK_END, kExit));
+  Chord({}, VK_SPACE);
+  EXPECT_EQ(marl.WaitForExit(), 0u);
+  EXPECT_EQ(suite.WaitForTools(count).size(), count);
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, KeyboardDay, testing::ValuesIn(MemoryStrings::Languages()));
+
+}  // namespace marl::desktop

@@ -1,0 +1,132 @@
+#include "tests/contract/AccessibleClient.h"
+#include "tests/desktop/Dialog.h"
+#include "tests/desktop/Switchboard.h"
+#include "tests/desktop/Words.h"
+
+// The program as a screen reader meets it: another process reads its windows through accessible
+// objects, and presses its buttons with them.
+
+namespace marl::desktop {
+
+namespace {
+
+class ScreenReader : public SwitchboardTest, public testing::WithParamInterface<std::string> {
+ protected:
+  ScreenReader() {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    MoveMouse(0, 0);
+  }
+  ~ScreenReader() override { CoUninitialize(); }
+
+  void SetUp() override {
+    ASSERT_TRUE(CopyFileW(g_programs.In(GetParam()).c_str(), suite.marl().c_str(), FALSE));
+  }
+
+  const Words words{GetParam()};
+  const SuiteFolder suite{L"Suite", {L"Q17Kit.exe"}};
+};
+
+}  // namespace
+
+TEST_P(ScreenReader, ReadsThePanelAsItLooks) {
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  const AccessibleAnswer panel(main);
+  ASSERT_TRUE(panel);
+  EXPECT_NE(panel.Name(CHILDID_SELF).find(L"Marl"), std::wstring::npos);
+  for (int button = 0; button < 18; ++button) {
+    const LONG id = button + 1;
+    EXPECT_EQ(panel.Role(id), ROLE_SYSTEM_PUSHBUTTON);
+    EXPECT_EQ(panel.Name(id), words(IDS_BUTTON_ANALYSE + button));
+    EXPECT_EQ(panel.Description(id), words(IDS_TIP_ANALYSE + button));
+    EXPECT_EQ(panel.Action(id), words(IDS_ACTION_PRESS));
+    const bool dead = button == kUtilities || button == kTrackProjects;
+    EXPECT_EQ(panel.State(id), STATE_SYSTEM_FOCUSABLE | (dead ? STATE_SYSTEM_UNAVAILABLE : 0));
+    const POINT icon = IconOf(main, button);
+    const RECT place = panel.Place(id);
+    EXPECT_TRUE(PtInRect(&place, icon)) << button;
+    EXPECT_EQ(panel.At(icon.x, icon.y), id);
+    LONG hit = -1;
+    const AccessibleAnswer there(icon, hit);
+    ASSERT_TRUE(there) << button;
+    EXPECT_EQ(there.Name(hit), panel.Name(id));
+  }
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_P(ScreenReader, FollowsTheFocusOfTheKeyboard) {
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  ASSERT_TRUE(BringForward(main));
+  const AccessibleAnswer panel(main);
+  ASSERT_TRUE(panel);
+  EXPECT_EQ(panel.Focus(), CHILDID_SELF);
+  Chord({}, VK_TAB);
+  EXPECT_TRUE(WaitUntil([&] { return panel.Focus() == 1; }));
+  EXPECT_TRUE(panel.State(1) & STATE_SYSTEM_FOCUSED);
+  Chord({}, VK_END);
+  EXPECT_TRUE(WaitUntil([&] { return panel.Focus() == 18; }));
+  EXPECT_FALSE(panel.State(1) & STATE_SYSTEM_FOCUSED);
+  // The reader moves it.
+  EXPECT_EQ(panel->accSelect(SELFLAG_TAKEFOCUS, ChildId(6)), S_OK);
+  EXPECT_TRUE(WaitUntil([&] { return panel.Focus() == 6; }));
+  Chord({}, VK_SPACE);
+  EXPECT_EQ(suite.WaitForTools(1).size(), 1u);
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_P(ScreenReader, PressesEveryButton) {
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  const AccessibleAnswer panel(main);
+  ASSERT_TRUE(panel);
+  const std::wstring tools[18] = {L"Q17Gauge.exe",
+                                  L"Q17Pair.exe",
+                                  L"Q17Lexis.exe",
+                                  L"Q17Cadence.exe",
+                                  L"Q17Batch.exe",
+                                  L"Q17Bench.exe",
+                                  L"",
+                                  L"",
+                                  L"Q17Warden.exe",
+                                  L"",
+                                  L"",
+                                  L"Q17Vault.exe",
+                                  L"Q17Renew.exe",
+                                  L"Q17Diff.exe",
+                                  L"Q17Bridge.exe",
+                                  L"Q17Cleave.exe",
+                                  L"Q17Xlf.exe",
+                                  L""};
+  std::vector<Started> starts;
+  for (int button = 0; button < 17; ++button) {
+    EXPECT_EQ(panel.Press(button + 1), S_OK) << button;
+    if (!tools[button].empty()) {
+      starts.push_back(Start(suite, tools[button]));
+      EXPECT_EQ(suite.WaitForTools(starts.size()), starts);
+    } else if (button == kChangeServer) {
+      const Dialog dialog(marl, words(IDS_SERVER_TITLE).c_str());
+      ASSERT_TRUE(dialog) << "the reader does not wait for the dialog";
+      // Behind the dialog a press does nothing.
+      EXPECT_EQ(panel.Press(1), S_OK);
+      const AccessibleAnswer cancel(dialog.Button(words(IDS_CANCEL).c_str()));
+      ASSERT_TRUE(cancel);
+      EXPECT_EQ(cancel.Press(CHILDID_SELF), S_OK);
+      EXPECT_TRUE(dialog.Gone());
+    } else if (button == kQaCheck) {
+      const MessageBoxWindow box = marl.WaitForBox();
+      ASSERT_TRUE(box) << "its component is not installed";
+      ASSERT_TRUE(box.Press(IDOK));
+    }
+  }
+  EXPECT_EQ(panel.Press(kExit + 1), S_OK);
+  EXPECT_EQ(marl.WaitForExit(), 0u);
+  EXPECT_EQ(suite.WaitForTools(starts.size()), starts);
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, ScreenReader, testing::ValuesIn(MemoryStrings::Languages()));
+
+}  // namespace marl::desktop
