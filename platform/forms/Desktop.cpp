@@ -22,11 +22,11 @@ Form* Desktop::OwnerFor(const Form& form) const {
   return form.Border == BorderStyle::kNone && !forms_.empty() ? forms_.front() : nullptr;
 }
 
-void Desktop::Event(const std::function<void()>& event) {
+void Desktop::RunEvent(void* event, void (*call)(void* event)) {
   if (ended_) return;
   ++depth_;
   try {
-    event();
+    call(event);
   } catch (const ProcessEnd& end) {
     End(end.exitCode);
   } catch (const EventEnd&) {
@@ -43,7 +43,11 @@ void Desktop::Event(const std::function<void()>& event) {
 
 void Desktop::Fail(TextView text) {
   StopEvents(1);
-  MsgBox(text, kCritical, kApplicationTitle);
+  // Without memory even for the message, the process ends without it.
+  try {
+    MsgBox(text, kCritical, kApplicationTitle);
+  } catch (const std::bad_alloc&) {
+  }
   End(1);
 }
 

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "platform/Canvas.h"
@@ -161,8 +162,14 @@ class Desktop {
   Form* OwnerFor(const Form& form) const;
 
   /// Runs `event`; every event enters here, and no failure gets out. An uncaught failure ends the
-  /// process: no further event runs, and its text is shown.
-  void Event(const std::function<void()>& event);
+  /// process: no further event runs, and its text is shown. Entering takes no memory, so that a
+  /// failure for want of it does not get out either.
+  template <typename Body>
+  void Event(Body&& event) {
+    using Object = std::remove_reference_t<Body>;
+    RunEvent(const_cast<void*>(static_cast<const void*>(std::addressof(event))),
+             [](void* object) { (*static_cast<Object*>(object))(); });
+  }
   /// True once the process has to end; no further event runs then.
   bool ended() const { return ended_; }
   int exitCode() const { return exitCode_; }
@@ -191,6 +198,7 @@ class Desktop {
  private:
   friend class Form;
   friend class WorkingPointer;
+  void RunEvent(void* event, void (*call)(void* event));
   void Fail(TextView text);
   void StopEvents(int exitCode);
 

@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "platform/forms/Controls.h"
@@ -28,6 +29,25 @@ BOOL CALLBACK VisitWindow(HWND window, LPARAM data) noexcept {
   auto& state = *reinterpret_cast<Visit*>(data);
   return state.failure.Run([&] { return state.visit(HandleToLong(window)) ? TRUE : FALSE; }, FALSE);
 }
+
+/// A text with a terminator. Short ones take no memory: the message that there is none must show.
+class MessageText {
+ public:
+  explicit MessageText(TextView text) {
+    if (text.size() >= short_.size()) {
+      long_ = text;
+    } else {
+      std::copy(text.begin(), text.end(), short_.begin());
+    }
+  }
+  const wchar_t* get() const {
+    return long_.empty() ? reinterpret_cast<const wchar_t*>(short_.data()) : Wide(long_);
+  }
+
+ private:
+  std::array<char16_t, 256> short_ = {};
+  Text long_;
+};
 
 }  // namespace
 
@@ -143,7 +163,7 @@ HWND DesktopWin32::MessageOwner() const {
 }
 
 int DesktopWin32::MsgBox(TextView text, int flags, TextView title) {
-  return MessageBoxW(MessageOwner(), Wide(Text(text)), Wide(Text(title)),
+  return MessageBoxW(MessageOwner(), MessageText(text).get(), MessageText(title).get(),
                      static_cast<UINT>(flags) | MB_SETFOREGROUND);
 }
 
