@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <memory>
-#include <variant>
 #include <vector>
 
 #include "platform/Text.h"
+#include "platform/Variant.h"
 
 namespace marl {
 
@@ -16,7 +16,7 @@ struct ForeignValue {
 
 /// An argument or result of a component's operation: nothing, a number or a text. A component may
 /// also return anything else.
-using ComponentValue = std::variant<std::monostate, std::int32_t, Text, ForeignValue>;
+using ComponentValue = Variant<std::monostate, std::int32_t, Text, ForeignValue>;
 
 /// A component instance; the destructor releases it.
 class Component {

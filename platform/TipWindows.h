@@ -1,10 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <variant>
 
 #include "platform/Geometry.h"
 #include "platform/Text.h"
+#include "platform/Variant.h"
 #include "platform/WindowHandle.h"
 
 namespace marl {
@@ -37,7 +37,7 @@ enum TipMessage : int {
 };
 
 /// A message's second parameter.
-using TipParameter = std::variant<std::intptr_t, Text, ToolInfo>;
+using TipParameter = Variant<std::intptr_t, Text, ToolInfo>;
 
 /// Tip windows of the common controls.
 class TipWindows {

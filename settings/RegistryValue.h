@@ -1,15 +1,15 @@
 #pragma once
 
 #include <cstdint>
-#include <variant>
 
 #include "platform/Text.h"
+#include "platform/Variant.h"
 #include "support/Numbers.h"
 
 namespace marl {
 
 /// Data of a registry value: nothing, text, a 16-bit or 32-bit integer, or bytes.
-using RegistryValue = std::variant<std::monostate, Text, std::int16_t, std::int32_t, Bytes>;
+using RegistryValue = Variant<std::monostate, Text, std::int16_t, std::int32_t, Bytes>;
 
 /// The value as text: numbers in decimal, nothing as an empty text, bytes as 16-bit units, low byte
 /// first; an odd last byte is dropped.
