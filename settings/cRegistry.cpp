@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <utility>
 
 namespace marl {
@@ -56,15 +55,17 @@ RegistryValue cRegistry::Value() {
   std::array<char, kFirstBuffer> first = {};
   std::uint32_t kind = 0;
   std::uint32_t size = 0;
-  const Status status = store_.QueryValue(key, name, kind, first, size);
-  if (status != kOk && status != kMoreData) return Default;
-  valueType = static_cast<std::int32_t>(kind);
-  NarrowText data(first.data(), std::min<std::size_t>(size, first.size()));
-  if (status == kMoreData) {
+  Status status = store_.QueryValue(key, name, kind, first, size);
+  NarrowText data(first.data(), status == kOk ? std::min<std::size_t>(size, first.size()) : 0);
+  // Another program may write a longer value between the queries: it is asked for once more.
+  for (int tries = 0; status == kMoreData && tries < 2; ++tries) {
     data.assign(size, '\0');
-    std::uint32_t read = size;
-    store_.QueryValue(key, name, kind, data, read);
+    status = store_.QueryValue(key, name, kind, data, size);
+    if (status == kOk) data.resize(size);
   }
+  // It can also have been deleted meanwhile, or become longer again.
+  if (status != kOk) return Default;
+  valueType = static_cast<std::int32_t>(kind);
 
   if (IsTextKind(static_cast<std::uint32_t>(valueType))) {
     // Text of size 0 has no terminator to drop.
@@ -99,7 +100,7 @@ Text cRegistry::ExpandEnvironment(const Text& text) {
   const std::uint32_t needed = store_.ExpandEnvironment(source, {});
   if (needed == 0) return {};
   NarrowText expanded(needed, '\0');
-  store_.ExpandEnvironment(source, expanded);
+  if (store_.ExpandEnvironment(source, expanded) == 0) return {};
   expanded.pop_back();
   return store_.FromNarrow(expanded);
 }
