@@ -84,9 +84,9 @@ class FileSystem {
   /// Next reads the first entry. Null if nothing matches or the folder cannot be listed.
   virtual std::unique_ptr<FileSearch> Find(TextView pattern) const = 0;
 
-  /// The temporary folder with its trailing backslash (GetTempPath).
+  /// The temporary folder with its trailing backslash (GetTempPath); empty if there is none.
   virtual Text TempPath() const = 0;
-  /// A generated file name without folder, not in use before, for a temporary file.
+  /// A generated file name without folder, not in use before: ORU, more and ".tmp".
   virtual Text TempName() = 0;
 };
 

@@ -15,6 +15,11 @@ namespace {
 constexpr TextView kApplication = u"Marl";
 constexpr TextView kSection = u"Settings";
 
+constexpr TextView kTemporaryFiles = u"ORU*.TMP";
+constexpr TextView kProbeExtension = u".html";
+// What a start leaves that is killed while it probes the browser.
+constexpr TextView kProbes = u"ORU*.TMP.HTML";
+
 }  // namespace
 
 void frmMain::OnLoad() {
@@ -98,14 +103,18 @@ void frmMain::RedirectToWizard() {
 
 void frmMain::RemoveTemporaryFiles() {
   const Text folder = platform_.files.TempPath();
-  const auto search = platform_.files.Find(folder + u"ORU*.TMP");
-  if (!search) return;
-  std::vector<Text> names;
-  FoundEntry entry;
-  while (search->Next(entry) == kOk) {
-    if (!(entry.attributes & kDirectory)) names.push_back(entry.name);
+  // The pattern alone would mean the current folder.
+  if (folder.empty()) return;
+  for (const TextView pattern : {kTemporaryFiles, kProbes}) {
+    const auto search = platform_.files.Find(folder + Text(pattern));
+    if (!search) continue;
+    std::vector<Text> names;
+    FoundEntry entry;
+    while (search->Next(entry) == kOk) {
+      if (!(entry.attributes & kDirectory)) names.push_back(entry.name);
+    }
+    for (const Text& name : names) platform_.files.Remove(folder + name, false);
   }
-  for (const Text& name : names) platform_.files.Remove(folder + name, false);
 }
 
 void frmMain::SetCaptions() {
@@ -171,11 +180,12 @@ void frmMain::RestoreFlags() {
 }
 
 void frmMain::ProbeBrowser() {
-  const Text probe = JoinPath(platform_.files.TempPath(), platform_.files.TempName() + u".html");
+  const Text folder = platform_.files.TempPath();
+  const Text probe = JoinPath(folder, platform_.files.TempName().append(kProbeExtension));
   {
     constexpr std::string_view kPage = "<html><head></head><body><p></p></body></html>\r\n";
     Status status = kOk;
-    const auto file = platform_.files.Create(probe, status);
+    const auto file = folder.empty() ? nullptr : platform_.files.Create(probe, status);
     if (!file || file->Write(kPage.data(), kPage.size()) != kOk) {
       throw RuntimeError(70, u"Permission denied");
     }

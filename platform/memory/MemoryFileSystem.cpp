@@ -316,7 +316,7 @@ Text MemoryFileSystem::TempName() {
   for (int n = nextTempName_++; n > 0; n /= 10) {
     digits.insert(digits.begin(), static_cast<char16_t>(u'0' + n % 10));
   }
-  return u"rad" + digits + u".tmp";
+  return u"ORU" + digits + u".tmp";
 }
 
 void MemoryFileSystem::Put(TextView path, Bytes bytes, std::uint32_t attributes) {

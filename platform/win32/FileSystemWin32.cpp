@@ -218,7 +218,7 @@ Text FileSystemWin32::TempName() {
   constexpr char16_t kDigits[] = u"0123456789ABCDEF";
   std::uint64_t seed = (std::uint64_t{GetCurrentProcessId()} << 32) ^ GetTickCount64();
   seed = (seed + ++tempNumber_) * 0x9E3779B97F4A7C15u;
-  Text name = u"rad";
+  Text name = u"ORU";
   for (int i = 0; i < 8; ++i, seed >>= 4) name += kDigits[seed >> 28 & 15];
   return name + u".tmp";
 }
