@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "tests/contract/FailingAllocations.h"
+
 namespace {
 
 std::atomic<std::int64_t> live = 0;
@@ -26,6 +28,7 @@ void* Take(std::size_t size) noexcept {
 }
 
 void* TakeOrThrow(std::size_t size) {
+  if (marl::theFailingAllocations.Fails()) throw std::bad_alloc();
   void* const memory = Take(size);
   if (!memory) throw std::bad_alloc();
   return memory;

@@ -1,7 +1,12 @@
-// The sanitizers' allocator: it counts the memory in use, and must not be replaced.
+// Under the sanitizers, their own allocator serves and counts; it must not be replaced. Operator
+// new is put in front of theirs, to fail on request.
+
+#include <dlfcn.h>
 
 #include <cstddef>
+#include <new>
 
+#include "tests/contract/FailingAllocations.h"
 #include "tests/contract/LiveBytes.h"
 
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
@@ -9,6 +14,27 @@ extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 // Five frames say where a block comes from. The default of thirty takes a tenth of the tests' time;
 // ASAN_OPTIONS=malloc_context_size=30 brings them back.
 extern "C" const char* __asan_default_options() { return "malloc_context_size=5"; }
+
+namespace {
+
+using Allocate = void* (*)(std::size_t size);
+
+/// The sanitizer's operator with this (mangled) name.
+Allocate Next(const char* name) { return reinterpret_cast<Allocate>(dlsym(RTLD_NEXT, name)); }
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  static const Allocate next = Next("_Znwm");
+  if (marl::theFailingAllocations.Fails()) throw std::bad_alloc();
+  return next(size);
+}
+
+void* operator new[](std::size_t size) {
+  static const Allocate next = Next("_Znam");
+  if (marl::theFailingAllocations.Fails()) throw std::bad_alloc();
+  return next(size);
+}
 
 namespace marl {
 
