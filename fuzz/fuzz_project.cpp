@@ -1,7 +1,13 @@
 #include "documents/clsQPRX.h"
+#include "fuzz/Mutators.h"
 #include "platform/RuntimeError.h"
 #include "platform/memory/OneFile.h"
 #include "tests/unit/FuzzTarget.h"
+
+MARL_FUZZ_WORDS("<language lc=\"de\"/>", "<language", "</language>", "<document path=\"a.doc\"/>",
+                "<document", " path=\"", " lc=\"", " description=\"French\"",
+                "<target-files shortlang=\"yes\"/>", "<!DOCTYPE x>", "<!-- -->", "<![CDATA[", "]]>",
+                "<?xml?>", "fr\\", "French\\", "\"", "/>", ">", "&amp;", "\xEF\xBB\xBF")
 
 // Any bytes as a project file: a result or the one known failure, and lists as long as their
 // counts.

@@ -1,6 +1,13 @@
 #include "appearance/SkinFile.h"
+#include "fuzz/Mutators.h"
 #include "platform/memory/OneFile.h"
 #include "tests/unit/FuzzTarget.h"
+
+MARL_FUZZ_WORDS("<parameter", " name=\"", " value=\"", "\"/>", "angle", "colour1", "colour2",
+                "border1", "border2", "borderwidth", "text1", "text2", "icons", "twostate",
+                "iconsperrow", "font1", "font2", "displayicons", "0", "1", "4", "18", "-1", "359",
+                "2147483648", "&amp;HFF", "1e3", "1.5", "Arial|10|BIU", "|", "001|011|021",
+                "<marlskin>", "<!--", "-->")
 
 namespace {
 

@@ -1,8 +1,12 @@
 #include "documents/clsXMLTag.h"
 #include "documents/modUTF8.h"
+#include "fuzz/Mutators.h"
 #include "platform/RuntimeError.h"
 #include "tests/unit/FuzzTarget.h"
 #include "tests/unit/XMLReference.h"
+
+MARL_FUZZ_WORDS("<", "/>", ">", "</", "name", "Name", "\u00E9", "=", "\"", "'", " ", "\t", "\r\n",
+                "&amp;", "&lt;", "&gt;", "&quot;", "&apos;", "&", ";", "value", "a=\"1\"", "a='2'")
 
 // Any text, parsed as a tag.
 MARL_FUZZ_TARGET(tags) {
