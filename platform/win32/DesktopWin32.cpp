@@ -138,6 +138,8 @@ bool DesktopWin32::TakeShortcut(const MSG& message) {
 void DesktopWin32::WaitForEvents() { WaitMessage(); }
 
 void DesktopWin32::Dispatch(MSG& message) {
+  // The platform sends these, with a pointer. Another program can post them with any number.
+  if (message.message == kDpiChanged || message.message == kGetDpiScaledSize) return;
   if (TakeShortcut(message)) return;
   for (const Form* form : forms()) {
     auto* const peer = static_cast<FormWin32*>(form->peer());

@@ -9,6 +9,7 @@
 
 #include "platform/forms/CommonControls.h"
 #include "platform/win32/DesktopWin32.h"
+#include "platform/win32/DpiWin32.h"
 
 namespace marl::win32 {
 
@@ -23,9 +24,6 @@ constexpr UINT kRowAccepted = WM_APP;
 /// `l` the position of the control among the form's.
 constexpr UINT kPartRequest = WM_APP + 1;
 constexpr UINT_PTR kAccessibleSubclass = 3;
-// WM_DPICHANGED and WM_GETDPISCALEDSIZE: newer than the Windows that the program is built for.
-constexpr UINT kDpiChanged = 0x02E0;
-constexpr UINT kGetDpiScaledSize = 0x02E4;
 
 Text WindowText(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');

@@ -41,6 +41,19 @@ class RescaledMain : public MainWindow {
 
 }  // namespace
 
+// Only the platform sends them, with a pointer.
+TEST_F(RescaledMain, MessagesAboutResolutionsThatOtherProgramsPostAreDropped) {
+  Start();
+  constexpr UINT kGetScaledSizeMessage = 0x02E4;
+  for (const UINT message : {kDpiChangedMessage, kGetScaledSizeMessage}) {
+    for (const LPARAM number : {LPARAM{16}, LPARAM{-1}, LPARAM{0x12345678}}) {
+      PostMessageW(Window(), message, MAKEWPARAM(144, 144), number);
+    }
+  }
+  desktop.DoEvents();
+  EXPECT_EQ(main->resolution().x, 96);
+}
+
 TEST_F(RescaledMain, HighlightsPressesAndTipsFollowEachResolution) {
   for (const TextView tool : {u"Q17Bench.exe"}) {
     files.Put(u"C:\\Suite\\" + Text(tool), "MZ");
