@@ -128,7 +128,7 @@ follow_tests() {
       if (text ~ /^(Test command|Working Directory|Environment variables|Test timeout [a-z ]+):/ ||
           text ~ /^ [A-Z_]+=/) next  # what ctest says in front
       if (text ~ /^\[==========\] (Running|Sharing) /) {
-        all[n] = $4
+        if (!(n in all)) all[n] = $4  # a test may start its own program again
       } else if (text ~ /^\[       OK \]/ || text ~ /^\[  SKIPPED \].*ms\)$/) {
         ++ran[n]
         held[n] = ""
