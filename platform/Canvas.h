@@ -23,6 +23,8 @@ struct TextStyle {
 class Canvas {
  public:
   virtual ~Canvas() = default;
+  /// What is outside of this box need not be painted.
+  virtual Box Needed() const = 0;
   /// A box without a positive width and height is not filled.
   virtual void Fill(const Box& box, Color color) = 0;
   /// Blends the picture over the surface by its alpha.

@@ -591,6 +591,12 @@ void PaintForm(const Form& form, Canvas& canvas) {
 
 void PaintControls(const Form& form, const Control* container, Canvas& canvas) {
   const Resolution resolution = form.resolution();
+  const Box needed = canvas.Needed();
+  // Whether a box, and the pixel beside it that lines reach, is needed.
+  const auto isNeeded = [&](const Box& box) {
+    return box.left <= needed.left + needed.width && box.left + box.width >= needed.left - 1 &&
+           box.top <= needed.top + needed.height && box.top + box.height >= needed.top - 1;
+  };
   const auto x = [&](int twips) { return resolution.PixelsX(twips); };
   const auto y = [&](int twips) { return resolution.PixelsY(twips); };
   for (const Control* control : form.controls()) {
@@ -601,6 +607,7 @@ void PaintControls(const Form& form, const Control* container, Canvas& canvas) {
                   y(at.y + control->Height()) - y(at.y)};
     switch (control->kind()) {
       case ControlKind::kLabel: {
+        if (!isNeeded(box)) break;
         const auto& label = static_cast<const Label&>(*control);
         const bool keys = form.ShowsAccessKeys();
         canvas.Write(keys ? label.Caption() : WithoutAccessKeys(label.Caption()), box,
@@ -613,6 +620,7 @@ void PaintControls(const Form& form, const Control* container, Canvas& canvas) {
         break;
       }
       case ControlKind::kShape: {
+        if (!isNeeded(box)) break;
         const auto& shape = static_cast<const Shape&>(*control);
         if (!shape.Transparent()) canvas.Fill(box, shape.FillColor());
         if (shape.BorderShown && box.width > 0 && box.height > 0) {

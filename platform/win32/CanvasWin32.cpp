@@ -4,6 +4,8 @@
 #include <functional>
 #include <numeric>
 
+#include "platform/Painting.h"
+
 namespace marl::win32 {
 
 namespace {
@@ -55,15 +57,21 @@ void CanvasWin32::Fill(const Box& box, Color color) {
   ExtTextOutW(context_, 0, 0, ETO_OPAQUE, &area, nullptr, 0, nullptr);
 }
 
+Box CanvasWin32::Needed() const {
+  if (surface_) return {area_.left, area_.top, area_.width(), area_.height()};
+  RECT clip = {};
+  GetClipBox(context_, &clip);
+  return {clip.left, clip.top, clip.right - clip.left, clip.bottom - clip.top};
+}
+
 void CanvasWin32::Draw(const Picture& picture, int x, int y) {
   if (picture.width <= 0 || picture.height <= 0) return;
-  RECT clip;
-  if (GetClipBox(context_, &clip) == NULLREGION) return;
-  // Only the clipped part is copied.
-  const int left = std::max<int>(x, clip.left);
-  const int top = std::max<int>(y, clip.top);
-  const int right = std::min<int>(x + picture.width, clip.right);
-  const int bottom = std::min<int>(y + picture.height, clip.bottom);
+  // Only the needed part is copied.
+  const Box needed = Needed();
+  const int left = std::max(x, needed.left);
+  const int top = std::max(y, needed.top);
+  const int right = std::min(x + picture.width, needed.left + needed.width);
+  const int bottom = std::min(y + picture.height, needed.top + needed.height);
   if (left >= right || top >= bottom) return;
   const int width = right - left;
   const int height = bottom - top;
@@ -75,6 +83,13 @@ void CanvasWin32::Draw(const Picture& picture, int x, int y) {
     return first + static_cast<std::size_t>(line) * static_cast<std::size_t>(picture.width) +
            (left - x);
   };
+  if (surface_) {
+    for (int line = 0; line < height; ++line) {
+      BlendPixels(surface_->RowOf(top + line - area_.top) + (left - area_.left), rowFrom(line),
+                  static_cast<std::size_t>(width));
+    }
+    return;
+  }
   std::uint32_t common = 0xFF000000;
   for (int line = 0; line < height; ++line) {
     const std::uint32_t* const row = rowFrom(line);
@@ -109,8 +124,8 @@ void CanvasWin32::Draw(const Picture& picture, int x, int y) {
 }
 
 void CanvasWin32::Line(Point from, Point to, Color color) {
-  const UniquePen pen(CreatePen(PS_SOLID, 1, Resolve(color)));
-  const HGDIOBJ before = SelectObject(context_, pen.get());
+  const HGDIOBJ before = SelectObject(context_, GetStockObject(DC_PEN));
+  SetDCPenColor(context_, Resolve(color));
   MoveToEx(context_, from.x, from.y, nullptr);
   LineTo(context_, to.x, to.y);
   SelectObject(context_, before);

@@ -5,6 +5,7 @@
 
 #include "platform/Canvas.h"
 #include "platform/win32/Handle.h"
+#include "platform/win32/PixelSurface.h"
 
 namespace marl::win32 {
 
@@ -26,6 +27,11 @@ class CanvasWin32 : public Canvas {
  public:
   CanvasWin32(HDC context, FontCache& fonts, int dpi)
       : context_(context), fonts_(fonts), dpi_(dpi) {}
+  /// `area`, in the coordinates of the context, lies at the surface's first pixel. Nothing else
+  /// clips.
+  CanvasWin32(PixelSurface& surface, const PixelRect& area, FontCache& fonts, int dpi)
+      : context_(surface.context()), fonts_(fonts), dpi_(dpi), surface_(&surface), area_(area) {}
+  Box Needed() const override;
   void Fill(const Box& box, Color color) override;
   void Draw(const Picture& picture, int x, int y) override;
   void Line(Point from, Point to, Color color) override;
@@ -35,6 +41,8 @@ class CanvasWin32 : public Canvas {
   HDC context_;
   FontCache& fonts_;
   int dpi_;
+  PixelSurface* surface_ = nullptr;
+  PixelRect area_;  ///< with a surface
 };
 
 }  // namespace marl::win32

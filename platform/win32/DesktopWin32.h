@@ -39,6 +39,8 @@ class DesktopWin32 : public Desktop {
   void OfferCommands(Form& form, TextView service, TextView topic) override;
 
   FontCache& fonts() { return fonts_; }
+  /// Where windows compose what they show, one at a time.
+  PixelSurface& surface() { return surface_; }
   /// Creates all fonts again, because the installed ones or their smoothing have changed.
   void RenewFonts();
   /// The form is about to be hidden: enables the windows that it had disabled, so that one of them,
@@ -66,6 +68,7 @@ class DesktopWin32 : public Desktop {
 
   Size dpi_;
   FontCache fonts_;
+  PixelSurface surface_;
   std::vector<Modal> modals_;
   std::unique_ptr<DdeServer> dde_;
 };

@@ -343,6 +343,8 @@ void FormWin32::Close() {
   const HWND window = std::exchange(window_, nullptr);
   if (!destroying_) DestroyWindow(window);
   windows_.clear();
+  // It may have needed a larger surface than all others.
+  desktop_.surface().Release();
   WakeLoop();
 }
 

@@ -139,7 +139,7 @@ class FormWin32 : public FormPeer {
   template <typename Paint>
   void PaintBuffered(HWND window, Paint paint);
   void PaintFrame(HWND frame);
-  void PaintPictureBox(const PictureBox& box, HDC context);
+  void PaintPictureBox(const PictureBox& box, HDC context, CanvasWin32& canvas);
   void EraseContainer(HWND container, HDC context);
   LRESULT ColorControl(HDC context, HWND child);
   /// The background brush of a container, or null for the plain one; its pattern starts at

@@ -4,8 +4,11 @@
 
 #include <commctrl.h>
 
+#include <cstddef>
 #include <utility>
+#include <vector>
 
+#include "platform/Painting.h"
 #include "platform/win32/DesktopWin32.h"
 #include "platform/win32/TabsWin32.h"
 
@@ -13,32 +16,54 @@ namespace marl::win32 {
 
 CanvasWin32 FormWin32::CanvasOn(HDC context) const { return {context, desktop_.fonts(), dpi()}; }
 
+namespace {
+
+/// The rectangles of a window's update region (GetUpdateRgn); none if the platform cannot list
+/// them.
+std::vector<PixelRect> UpdateRegion(HWND window) {
+  const UniqueRegion region(CreateRectRgn(0, 0, 0, 0));
+  if (GetUpdateRgn(window, region.get(), FALSE) == ERROR) return {};
+  const DWORD size = GetRegionData(region.get(), 0, nullptr);
+  std::vector<std::byte> bytes(size);
+  auto* const data = reinterpret_cast<RGNDATA*>(bytes.data());
+  if (size < sizeof(RGNDATAHEADER) || !GetRegionData(region.get(), size, data)) return {};
+  std::vector<PixelRect> rects;
+  const auto* const first = reinterpret_cast<const RECT*>(data->Buffer);
+  for (DWORD i = 0; i < data->rdh.nCount; ++i) {
+    rects.push_back({first[i].left, first[i].top, first[i].right, first[i].bottom});
+  }
+  return rects;
+}
+
+}  // namespace
+
 template <typename Paint>
 void FormWin32::PaintBuffered(HWND window, Paint paint) {
+  const std::vector<PixelRect> region = UpdateRegion(window);
   const Painting painting(window);
   const HDC screen = painting.context();
-  const RECT& dirty = painting.area();
-  const int width = dirty.right - dirty.left;
-  const int height = dirty.bottom - dirty.top;
-  if (width > 0 && height > 0) {
-    // Composed off screen and shown at once, so that nothing flickers.
-    const UniqueContext memory(CreateCompatibleDC(screen));
-    const UniqueBitmap bitmap(CreateCompatibleBitmap(screen, width, height));
-    const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
-    SetViewportOrgEx(memory.get(), -dirty.left, -dirty.top, nullptr);
-    paint(memory.get());
-    SetViewportOrgEx(memory.get(), 0, 0, nullptr);
-    BitBlt(screen, dirty.left, dirty.top, width, height, memory.get(), 0, 0, SRCCOPY);
-    SelectObject(memory.get(), before);
+  const RECT& bounds = painting.area();
+  if (bounds.left >= bounds.right || bounds.top >= bounds.bottom) return;
+  // Composed off screen and shown at once, so that nothing flickers.
+  PixelSurface& surface = desktop_.surface();
+  for (const PixelRect& area :
+       AreasToPaint(region, {bounds.left, bounds.top, bounds.right, bounds.bottom})) {
+    if (!surface.Fit(area.width(), area.height())) {
+      CanvasWin32 canvas = CanvasOn(screen);
+      return paint(screen, canvas);
+    }
+    const HDC memory = surface.context();
+    SetViewportOrgEx(memory, -area.left, -area.top, nullptr);
+    CanvasWin32 canvas(surface, area, desktop_.fonts(), dpi());
+    paint(memory, canvas);
+    BitBlt(screen, area.left, area.top, area.width(), area.height(), memory, area.left, area.top,
+           SRCCOPY);
   }
 }
 
 void FormWin32::PaintWindow() {
   dirty_.clear();
-  PaintBuffered(window_, [&](HDC context) {
-    CanvasWin32 canvas = CanvasOn(context);
-    PaintForm(form_, canvas);
-  });
+  PaintBuffered(window_, [&](HDC, CanvasWin32& canvas) { PaintForm(form_, canvas); });
 }
 
 // During the last message of a failed program only the background is painted: the failure may have
@@ -49,8 +74,7 @@ LRESULT FormWin32::PaintNothing(HWND window) {
   return 0;
 }
 
-void FormWin32::PaintPictureBox(const PictureBox& box, HDC context) {
-  CanvasWin32 canvas = CanvasOn(context);
+void FormWin32::PaintPictureBox(const PictureBox& box, HDC context, CanvasWin32& canvas) {
   POINT origin = {};
   const HBRUSH background = BackgroundIn(&box, origin);
   if (!background || box.BackColor() != kButtonFace) return PaintPicture(box, canvas);
@@ -149,9 +173,13 @@ LRESULT CALLBACK FormWin32::ContainerEntry(HWND window, UINT message, WPARAM w, 
       if (message == WM_PAINT && form->desktop_.ended()) return PaintNothing(window);
       form->desktop_.Event([&] {
         if (message == WM_PRINTCLIENT) {
-          form->PaintPictureBox(box, reinterpret_cast<HDC>(w));
+          const HDC context = reinterpret_cast<HDC>(w);
+          CanvasWin32 canvas = form->CanvasOn(context);
+          form->PaintPictureBox(box, context, canvas);
         } else {
-          form->PaintBuffered(window, [&](HDC context) { form->PaintPictureBox(box, context); });
+          form->PaintBuffered(window, [&](HDC context, CanvasWin32& canvas) {
+            form->PaintPictureBox(box, context, canvas);
+          });
         }
       });
       return 0;

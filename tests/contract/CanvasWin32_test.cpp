@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <random>
 #include <string>
+#include <vector>
 
 // The pixels after drawing a picture on a canvas.
 
@@ -46,7 +48,7 @@ class CanvasDraw : public testing::Test {
     }
     return count;
   }
-  /// Draws the picture and compares each pixel within `clip`; outside it nothing may change.
+  /// Draws the picture through both kinds of canvas, and compares.
   void ExpectDrawn(const Picture& picture, int x, int y, const Box& clip) {
     HRGN region =
         CreateRectRgn(clip.left, clip.top, clip.left + clip.width, clip.top + clip.height);
@@ -54,6 +56,28 @@ class CanvasDraw : public testing::Test {
     DeleteObject(region);
     win32::CanvasWin32(context_.get(), fonts_, 96).Draw(picture, x, y);
     SelectClipRgn(context_.get(), nullptr);
+    ExpectPixels(picture, x, y, clip);
+    DrawOnSurface(clip, [&](win32::CanvasWin32& canvas) { canvas.Draw(picture, x, y); });
+    ExpectPixels(picture, x, y, clip);
+  }
+  /// Paints the part of the area on a surface of its own, as windows do, and shows it.
+  template <typename Paint>
+  void DrawOnSurface(const Box& part, Paint paint) {
+    for (int i = 0; i < kArea.width * kArea.height; ++i) bits_[i] = kGround;
+    win32::PixelSurface surface;
+    ASSERT_TRUE(surface.Fit(part.width + 3, part.height));
+    for (int y = 0; y < part.height; ++y) {
+      std::fill_n(surface.RowOf(y), surface.width(), kGround);
+    }
+    SetViewportOrgEx(surface.context(), -part.left, -part.top, nullptr);
+    const PixelRect area = {part.left, part.top, part.left + part.width, part.top + part.height};
+    win32::CanvasWin32 canvas(surface, area, fonts_, 96);
+    paint(canvas);
+    BitBlt(context_.get(), part.left, part.top, part.width, part.height, surface.context(),
+           part.left, part.top, SRCCOPY);
+  }
+  /// Compares each pixel within `clip` with the picture there; outside nothing may have changed.
+  void ExpectPixels(const Picture& picture, int x, int y, const Box& clip) {
     for (int row = 0; row < kArea.height; ++row) {
       for (int column = 0; column < kArea.width; ++column) {
         const bool inClip = column >= clip.left && column < clip.left + clip.width &&
@@ -187,6 +211,46 @@ TEST_F(CanvasDraw, TextStaysInItsBoxOnItsSide) {
   Paper().Fill({0, 0, kArea.width, kArea.height}, 0x404040);
   Paper().Write(u"MMMMMMMM MMMM\nMMMM\nMMMM", box, style);
   EXPECT_EQ(Changed(), Changed(box)) << "what does not fit is cut";
+}
+
+TEST_F(CanvasDraw, SurfaceOfAPartShowsTheSameTextAndLines) {
+  const auto paint = [](Canvas& canvas) {
+    TextStyle style;
+    style.color = Rgb(200, 20, 10);
+    canvas.Fill({2, 2, 36, 26}, 0x806040);
+    canvas.Write(u"Edit", {4, 3, 30, 20}, style);
+    canvas.Line({3, 25}, {35, 5}, 0xFFFFFF);
+  };
+  const auto pixels = [&] {
+    std::vector<std::uint32_t> all;
+    for (int y = 6; y < 28; ++y) {
+      for (int x = 5; x < 35; ++x) all.push_back(At(x, y));
+    }
+    return all;
+  };
+  auto paper = Paper();
+  paint(paper);
+  const std::vector<std::uint32_t> expected = pixels();
+  DrawOnSurface({5, 6, 30, 22}, paint);
+  EXPECT_EQ(pixels(), expected);
+}
+
+TEST(PixelSurface, GrowsAndStays) {
+  win32::PixelSurface surface;
+  EXPECT_FALSE(surface.context());
+  ASSERT_TRUE(surface.Fit(10, 20));
+  const HDC context = surface.context();
+  ASSERT_TRUE(surface.Fit(5, 20));
+  EXPECT_EQ(surface.context(), context);
+  ASSERT_TRUE(surface.Fit(30, 5));
+  EXPECT_EQ(surface.width(), 30);
+  EXPECT_EQ(surface.height(), 20);
+  for (int y = 0; y < 20; ++y) surface.RowOf(y)[29] = static_cast<std::uint32_t>(y);
+  EXPECT_EQ(GetPixel(surface.context(), 29, 19), RGB(0, 0, 19));
+  // More than the platform can give: there is none, and the next one works.
+  EXPECT_FALSE(surface.Fit(0x7FFFFFF, 0x7FFFFFF));
+  EXPECT_FALSE(surface.context());
+  EXPECT_TRUE(surface.Fit(1, 1));
 }
 
 TEST_F(CanvasDraw, TextIsInItsColorAndNoOther) {

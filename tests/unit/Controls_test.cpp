@@ -663,6 +663,7 @@ TEST_F(Controls, ALabelOnAPictureIsHitWhileThePictureIsSeen) {
 class RecordingCanvas : public Canvas {
  public:
   std::vector<Text> strokes;
+  Box Needed() const override { return {0, 0, 10000, 10000}; }
   void Fill(const Box&, Color) override { strokes.push_back(u"fill"); }
   void Draw(const Picture&, int, int) override { strokes.push_back(u"picture"); }
   void Line(Point, Point, Color) override { strokes.push_back(u"line"); }

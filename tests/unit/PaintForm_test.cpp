@@ -21,6 +21,7 @@ std::string AsText(Point point) { return std::to_string(point.x) + ',' + std::to
 /// Records the calls, in order.
 class RecordingCanvas : public Canvas {
  public:
+  Box Needed() const override { return needed; }
   void Fill(const Box& box, Color color) override {
     calls.push_back("fill " + AsText(box) + " in " + std::to_string(color));
   }
@@ -36,6 +37,7 @@ class RecordingCanvas : public Canvas {
   }
 
   std::vector<std::string> calls;
+  Box needed{0, 0, 10000, 10000};
 };
 
 using Calls = std::vector<std::string>;
@@ -120,6 +122,34 @@ TEST_F(PaintedForm, FrameOfAShapeIsOnItsOutermostPixels) {
                             "line 29,19 to 10,19 in 6", "line 10,19 to 10,10 in 6"}));
   form.shape.SetBounds({150, 150, 0, 150});
   EXPECT_EQ(Painted().size(), 1u) << "a shape without width has no frame";
+}
+
+// A highlight of two buttons must not lay out the captions of all others.
+TEST_F(PaintedForm, WhatDoesNotTouchTheNeededAreaIsLeftOut) {
+  form.shape.SetBounds({150, 150, 300, 150});  // 10,10 20x10 in pixels
+  form.shape.SetTransparent(false);
+  form.label.SetBounds({150, 300, 450, 225});  // 10,20 30x15
+  form.label.SetCaption(u"Edit");
+  const auto count = [this](const Box& needed) {
+    RecordingCanvas canvas;
+    canvas.needed = needed;
+    PaintForm(form, canvas);
+    int shapes = 0;
+    int labels = 0;
+    for (const std::string& call : canvas.calls) {
+      if (call.starts_with("fill 10,10 ")) ++shapes;
+      if (call.starts_with("write ")) ++labels;
+    }
+    return std::pair(shapes, labels);
+  };
+  using Seen = std::pair<int, int>;
+  EXPECT_EQ(count({0, 0, 200, 100}), (Seen{1, 1}));
+  EXPECT_EQ(count({10, 10, 5, 5}), (Seen{1, 0}));
+  EXPECT_EQ(count({39, 34, 5, 5}), (Seen{0, 1}));
+  EXPECT_EQ(count({45, 40, 50, 50}), (Seen{0, 0}));
+  EXPECT_EQ(count({0, 0, 8, 8}), (Seen{0, 0}));
+  // A line reaches the pixel beside its box.
+  EXPECT_EQ(count({30, 10, 5, 5}), (Seen{1, 0}));
 }
 
 TEST_F(PaintedForm, HiddenControlsAndThoseOfAContainerAreLeftOut) {
