@@ -13,6 +13,8 @@ constexpr int kColumns = 5;
 constexpr Size kFrame{1695, 1215};
 constexpr Size kLabel{1695, 435};
 constexpr Size kPicture{720, 720};
+// Below the frames of the last row: the ring around a button with the focus.
+constexpr std::int32_t kRing = 30;
 
 constexpr Box At(const Point& place, const Size& size) {
   return {place.x, place.y, size.width, size.height};
@@ -55,6 +57,9 @@ frmMain::frmMain(Platform& platform, bool debugLog)
     linRun[i] = std::make_unique<Line>(*this, "linRun", static_cast<int>(i));
     linRun[i]->SetVisible(false);
   }
+  // Some platforms make it so high at high resolutions that it would cover the last row.
+  stbMain.MaxHeight =
+      Design.height - CellAt(kButtonCount - 1, kColumns).frame.y - kFrame.height - kRing;
   imgFocus = std::make_unique<Image>(*this, "imgFocus");
   imgFocus->SetVisible(false);
   imgFocus->SetEnabled(false);  // it lets clicks through

@@ -308,6 +308,9 @@ class StatusBar : public Control {
       : Control(form, ControlKind::kStatusBar, name) {
     TabStop = false;
   }
+
+  /// Twips at most; 0: as high as the platform makes it for its font.
+  std::int32_t MaxHeight = 0;
 };
 
 /// Raises `Tick` every `Interval` milliseconds while it is enabled.

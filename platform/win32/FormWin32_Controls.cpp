@@ -144,7 +144,22 @@ void FormWin32::SetClosedHeight(HWND combo, int height) {
 
 void FormWin32::PlaceStatusBar() {
   for (const auto& [control, child] : windows_) {
-    if (control->kind() == ControlKind::kStatusBar) SendMessageW(child, WM_SIZE, 0, 0);
+    if (control->kind() != ControlKind::kStatusBar) continue;
+    // With this style it keeps the size that it is given.
+    const LONG_PTR style = GetWindowLongPtrW(child, GWL_STYLE) & ~LONG_PTR{CCS_NORESIZE};
+    SetWindowLongPtrW(child, GWL_STYLE, style);
+    SendMessageW(child, WM_SIZE, 0, 0);
+    // Rounded down: a pixel more would cover what is above it.
+    const int most =
+        static_cast<const StatusBar*>(control)->MaxHeight * form_.resolution().y / 1440;
+    RECT own = {};
+    RECT inner = {};
+    GetClientRect(child, &own);
+    if (most <= 0 || own.bottom <= most) continue;
+    SetWindowLongPtrW(child, GWL_STYLE, style | CCS_NORESIZE);
+    GetClientRect(window_, &inner);
+    SetWindowPos(child, nullptr, 0, inner.bottom - most, inner.right, most,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
   }
 }
 

@@ -86,6 +86,32 @@ TEST_F(LooksWindow, ChangesReachFormAndControlsAtOnce) {
   }
 }
 
+// Under some platforms it would cover what is painted above it.
+TEST_F(LooksWindow, StatusBarIsNoHigherThanItsRoom) {
+  const HWND bar = Window(form.status);
+  const auto height = [&] {
+    SendMessageW(Window(), WM_THEMECHANGED, 0, 0);
+    RECT place;
+    RECT inner;
+    GetWindowRect(bar, &place);
+    GetClientRect(Window(), &inner);
+    MapWindowPoints(nullptr, Window(), reinterpret_cast<POINT*>(&place), 2);
+    EXPECT_EQ(place.left, 0);
+    EXPECT_EQ(place.right, inner.right);
+    EXPECT_EQ(place.bottom, inner.bottom);
+    return place.bottom - place.top;
+  };
+  const LONG natural = height();
+  ASSERT_GT(natural, 12);
+  form.status.MaxHeight = 180;
+  EXPECT_EQ(height(), form.resolution().PixelsY(180));
+  EXPECT_EQ(height(), form.resolution().PixelsY(180)) << "it stays";
+  form.status.MaxHeight = 30000;
+  EXPECT_EQ(height(), natural);
+  form.status.MaxHeight = 0;
+  EXPECT_EQ(height(), natural);
+}
+
 TEST_F(LooksWindow, MovedTaskbarChangesNoLook) {
   form.looks = 0;
   SendMessageW(Window(), WM_SETTINGCHANGE, SPI_SETWORKAREA, 0);

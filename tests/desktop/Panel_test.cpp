@@ -253,6 +253,11 @@ TEST_F(Panel, IsAsLargeAsTheDpiOfTheScreenRequires) {
   const RECT inner = InnerOf(main);
   EXPECT_EQ(inner.right - inner.left, 8790 * dots / 1440);
   EXPECT_EQ(inner.bottom - inner.top, 5430 * dots / 1440);
+  // Below the last row there is room for the status bar and the ring around a button.
+  RECT bar = {};
+  GetWindowRect(FindWindowExW(main, nullptr, L"msctls_statusbar32", nullptr), &bar);
+  EXPECT_EQ(bar.bottom, inner.bottom);
+  EXPECT_GE(bar.top - inner.top, PixelsOf(3 * 1260 + 60 + 1215) + RingPixels());
   EXPECT_TRUE(Close(marl));
 }
 

@@ -60,6 +60,8 @@ TEST_F(Panel, OfAnEmptyKeyIsTheDefault) {
     EXPECT_EQ(form().imgRun[slot]->Picture()->width, 48);
   }
   EXPECT_EQ(form().inner(), (Size{8790, 5430}));
+  // The status bar ends below the last row, with two pixels for the ring of the focus.
+  EXPECT_EQ(form().stbMain.MaxHeight, 5430 - (60 + 3 * 1260 + 1215) - 30);
   ASSERT_TRUE(form().Background());
   EXPECT_EQ(form().Background()->width, 8790 / 15);
   EXPECT_EQ(form().Background()->height, 5430 / 15);
