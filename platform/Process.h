@@ -4,6 +4,11 @@
 
 namespace marl {
 
+/// What stands behind the program's own name on a command line: the name is in quotation marks, or
+/// ends before the first blank or tab. One blank or tab separates; further ones belong to the
+/// result.
+TextView BehindProgram(TextView commandLine);
+
 /// The running process.
 class Process {
  public:

@@ -7,18 +7,8 @@
 namespace marl::win32 {
 
 Text ProcessWin32::CommandLine() const {
-  const wchar_t* at = GetCommandLineW();
-  // The program's own name: quoted, or up to the first blank.
-  if (*at == L'"') {
-    ++at;
-    while (*at && *at != L'"') ++at;
-    if (*at) ++at;
-  } else {
-    while (*at && *at != L' ' && *at != L'\t') ++at;
-  }
-  // The first blank separates; further ones belong to the command line.
-  if (*at == L' ' || *at == L'\t') ++at;
-  return FromWide(at, wcslen(at));
+  const wchar_t* const whole = GetCommandLineW();
+  return Text(BehindProgram(FromWide(whole, wcslen(whole))));
 }
 
 Text ProcessWin32::ProgramPath() const {

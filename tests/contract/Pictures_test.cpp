@@ -1,6 +1,8 @@
 #include "platform/Pictures.h"
 
+#include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "platform/memory/MemoryPictures.h"
 #include "tests/contract/Backends.h"
@@ -115,6 +117,72 @@ TEST_P(PicturesContract, PictureOutlivesItsLoader) {
   ASSERT_TRUE(picture);
   EXPECT_EQ(picture->height, 16);
 }
+
+#ifdef _WIN32
+/// A bitmap file with 24 bits a pixel.
+std::vector<std::uint8_t> BitmapFile(int width, int height) {
+  const auto row = (static_cast<std::uint32_t>(width) * 3 + 3) & ~3u;
+  const auto pixels = row * static_cast<std::uint32_t>(height);
+  std::vector<std::uint8_t> file;
+  const auto put = [&](std::uint32_t value, int bytes) {
+    for (int i = 0; i < bytes; ++i) file.push_back(static_cast<std::uint8_t>(value >> 8 * i));
+  };
+  put(0x4D42, 2);
+  put(54 + pixels, 4);
+  put(0, 4);
+  put(54, 4);
+  put(40, 4);
+  put(static_cast<std::uint32_t>(width), 4);
+  put(static_cast<std::uint32_t>(height), 4);
+  put(1, 2);
+  put(24, 2);
+  put(0, 4);
+  put(pixels, 4);
+  for (int i = 0; i < 4; ++i) put(0, 4);
+  file.resize(file.size() + pixels, 0x55);
+  return file;
+}
+
+class DecodedPicture : public testing::Test {
+ protected:
+  DecodedPicture() : ready_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
+  ~DecodedPicture() override {
+    if (ready_) CoUninitialize();
+  }
+  static PicturePtr Decode(const std::vector<std::uint8_t>& file) {
+    return win32::DecodePicture(file.data(), file.size());
+  }
+
+ private:
+  bool ready_;
+};
+
+TEST_F(DecodedPicture, IsOpaqueWithoutAlpha) {
+  const PicturePtr picture = Decode(BitmapFile(3, 2));
+  ASSERT_TRUE(picture);
+  EXPECT_EQ(picture->width, 3);
+  EXPECT_EQ(picture->height, 2);
+  EXPECT_EQ(picture->pixels, std::vector<std::uint32_t>(6, 0xFF555555));
+}
+
+TEST_F(DecodedPicture, LargestSideHasALimit) {
+  for (const int side : {16384, 16385}) {
+    const PicturePtr wide = Decode(BitmapFile(side, 1));
+    const PicturePtr high = Decode(BitmapFile(1, side));
+    EXPECT_EQ(wide != nullptr, side == 16384) << side;
+    EXPECT_EQ(high != nullptr, side == 16384) << side;
+  }
+}
+
+TEST_F(DecodedPicture, WhatIsNoPictureIsNone) {
+  EXPECT_FALSE(win32::DecodePicture(nullptr, 5));
+  EXPECT_FALSE(Decode({}));
+  EXPECT_FALSE(Decode(std::vector<std::uint8_t>(1000, 0x42)));
+  std::vector<std::uint8_t> file = BitmapFile(40, 40);
+  file.resize(60);
+  EXPECT_FALSE(Decode(file)) << "cut off";
+}
+#endif
 
 }  // namespace
 }  // namespace marl

@@ -1,6 +1,8 @@
 #include "platform/Process.h"
 
+#include <initializer_list>
 #include <memory>
+#include <utility>
 
 #include "platform/memory/MemoryShell.h"
 #include "tests/contract/Backends.h"
@@ -58,6 +60,28 @@ TEST_P(ProcessContract, ProgramPathIsFullAndNamesAProgram) {
   EXPECT_TRUE(path.ends_with(u".exe"));
   EXPECT_EQ(path.find(u'\0'), Text::npos);
   EXPECT_EQ(path.find(u'/'), Text::npos);
+}
+
+TEST(BehindProgram, LeavesTheNameAndOneBlankOut) {
+  for (const auto& [line, expected] : std::initializer_list<std::pair<TextView, TextView>>{
+           {u"", u""},
+           {u"Marl.exe", u""},
+           {u"Marl.exe NW", u"NW"},
+           {u"Marl.exe\tNW", u"NW"},
+           {u"Marl.exe  NW ", u" NW "},
+           {u"Marl.exe \"NW\"", u"\"NW\""},
+           {u"C:\\A\"b\" c\\Marl.exe", u"c\\Marl.exe"},
+           {u"\"C:\\Program Files\\Marl.exe\" NW", u"NW"},
+           {u"\"C:\\Program Files\\Marl.exe\"NW", u"NW"},
+           {u"\"C:\\Program Files\\Marl.exe\"   ", u"  "},
+           {u"\"C:\\Program Files\\Marl.exe\"", u""},
+           {u"\"C:\\Program Files\\Marl.exe NW", u""},
+           {u"\"\"", u""},
+           {u"\"", u""},
+           {u" NW", u"NW"},
+           {u"  NW", u" NW"}}) {
+    EXPECT_EQ(BehindProgram(line), expected) << testing::PrintToString(line);
+  }
 }
 
 TEST_P(ProcessContract, CommandLineIsWhatStandsBehindTheProgram) {

@@ -47,6 +47,14 @@ class TrayContract : public BackendTest {
     return 7;
 #endif
   }
+  /// Another one.
+  static IconHandle OtherIcon() {
+#ifdef _WIN32
+    return HandleToLong(LoadIconW(nullptr, IDI_ERROR));
+#else
+    return 8;
+#endif
+  }
   NotifyIconData IconNumber(std::int32_t number) const {
     NotifyIconData data;
     data.cbSize = kNotifyIconDataSize;
@@ -150,7 +158,27 @@ TEST_P(TrayContract, IconOfAWindowIsItsBigOneOrElseItsSmallOne) {
   EXPECT_EQ(tray->IconOf(window), AnyIcon());
   GiveIcons(AnyIcon(), 0);
   EXPECT_EQ(tray->IconOf(window), AnyIcon());
+  GiveIcons(AnyIcon(), OtherIcon());
+  EXPECT_EQ(tray->IconOf(window), AnyIcon());
+  GiveIcons(0, OtherIcon());
+  EXPECT_EQ(tray->IconOf(window), OtherIcon());
 }
+
+#ifdef _WIN32
+TEST(TrayWin32, WindowWithoutIconsHasThatOfItsClass) {
+  WNDCLASSW windowClass = {};
+  windowClass.lpfnWndProc = DefWindowProcW;
+  windowClass.hInstance = GetModuleHandleW(nullptr);
+  windowClass.hIcon = LoadIconW(nullptr, IDI_ERROR);
+  windowClass.lpszClassName = L"MarlContractWithIcon";
+  ASSERT_TRUE(RegisterClassW(&windowClass));
+  const HWND bare = CreateWindowW(L"MarlContractWithIcon", L"", WS_POPUP, 0, 0, 9, 9, nullptr,
+                                  nullptr, windowClass.hInstance, nullptr);
+  EXPECT_EQ(win32::TrayWin32().IconOf(HandleToLong(bare)), HandleToLong(windowClass.hIcon));
+  DestroyWindow(bare);
+  UnregisterClassW(L"MarlContractWithIcon", windowClass.hInstance);
+}
+#endif
 
 TEST_P(TrayContract, MouseIsWhereItWasPut) {
   for (const Point at : {Point{10, 20}, Point{300, 200}}) {
