@@ -30,6 +30,26 @@ BOOL CALLBACK VisitWindow(HWND window, LPARAM data) noexcept {
   return state.failure.Run([&] { return state.visit(HandleToLong(window)) ? TRUE : FALSE; }, FALSE);
 }
 
+/// The platform sends these, with a pointer. Another program can post them with any number.
+bool IsOnlySent(UINT message) {
+  switch (message) {
+    case WM_NOTIFY:
+    case WM_DRAWITEM:
+    case WM_MEASUREITEM:
+    case WM_COMPAREITEM:
+    case WM_DELETEITEM:
+    case kDpiChanged:
+    case kGetDpiScaledSize: return true;
+    default: return false;
+  }
+}
+
+LRESULT CALLBACK DropUntrusted(int code, WPARAM w, LPARAM l) noexcept {
+  auto* const message = reinterpret_cast<MSG*>(l);
+  if (code >= 0 && IsOnlySent(message->message)) message->message = WM_NULL;
+  return CallNextHookEx(nullptr, code, w, l);
+}
+
 /// A text with a terminator. Short ones take no memory: the message that there is none must show.
 class MessageText {
  public:
@@ -51,7 +71,8 @@ class MessageText {
 
 }  // namespace
 
-DesktopWin32::DesktopWin32() {
+DesktopWin32::DesktopWin32()
+    : taken_(SetWindowsHookExW(WH_GETMESSAGE, DropUntrusted, nullptr, GetCurrentThreadId())) {
   const ClientContext screen(nullptr);
   dpi_ = {GetDeviceCaps(screen.get(), LOGPIXELSX), GetDeviceCaps(screen.get(), LOGPIXELSY)};
 }
@@ -138,8 +159,6 @@ bool DesktopWin32::TakeShortcut(const MSG& message) {
 void DesktopWin32::WaitForEvents() { WaitMessage(); }
 
 void DesktopWin32::Dispatch(MSG& message) {
-  // The platform sends these, with a pointer. Another program can post them with any number.
-  if (message.message == kDpiChanged || message.message == kGetDpiScaledSize) return;
   if (TakeShortcut(message)) return;
   for (const Form* form : forms()) {
     auto* const peer = static_cast<FormWin32*>(form->peer());

@@ -67,6 +67,8 @@ class DesktopWin32 : public Desktop {
   bool TakeShortcut(const MSG& message);
 
   Size dpi_;
+  /// Sees what is taken from the queue, by the message loops of the platform too.
+  UniqueHook taken_;
   FontCache fonts_;
   PixelSurface surface_;
   std::vector<Modal> modals_;

@@ -34,6 +34,7 @@ enum class HandleKind {
   kConversation,
   kObject,
   kMemory,
+  kHook,
   kCount
 };
 
@@ -110,6 +111,7 @@ inline void CloseConversationText(const ConversationText& of) {
 }
 inline void CloseObject(IUnknown* object) { object->Release(); }
 inline void CloseText(BSTR text) { SysFreeString(text); }
+inline void CloseHook(HHOOK hook) { UnhookWindowsHookEx(hook); }
 inline void CloseMemory(wchar_t* text) { LocalFree(text); }
 
 using UniqueBitmap = Unique<HBITMAP, HandleKind::kBitmap, CloseBitmap>;
@@ -133,6 +135,7 @@ using UniqueConversationText =
 template <typename Interface>
 using UniqueObject = Unique<Interface*, HandleKind::kObject, CloseObject>;
 using UniqueText = Unique<BSTR, HandleKind::kMemory, CloseText>;
+using UniqueHook = Unique<HHOOK, HandleKind::kHook, CloseHook>;
 using UniqueMemory = Unique<wchar_t*, HandleKind::kMemory, CloseMemory>;
 
 /// The device context of a window's client area, while this lives.

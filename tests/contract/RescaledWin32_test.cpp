@@ -41,16 +41,24 @@ class RescaledMain : public MainWindow {
 
 }  // namespace
 
-// Only the platform sends them, with a pointer.
-TEST_F(RescaledMain, MessagesAboutResolutionsThatOtherProgramsPostAreDropped) {
+TEST_F(RescaledMain, MessagesWithPointersThatOtherProgramsPostAreDropped) {
   Start();
   constexpr UINT kGetScaledSizeMessage = 0x02E4;
-  for (const UINT message : {kDpiChangedMessage, kGetScaledSizeMessage}) {
-    for (const LPARAM number : {LPARAM{16}, LPARAM{-1}, LPARAM{0x12345678}}) {
-      PostMessageW(Window(), message, MAKEWPARAM(144, 144), number);
+  const auto post = [this] {
+    for (const UINT message :
+         {kDpiChangedMessage, kGetScaledSizeMessage, UINT{WM_NOTIFY}, UINT{WM_DRAWITEM},
+          UINT{WM_MEASUREITEM}, UINT{WM_COMPAREITEM}, UINT{WM_DELETEITEM}}) {
+      for (const LPARAM number : {LPARAM{16}, LPARAM{-1}, LPARAM{0x12345678}}) {
+        PostMessageW(Window(), message, MAKEWPARAM(144, 144), number);
+      }
     }
-  }
+  };
+  post();
   desktop.DoEvents();
+  // In the message loop of a message box or a menu.
+  post();
+  MSG message;
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
   EXPECT_EQ(main->resolution().x, 96);
 }
 
