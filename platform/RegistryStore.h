@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <utility>
 
@@ -130,9 +131,19 @@ class RegistryStore {
 
   /// ExpandEnvironmentStringsA: replaces each %NAME% that is set in the environment. Returns the
   /// size of the whole expansion with its terminator, even if the buffer is too short: a buffer of
-  /// n bytes then gets the first n - 1 and a terminator.
+  /// n bytes then gets the first n - 1 and a terminator. 0 for a source of more than kLongestSource
+  /// bytes, with the buffer unchanged.
   virtual std::uint32_t ExpandEnvironment(const NarrowText& source, std::span<char> buffer) = 0;
 
+  /// Of an expansion: the platform's texts have at most 65,534 bytes, and longer ones crash some
+  /// versions of Wine.
+  static constexpr std::size_t kLongestSource = 32'766;
+  /// The source up to its first NUL, if it can be expanded.
+  static std::optional<NarrowText> SourceToExpand(const NarrowText& source) {
+    const std::string_view text = source.c_str();
+    if (text.size() > kLongestSource) return {};
+    return NarrowText(text);
+  }
   /// What ExpandEnvironment does with the whole expansion.
   static std::uint32_t Deliver(std::string_view expansion, std::span<char> buffer) {
     if (!buffer.empty()) {

@@ -305,7 +305,9 @@ Status MemoryRegistryStore::ConnectRegistry(const NarrowText& machine, KeyHandle
 
 std::uint32_t MemoryRegistryStore::ExpandEnvironment(const NarrowText& source,
                                                      std::span<char> buffer) {
-  const NarrowText text = Name(source);
+  const auto whole = SourceToExpand(source);
+  if (!whole) return 0;
+  const NarrowText& text = *whole;
   NarrowText expanded;
   for (std::size_t at = 0; at < text.size();) {
     if (text[at] != '%') {

@@ -120,14 +120,16 @@ Status RegistryStoreWin32::ConnectRegistry(const NarrowText& machine, KeyHandle 
 
 std::uint32_t RegistryStoreWin32::ExpandEnvironment(const NarrowText& source,
                                                     std::span<char> buffer) {
+  const auto text = SourceToExpand(source);
+  if (!text) return 0;
   // The size that this function names in advance is one too large ("plus one" in its
   // documentation), and a buffer without that one may get nothing. Some versions of Wine do
   // neither.
   NarrowText whole;
-  DWORD needed = ExpandEnvironmentStringsA(source.c_str(), nullptr, 0);
+  DWORD needed = ExpandEnvironmentStringsA(text->c_str(), nullptr, 0);
   while (needed > whole.size()) {
     whole.resize(needed);
-    needed = ExpandEnvironmentStringsA(source.c_str(), whole.data(), Size(whole));
+    needed = ExpandEnvironmentStringsA(text->c_str(), whole.data(), Size(whole));
   }
   return Deliver(whole.c_str(), buffer);
 }

@@ -354,6 +354,21 @@ TEST_P(RegistryContract, ExpansionThatDoesNotFitIsCut) {
   EXPECT_EQ(buffer, Raw("abcde\0zz"));
 }
 
+TEST_P(RegistryContract, ExpansionOfAVeryLongTextIsRefused) {
+  NarrowText buffer(40'000, 'z');
+  const NarrowText longest(RegistryStore::kLongestSource, 'x');
+  EXPECT_EQ(store().ExpandEnvironment(longest, buffer), longest.size() + 1);
+  EXPECT_EQ(buffer.c_str(), longest);
+  for (const std::size_t size : {longest.size() + 1, std::size_t{65'536}, std::size_t{1} << 20}) {
+    buffer.assign(40'000, 'z');
+    EXPECT_EQ(store().ExpandEnvironment(NarrowText(size, 'x'), buffer), 0u) << size;
+    EXPECT_EQ(store().ExpandEnvironment(NarrowText(size, 'x'), {}), 0u) << size;
+    EXPECT_EQ(buffer, NarrowText(40'000, 'z'));
+  }
+  // Only the part before the first NUL counts.
+  EXPECT_EQ(store().ExpandEnvironment("a" + NarrowText(1, '\0') + NarrowText(70'000, 'x'), {}), 2u);
+}
+
 TEST_P(RegistryContract, TextIsNarrowedToTheCodePage) {
   EXPECT_EQ(store().ToNarrow(u""), "");
   EXPECT_EQ(store().ToNarrow(u"Grüße €"),
