@@ -33,7 +33,7 @@ TrackingServer::TrackingServer(const Ports& ports, View view)
     : ServerList(ports.registry, ports.locale),
       ports_(ports),
       view_(std::move(view)),
-      client_({ports.components, ports.files, ports.strings}) {}
+      client_({ports.components, ports.files, ports.strings, ports.registry}) {}
 
 void TrackingServer::Start() {
   ServerList.hkey(kCurrentUser);

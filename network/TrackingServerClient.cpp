@@ -18,11 +18,17 @@ class BuiltInClient : public Component {
             Text& failure) override {
     const Text* const document =
         arguments.size() == 1 ? std::get_if<Text>(&arguments.front()) : nullptr;
-    if (SameText(operation, u"SetServer") && document &&
-        IsServerDocument(*document, ports_.files)) {
-      return true;
+    const bool valid =
+        SameText(operation, u"SetServer") && document && IsServerDocument(*document, ports_.files);
+    Text name;
+    if (valid) {
+      const TextView element = TextView(*document).substr(1 + kServerProlog.size());
+      if (ports_.registry.FromNarrow(ports_.registry.ToNarrow(element)) == element) return true;
+      clsXMLTag tag;
+      ReadServerTag(element, tag);
+      name.append(u"\n\n").append(tag.AttributeValue(u"server"));
     }
-    failure = ports_.strings.Get(IDS_SERVER_REFUSED);
+    failure = ports_.strings.Get(IDS_SERVER_REFUSED) + name;
     return false;
   }
 

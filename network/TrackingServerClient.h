@@ -4,19 +4,23 @@
 
 #include "platform/Components.h"
 #include "platform/FileSystem.h"
+#include "platform/RegistryStore.h"
 #include "support/StringTable.h"
 
 namespace marl {
 
 /// Passes server documents to the suite's component "Marl.TrackingServerClient", operation
 /// SetServer(document). One instance is created at the first call and kept. If the component is not
-/// registered, a built-in one accepts well-formed server documents and refuses everything else.
+/// registered, a built-in one accepts well-formed server documents and refuses everything else. It
+/// also refuses a name that the system's code page cannot hold: stored, it would be that of another
+/// server.
 class TrackingServerClient {
  public:
   struct Ports {
     Components& components;
     const FileSystem& files;
     const StringTable& strings;
+    const RegistryStore& registry;
   };
   explicit TrackingServerClient(const Ports& ports) : ports_(ports) {}
 

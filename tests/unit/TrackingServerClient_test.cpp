@@ -5,6 +5,7 @@
 #include "network/ServerTag.h"
 #include "platform/memory/MemoryComponents.h"
 #include "platform/memory/MemoryFileSystem.h"
+#include "platform/memory/MemoryRegistryStore.h"
 #include "platform/memory/MemoryStrings.h"
 
 namespace marl {
@@ -18,7 +19,8 @@ class ServerClient : public testing::Test {
   MemoryFileSystem files;
   MemoryStrings resource;
   StringTable strings{resource};
-  TrackingServerClient client{{components, files, strings}};
+  MemoryRegistryStore registry;
+  TrackingServerClient client{{components, files, strings, registry}};
   Text failure = u"untouched";
 };
 
@@ -33,10 +35,22 @@ TEST_F(ServerClient, BuiltInOneRefusesAllElseWithADescription) {
             u"This is not a valid project tracking server. Please check the name of the server.");
 }
 
+// In the registry it would be the name of another server.
+TEST_F(ServerClient, BuiltInOneRefusesANameThatTheCodePageCannotHoldAndSaysWhich) {
+  for (const Text& name : {Text(u"\u0416.example"), Text(u"\u0101"), Text(u"a\xD83D\xDE00")}) {
+    EXPECT_FALSE(client.SetServer(ServerDocument(BareNameTag(name)), failure));
+    EXPECT_EQ(failure,
+              u"This is not a valid project tracking server. Please check the name of the server."
+              u"\n\n" +
+                  name);
+  }
+  EXPECT_TRUE(client.SetServer(ServerDocument(BareNameTag(u"\u20AC \u00FC & co")), failure));
+}
+
 TEST_F(ServerClient, DescriptionSpeaksTheProgramsLanguage) {
   MemoryStrings german("de");
   const StringTable table(german);
-  TrackingServerClient speaker({components, files, table});
+  TrackingServerClient speaker({components, files, table, registry});
   EXPECT_FALSE(speaker.SetServer(u"", failure));
   EXPECT_EQ(failure,
             u"Dies ist kein gültiger Server für die Projektverfolgung. Bitte prüfen Sie "
