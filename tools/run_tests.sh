@@ -177,6 +177,54 @@ follow_tests() {
   '
 }
 
+# The locales of the locale tests, which kLocales (tests/desktop/Locale_test.cpp) lists with their
+# code pages.
+LOCALES=(ja_JP zh_CN zh_TW ko_KR ru_RU el_GR tr_TR he_IL ar_SA th_TH vi_VN de_DE)
+
+# locale_data FOLDER: compiles the data of the locales that are not there yet.
+locale_data() (
+  local name
+  mkdir -p "$1"
+  flock 9
+  for name in "${LOCALES[@]}"; do
+    if [[ -d $1/$name.UTF-8 ]]; then continue; fi
+    # It warns, with code 1.
+    localedef -i "$name" -f UTF-8 "$1/$name.new" >/dev/null 2>&1 || (($? == 1))
+    mv "$1/$name.new" "$1/$name.UTF-8" || fail "the locale $name could not be made"
+  done
+) 9>"$1.lock"
+
+# locales PROGRAM [ARG...]: runs the locale tests of a program of desktop tests, once in each locale.
+cmd_locales() {
+  local name=${MARL_WINE_NAME:-locales} data=$ROOT/build/locales each lines status=0 ran=0 passed=0
+  mkdir -p build/tests "$WINE_FOLDER"
+  locale_data "$data" || return
+  (flock 9; wine_begin desktop-96 96 9>&-) 9>"$WINE_FOLDER/desktop-96.lock" || return
+  one_processor
+  prefix_copy desktop-96 "$name"
+  wine_begin "$name" 96
+  wine_temp_in_memory
+  mkdir -p "$SHOTS_FOLDER/$name"
+  export MARL_SHOTS="Z:$ROOT/$SHOTS_FOLDER/$name"
+  "${WINE_VIA[@]}" wine cmd /c exit >/dev/null 2>&1
+  echo "[==========] Running ${#LOCALES[@]} tests."
+  for each in "${LOCALES[@]}"; do
+    lines=$("${WINE_VIA[@]}" env "LC_ALL=$each.UTF-8" "LOCPATH=$data" "MARL_LOCALE=$each" \
+      wine "$@" --suite=Of/Locale | sed 's/\r$//; /^\[\(=\|-\|  PASSED\)/d; /^Note: /d') || true
+    if [[ -n $lines ]]; then echo "$lines"; fi
+    if grep -q '^\[ RUN ' <<<"$lines"; then ran=$((ran + 1)); fi
+    if grep -q '^\[       OK ' <<<"$lines"; then passed=$((passed + 1)); fi
+  done
+  echo "[==========] $ran tests ran."
+  echo "[  PASSED  ] $passed tests."
+  if ((passed < ran)); then status=1; fi
+  if [[ -z ${GTEST_FILTER:-} ]] && ((ran < ${#LOCALES[@]})); then
+    echo "Of ${#LOCALES[@]} tests $ran ran."
+    status=1
+  fi
+  return $status
+}
+
 # desktops PROGRAM [ARG...]: runs a program of desktop tests on several Wine desktops side by side,
 # each with its own display and prefix; a free one takes the next test (TestQueue.h). CTest starts
 # it; MARL_DESKTOPS sets their number.
@@ -203,6 +251,7 @@ desktop_lane() (
   prefix_copy "desktop-$dpi" "$name-$1"
   wine_begin "$name-$1" "$dpi"
   wine_temp_in_memory
+  wine_small_disk "$name-$1"
   shift
   mkdir -p "$SHOTS_FOLDER/$name"
   export MARL_SHOTS="Z:$ROOT/$SHOTS_FOLDER/$name"

@@ -3,7 +3,7 @@
 BUILD_PACKAGES=(cmake ninja-build g++ g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix
                 librsvg2-bin libgtest-dev libgmock-dev googletest lld)
 WINE_FONTS=(fonts-wine fonts-liberation)
-RUN_PACKAGES=("${WINE_FONTS[@]}" xvfb xauth x11-utils xdotool imagemagick)
+RUN_PACKAGES=("${WINE_FONTS[@]}" xvfb xauth x11-utils xdotool imagemagick locales)
 WINE_PACKAGES=(wine wine64 wine32:i386)
 WINE64_PACKAGES=(wine wine64)
 BENCH_PACKAGES=(libbenchmark-dev librapidxml-dev libpugixml-dev libexpat1-dev libicu-dev

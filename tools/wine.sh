@@ -188,6 +188,19 @@ wine_temp_in_memory() {
   done
 }
 
+# wine_small_disk NAME: makes a file system of 64 KB of its own for tests, until wine_end, and passes
+# its folder on as MARL_SMALL_DISK. Only root can; without it, tests that need it are skipped.
+wine_small_disk() {
+  local folder=$ROOT/$WINE_FOLDER/disk-$1
+  unset MARL_SMALL_DISK
+  mkdir -p "$folder"
+  # A run that was killed has left it there.
+  if mountpoint -q "$folder" || mount -t tmpfs -o size=64k,mode=777 tmpfs "$folder" 2>/dev/null; then
+    rm -rf "${folder:?}"/*
+    export MARL_SMALL_DISK=$folder
+  fi
+}
+
 # Ends everything in the prefix; it starts again with the next program.
 wine_rest() {
   "${WINE_VIA[@]}" wineserver -k
@@ -245,6 +258,10 @@ wine_end() {
       if [[ -L $folder ]]; then rm "$folder" && mkdir "$folder"; fi
     done
     WINE_TEMP=
+  fi
+  if [[ -n ${MARL_SMALL_DISK:-} ]]; then
+    umount "$MARL_SMALL_DISK" || true
+    unset MARL_SMALL_DISK
   fi
   if [[ -n $XVFB_PID ]]; then
     kill "$XVFB_PID" 2>/dev/null || true

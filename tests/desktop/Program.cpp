@@ -58,7 +58,8 @@ std::size_t HandlesInSystemTable(DWORD process) {
                     [&](const Entry& entry) { return entry.process == process; }));
 }
 
-/// The environment of this process with some variables replaced, in the form for CreateProcess.
+/// The environment of this process with some variables replaced, in the form for CreateProcess. One
+/// without a value is removed.
 std::wstring EnvironmentBlock(const std::map<std::wstring, std::wstring>& changes) {
   std::wstring block;
   wchar_t* const all = GetEnvironmentStringsW();
@@ -71,7 +72,9 @@ std::wstring EnvironmentBlock(const std::map<std::wstring, std::wstring>& change
     if (!changed) block += entry + L'\0';
   }
   FreeEnvironmentStringsW(all);
-  for (const auto& [name, value] : changes) block += name + L"=" + value + L'\0';
+  for (const auto& [name, value] : changes) {
+    if (!value.empty()) block += name + L"=" + value + L'\0';
+  }
   block += L'\0';
   return block;
 }
@@ -115,14 +118,14 @@ bool MessageBoxWindow::Press(int button) const {
 }
 
 RunningMarl::RunningMarl(const SuiteFolder& suite, const std::wstring& commandLine,
-                         const std::wstring& program) {
+                         const std::wstring& program, const std::optional<std::wstring>& temp) {
   const std::wstring path = program.empty() ? suite.marl() : program;
   std::wstring line = L"\"" + path + L"\"";
   if (!commandLine.empty()) line += L" " + commandLine;
   std::wstring environment = EnvironmentBlock({{L"MARL_SUITE_LOG", suite.log()},
                                                {L"MARL_SUITE_LINGER", L"0"},
-                                               {L"TEMP", suite.temp()},
-                                               {L"TMP", suite.temp()}});
+                                               {L"TEMP", temp.value_or(suite.temp())},
+                                               {L"TMP", temp.value_or(suite.temp())}});
   STARTUPINFOW info = {};
   info.cb = sizeof info;
   PROCESS_INFORMATION started = {};

@@ -34,9 +34,11 @@ class MessageBoxWindow {
 class RunningMarl {
  public:
   /// Starts `program` (the suite's Marl.exe if empty) in the environment of `suite`; `commandLine`
-  /// follows the program's name and one blank.
+  /// follows the program's name and one blank. TEMP and TMP are `temp`, by default the suite's
+  /// temporary folder; there are none if it is empty.
   explicit RunningMarl(const SuiteFolder& suite, const std::wstring& commandLine = {},
-                       const std::wstring& program = {});
+                       const std::wstring& program = {},
+                       const std::optional<std::wstring>& temp = {});
   ~RunningMarl();
   RunningMarl(const RunningMarl&) = delete;
   RunningMarl& operator=(const RunningMarl&) = delete;

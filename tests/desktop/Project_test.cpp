@@ -480,6 +480,66 @@ TEST_F(Project, FoldersOfBothStylesAndPathsOfAnyLengthReachTheEditor) {
   EXPECT_TRUE(Close(marl));
 }
 
+TEST_F(Project, FoldersOfAnyNameAndPathsOfAnyKindReachTheEditor) {
+  const std::string xml = "<language lc=\"fr\" description=\"Any\"/><document path=\"a b.doc\"/>";
+  const std::wstring end = L"\\French\\a b.qtd";
+  Starts expected;
+  const std::wstring odd = L"a & b% %TEMP% !c 'd' ^e; ,f (g) #h  i";
+  // No code page has all of these; the second is what is left of the first in many.
+  const std::wstring any = L"\U0001D4B3\u16A0 \u0101\u0416";
+  const std::wstring fitted = L"\U0001D4B3\u16A0 a\u0416";
+  for (const std::wstring& job : {odd, any, fitted}) {
+    Put(job + L"\\j.qprx", xml);
+    Put(job + end);
+    ASSERT_TRUE(Open());
+    ASSERT_TRUE(ChooseFile(WaitForFileDialog(marl), At(job + L"\\j.qprx"))) << ToUtf8(job);
+    ASSERT_TRUE(Translate());
+    ASSERT_TRUE(PressButton(WaitForSelection(marl), L"OK"));
+    expected.push_back(Editor(job + end));
+    EXPECT_EQ(suite.WaitForTools(expected.size()), expected);
+  }
+
+  // By its short name, and over the network.
+  std::wstring brief(MAX_PATH, L'\0');
+  brief.resize(GetShortPathNameW(At(odd).c_str(), brief.data(), MAX_PATH));
+  const NetworkShare share(At(odd));
+  ASSERT_TRUE(share.made());
+  for (const std::wstring& job : {brief, share.name()}) {
+    SCOPED_TRACE(ToUtf8(job));
+    ASSERT_FALSE(job.empty());
+    ASSERT_TRUE(TranslateFirst(job + L"\\j.qprx"));
+    expected.push_back(Start(suite, L"Q17Bench.exe", L"\"" + job + end + L"\""));
+    EXPECT_EQ(suite.WaitForTools(expected.size()), expected);
+  }
+
+  // Working files go from that folder alone.
+  ASSERT_TRUE(Open());
+  ASSERT_TRUE(ChooseFile(WaitForFileDialog(marl), At(any + L"\\j.qprx")));
+  ASSERT_TRUE(Clean());
+  const MessageBoxWindow question = marl.WaitForBox();
+  ASSERT_TRUE(question);
+  ASSERT_TRUE(question.Press(IDYES));
+  EXPECT_TRUE(WaitUntil([&] { return !There(any + end); }));
+  EXPECT_TRUE(There(fitted + end));
+  EXPECT_TRUE(There(odd + end));
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_F(Project, PathOfThirtyTwoThousandCharactersIsOnlyMissing) {
+  for (const std::size_t length : {std::size_t{4000}, std::size_t{32'000}, std::size_t{40'000}}) {
+    SCOPED_TRACE(length);
+    const std::wstring project = At(NameOfLength(length, L".qprx"));
+    ASSERT_EQ(project.size(), length);
+    ASSERT_TRUE(Tell(project));
+    ASSERT_TRUE(Translate());
+    // A project that cannot be read has no languages.
+    EXPECT_TRUE(Says(L"No target languages found"));
+    ASSERT_TRUE(WaitUntil([&] { return IsWindowEnabled(main) != FALSE; }));
+  }
+  EXPECT_TRUE(Close(marl));
+  EXPECT_TRUE(suite.WaitForTools(0).empty());
+}
+
 TEST_F(Project, CountThatIsNoNumberEndsTheProgramWithTheRuntimesText) {
   const std::wstring path = suite.temp() + L"\\bad.qpj";
   Put(L"bad.qpj", "[Languages]\r\nCount=abc\r\n");

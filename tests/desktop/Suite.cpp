@@ -282,4 +282,24 @@ DriveLetter::~DriveLetter() {
   }
 }
 
+NetworkShare::NetworkShare(const std::wstring& folder) {
+  if (UnixNameOf(folder).empty()) {
+    name_ = L"\\\\localhost\\" + folder.substr(0, 1) + L"$" + folder.substr(2);
+  } else {
+    name_ = L"\\\\marltest\\jobs";
+    link_ = WineDriveLink(L'U');
+    // Beside the drives, a folder for each server.
+    link_.resize(link_.size() - 2);
+    link_ += L"unc/marltest";
+    RunUnixTool(L"mkdir -p \"" + link_ + L"\"");
+    RunUnixTool(L"ln -s \"" + UnixNameOf(folder) + L"\" \"" + link_ + L"/jobs\"");
+  }
+  made_ = WaitUntil([&] { return GetFileAttributesW(name_.c_str()) != INVALID_FILE_ATTRIBUTES; },
+                    std::chrono::seconds(5));
+}
+
+NetworkShare::~NetworkShare() {
+  if (!link_.empty()) RunUnixTool(L"rm -r \"" + link_ + L"\"");
+}
+
 }  // namespace marl::desktop

@@ -100,4 +100,21 @@ class DriveLetter {
   bool made_ = false;
 };
 
+/// A network name for a folder, while this lives.
+class NetworkShare {
+ public:
+  explicit NetworkShare(const std::wstring& folder);
+  ~NetworkShare();
+  NetworkShare(const NetworkShare&) = delete;
+  NetworkShare& operator=(const NetworkShare&) = delete;
+  bool made() const { return made_; }
+  /// Such as "\\server\share".
+  const std::wstring& name() const { return name_; }
+
+ private:
+  std::wstring name_;
+  std::wstring link_;
+  bool made_ = false;
+};
+
 }  // namespace marl::desktop

@@ -31,6 +31,8 @@ constexpr std::string_view kFirst[] = {
 
 // No test takes this long, however loaded the machine is.
 constexpr std::chrono::minutes kHung{10};
+// Except for the long runs.
+constexpr std::chrono::minutes kLongHung{120};
 constexpr int kHungCode = 3;
 
 /// True if `text` matches one of the patterns, which are separated by ":" and may contain "*" and
@@ -103,8 +105,8 @@ class Watch {
       : thread_([this] {
           while (!done_) {
             std::this_thread::sleep_for(std::chrono::milliseconds(100));
-            if (Clock::now() - started_.load() < kHung) continue;
-            std::printf("It has not ended after %d minutes.\n", static_cast<int>(kHung.count()));
+            if (Clock::now() - started_.load() < hung_) continue;
+            std::printf("It has not ended after %d minutes.\n", static_cast<int>(hung_.count()));
             std::fflush(stdout);
             Screenshot("hung");
             TerminateProcess(GetCurrentProcess(), kHungCode);
@@ -120,6 +122,8 @@ class Watch {
   void Begin() { started_ = Clock::now(); }
 
  private:
+  const std::chrono::minutes hung_ =
+      Environment(L"MARL_FAULTS").empty() && Environment(L"MARL_SOAK").empty() ? kHung : kLongHung;
   std::atomic<bool> done_ = false;
   std::atomic<Clock::time_point> started_ = Clock::now();
   std::thread thread_;

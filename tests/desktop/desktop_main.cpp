@@ -59,6 +59,7 @@ int wmain(int argc, wchar_t** argv) {
   std::wstring queue;
   for (int i = 1; i < argc; ++i) {
     const std::wstring argument = argv[i];
+    if (argument == marl::desktop::kDyingClient) marl::desktop::DieInConversation();
     if (argument.starts_with(L"--marl=")) g_programs.marl = argument.substr(7);
     if (argument.starts_with(L"--marl-")) {
       const std::size_t end = argument.find(L'=');
