@@ -522,6 +522,8 @@ TEST_F(Adverse, KilledAtAnyMomentItStartsAgainWithItsSettings) {
     const HWND main = marl.WaitForWindow();
     ASSERT_TRUE(main && ChangeOptions(marl));
     ASSERT_TRUE(WaitUntil([&] { return IsWindowEnabled(main) != FALSE; }));
+    // Answered once everything is stored.
+    SendMessageW(main, WM_NULL, 0, 0);
     known.push_back(ValuesIn(settings.Image()));
   }
   const int rounds = Times(4, 100);

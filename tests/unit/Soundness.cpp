@@ -133,6 +133,7 @@ void ExpectNothingHeld(ProgramRun& run) {
   if (!killed && run.cameUp() && run.desktop.exitCode() == 0) {
     EXPECT_TRUE(run.desktop.forms().empty()) << "a form is left behind";
     EXPECT_TRUE(run.hooks.listeners.empty()) << "the hook is left behind";
+    EXPECT_EQ(run.icons.destroyed.size(), 1u) << "the icon of the notification area";
   }
   if (!killed && !run.faults.failed().contains("Tray.NotifyIcon")) {
     EXPECT_TRUE(run.tray.icons.empty()) << "an icon is left in the notification area";
