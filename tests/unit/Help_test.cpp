@@ -240,6 +240,35 @@ INSTANTIATE_TEST_SUITE_P(Languages, Help, testing::ValuesIn(MemoryStrings::Langu
                            return name;
                          });
 
+// ---- docs/USING.md, in the first language
+
+TEST(Using, NamesTheKeysOfEveryFunction) {
+  const std::string page = Content(SourceFolder() / "docs/USING.md");
+  const std::string functions = page.substr(page.find("## Functions by name"));
+  World world;
+  world.Start();
+  int entries = 0;
+  for (Control* control : world.main().controls()) {
+    const auto* item = dynamic_cast<Menu*>(control);
+    if (!item || !item->parent() || item->separator() || item->name() == "mnuMarl") continue;
+    ++entries;
+    const std::string caption =
+        std::regex_replace(Quoted(item->Caption()), std::regex("^[1-5] "), "");
+    const std::size_t row = functions.find("\n| " + caption + " |");
+    ASSERT_NE(row, std::string::npos) << caption;
+    const std::string cells = functions.substr(row + 1, functions.find('\n', row + 1) - row - 1);
+    EXPECT_NE(cells.find("| " + Quoted(item->parent()->Caption()) + " |"), std::string::npos)
+        << cells;
+    const std::string keys = Utf8(ShortcutText(item->Shortcut));
+    EXPECT_TRUE(keys.empty() || cells.ends_with("| " + keys + " |")) << cells;
+  }
+  EXPECT_EQ(entries, 31);
+  for (const auto& label : world.main().lblRun) {
+    EXPECT_NE(functions.find("| " + Quoted(label->Caption()) + " |"), std::string::npos)
+        << Quoted(label->Caption());
+  }
+}
+
 TEST(HelpCheck, ReadsMarkdownAndQuotesTexts) {
   EXPECT_EQ(Read("# Title\n\n**Bold** and `code`,\nsee [A page](page.md#part).\n\nTerm\n: Text\n"),
             "# Title Bold and code, see A page. Term Text");
