@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "appearance/CaptionContrast.h"
 #include "appearance/FontSpec.h"
 #include "documents/modUTF8.h"
 #include "platform/RuntimeError.h"
@@ -31,6 +32,18 @@ constexpr int kSampleButton = 5;
 // cmdMove(0) moves a row up, cmdMove(1) down; cmdDismiss(0) is OK, cmdDismiss(1) Cancel.
 constexpr int kUp = 0;
 constexpr int kAccept = 0;
+
+/// Counts what is being done for as long as it lives.
+class Counted {
+ public:
+  explicit Counted(int& count) : count_(count) { ++count_; }
+  ~Counted() { --count_; }
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
+
+ private:
+  int& count_;
+};
 
 bool IsColumns(std::int32_t number) { return number >= kFewestColumns && number <= kMostColumns; }
 
@@ -108,6 +121,9 @@ void frmUI::Arrange() {
   cmdSave.Tag = StringTag(IDS_UI_SAVE);
   cmdDefault.SetBounds({2685, 6285, 1200, 345});
   cmdDefault.Tag = StringTag(IDS_UI_DEFAULT);
+  // In line with the texts of the buttons; a second line has room.
+  lblContrast.SetBounds({4005, 6330, 4335, 405});
+  lblContrast.AccessibleRole = AccessibleRole::kAlert;
   cmdDismiss[0].SetBounds({8460, 6285, 1125, 345});
   cmdDismiss[0].Default = true;
   cmdDismiss[1].SetBounds({9675, 6285, 1125, 345});
@@ -119,8 +135,8 @@ void frmUI::Arrange() {
            &fraText,        &picContainer,   &cmdSample[0],   &cmdSample[1],   &fraBorder,
            &cmdSetColor(4), &cmdSetColor(5), &chkThickBorder, &fraIcons,       &lstIcons,
            &cmdMove[0],     &cmdMove[1],     &cmbIcons,       &chkUseTwoState, &lblIconsPerRow,
-           &cmbIconsPerRow, &cmdLoad,        &cmdSave,        &cmdDefault,     &cmdDismiss[0],
-           &cmdDismiss[1]}) {
+           &cmbIconsPerRow, &cmdLoad,        &cmdSave,        &cmdDefault,     &lblContrast,
+           &cmdDismiss[0],  &cmdDismiss[1]}) {
     control->TabIndex = place++;
   }
 }
@@ -139,6 +155,8 @@ void frmUI::Wire() {
   hsbAngle.Change = [this] { AngleChanged(); };
   cmbIcons.Click = [this] { ShowPictures(); };
   chkUseTwoState.Click = [this] { ShowPictures(); };
+  cmbIconsPerRow.Click = [this] { ShowContrast(); };
+  lstIcons.ItemCheck = [this](int) { ShowContrast(); };
   lstIcons.MouseDown = [this] {
     dragging_ = true;
     dragged_ = SelectedRow();
@@ -169,6 +187,7 @@ void frmUI::OnLoad() {
   ShowSkin(switchboard_.skin);
   ShowSkin(stored);
   RefreshSample();
+  ShowContrast();
 }
 
 void frmUI::Localise() {
@@ -178,19 +197,39 @@ void frmUI::Localise() {
   cmdDismiss[1].SetCaption(ports_.strings.Get(IDS_UI_CANCEL));
   for (std::size_t i = 0; i < cmdSample.size(); ++i) {
     cmdSample[i].SetCaption(lblSample[i].Caption() + u"...");
+    // The button is what opens the font: the sample itself is a text.
+    lblSample[i].AccessibleRole = AccessibleRole::kText;
+    lblSample[i].AccessibleDescription = [this, i] { return SampleText(i); };
+    cmdSample[i].AccessibleDescription = [this, i] { return SampleText(i); };
   }
+  picContainer.AccessibleName = ports_.strings.Get(IDS_FONT_SAMPLE);
   lstIcons.AccessibleName = ports_.strings.Get(IDS_NAME_PANEL_BUTTONS);
   cmbIcons.AccessibleName = ports_.strings.Get(IDS_NAME_ICON_SET);
   fraIcons.AccessibleName = lstIcons.AccessibleName;
   hsbAngle.AccessibleValue = [this] { return NumberText(hsbAngle.Value()) + u'\u00B0'; };
   for (const int index : {0, 1, 4, 5}) {
-    cmdSetColor(index).AccessibleDescription = [this, index] { return ColorText(index); };
+    cmdSetColor(index).AccessibleDescription = [this, index] {
+      return ColorText(shpColor(index).FillColor());
+    };
   }
 }
 
-/// The colour of a swatch in words.
-Text frmUI::ColorText(int index) const {
-  const Color color = shpColor(index).FillColor();
+/// Font and colour of a sample in words.
+Text frmUI::SampleText(std::size_t index) const {
+  const marl::Font& font = lblSample[index].Font();
+  Text text = font.Name + u", " + CurrencyText(font.Size, numbers_);
+  const std::pair<bool, int> styles[] = {{font.Bold, IDS_FONT_BOLD},
+                                         {font.Italic, IDS_FONT_ITALIC},
+                                         {font.Underline, IDS_FONT_UNDERLINE}};
+  for (const auto& [set, name] : styles) {
+    if (set) text += u", " + WithoutAccessKeys(ports_.strings.Get(name));
+  }
+  return text + u", " + ColorText(lblSample[index].ForeColor());
+}
+
+/// A colour in words.
+Text frmUI::ColorText(Color color) const {
+  if (color < 0) color = desktop().SystemColorValue(color & 0x7FFFFFFF);
   Text text = ports_.strings.Get(IDS_NAME_COLOUR);
   for (int channel = 0; channel < 3; ++channel) {
     const Text place = {u'%', static_cast<char16_t>(u'1' + channel)};
@@ -249,6 +288,7 @@ const frmUI::TextControl frmUI::kTextControls[] = {
 };
 
 void frmUI::ShowSkin(const SkinSettings& skin) {
+  const Counted arranging(arranging_);
   for (const SkinParameter& parameter : kSkinParameters) {
     Skip([&] {
       if (parameter.number) {
@@ -291,6 +331,7 @@ void frmUI::SetDisplayIcons(TextView text) {
       throw RuntimeError::SubscriptOutOfRange();
     }
   }
+  const Counted arranging(arranging_);
   lstIcons.Clear();
   for (const DisplayPosition& position : order) {
     const Text& caption = switchboard_.captions[static_cast<std::size_t>(position.button)];
@@ -323,6 +364,31 @@ void frmUI::RefreshSample() {
   picContainer.Refresh();
 }
 
+void frmUI::ShowContrast() {
+  if (arranging_ > 0) return;
+  SkinSettings skin;
+  skin.Angle = hsbAngle.Value();
+  skin.Color1 = shpColor(0).FillColor();
+  skin.Color2 = shpColor(1).FillColor();
+  skin.Text1 = lblSample[0].ForeColor();
+  skin.Text2 = lblSample[1].ForeColor();
+  skin.IconsPerRow = cmbIconsPerRow.ListIndex() + kFewestColumns;
+  int shown = 0;
+  for (int row = 0; row < kButtonCount; ++row) shown += lstIcons.Selected(row) ? 1 : 0;
+
+  const CaptionContrast contrast = ContrastOfCaptions(desktop(), skin, shown);
+  Text names;
+  for (std::size_t i = 0; i < lblSample.size(); ++i) {
+    const double own = i == 0 ? contrast.normal : contrast.highlighted;
+    if (own >= NeededContrast(lblSample[i].Font())) continue;
+    names += (names.empty() ? u" " : u", ") + lblSample[i].Caption();
+  }
+  const Text hint = names.empty() ? Text() : ports_.strings.Get(IDS_UI_HARD_TO_READ) + names;
+  if (hint == lblContrast.Caption()) return;
+  lblContrast.SetCaption(hint);
+  Announce(Announcement::kAlert, &lblContrast);
+}
+
 void frmUI::ShowPictures() {
   const int set = cmbIcons.ListIndex();
   const int size = resolution().PixelsX(kPictureTwips);
@@ -340,13 +406,16 @@ void frmUI::OnLookChanged() {
 void frmUI::AngleChanged() {
   lblAngleValue.SetCaption(NumberText(hsbAngle.Value()));
   RefreshSample();
+  ShowContrast();
 }
 
 void frmUI::PickColor(int index) {
   Color color = shpColor(index).FillColor();
   if (!ports_.colorDialog.ShowColor(this, kColorInit | kColorFullOpen, color)) return;
   shpColor(index).SetFillColor(color);
-  if (index < 2) RefreshSample();
+  if (index >= 2) return;
+  RefreshSample();
+  ShowContrast();
 }
 
 void frmUI::EditSample(int index) {
@@ -355,11 +424,13 @@ void frmUI::EditSample(int index) {
   font.SampleIndex = static_cast<std::int16_t>(index);
   font.SetInitialFont();
   font.ShowModal(this);
+  ShowContrast();
 }
 
 void frmUI::SetDefaults() {
   ShowSkin({});
   RefreshSample();
+  ShowContrast();
 }
 
 // The row at `i` is inserted before the one at `i - 1`, and the new selection is set before the old
@@ -373,6 +444,7 @@ void frmUI::MoveRow(int direction) {
     i = j;
     j = j - 1;
   }
+  const Counted arranging(arranging_);  // the number of ticks is the same afterwards
   lstIcons.AddItem(lstIcons.List(i), j);
   ++i;
   lstIcons.SetSelected(j, lstIcons.Selected(i));
@@ -390,6 +462,7 @@ frmUI::Row frmUI::SelectedRow() const {
 void frmUI::Drag() {
   const int target = lstIcons.ListIndex();
   if (dragging_ && target != dragged_.position && target >= 0 && dragged_.position >= 0) {
+    const Counted arranging(arranging_);
     lstIcons.RemoveItem(dragged_.position);
     InsertRow(dragged_, target);
     lstIcons.SetListIndex(target);
@@ -410,8 +483,12 @@ void frmUI::LoadSkin() {
   Text path;
   const FileDialogSettings settings = SkinDialog(kFileMustExist | kHideReadOnly);
   if (ports_.fileDialogs.ShowOpen(this, settings, path) != FileDialogResult::kChosen) return;
-  LoadSkinFile(ports_.files, path, *this, numbers_);
+  {
+    const Counted arranging(arranging_);
+    LoadSkinFile(ports_.files, path, *this, numbers_);
+  }
   RefreshSample();
+  ShowContrast();
 }
 
 void frmUI::SaveSkin() {

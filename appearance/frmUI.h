@@ -86,6 +86,8 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
   CommandButton cmdLoad{*this, "cmdLoad"};
   CommandButton cmdSave{*this, "cmdSave"};
   CommandButton cmdDefault{*this, "cmdDefault"};
+  /// Names the samples whose text is hard to read on the gradient of the panel; empty if none is.
+  Label lblContrast{*this, "lblContrast"};
   std::array<CommandButton, 2> cmdDismiss{
       {CommandButton{*this, "cmdDismiss", 0}, CommandButton{*this, "cmdDismiss", 1}}};
 
@@ -140,7 +142,7 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
   void Arrange();
   void Wire();
   void Localise();
-  Text ColorText(int index) const;
+  Text ColorText(Color color) const;
   void ShowSkin(const SkinSettings& skin);
   SkinSettings Skin() const;
   void SetNumber(std::int32_t SkinSettings::*field, std::int32_t number) override;
@@ -149,6 +151,8 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
   Color GradientColor(int index) const override { return shpColor(index).FillColor(); }
   int GradientAngle() const override { return hsbAngle.Value(); }
 
+  Text SampleText(std::size_t index) const;
+  void ShowContrast();
   void ShowPictures();
   void AngleChanged();
   void PickColor(int index);
@@ -169,6 +173,7 @@ class frmUI : public Form, private SkinTarget, private SampleForm {
   IconSets icons_{ports_.pictures};
   std::unique_ptr<clsGradient> gradient_;  ///< created at first use
   GradientPicture sample_;
+  int arranging_ = 0;  ///< above 0 while several controls change together
   bool dragging_ = false;
   Row dragged_;
   std::array<Shape, 4> swatches_{

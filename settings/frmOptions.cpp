@@ -125,6 +125,7 @@ void frmOptions::SetCaptions() {
   SetCaption(strings.Get(IDS_OPTIONS_TITLE));
   for (std::size_t i = 0; i < kTabStrings.size(); ++i) {
     tabOptions.SetPartCaption(static_cast<int>(i) + 1, strings.Get(kTabStrings[i]));
+    picTab[i].AccessibleName = WithoutAccessKeys(strings.Get(kTabStrings[i]));
   }
   for (std::size_t i = 0; i < chkOptions.size(); ++i) {
     chkOptions[i].SetCaption(strings.Get(kOptionStrings[i]));

@@ -88,8 +88,6 @@ class frmMain : public Form, public HookedForm {
   void BindTooltips();
   /// Presses a button, whether by its image, its label, its frame or the tray menu.
   void Press(int index);
-  /// The visible buttons, in their order on the panel.
-  std::vector<AccessiblePart> AccessibleParts() const override;
   /// Tag of the current tracking server, or empty.
   const Text& CurrentServerTag() const { return servers_.CurrentServerTag; }
 
@@ -135,6 +133,8 @@ class frmMain : public Form, public HookedForm {
   void OnClick() override;
   void OnKeyPress(char16_t character) override;
   bool OnKeyDown(int key, int state) override;
+  /// The visible buttons, in their order on the panel.
+  std::vector<AccessiblePart> PartsIn(const Control* container) const override;
   void OnFocusPart(const Control& control) override;
   void OnMouseMove(int button, int shift, float x, float y) override;
   void OnUnload() override;

@@ -44,7 +44,8 @@ void frmMain::FocusOn(int button) {
   AnnounceFocus();
 }
 
-std::vector<AccessiblePart> frmMain::AccessibleParts() const {
+std::vector<AccessiblePart> frmMain::PartsIn(const Control* container) const {
+  if (container) return Form::PartsIn(container);
   std::vector<AccessiblePart> parts;
   for (const int button : PanelOrder(Areas())) {
     const auto slot = static_cast<std::size_t>(button);

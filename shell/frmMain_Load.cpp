@@ -120,7 +120,8 @@ void frmMain::RemoveTemporaryFiles() {
 void frmMain::SetCaptions() {
   desktop().Actions = {
       platform_.strings.Get(IDS_ACTION_PRESS), platform_.strings.Get(IDS_ACTION_OPEN),
-      platform_.strings.Get(IDS_ACTION_TICK), platform_.strings.Get(IDS_ACTION_CLEAR)};
+      platform_.strings.Get(IDS_ACTION_TICK), platform_.strings.Get(IDS_ACTION_CLEAR),
+      platform_.strings.Get(IDS_ACTION_SELECT)};
   ChangeMenuBar([this] { SetMenuCaptions(); });
   for (int i = 0; i < kButtonCount; ++i) {
     lblRun[static_cast<std::size_t>(i)]->SetCaption(platform_.strings.Get(kCaptionString + i));

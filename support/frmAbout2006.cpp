@@ -54,6 +54,7 @@ frmAbout2006::frmAbout2006(Ports ports)
     label.HandCursor = true;
     cmdShell[i]->SetBounds({-1500, label.Top(), 1125, kLineHeight});
     cmdShell[i]->TabStop = false;
+    cmdShell[i]->StandsFor = &label;
     cmdShell[i]->GotFocus = [this, link] { FollowLink(link); };
   }
   linBottom.Place({kMargin, 3165}, {kWidth - kMargin, 3165});
@@ -82,10 +83,6 @@ void frmAbout2006::OnLoad() {
   ApplyLocaleFont(*this, ports_.locales);
   LoadFormStrings(*this, ports_.strings);
   imgLogo.AccessibleName = ports_.strings.Get(IDS_NAME_MAKERS_SITE);
-  // The buttons that only give the links a place in the tab order.
-  for (std::size_t i = 0; i < cmdShell.size(); ++i) {
-    cmdShell[i]->AccessibleName = WithoutAccessKeys(lblLabel[kSite + i]->Caption());
-  }
   lblLabel[kVersionLabel]->SetCaption(Text(kApplicationTitle).append(u" ").append(kVersion));
   ShowLogo();
   ColorLinks();

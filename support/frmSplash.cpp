@@ -26,6 +26,7 @@ frmSplash::frmSplash(Desktop& desktop, Pictures& pictures, const Locale& locales
   Border = BorderStyle::kNone;
   KeyPreview = true;
   SetBackColor(Rgb(0, 77, 57));
+  AccessibleName = kApplicationTitle;  // it has no title bar
   img2006.SetBounds({0, 0, 7200, 4500});
   img2006.AccessibleName = kApplicationTitle;
   img2006.Click = [this] { Dismiss(); };

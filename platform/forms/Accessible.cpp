@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/forms/CommonControls.h"
 #include "platform/forms/Controls.h"
 #include "platform/forms/Form.h"
 
@@ -29,6 +30,28 @@ bool IsShown(const Control& control) {
 
 /// A label that is clicked is a link, and names nothing else.
 bool IsLink(const Control& control) { return control.HandCursor && control.Click; }
+
+/// True if another control has the focus for this one.
+bool HasStandIn(const Control& painted) {
+  const auto& controls = painted.form().controls();
+  return std::any_of(controls.begin(), controls.end(),
+                     [&](const Control* control) { return control->StandsFor == &painted; });
+}
+
+std::vector<AccessiblePart> TabsOf(const TabStrip& strip) {
+  std::vector<AccessiblePart> tabs;
+  for (int tab = 1; tab <= strip.PartCount(); ++tab) {
+    AccessiblePart part;
+    part.role = AccessibleRole::kTab;
+    part.name = WithoutAccessKeys(strip.Part(tab).Caption);
+    part.state = kCanHaveFocus | kCanBeSelected;
+    if (tab == strip.SelectedItem()) part.state |= kIsSelected;
+    if (!strip.Reachable()) part.state |= kUnavailable;
+    part.pressable = true;
+    tabs.push_back(std::move(part));
+  }
+  return tabs;
+}
 
 /// The label that leads to a field.
 const Control* LabelOf(const Control& field) {
@@ -58,6 +81,8 @@ Text WithoutAccessKeys(TextView caption) {
 }
 
 AccessibleRole RoleOf(const Control& control) {
+  if (control.AccessibleRole) return *control.AccessibleRole;
+  if (control.StandsFor) return RoleOf(*control.StandsFor);
   switch (control.kind()) {
     case ControlKind::kCommandButton: return AccessibleRole::kButton;
     case ControlKind::kCheckBox: return AccessibleRole::kCheckBox;
@@ -70,12 +95,13 @@ AccessibleRole RoleOf(const Control& control) {
     case ControlKind::kStatusBar: return AccessibleRole::kStatusBar;
     case ControlKind::kTabStrip: return AccessibleRole::kTabs;
     case ControlKind::kPictureBox: return AccessibleRole::kPage;
-    default: return AccessibleRole::kText;
+    default: return IsLink(control) ? AccessibleRole::kLink : AccessibleRole::kText;
   }
 }
 
 Text NameOf(const Control& control) {
   if (!control.AccessibleName.empty()) return control.AccessibleName;
+  if (control.StandsFor) return NameOf(*control.StandsFor);
   if (HasCaption(control.kind())) return WithoutAccessKeys(control.Caption());
   if (!IsField(control.kind())) return {};
   const Control* const label = LabelOf(control);
@@ -100,7 +126,20 @@ unsigned ValueStateOf(const Control& control) {
   return checked ? unsigned{kChecked} : 0U;
 }
 
+bool ListsItsParts(const Control& control) {
+  switch (control.kind()) {
+    case ControlKind::kFrame:
+    case ControlKind::kPictureBox:
+    case ControlKind::kTabStrip: return true;
+    case ControlKind::kListBox: return static_cast<const ListBox&>(control).CheckBoxes;
+    default: return false;
+  }
+}
+
 std::vector<AccessiblePart> RowsOf(const Control& control) {
+  if (control.kind() == ControlKind::kTabStrip) {
+    return TabsOf(static_cast<const TabStrip&>(control));
+  }
   std::vector<AccessiblePart> rows;
   if (control.kind() != ControlKind::kListBox) return rows;
   const auto& list = static_cast<const ListBox&>(control);
@@ -119,9 +158,10 @@ std::vector<AccessiblePart> RowsOf(const Control& control) {
   return rows;
 }
 
-std::vector<AccessiblePart> PaintedParts(const Form& form) {
+std::vector<AccessiblePart> PaintedParts(const Form& form, const Control* container) {
   std::vector<Control*> shown;
   for (Control* control : form.controls()) {
+    if (control->container() != container || HasStandIn(*control)) continue;
     const bool label = control->kind() == ControlKind::kLabel && !control->Caption().empty();
     const bool picture = control->kind() == ControlKind::kImage && !control->AccessibleName.empty();
     if ((label || picture) && IsShown(*control)) shown.push_back(control);
@@ -132,8 +172,8 @@ std::vector<AccessiblePart> PaintedParts(const Form& form) {
   for (Control* control : shown) {
     AccessiblePart part;
     part.control = control;
-    part.pressable = IsLink(*control);
-    part.role = part.pressable ? AccessibleRole::kLink : AccessibleRole::kText;
+    part.role = RoleOf(*control);
+    part.pressable = part.role == AccessibleRole::kLink;
     part.name = NameOf(*control);
     part.description = DescriptionOf(*control);
     if (!control->Reachable()) part.state |= kUnavailable;

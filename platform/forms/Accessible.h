@@ -17,6 +17,7 @@ enum class AccessibleRole {
   kButton,
   kLink,
   kText,
+  kAlert,  ///< a text that is read when it appears
   kCheckBox,
   kOptionButton,
   kField,
@@ -29,6 +30,7 @@ enum class AccessibleRole {
   kScrollBar,
   kStatusBar,
   kTabs,
+  kTab,
 };
 
 /// States, as bits.
@@ -42,9 +44,9 @@ enum AccessibleState : unsigned {
   kIsSelected = 64,
 };
 
-/// A part that a form paints: it has no window of its own.
+/// A part of a form or a control that has no window of its own: it is painted, or a row or a tab.
 struct AccessiblePart {
-  Control* control = nullptr;  ///< is clicked when the part is pressed
+  Control* control = nullptr;  ///< is clicked when the part is pressed; null for a row or a tab
   AccessibleRole role = AccessibleRole::kText;
   Text name;
   Text description;
@@ -56,7 +58,7 @@ struct AccessiblePart {
 };
 
 /// What has changed.
-enum class Announcement { kFocus, kState, kName, kOrder };
+enum class Announcement { kFocus, kState, kName, kOrder, kSelection, kAlert };
 
 /// A direction from one part to another.
 enum class Neighbour { kNext, kPrevious, kLeft, kRight, kAbove, kBelow };
@@ -64,12 +66,13 @@ enum class Neighbour { kNext, kPrevious, kLeft, kRight, kAbove, kBelow };
 /// A text without its access key: "&" is left out, and "&&" is a plain "&".
 Text WithoutAccessKeys(TextView caption);
 
-/// The role of a control that has a window.
+/// The role of a control: `AccessibleRole`, or that of what it stands for, or that of its kind. A
+/// label or picture with the pointer of a link that is clicked is a link.
 AccessibleRole RoleOf(const Control& control);
 
-/// The name of a control: `AccessibleName`, or its own caption, or that of the label that it
-/// follows in the tab order (with other fields between them at most); without access keys. Empty if
-/// the platform knows the name, or there is none.
+/// The name of a control: `AccessibleName`, or that of what it stands for, or its own caption, or
+/// that of the label that it follows in the tab order (with other fields between them at most);
+/// without access keys. Empty if the platform knows the name, or there is none.
 Text NameOf(const Control& control);
 /// What is said of it besides: `AccessibleDescription`, or its tip.
 Text DescriptionOf(const Control& control);
@@ -78,12 +81,16 @@ std::optional<Text> ValueOf(const Control& control);
 /// `kChecked` for a box that is ticked or an option that is chosen.
 unsigned ValueStateOf(const Control& control);
 
-/// The rows of a list with ticks; none for other controls. Their places stay empty.
+/// True if the parts of the control, and the windows in it, are listed by the rules here: groups,
+/// areas, lists with ticks and tabs. The platform knows those of the others.
+bool ListsItsParts(const Control& control);
+/// The rows of a list with ticks, or the tabs of a row of tabs; none for other controls. Their
+/// places stay empty.
 std::vector<AccessiblePart> RowsOf(const Control& control);
 
-/// The labels that a form shows, and the pictures and labels that lead somewhere when clicked, in
-/// the order of the tab order.
-std::vector<AccessiblePart> PaintedParts(const Form& form);
+/// The labels and the named pictures that a form shows in `container`, or on itself if that is
+/// null, in the order of the tab order. Those for which a control stands are left out.
+std::vector<AccessiblePart> PaintedParts(const Form& form, const Control* container);
 
 /// The part in this direction from part `from` (an index); nothing if there is none. Left and right
 /// stay in the row, above and below in the column.

@@ -1,6 +1,7 @@
 #include "platform/forms/CommonControls.h"
 
 #include "platform/RuntimeError.h"
+#include "platform/forms/Form.h"
 
 namespace marl {
 
@@ -42,6 +43,7 @@ void TabStrip::SetSelectedItem(int tab) {
   if (tab == selected_) return;
   selected_ = tab;
   Changed(Property::kSelection);
+  form().Announce(Announcement::kSelection, this, tab);
   if (Click) Click();
 }
 

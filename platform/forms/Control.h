@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -12,6 +13,7 @@
 namespace marl {
 
 class Form;
+enum class AccessibleRole;
 
 /// The kinds of controls. Windowless kinds are painted by their form; timers and menus have no
 /// place on it; all others are standard controls of the platform.
@@ -122,8 +124,11 @@ class Control {
 
   // For users who do not see it; set by the design only. See Accessible.h.
   Text AccessibleName;  ///< in place of its caption, or of the label before it
-  std::function<Text()> AccessibleDescription;  ///< in place of its tip
-  std::function<Text()> AccessibleValue;        ///< in place of what the platform says
+  std::function<Text()> AccessibleDescription;         ///< in place of its tip
+  std::function<Text()> AccessibleValue;               ///< in place of what the platform says
+  std::optional<marl::AccessibleRole> AccessibleRole;  ///< in place of that of its kind
+  /// The painted control for which it only takes the focus: both are one element.
+  Control* StandsFor = nullptr;
 
   /// Marks the control to be painted at the end of the event, together with everything else that is
   /// marked.

@@ -66,9 +66,10 @@ class FormPeer {
 /// What an accessibility client offers to do with a control, in the user's language.
 struct ActionNames {
   Text press;
-  Text open;   ///< a link
-  Text tick;   ///< a box
-  Text clear;  ///< a box that is ticked
+  Text open;    ///< a link
+  Text tick;    ///< a box
+  Text clear;   ///< a box that is ticked
+  Text select;  ///< a tab
 };
 
 /// Thrown to end the process at once; no form's unload sequence runs.

@@ -334,9 +334,15 @@ void Form::UserPressPart(Control& control, int row) {
   if (!peer_ || !peer_->TakesInput() || !control.Reachable()) return;
   if (row > 0) {
     if (control.kind() == ControlKind::kListBox) static_cast<ListBox&>(control).UserCheck(row - 1);
+    if (control.kind() == ControlKind::kTabStrip)
+      static_cast<TabStrip&>(control).UserSelectTab(row);
     return;
   }
-  for (const AccessiblePart& part : AccessibleParts()) {
+  if (Control* const painted = control.StandsFor) {
+    if (painted->Reachable() && RoleOf(*painted) == AccessibleRole::kLink) painted->UserClick();
+    return;
+  }
+  for (const AccessiblePart& part : AccessibleParts(control.container())) {
     // The click may destroy the form: do not use it afterwards.
     if (part.control == &control && part.pressable) return control.UserClick();
   }
@@ -345,6 +351,10 @@ void Form::UserPressPart(Control& control, int row) {
 void Form::UserFocusPart(Control& control, int row) {
   if (!peer_ || !peer_->TakesInput() || !control.Reachable()) return;
   if (row == 0) return OnFocusPart(control);
+  if (control.kind() == ControlKind::kTabStrip) {
+    control.SetFocus();
+    return static_cast<TabStrip&>(control).UserSelectTab(row);
+  }
   if (control.kind() != ControlKind::kListBox) return;
   control.SetFocus();
   auto& list = static_cast<ListBox&>(control);

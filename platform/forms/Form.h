@@ -69,8 +69,13 @@ class Form {
   bool ShowsAccessKeys() const { return accessKeys_; }
   /// Whether the focus is to be seen: the user's setting, and whether the keyboard has been used.
   bool ShowsFocus() const { return focusCues_; }
-  /// What the form paints, for those who do not see it, in reading order.
-  virtual std::vector<AccessiblePart> AccessibleParts() const { return PaintedParts(*this); }
+  /// Its name for those who do not see it, in place of its caption; set by the design only.
+  Text AccessibleName;
+  /// What the form paints in `container`, or on itself if that is null, for those who do not see
+  /// it, in reading order.
+  std::vector<AccessiblePart> AccessibleParts(const Control* container = nullptr) const {
+    return PartsIn(container);
+  }
   /// Tells accessibility clients what has changed in a control or in its row (from 1), or in the
   /// form itself. A painted control counts if it is one of the accessible parts.
   void Announce(Announcement what, const Control* control = nullptr, int row = 0);
@@ -140,8 +145,9 @@ class Form {
   /// Chooses the menu entry with this shortcut. False if there is none that is enabled and visible:
   /// the key is then an ordinary one.
   bool UserShortcut(const Shortcut& keys);
-  /// An accessibility client presses an accessible part, or a row (from 1) of a list with ticks: it
-  /// is clicked. Ignored where no user could do that now, and for other controls.
+  /// An accessibility client presses an accessible part, or a control that stands for one, or a row
+  /// (from 1) of a list with ticks, or a tab (from 1): it is clicked. Ignored where no user could
+  /// do that now, and for other controls.
   void UserPressPart(Control& control, int row);
   /// A client wants it to have the focus.
   void UserFocusPart(Control& control, int row);
@@ -216,6 +222,9 @@ class Form {
   virtual void OnLoad() {}
   virtual void OnActivate() {}
   virtual void OnDeactivate() {}
+  virtual std::vector<AccessiblePart> PartsIn(const Control* container) const {
+    return PaintedParts(*this, container);
+  }
   /// An accessible part is to have the focus.
   virtual void OnFocusPart(const Control& /*control*/) {}
   /// `ShowsFocus` has changed.

@@ -2,6 +2,7 @@
 
 // clang-format off
 #include <windows.h>
+#include <commctrl.h>
 #include <oleacc.h>
 // clang-format on
 
@@ -62,6 +63,7 @@ LONG RoleNumber(AccessibleRole role) {
     case AccessibleRole::kButton: return ROLE_SYSTEM_PUSHBUTTON;
     case AccessibleRole::kLink: return ROLE_SYSTEM_LINK;
     case AccessibleRole::kText: return ROLE_SYSTEM_STATICTEXT;
+    case AccessibleRole::kAlert: return ROLE_SYSTEM_ALERT;
     case AccessibleRole::kCheckBox:
     case AccessibleRole::kCheckRow: return ROLE_SYSTEM_CHECKBUTTON;
     case AccessibleRole::kOptionButton: return ROLE_SYSTEM_RADIOBUTTON;
@@ -74,6 +76,7 @@ LONG RoleNumber(AccessibleRole role) {
     case AccessibleRole::kScrollBar: return ROLE_SYSTEM_SCROLLBAR;
     case AccessibleRole::kStatusBar: return ROLE_SYSTEM_STATUSBAR;
     case AccessibleRole::kTabs: return ROLE_SYSTEM_PAGETABLIST;
+    case AccessibleRole::kTab: return ROLE_SYSTEM_PAGETAB;
   }
   return ROLE_SYSTEM_CLIENT;
 }
@@ -112,8 +115,11 @@ std::vector<HWND> ChildWindows(HWND window) {
 }
 
 /// The accessible object of a form's client area or of a control: the platform's standard object,
-/// with what only the form knows. Painted parts and rows with ticks are its children 1 to n; a
-/// form's child windows follow them.
+/// with what only the form knows. Painted parts, rows with ticks and tabs are its children 1 to n;
+/// the windows in it follow them.
+///
+/// Readers that use UI Automation ask the platform's proxy, which asks this object: Invoke and
+/// Toggle are the default action, HelpText is the help, IsEnabled the state "unavailable".
 class ClientObject final : public IAccessible {
  public:
   ClientObject(std::shared_ptr<AccessibleLink> link, HWND window, const Control* control,
@@ -161,8 +167,8 @@ class ClientObject final : public IAccessible {
   STDMETHODIMP get_accChildCount(LONG* out) noexcept override {
     if (!out) return E_POINTER;
     return Ask([&] {
+      if (!ListsParts()) return standard_.get()->get_accChildCount(out);
       const std::size_t parts = Parts().size();
-      if (control_ && parts == 0) return standard_.get()->get_accChildCount(out);
       *out = static_cast<LONG>(parts + Windows().size());
       return S_OK;
     });
@@ -171,8 +177,8 @@ class ClientObject final : public IAccessible {
     if (!out) return E_POINTER;
     *out = nullptr;
     return Ask([&]() -> HRESULT {
+      if (!ListsParts()) return standard_.get()->get_accChild(child, out);
       const std::size_t parts = Parts().size();
-      if (control_ && parts == 0) return standard_.get()->get_accChild(child, out);
       if (child.vt != VT_I4 || child.lVal < 1) return E_INVALIDARG;
       const auto place = static_cast<std::size_t>(child.lVal) - 1;
       if (place < parts) return S_FALSE;  // without an object of its own
@@ -184,7 +190,7 @@ class ClientObject final : public IAccessible {
   STDMETHODIMP get_accName(VARIANT child, BSTR* out) noexcept override {
     return TextOf(
         child, out, [](const AccessiblePart& part) { return part.name; },
-        [&] { return control_ ? NameOf(*control_) : Text(); },
+        [&] { return control_ ? NameOf(*control_) : TheForm().AccessibleName; },
         [&](VARIANT of) { return standard_.get()->get_accName(of, out); });
   }
   STDMETHODIMP get_accValue(VARIANT child, BSTR* out) noexcept override {
@@ -239,16 +245,18 @@ class ClientObject final : public IAccessible {
         },
         [&] {
           const HRESULT result = standard_.get()->get_accState(Self(), out);
-          if (SUCCEEDED(result) && out->vt == VT_I4 && control_) {
-            out->lVal |= StateNumber(ValueStateOf(*control_));
-          }
+          if (FAILED(result) || out->vt != VT_I4 || !control_) return result;
+          out->lVal |= StateNumber(ValueStateOf(*control_));
+          // Where its own window is does not matter.
+          if (control_->StandsFor) out->lVal &= ~(STATE_SYSTEM_INVISIBLE | STATE_SYSTEM_OFFSCREEN);
           return result;
         },
         [&](VARIANT of) { return standard_.get()->get_accState(of, out); });
   }
   STDMETHODIMP get_accHelp(VARIANT child, BSTR* out) noexcept override {
     return TextOf(
-        child, out, [](const AccessiblePart&) { return Text(); }, [] { return Text(); },
+        child, out, [](const AccessiblePart& part) { return part.description; },
+        [&] { return control_ ? DescriptionOf(*control_) : Text(); },
         [&](VARIANT of) { return standard_.get()->get_accHelp(of, out); });
   }
   STDMETHODIMP get_accHelpTopic(BSTR*, VARIANT, LONG*) noexcept override {
@@ -266,7 +274,7 @@ class ClientObject final : public IAccessible {
       const HWND focus = GetFocus();
       if (!focus || (focus != window_ && !IsChild(window_, focus))) return S_FALSE;
       if (focus != window_) {
-        if (control_) return standard_.get()->get_accFocus(out);
+        if (!ListsParts()) return standard_.get()->get_accFocus(out);
         IDispatch* object = nullptr;
         const HRESULT result = ObjectOf(focus, &object);
         if (FAILED(result)) return result;
@@ -286,7 +294,7 @@ class ClientObject final : public IAccessible {
     out->vt = VT_EMPTY;
     return Ask([&]() -> HRESULT {
       const std::vector<AccessiblePart> parts = Parts();
-      if (parts.empty()) return standard_.get()->get_accSelection(out);
+      if (!ListsParts()) return standard_.get()->get_accSelection(out);
       const auto part = SelectedIn(parts);
       if (!part) return S_FALSE;
       GiveNumber(static_cast<LONG>(*part) + 1, out);
@@ -298,8 +306,7 @@ class ClientObject final : public IAccessible {
         child,
         [&](const AccessiblePart& part) -> HRESULT {
           if (!(flags & (SELFLAG_TAKEFOCUS | SELFLAG_TAKESELECTION))) return E_INVALIDARG;
-          link_->form->PostPart(PartRequest::kFocus, part.control ? *part.control : *control_,
-                                control_ ? child.lVal : 0);
+          Post(PartRequest::kFocus, part, child);
           return S_OK;
         },
         [&] { return standard_.get()->accSelect(flags, Self()); },
@@ -311,15 +318,17 @@ class ClientObject final : public IAccessible {
     return Of(
         child,
         [&](const AccessiblePart& part) {
-          RECT place = PlaceOf(part, child.lVal - 1);
-          MapWindowPoints(window_, nullptr, reinterpret_cast<POINT*>(&place), 2);
-          *left = place.left;
-          *top = place.top;
-          *width = place.right - place.left;
-          *height = place.bottom - place.top;
+          GivePlace(OnScreen(PlaceOf(part, child.lVal - 1), window_), left, top, width, height);
           return S_OK;
         },
-        [&] { return standard_.get()->accLocation(left, top, width, height, Self()); },
+        [&] {
+          if (!control_ || !control_->StandsFor) {
+            return standard_.get()->accLocation(left, top, width, height, Self());
+          }
+          GivePlace(OnScreen(PlaceOf(*control_->StandsFor), link_->form->window()), left, top,
+                    width, height);
+          return S_OK;
+        },
         [&](VARIANT of) { return standard_.get()->accLocation(left, top, width, height, of); });
   }
   STDMETHODIMP accNavigate(LONG direction, VARIANT from, VARIANT* out) noexcept override {
@@ -328,13 +337,11 @@ class ClientObject final : public IAccessible {
     return Ask([&]() -> HRESULT {
       const std::vector<AccessiblePart> parts = Parts();
       const bool self = from.vt == VT_I4 && from.lVal == CHILDID_SELF;
-      if (parts.empty()) return standard_.get()->accNavigate(direction, from, out);
-      if (self && direction == NAVDIR_FIRSTCHILD) {
-        GiveNumber(1, out);
-        return S_OK;
-      }
-      if (self && direction == NAVDIR_LASTCHILD) {
-        GiveNumber(static_cast<LONG>(parts.size() + Windows().size()), out);
+      if (!ListsParts()) return standard_.get()->accNavigate(direction, from, out);
+      if (self && (direction == NAVDIR_FIRSTCHILD || direction == NAVDIR_LASTCHILD)) {
+        const auto children = static_cast<LONG>(parts.size() + Windows().size());
+        if (children == 0) return S_FALSE;
+        GiveNumber(direction == NAVDIR_FIRSTCHILD ? 1 : children, out);
         return S_OK;
       }
       if (self) return standard_.get()->accNavigate(direction, from, out);
@@ -355,10 +362,11 @@ class ClientObject final : public IAccessible {
       ScreenToClient(window_, &at);
       GetClientRect(window_, &inner);
       if (!PtInRect(&inner, at)) return S_FALSE;
+      if (!ListsParts()) return standard_.get()->accHitTest(x, y, out);
       const std::vector<AccessiblePart> parts = Parts();
-      if (control_ && parts.empty()) return standard_.get()->accHitTest(x, y, out);
-      const HWND child = ChildWindowFromPointEx(window_, at, CWP_SKIPINVISIBLE);
-      if (child && child != window_) {
+      HWND child = ChildWindowFromPointEx(window_, at, CWP_SKIPINVISIBLE);
+      if (!child || child == window_) child = StandInAt(at);
+      if (child) {
         IDispatch* object = nullptr;
         const HRESULT result = ObjectOf(child, &object);
         if (FAILED(result)) return result;
@@ -381,13 +389,16 @@ class ClientObject final : public IAccessible {
         child,
         [&](const AccessiblePart& part) -> HRESULT {
           if (!part.pressable) return DISP_E_MEMBERNOTFOUND;
-          link_->form->PostPart(PartRequest::kPress, part.control ? *part.control : *control_,
-                                control_ ? child.lVal : 0);
+          Post(PartRequest::kPress, part, child);
           return S_OK;
         },
         [&]() -> HRESULT {
           if (!control_ || ActionOf(RoleOf(*control_), 0).empty()) {
             return standard_.get()->accDoDefaultAction(Self());
+          }
+          if (control_->StandsFor) {
+            link_->form->PostPart(PartRequest::kPress, *control_, 0);
+            return S_OK;
           }
           PostMessageW(window_, BM_CLICK, 0, 0);
           return S_OK;
@@ -412,11 +423,28 @@ class ClientObject final : public IAccessible {
   HWND WindowOf(const Control& control) const {
     return static_cast<HWND>(LongToHandle(link_->form->HandleOf(control)));
   }
+  bool ListsParts() const { return !control_ || ListsItsParts(*control_); }
   std::vector<AccessiblePart> Parts() const {
-    return control_ ? RowsOf(*control_) : TheForm().AccessibleParts();
+    if (!ListsParts()) return {};
+    const bool area = !control_ || control_->kind() == ControlKind::kFrame ||
+                      control_->kind() == ControlKind::kPictureBox;
+    return area ? TheForm().AccessibleParts(control_) : RowsOf(*control_);
   }
-  std::vector<HWND> Windows() const {
-    return control_ ? std::vector<HWND>() : ChildWindows(window_);
+  std::vector<HWND> Windows() const { return ChildWindows(window_); }
+  /// Has it done later. A painted part is a control of its own; a row or a tab is one of this one.
+  void Post(PartRequest request, const AccessiblePart& part, const VARIANT& child) const {
+    if (part.control) return link_->form->PostPart(request, *part.control, 0);
+    link_->form->PostPart(request, *control_, child.lVal);
+  }
+  /// The window of the control that stands for what is painted at this point.
+  HWND StandInAt(POINT at) const {
+    for (const Control* control : TheForm().controls()) {
+      const Control* const painted = control->StandsFor;
+      if (!painted || painted->container() != control_ || !painted->Visible()) continue;
+      const RECT place = FromForm(PlaceOf(*painted));
+      if (PtInRect(&place, at)) return WindowOf(*control);
+    }
+    return nullptr;
   }
   static std::optional<std::size_t> SelectedIn(const std::vector<AccessiblePart>& parts) {
     for (std::size_t i = 0; i < parts.size(); ++i) {
@@ -445,23 +473,45 @@ class ClientObject final : public IAccessible {
       case AccessibleRole::kButton: return names.press;
       case AccessibleRole::kLink: return names.open;
       case AccessibleRole::kOptionButton: return names.tick;
+      case AccessibleRole::kTab: return names.select;
       case AccessibleRole::kCheckBox:
       case AccessibleRole::kCheckRow: return state & kChecked ? names.clear : names.tick;
       default: return {};
     }
   }
-  /// The place of a part in pixels of the window.
-  RECT PlaceOf(const AccessiblePart& part, LONG row) const {
-    RECT place = {};
-    if (control_) {
-      SendMessageW(window_, LB_GETITEMRECT, static_cast<WPARAM>(row),
-                   reinterpret_cast<LPARAM>(&place));
-      return place;
-    }
+  /// The place of a box of the form, in pixels of the form's window.
+  RECT PlaceOf(const Box& box) const {
     const Resolution own = TheForm().resolution();
-    return {own.PixelsX(part.place.left), own.PixelsY(part.place.top),
-            own.PixelsX(part.place.left + part.place.width),
-            own.PixelsY(part.place.top + part.place.height)};
+    return {own.PixelsX(box.left), own.PixelsY(box.top), own.PixelsX(box.left + box.width),
+            own.PixelsY(box.top + box.height)};
+  }
+  RECT PlaceOf(const Control& control) const {
+    const Point at = TheForm().Origin(control);
+    return PlaceOf(Box{at.x, at.y, control.Width(), control.Height()});
+  }
+  /// The same in pixels of this window.
+  RECT FromForm(RECT place) const {
+    MapWindowPoints(link_->form->window(), window_, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+  }
+  static RECT OnScreen(RECT place, HWND window) {
+    MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+  }
+  static void GivePlace(const RECT& place, LONG* left, LONG* top, LONG* width, LONG* height) {
+    *left = place.left;
+    *top = place.top;
+    *width = place.right - place.left;
+    *height = place.bottom - place.top;
+  }
+  /// The place of a part in pixels of this window; `row` counts from 0.
+  RECT PlaceOf(const AccessiblePart& part, LONG row) const {
+    if (part.control) return FromForm(PlaceOf(part.place));
+    RECT place = {};
+    const UINT ask =
+        control_->kind() == ControlKind::kTabStrip ? UINT{TCM_GETITEMRECT} : UINT{LB_GETITEMRECT};
+    SendMessageW(window_, ask, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
+    return place;
   }
 
   /// Runs `call` while the form has its window.
@@ -478,8 +528,8 @@ class ClientObject final : public IAccessible {
     return Ask([&]() -> HRESULT {
       if (child.vt != VT_I4) return E_INVALIDARG;
       if (child.lVal == CHILDID_SELF) return ofSelf();
+      if (!ListsParts()) return standard(child);
       const std::vector<AccessiblePart> parts = Parts();
-      if (control_ && parts.empty()) return standard(child);
       if (child.lVal < 1 || static_cast<std::size_t>(child.lVal) > parts.size()) {
         return E_INVALIDARG;
       }
@@ -535,6 +585,10 @@ void NotifyClients(Announcement what, HWND window, int child) {
       return NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, window, OBJID_CLIENT, child);
     case Announcement::kOrder:
       return NotifyWinEvent(EVENT_OBJECT_REORDER, window, OBJID_CLIENT, child);
+    case Announcement::kSelection:
+      return NotifyWinEvent(EVENT_OBJECT_SELECTION, window, OBJID_CLIENT, child);
+    case Announcement::kAlert:
+      return NotifyWinEvent(EVENT_SYSTEM_ALERT, window, OBJID_CLIENT, child);
   }
 }
 

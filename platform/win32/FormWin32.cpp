@@ -315,10 +315,11 @@ void FormWin32::Announce(Announcement what, const Control* control, int row) {
   if (!link_) return;
   if (!control) return NotifyClients(what, window_, CHILDID_SELF);
   if (const HWND child = WindowOf(*control)) return NotifyClients(what, child, row);
+  const HWND around = control->container() ? WindowOf(*control->container()) : window_;
   int part = 0;
-  for (const AccessiblePart& each : form_.AccessibleParts()) {
+  for (const AccessiblePart& each : form_.AccessibleParts(control->container())) {
     ++part;
-    if (each.control == control) return NotifyClients(what, window_, part);
+    if (each.control == control) return NotifyClients(what, around, part);
   }
 }
 

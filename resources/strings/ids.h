@@ -242,11 +242,12 @@
 #define IDS_NO_HELP_FILE 30003
 /* The folder of the program's language below the folder Help. Not shown. */
 #define IDS_HELP_FOLDER 30004
-/* What screen readers offer to do with a button, a link and a box. */
+/* What screen readers offer to do with a button, a link, a box and a tab. */
 #define IDS_ACTION_PRESS 30005
 #define IDS_ACTION_OPEN 30006
 #define IDS_ACTION_TICK 30007
 #define IDS_ACTION_CLEAR 30008
+#define IDS_ACTION_SELECT 30009
 #define IDS_SERVER_REFUSED 30010
 /* Names, for screen readers, of what has no label. */
 #define IDS_NAME_FONT 30011
@@ -254,6 +255,8 @@
 #define IDS_NAME_ICON_SET 30013
 #define IDS_NAME_COLOUR 30014
 #define IDS_NAME_MAKERS_SITE 30015
+/* In the display settings; the names of the samples follow. */
+#define IDS_UI_HARD_TO_READ 30016
 #define IDS_SEGMENTATION_ADD_DONT_SPLIT 30020
 #define IDS_SEGMENTATION_REMOVE_DONT_SPLIT 30021
 #define IDS_SEGMENTATION_ADD_FORCE_SPLIT 30022

@@ -55,6 +55,7 @@ class AccessibleAnswer {
   std::wstring Name(LONG id) const { return Ask(&IAccessible::get_accName, id); }
   std::wstring Value(LONG id) const { return Ask(&IAccessible::get_accValue, id); }
   std::wstring Description(LONG id) const { return Ask(&IAccessible::get_accDescription, id); }
+  std::wstring Help(LONG id) const { return Ask(&IAccessible::get_accHelp, id); }
   std::wstring Action(LONG id) const { return Ask(&IAccessible::get_accDefaultAction, id); }
   /// -1 for a child that does not exist.
   LONG Role(LONG id) const { return AskNumber(&IAccessible::get_accRole, id); }
@@ -127,6 +128,7 @@ inline std::wstring AccessibleTree(HWND window, const std::wstring& indent = {})
       case ROLE_SYSTEM_PUSHBUTTON: return L"button";
       case ROLE_SYSTEM_LINK: return L"link";
       case ROLE_SYSTEM_STATICTEXT: return L"text";
+      case ROLE_SYSTEM_ALERT: return L"alert";
       case ROLE_SYSTEM_CHECKBUTTON: return L"box";
       case ROLE_SYSTEM_RADIOBUTTON: return L"option";
       case ROLE_SYSTEM_TEXT: return L"field";
@@ -137,6 +139,7 @@ inline std::wstring AccessibleTree(HWND window, const std::wstring& indent = {})
       case ROLE_SYSTEM_SCROLLBAR: return L"scroll bar";
       case ROLE_SYSTEM_STATUSBAR: return L"status bar";
       case ROLE_SYSTEM_PAGETABLIST: return L"tabs";
+      case ROLE_SYSTEM_PAGETAB: return L"tab";
       default: return L"role " + std::to_wstring(role);
     }
   };
@@ -147,6 +150,7 @@ inline std::wstring AccessibleTree(HWND window, const std::wstring& indent = {})
     const LONG state = object.State(id);
     if (state & STATE_SYSTEM_UNAVAILABLE) text += L", unavailable";
     if (state & STATE_SYSTEM_CHECKED) text += L", checked";
+    if (state & STATE_SYSTEM_SELECTED) text += L", selected";
     if (const std::wstring action = object.Action(id); !action.empty()) text += L", " + action;
     if (const std::wstring more = object.Description(id); !more.empty()) text += L": " + more;
     return text + L'\n';

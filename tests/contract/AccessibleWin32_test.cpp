@@ -4,10 +4,12 @@
 
 // After <windows.h>.
 #include <oleacc.h>
+#include <uiautomationcore.h>
 
 #include <algorithm>
 #include <vector>
 
+#include "platform/forms/CommonControls.h"
 #include "platform/forms/Controls.h"
 #include "tests/contract/AccessibleClient.h"
 
@@ -287,7 +289,7 @@ TEST_F(AccessibleFields, HaveValuesAndDescriptions) {
 }
 
 TEST_F(AccessibleFields, ButtonsArePressedLater) {
-  form.desktop().Actions = {u"Press", u"Open", u"Tick", u"Clear"};
+  form.desktop().Actions = {u"Press", u"Open", u"Tick", u"Clear", u"Select"};
   const AccessibleAnswer button(Window(form.button));
   EXPECT_EQ(button.Press(CHILDID_SELF), S_OK);
   EXPECT_EQ(form.clicks, 0);
@@ -301,7 +303,7 @@ TEST_F(AccessibleFields, ButtonsArePressedLater) {
 }
 
 TEST_F(AccessibleFields, RowsHaveTicksAndPlaces) {
-  form.desktop().Actions = {u"Press", u"Open", u"Tick", u"Clear"};
+  form.desktop().Actions = {u"Press", u"Open", u"Tick", u"Clear", u"Select"};
   const AccessibleAnswer list(Window(form.list));
   ASSERT_TRUE(list);
   ASSERT_EQ(list.Children(), 3);
@@ -332,7 +334,7 @@ TEST_F(AccessibleFields, RowsHaveTicksAndPlaces) {
 }
 
 TEST_F(AccessibleFields, LinksAreChildrenOfTheirForm) {
-  form.desktop().Actions = {u"Press", u"Open", u"Tick", u"Clear"};
+  form.desktop().Actions = {u"Press", u"Open", u"Tick", u"Clear", u"Select"};
   const AccessibleAnswer object(Window());
   ASSERT_TRUE(object);
   EXPECT_EQ(object.Name(CHILDID_SELF), L"Fields");
@@ -350,6 +352,304 @@ TEST_F(AccessibleFields, LinksAreChildrenOfTheirForm) {
   GetWindowRect(Window(form.field), &area);
   const POINT field = {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
   EXPECT_EQ(object.At(field.x, field.y), -2) << "an object of its own";
+}
+
+// ---- Groups, areas, tabs, and controls that stand for what is painted
+
+namespace {
+
+class AccessibleAreas : public testing::Test {
+ protected:
+  class AreasForm : public Form {
+   public:
+    explicit AreasForm(Desktop& desktop) : Form(desktop, "frmAreas") {
+      Design = {6000, 4500};
+      AccessibleName = u"Areas";
+      group.SetCaption(u"&Gradient");
+      group.SetBounds({120, 120, 3000, 1500});
+      angle.SetCaption(u"&Angle");
+      angle.SetBounds({180, 300, 900, 240});
+      wide.SetCaption(u"&Wide");
+      wide.SetBounds({180, 900, 1500, 255});
+      area.AccessibleName = u"Sample";
+      area.SetBounds({1200, 300, 1500, 500});
+      sample.SetCaption(u"Normal");
+      sample.SetBounds({60, 60, 600, 240});
+      sample.AccessibleDescription = [] { return Text(u"red"); };
+      tabs.SetBounds({120, 1800, 5000, 1000});
+      tabs.AddPart({u"&First", u"", u""});
+      tabs.AddPart({u"Second", u"", u""});
+      link.SetCaption(u"&Site");
+      link.HandCursor = true;
+      link.SetBounds({3300, 300, 2000, 240});
+      link.Click = [this] { ++links; };
+      stand.SetBounds({-1500, 300, 900, 240});
+      stand.TabStop = false;
+      stand.StandsFor = &link;
+    }
+    Frame group{*this, "fraGradient"};
+    Label angle{*this, "lblAngle", -1, &group};
+    CheckBox wide{*this, "chkWide", -1, &group};
+    PictureBox area{*this, "picArea", -1, &group};
+    Label sample{*this, "lblSample", -1, &area};
+    TabStrip tabs{*this, "tabPages"};
+    Label link{*this, "lblSite"};
+    CommandButton stand{*this, "cmdSite"};
+    int links = 0;
+  };
+
+  AccessibleAreas() {
+    desktop.Actions = {u"Press", u"Open", u"Tick", u"Clear", u"Select"};
+    form.Show();
+    desktop.DoEvents();
+  }
+  ~AccessibleAreas() override { form.Unload(); }
+  HWND Window(const Control& control) const {
+    return static_cast<HWND>(LongToHandle(form.peer()->HandleOf(control)));
+  }
+  HWND Window() const { return static_cast<HWND>(LongToHandle(form.hWnd())); }
+  /// The place of a control of the form, in pixels of the screen.
+  RECT Shown(const Control& control) const {
+    const Point at = form.Origin(control);
+    const Resolution own = form.resolution();
+    RECT place = {own.PixelsX(at.x), own.PixelsY(at.y), own.PixelsX(at.x + control.Width()),
+                  own.PixelsY(at.y + control.Height())};
+    MapWindowPoints(Window(), nullptr, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+  }
+  static POINT Middle(const RECT& place) {
+    return {(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+  }
+
+  ComThread com_;
+  win32::DesktopWin32 desktop;
+  AreasForm form{desktop};
+};
+
+}  // namespace
+
+TEST_F(AccessibleAreas, FormWithoutATitleHasAName) {
+  EXPECT_EQ(AccessibleAnswer(Window()).Name(CHILDID_SELF), L"Areas");
+}
+
+TEST_F(AccessibleAreas, GroupHasWhatIsPaintedAndTheWindowsInIt) {
+  const AccessibleAnswer group(Window(form.group));
+  ASSERT_TRUE(group);
+  EXPECT_EQ(group.Role(CHILDID_SELF), ROLE_SYSTEM_GROUPING);
+  EXPECT_EQ(group.Name(CHILDID_SELF), L"Gradient");
+  ASSERT_EQ(group.Children(), 1 + 2);
+  EXPECT_EQ(group.Name(1), L"Angle");
+  EXPECT_EQ(group.Role(1), ROLE_SYSTEM_STATICTEXT);
+  const RECT place = group.Place(1), shown = Shown(form.angle);
+  EXPECT_TRUE(EqualRect(&place, &shown));
+  EXPECT_EQ(group.At(Middle(shown).x, Middle(shown).y), 1);
+  EXPECT_EQ(group.At(Middle(Shown(form.wide)).x, Middle(Shown(form.wide)).y), -2);
+  EXPECT_EQ(group.Beside(NAVDIR_FIRSTCHILD, CHILDID_SELF), 1);
+  EXPECT_EQ(group.Beside(NAVDIR_LASTCHILD, CHILDID_SELF), 3);
+  IDispatch* child = nullptr;
+  EXPECT_EQ(group->get_accChild(ChildId(2), &child), S_OK);
+  EXPECT_TRUE(child);
+  if (child) child->Release();
+
+  const AccessibleAnswer area(Window(form.area));
+  EXPECT_EQ(area.Role(CHILDID_SELF), ROLE_SYSTEM_PANE);
+  EXPECT_EQ(area.Name(CHILDID_SELF), L"Sample");
+  EXPECT_EQ(area.Children(), 1);
+  EXPECT_EQ(area.Name(1), L"Normal");
+  EXPECT_EQ(area.Description(1), L"red");
+  const RECT sample = area.Place(1), painted = Shown(form.sample);
+  EXPECT_TRUE(EqualRect(&sample, &painted));
+
+  const AccessibleAnswer window(Window());
+  for (LONG id = 1; window.Simple(id); ++id) {
+    EXPECT_EQ(window.Name(id), L"") << "what is in a group is not in the form as well";
+  }
+  LONG hit = -1;
+  const AccessibleAnswer there(Middle(painted), hit);
+  ASSERT_TRUE(there);
+  EXPECT_EQ(there.Name(hit), L"Normal") << "from the point on the screen";
+}
+
+TEST_F(AccessibleAreas, ChangeInAGroupIsAnnouncedThere) {
+  const AccessibleAnswer group(Window(form.group));
+  ASSERT_TRUE(group);
+  g_events.clear();
+  g_watched = Window(form.group);
+  const HWINEVENTHOOK hook =
+      SetWinEventHook(EVENT_OBJECT_NAMECHANGE, EVENT_OBJECT_NAMECHANGE, nullptr, OnEvent,
+                      GetCurrentProcessId(), GetCurrentThreadId(), WINEVENT_OUTOFCONTEXT);
+  form.Announce(Announcement::kName, &form.angle);
+  desktop.DoEvents();
+  EXPECT_TRUE(HeardEvent(EVENT_OBJECT_NAMECHANGE, 1));
+  UnhookWinEvent(hook);
+}
+
+TEST_F(AccessibleAreas, AlertIsHeard) {
+  const AccessibleAnswer group(Window(form.group));
+  ASSERT_TRUE(group);
+  g_events.clear();
+  g_watched = Window(form.group);
+  const HWINEVENTHOOK hook =
+      SetWinEventHook(EVENT_SYSTEM_ALERT, EVENT_SYSTEM_ALERT, nullptr, OnEvent,
+                      GetCurrentProcessId(), GetCurrentThreadId(), WINEVENT_OUTOFCONTEXT);
+  form.Announce(Announcement::kAlert, &form.angle);
+  desktop.DoEvents();
+  EXPECT_TRUE(HeardEvent(EVENT_SYSTEM_ALERT, 1));
+  UnhookWinEvent(hook);
+}
+
+TEST_F(AccessibleAreas, TabsAreReadAndChosen) {
+  const AccessibleAnswer tabs(Window(form.tabs));
+  ASSERT_TRUE(tabs);
+  ASSERT_EQ(tabs.Children(), 2);
+  EXPECT_EQ(tabs.Role(CHILDID_SELF), ROLE_SYSTEM_PAGETABLIST);
+  EXPECT_EQ(tabs.Name(1), L"First");
+  EXPECT_EQ(tabs.Role(1), ROLE_SYSTEM_PAGETAB);
+  EXPECT_EQ(tabs.Action(2), L"Select");
+  EXPECT_TRUE(tabs.State(1) & STATE_SYSTEM_SELECTED);
+  EXPECT_FALSE(tabs.State(2) & STATE_SYSTEM_SELECTED);
+  const RECT first = tabs.Place(1), second = tabs.Place(2);
+  EXPECT_GT(first.right, first.left);
+  EXPECT_GE(second.left, first.right - 4);
+  EXPECT_EQ(tabs.At(Middle(second).x, Middle(second).y), 2);
+  g_events.clear();
+  g_watched = Window(form.tabs);
+  const HWINEVENTHOOK hook =
+      SetWinEventHook(EVENT_OBJECT_SELECTION, EVENT_OBJECT_SELECTION, nullptr, OnEvent,
+                      GetCurrentProcessId(), GetCurrentThreadId(), WINEVENT_OUTOFCONTEXT);
+  EXPECT_EQ(tabs.Press(2), S_OK);
+  EXPECT_EQ(form.tabs.SelectedItem(), 1) << "not before the client has its answer";
+  desktop.DoEvents();
+  EXPECT_EQ(form.tabs.SelectedItem(), 2);
+  EXPECT_TRUE(HeardEvent(EVENT_OBJECT_SELECTION, 2));
+  UnhookWinEvent(hook);
+  EXPECT_EQ(tabs->accSelect(SELFLAG_TAKEFOCUS | SELFLAG_TAKESELECTION, ChildId(1)), S_OK);
+  desktop.DoEvents();
+  EXPECT_EQ(form.tabs.SelectedItem(), 1);
+  SetForegroundWindow(Window());
+  SetFocus(Window(form.tabs));
+  EXPECT_EQ(tabs.Focus(), 1);
+  EXPECT_TRUE(tabs.State(1) & STATE_SYSTEM_FOCUSED);
+}
+
+TEST_F(AccessibleAreas, LinkIsOneElementOfTheControlThatStandsForIt) {
+  const AccessibleAnswer link(Window(form.stand));
+  ASSERT_TRUE(link);
+  EXPECT_EQ(link.Name(CHILDID_SELF), L"Site");
+  EXPECT_EQ(link.Role(CHILDID_SELF), ROLE_SYSTEM_LINK);
+  EXPECT_EQ(link.Action(CHILDID_SELF), L"Open");
+  EXPECT_FALSE(link.State(CHILDID_SELF) & (STATE_SYSTEM_OFFSCREEN | STATE_SYSTEM_INVISIBLE));
+  const RECT place = link.Place(CHILDID_SELF), shown = Shown(form.link);
+  EXPECT_TRUE(EqualRect(&place, &shown)) << "where it is painted";
+  const AccessibleAnswer window(Window());
+  EXPECT_EQ(window.At(Middle(shown).x, Middle(shown).y), -2);
+  LONG hit = -1;
+  const AccessibleAnswer there(Middle(shown), hit);
+  EXPECT_EQ(link.Press(CHILDID_SELF), S_OK);
+  EXPECT_EQ(form.links, 0);
+  desktop.DoEvents();
+  EXPECT_EQ(form.links, 1);
+}
+
+// ---- UI Automation
+
+namespace {
+
+/// A provider that the platform makes of an accessible object: what clients of UI Automation get.
+class ProxyOf {
+ public:
+  ProxyOf(const AccessibleAnswer& object, LONG child) {
+    using FromAccessible = HRESULT WINAPI(IAccessible*, long, DWORD, IRawElementProviderSimple**);
+    const auto fromAccessible = reinterpret_cast<FromAccessible*>(reinterpret_cast<void*>(
+        GetProcAddress(LoadLibraryW(L"uiautomationcore.dll"), "UiaProviderFromIAccessible")));
+    if (!fromAccessible || FAILED(fromAccessible(object.operator->(), child, 0, &provider_))) {
+      provider_ = nullptr;
+    }
+  }
+  ~ProxyOf() {
+    if (provider_) provider_->Release();
+  }
+  ProxyOf(const ProxyOf&) = delete;
+  ProxyOf& operator=(const ProxyOf&) = delete;
+  explicit operator bool() const { return provider_ != nullptr; }
+
+  /// A number or a truth value (0 or 1); -1 for none.
+  int Property(PROPERTYID id) const {
+    VARIANT value = {};
+    provider_->GetPropertyValue(id, &value);
+    const int number = value.vt == VT_I4     ? value.lVal
+                       : value.vt == VT_BOOL ? (value.boolVal != VARIANT_FALSE ? 1 : 0)
+                                             : -1;
+    VariantClear(&value);
+    return number;
+  }
+
+ private:
+  IRawElementProviderSimple* provider_ = nullptr;
+};
+
+constexpr PROPERTYID kControlType = 30003;
+constexpr PROPERTYID kHasKeyboardFocus = 30008;
+constexpr PROPERTYID kIsKeyboardFocusable = 30009;
+constexpr PROPERTYID kIsEnabled = 30010;
+constexpr int kButtonType = 50000;
+
+}  // namespace
+
+TEST_F(AccessibleMain, ProxyForUiAutomationFindsWhatItNeeds) {
+  Start();
+  desktop.Event([&] { main->UserKeyDown(kKeyTab, 0); });
+  const AccessibleAnswer panel(Window());
+  ASSERT_TRUE(panel);
+  const ProxyOf first(panel, 1), dead(panel, 3);
+  ASSERT_TRUE(first);
+  ASSERT_TRUE(dead);
+  EXPECT_EQ(first.Property(kControlType), kButtonType);
+  EXPECT_EQ(first.Property(kIsEnabled), 1);
+  EXPECT_EQ(dead.Property(kIsEnabled), 0);
+  EXPECT_EQ(first.Property(kIsKeyboardFocusable), 1);
+  EXPECT_EQ(first.Property(kHasKeyboardFocus), 1);
+  EXPECT_EQ(dead.Property(kHasKeyboardFocus), 0);
+  // Invoke and HelpText, as the platform's proxy makes them of these two.
+  EXPECT_FALSE(panel.Action(1).empty());
+  for (LONG id = 1; id <= 18; ++id) EXPECT_EQ(panel.Help(id), panel.Description(id));
+  EXPECT_EQ(panel.Help(1), L"Analyse files for leverage statistics");
+}
+
+TEST_F(AccessibleFields, HelpIsTheDescription) {
+  EXPECT_EQ(AccessibleAnswer(Window(form.button)).Help(CHILDID_SELF), L"red");
+  EXPECT_EQ(AccessibleAnswer(Window(form.field)).Help(CHILDID_SELF), L"");
+}
+
+TEST_F(AccessibleMain, LeavesTheRequestForAProviderToThePlatform) {
+  Start();
+  constexpr LPARAM kRootOfUiAutomation = -25;  // UiaRootObjectId
+  EXPECT_EQ(SendMessageW(Window(), WM_GETOBJECT, 0, kRootOfUiAutomation), 0);
+}
+
+// ---- References
+
+TEST_F(AccessibleMain, ObjectGoesWithItsLastReference) {
+  Start();
+  IAccessible* object = nullptr;
+  {
+    const AccessibleAnswer panel(Window());
+    ASSERT_TRUE(panel);
+    object = panel.operator->();
+    object->AddRef();
+    IUnknown* unknown = nullptr;
+    IDispatch* dispatch = nullptr;
+    EXPECT_EQ(object->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(&unknown)), S_OK);
+    EXPECT_EQ(object->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&dispatch)), S_OK);
+    EXPECT_EQ(object->QueryInterface(IID_IOleWindow, reinterpret_cast<void**>(&unknown)),
+              E_NOINTERFACE);
+    dispatch->Release();
+  }
+  EXPECT_GT(object->AddRef(), 1u);
+  object->Release();
+  // The one of QueryInterface and this one.
+  EXPECT_EQ(object->Release(), 1u);
+  EXPECT_EQ(object->Release(), 0u);
 }
 
 }  // namespace marl

@@ -266,8 +266,12 @@ TEST(AccessibleForms, LinksAndPicturesOfTheAboutBoxAndTheSplashHaveNames) {
   for (const AccessiblePart& part : forms.about.AccessibleParts()) {
     if (part.pressable) links.push_back(InUtf8(part.name));
   }
-  EXPECT_EQ(links.size(), 3u);
-  EXPECT_EQ(links.front(), "The maker's web site");
+  EXPECT_EQ(links, (std::vector<std::string>{"The maker's web site"}));
+  for (std::size_t i = 0; i < forms.about.cmdShell.size(); ++i) {
+    const Control& link = *forms.about.cmdShell[i];
+    EXPECT_EQ(RoleOf(link), AccessibleRole::kLink) << "in place of the painted one";
+    EXPECT_EQ(NameOf(link), WithoutAccessKeys(forms.about.lblLabel[5 + i]->Caption()));
+  }
   forms.about.Unload();
   forms.splash.Load();
   const auto parts = forms.splash.AccessibleParts();
@@ -275,7 +279,115 @@ TEST(AccessibleForms, LinksAndPicturesOfTheAboutBoxAndTheSplashHaveNames) {
   EXPECT_EQ(parts[0].name, u"Marl");
   EXPECT_EQ(parts[1].name, forms.splash.lblVersion.Caption());
   EXPECT_FALSE(parts[0].pressable);
+  EXPECT_EQ(forms.splash.AccessibleName, u"Marl");
   forms.splash.Unload();
+}
+
+TEST(AccessibleForms, LinksOfTheAboutBoxAreOpenedOnce) {
+  World world;
+  std::vector<std::string> opened;
+  frmAbout2006 about({world.desktop, world.pictures, world.locales, world.strings,
+                      [](WindowHandle) {},
+                      [&](TextView, TextView address, TextView, TextView, int) {
+                        opened.push_back(InUtf8(Text(address)));
+                      }});
+  about.Show();
+  about.UserPressPart(about.imgLogo, 0);
+  about.UserPressPart(*about.cmdShell[0], 0);
+  about.UserPressPart(*about.cmdShell[1], 0);
+  EXPECT_EQ(opened, (std::vector<std::string>{"http://www.oru.example", "http://www.marl.example",
+                                              "http://support.marl.example"}));
+  about.UserPressPart(*about.lblLabel[frmAbout2006::kSite], 0);
+  about.UserPressPart(*about.lblLabel[frmAbout2006::kWarning], 0);
+  about.UserPressPart(*about.cmdOK, 0);
+  about.lblLabel[frmAbout2006::kSite]->SetEnabled(false);
+  about.UserPressPart(*about.cmdShell[0], 0);
+  EXPECT_EQ(opened.size(), 3u) << "they are no elements of their own, or cannot be clicked";
+  about.Unload();
+}
+
+TEST(AccessibleForms, PartsBelongToTheGroupThatTheyAreIn) {
+  World world;
+  EveryForm forms(world);
+  frmUI& form = forms.display;
+  form.Load();
+  const auto names = [&](const Control* container) {
+    std::vector<std::string> all;
+    for (const AccessiblePart& part : form.AccessibleParts(container)) {
+      all.push_back(InUtf8(part.name));
+    }
+    return all;
+  };
+  using Texts = std::vector<std::string>;
+  EXPECT_EQ(names(&form.fraGradient), (Texts{"Angle", "90"}));
+  EXPECT_EQ(names(&form.picContainer), (Texts{"Normal", "Highlighted"}));
+  EXPECT_EQ(names(&form.fraText), (Texts{}));
+  EXPECT_EQ(names(&form.fraIcons), (Texts{"Icons per row"}));
+  const AccessiblePart angle = form.AccessibleParts(&form.fraGradient)[0];
+  EXPECT_EQ(angle.place, (Box{120 + 180, 90 + 810, 1050, 225})) << "from the corner of the form";
+  EXPECT_EQ(NameOf(form.picContainer), u"Sample");
+  form.Unload();
+}
+
+TEST(AccessibleForms, SamplesSayFontAndColourAndAreOpenedByTheirButtons) {
+  World world;
+  EveryForm forms(world);
+  frmUI& form = forms.display;
+  form.Load();
+  const auto samples = form.AccessibleParts(&form.picContainer);
+  ASSERT_EQ(samples.size(), 2u);
+  EXPECT_EQ(samples[0].role, AccessibleRole::kText);
+  EXPECT_FALSE(samples[0].pressable);
+  EXPECT_EQ(samples[0].description, u"Arial, 10, Bold, Red 255, green 255, blue 255");
+  EXPECT_EQ(samples[1].description, u"Arial, 10, Bold, Underline, Red 222, green 181, blue 41");
+  EXPECT_EQ(DescriptionOf(form.cmdSample[1]), samples[1].description);
+  Font font = form.lblSample[0].Font();
+  font.Bold = false;
+  font.Italic = true;
+  font.Size = 82500;
+  form.lblSample[0].SetFont(font);
+  form.lblSample[0].SetForeColor(Rgb(1, 2, 3));
+  EXPECT_EQ(DescriptionOf(form.cmdSample[0]), u"Arial, 8.25, Italic, Red 1, green 2, blue 3");
+  form.Unload();
+}
+
+TEST(AccessibleForms, TabsAreElementsAndNameTheirPages) {
+  World world;
+  EveryForm forms(world);
+  frmOptions& form = forms.options;
+  form.Load();
+  const std::vector<AccessiblePart> tabs = RowsOf(form.tabOptions);
+  ASSERT_EQ(tabs.size(), 4u);
+  for (std::size_t i = 0; i < tabs.size(); ++i) {
+    EXPECT_EQ(tabs[i].role, AccessibleRole::kTab);
+    EXPECT_TRUE(tabs[i].pressable);
+    EXPECT_EQ(tabs[i].control, nullptr);
+    EXPECT_EQ(NameOf(form.picTab[i]), tabs[i].name);
+    EXPECT_FALSE(tabs[i].name.empty());
+    EXPECT_EQ(tabs[i].state,
+              kCanHaveFocus | kCanBeSelected | (i == 0 ? unsigned{kIsSelected} : 0U));
+  }
+  EXPECT_TRUE(ListsItsParts(form.tabOptions));
+  form.Show();
+  auto& peer = *static_cast<MemoryPeer*>(form.peer());
+  peer.listening = true;
+  form.UserPressPart(form.tabOptions, 3);
+  EXPECT_EQ(form.tabOptions.SelectedItem(), 3);
+  EXPECT_TRUE(form.picTab[2].Visible());
+  ASSERT_EQ(peer.announced.size(), 1u);
+  EXPECT_EQ(peer.announced[0],
+            (MemoryPeer::Announced{Announcement::kSelection, &form.tabOptions, 3}));
+  form.UserFocusPart(form.tabOptions, 2);
+  EXPECT_EQ(form.tabOptions.SelectedItem(), 2);
+  EXPECT_EQ(peer.focus, &form.tabOptions);
+  form.UserPressPart(form.tabOptions, 5);
+  form.UserPressPart(form.tabOptions, 0);
+  EXPECT_EQ(form.tabOptions.SelectedItem(), 2);
+  form.tabOptions.SetEnabled(false);
+  form.UserPressPart(form.tabOptions, 1);
+  EXPECT_EQ(form.tabOptions.SelectedItem(), 2);
+  EXPECT_TRUE(RowsOf(form.tabOptions)[0].state & kUnavailable);
+  form.Unload();
 }
 
 // ---- The panel

@@ -7,7 +7,10 @@
 #include <iterator>
 #include <set>
 
+#include "appearance/CaptionContrast.h"
+#include "appearance/FontSpec.h"
 #include "appearance/SkinFile.h"
+#include "platform/memory/MemoryDesktop.h"
 #include "platform/memory/MemoryFileSystem.h"
 #include "tests/unit/SourceFolder.h"
 
@@ -112,6 +115,25 @@ TEST_F(ShippedSkins, LabelsAreReadableOnBothEndsOfTheGradient) {
       EXPECT_GE(Contrast(skin.Text1, ground), 4.5) << fs::path(name);
       EXPECT_GE(Contrast(skin.Text2, ground), 4.5) << fs::path(name);
     }
+  }
+}
+
+// The default skin's colours are given. If they are readable one day, the hint of the display
+// settings is not what a new user sees first any more.
+TEST_F(ShippedSkins, CaptionsAreReadableOnEveryPointOfTheGradientUnderThem) {
+  MemoryDesktop desktop;
+  for (const Text& name : names) {
+    const SkinSettings skin = Load(name).skin;
+    const DisplayOrder order = ParseDisplayIcons(skin.DisplayIcons);
+    const auto shown = std::count_if(
+        order.begin(), order.end(), [](const DisplayPosition& position) { return position.shown; });
+    const CaptionContrast contrast = ContrastOfCaptions(desktop, skin, static_cast<int>(shown));
+    Font normal, highlighted;
+    ApplyFontSpec(normal, skin.Font1);
+    ApplyFontSpec(highlighted, skin.Font2);
+    const bool given = name == u"Marl.qsk";
+    EXPECT_EQ(contrast.normal >= NeededContrast(normal), !given) << fs::path(name);
+    EXPECT_EQ(contrast.highlighted >= NeededContrast(highlighted), !given) << fs::path(name);
   }
 }
 

@@ -124,6 +124,30 @@ TEST(Structure, ThereAreNoCycles) {
     ADD_FAILURE() << folder << " is in a cycle or above one";
 }
 
+// What changes is shown at once. With animations switched off, or in a remote session, there is
+// therefore nothing to leave out; what Windows itself fades follows its own settings.
+TEST(Structure, NothingIsAnimated) {
+  Names found;
+  int sources = 0;
+  for (const auto& entry : fs::recursive_directory_iterator(SourceFolder() / "platform/win32")) {
+    if (entry.path().extension() != ".h" && entry.path().extension() != ".cpp") continue;
+    std::ifstream stream(entry.path(), std::ios::binary);
+    std::ostringstream text;
+    text << stream.rdbuf();
+    ++sources;
+    for (const char* call :
+         {"AnimateWindow", "SetLayeredWindowAttributes", "UpdateLayeredWindow", "WS_EX_LAYERED",
+          "BeginBufferedAnimation", "DrawAnimatedRects", "ANIMATE_CLASS", "PBS_MARQUEE",
+          "SW_SMOOTHSCROLL", "TPM_HORPOSANIMATION", "TPM_VERPOSANIMATION", "FlashWindow"}) {
+      if (text.str().find(call) != std::string::npos) {
+        found.insert(entry.path().filename().string() + ": " + call);
+      }
+    }
+  }
+  EXPECT_EQ(found, Names{});
+  EXPECT_GT(sources, 20);
+}
+
 TEST(StructureCheck, FindsFoldersAndIncludes) {
   EXPECT_EQ(FolderOf("platform/Text.h"), "platform");
   EXPECT_EQ(FolderOf("platform/forms/Form.h"), "platform/forms");
