@@ -386,23 +386,24 @@ TEST_F(LanSettings, ANumberIsReadAsTheUserWritesNumbers) {
   Open([&](frmLanSettings& form) { EXPECT_EQ(form.txtProxyPort.Text(), u"8080"); });
 }
 
+struct RejectedValue {
+  std::uint32_t kind;
+  NarrowText data;
+  const char16_t* message;  ///< null if the value is accepted
+};
+
 TEST_F(LanSettings, ValueThatIsNoNumberEndsTheProgramWithTheRuntimesText) {
-  struct StoredPort {
-    std::uint32_t kind;
-    NarrowText data;
-    const char16_t* message;  ///< null if the value is accepted
-  };
-  const StoredPort rows[] = {{kRegSz, NarrowText("yes", 4), u"Type mismatch"},
-                             {kRegSz, NarrowText("", 1), u"Type mismatch"},
-                             {kRegSz, "", nullptr},
-                             {kRegExpandSz, NarrowText("%none%", 7), u"Type mismatch"},
-                             {kRegSz, NarrowText("3000000000", 11), u"Overflow"},
-                             {kRegBinary, DwordBytes(1), u"Type mismatch"},
-                             {kRegBinary, "", u"Type mismatch"},
-                             {11, NarrowText("12345678"), u"Type mismatch"},
-                             {0xFFFFFFFF, NarrowText(10000, 'A'), u"Type mismatch"},
-                             {kRegDword, "\1", nullptr}};
-  for (const StoredPort& row : rows) {
+  const RejectedValue rows[] = {{kRegSz, NarrowText("yes", 4), u"Type mismatch"},
+                                {kRegSz, NarrowText("", 1), u"Type mismatch"},
+                                {kRegSz, "", nullptr},
+                                {kRegExpandSz, NarrowText("%none%", 7), u"Type mismatch"},
+                                {kRegSz, NarrowText("3000000000", 11), u"Overflow"},
+                                {kRegBinary, DwordBytes(1), u"Type mismatch"},
+                                {kRegBinary, "", u"Type mismatch"},
+                                {11, NarrowText("12345678"), u"Type mismatch"},
+                                {0xFFFFFFFF, NarrowText(10000, 'A'), u"Type mismatch"},
+                                {kRegDword, "\1", nullptr}};
+  for (const RejectedValue& row : rows) {
     for (const char* const name : {"UseProxy", "Port"}) {
       SCOPED_TRACE(testing::Message() << name << " of kind " << row.kind);
       MemoryDesktop screen;
