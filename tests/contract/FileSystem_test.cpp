@@ -169,6 +169,19 @@ TEST_P(FileSystemContract, WritingsOfAPath) {
   EXPECT_TRUE(files.NormalFileExists(Text(slashes.begin(), slashes.end()) + u"/a.txt"));
 }
 
+TEST_P(FileSystemContract, PathThatIsTooLongIsNone) {
+  Text path = u"C:\\";
+  while (path.size() < 40'000) path += path.size() % 200 ? u'a' : u'\\';
+  Bytes bytes;
+  Status status = kOk;
+  EXPECT_EQ(files.ReadAll(path, bytes), kPathNotFound);
+  EXPECT_FALSE(files.Create(path, status));
+  EXPECT_EQ(status, kPathNotFound);
+  EXPECT_FALSE(files.FileExists(path));
+  EXPECT_FALSE(files.NormalFileExists(path));
+  EXPECT_EQ(files.MakeFolder(path), kPathNotFound);
+}
+
 TEST_P(FileSystemContract, ANulOrNothingIsNoPath) {
   world.Put(u"a");
   const Text cut = At(TextView(u"a\0b", 3));

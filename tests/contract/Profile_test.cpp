@@ -61,6 +61,15 @@ TEST_P(ProfileContract, ValuesAreFoundWithoutRegardToCase) {
   EXPECT_EQ(Get(u"OTHER", u"name"), u"Second");
 }
 
+TEST_P(ProfileContract, PathThatIsTooLongNamesNoFile) {
+  for (const std::size_t length : {32'000u, 32'767u, 40'000u, 70'000u}) {
+    Text path = u"C:\\";
+    while (path.size() < length) path += path.size() % 200 ? u'a' : u'\\';
+    EXPECT_EQ(profile->GetString(u"Project", u"Name", u"none ", 100, path), u"none") << length;
+    EXPECT_FALSE(profile->SetString(u"Project", u"Name", u"value", path)) << length;
+  }
+}
+
 TEST_P(ProfileContract, OfTwoKeysTheFirstCounts) {
   Put("[S]\r\nK=1\r\nk=2\r\n[s]\r\nK=3\r\nL=4\r\n");
   EXPECT_EQ(Get(u"S", u"K"), u"1");

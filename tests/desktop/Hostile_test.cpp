@@ -52,8 +52,12 @@ bool RunDyingClient() {
                       &info, &started)) {
     return false;
   }
-  const bool ended =
-      WaitForSingleObject(started.hProcess, static_cast<DWORD>(kDeadline.count())) == 0;
+  // It asks every window for a conversation, those of this process too.
+  const bool ended = WaitUntil([&] {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+    return WaitForSingleObject(started.hProcess, 0) == 0;
+  });
   CloseHandle(started.hThread);
   CloseHandle(started.hProcess);
   return ended;
