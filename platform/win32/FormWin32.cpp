@@ -182,6 +182,9 @@ void FormWin32::Report() {
     form_.PeerPlaced(form_.bounds(), form_.inner(), WindowState::kMinimised);
     return;
   }
+  // Hidden as maximised, it has that size until it is shown as the form's state says.
+  if (!IsWindowVisible(window_) && IsZoomed(window_) && form_.State() == WindowState::kNormal)
+    return;
   if (std::exchange(fitLater_, false)) {
     rescaling_ = true;
     FitInner();

@@ -31,9 +31,11 @@ class LooksForm : public Form {
   ListBox list{*this, "lstRows"};
   StatusBar status{*this, "stbStatus"};
   int looks = 0;
+  int resizes = 0;
 
  protected:
   void OnLookChanged() override { ++looks; }
+  void OnResize() override { ++resizes; }
 };
 
 class LooksWindow : public testing::Test {
@@ -110,6 +112,27 @@ TEST_F(LooksWindow, StatusBarIsNoHigherThanItsRoom) {
   EXPECT_EQ(height(), natural);
   form.status.MaxHeight = 0;
   EXPECT_EQ(height(), natural);
+}
+
+// The main form, back from the notification area, took the height of the maximised window for its
+// own.
+TEST_F(LooksWindow, HiddenMaximisedWindowHasNoSizeForTheNormalState) {
+  form.SetState(WindowState::kMaximised);
+  desktop.DoEvents();
+  ASSERT_TRUE(IsZoomed(Window()));
+  form.Hide();
+  desktop.DoEvents();
+  form.SetState(WindowState::kNormal);
+  const Size inner = form.inner();
+  form.resizes = 0;
+  SendMessageW(Window(), WM_MOVE, 0, 0);
+  SendMessageW(Window(), WM_SIZE, SIZE_MAXIMIZED, 0);
+  EXPECT_EQ(form.resizes, 0);
+  EXPECT_EQ(form.inner(), inner);
+  form.Show();
+  desktop.DoEvents();
+  EXPECT_FALSE(IsZoomed(Window()));
+  EXPECT_EQ(form.inner(), (Size{4500, 3000}));
 }
 
 TEST_F(LooksWindow, MovedTaskbarChangesNoLook) {
