@@ -1,5 +1,6 @@
 #include "platform/win32/WindowHooksWin32.h"
 
+#include <map>
 #include <string>
 
 #include "platform/win32/Window.h"
@@ -8,27 +9,32 @@ namespace marl::win32 {
 
 namespace {
 
-// Properties of a hooked window. The last one stays after unhooking: another hook in front of ours,
-// such as a tip window's, may later restore our procedure, which must still pass messages on.
-constexpr wchar_t kListener[] = L"MarlListener";
-constexpr wchar_t kDesktop[] = L"MarlDesktop";
-constexpr wchar_t kPrevious[] = L"MarlPrevious";
+/// A hooked window. It stays after unhooking: another hook in front of ours, such as a tip
+/// window's, may later restore our procedure, which must still pass messages on.
+struct Hook {
+  MessageListener* listener = nullptr;
+  Desktop* desktop = nullptr;
+  WNDPROC previous = nullptr;
+};
+
+/// The hooked windows, all of the thread that shows the forms, until each is destroyed. Window
+/// properties would be looked up by name for each message. Never freed: windows that outlive all
+/// else still get messages.
+std::map<HWND, Hook>& Hooks() {
+  static auto& hooks = *new std::map<HWND, Hook>;
+  return hooks;
+}
 
 WNDPROC Procedure(ProcAddress address) { return reinterpret_cast<WNDPROC>(address); }
 
 }  // namespace
 
 LRESULT CALLBACK WindowHooksWin32::Entry(HWND window, UINT message, WPARAM w, LPARAM l) noexcept {
-  auto* const listener = static_cast<MessageListener*>(GetPropW(window, kListener));
-  auto* const desktop = static_cast<Desktop*>(GetPropW(window, kDesktop));
-  const auto previous = reinterpret_cast<WNDPROC>(GetPropW(window, kPrevious));
-  if (message == WM_NCDESTROY) {
-    for (const wchar_t* const name : {kListener, kDesktop, kPrevious}) RemovePropW(window, name);
-  }
-  if (!listener || !desktop || desktop->ended()) {
-    return previous ? CallWindowProcW(previous, window, message, w, l)
-                    : DefWindowProcW(window, message, w, l);
-  }
+  const auto found = Hooks().find(window);
+  if (found == Hooks().end()) return DefWindowProcW(window, message, w, l);
+  const auto [listener, desktop, previous] = found->second;
+  if (message == WM_NCDESTROY) Hooks().erase(found);
+  if (!listener || desktop->ended()) return CallWindowProcW(previous, window, message, w, l);
   LRESULT result = 0;
   desktop->Event([&] { result = listener->OnMessage(HandleToLong(window), message, w, l); });
   return result;
@@ -42,15 +48,14 @@ ProcAddress WindowHooksWin32::Replace(WindowHandle window, MessageListener& list
   const HWND target = Window(window);
   const LONG_PTR before = GetWindowLongPtrW(target, GWLP_WNDPROC);
   if (before == 0) return 0;
-  SetPropW(target, kListener, &listener);
-  SetPropW(target, kDesktop, &desktop_);
-  SetPropW(target, kPrevious, reinterpret_cast<HANDLE>(before));
+  Hooks()[target] = {&listener, &desktop_, reinterpret_cast<WNDPROC>(before)};
   return SetWindowLongPtrW(target, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Entry));
 }
 
 void WindowHooksWin32::PutBack(WindowHandle window, ProcAddress previous) {
   const HWND target = Window(window);
-  RemovePropW(target, kListener);
+  const auto found = Hooks().find(target);
+  if (found != Hooks().end()) found->second.listener = nullptr;
   SetWindowLongPtrW(target, GWLP_WNDPROC, previous);
 }
 
