@@ -28,6 +28,7 @@ class FormPeer {
   virtual void CaptionChanged() = 0;
   /// Moves the window to the form's bounds.
   virtual void Place(const Box& bounds) = 0;
+  /// Gives the visible window the form's state.
   virtual void SetState() = 0;
   virtual void Show(bool visible) = 0;
   virtual void ControlChanged(Control& control, Property property) = 0;

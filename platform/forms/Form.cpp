@@ -128,7 +128,8 @@ void Form::Move(const Box& bounds) {
 void Form::SetState(WindowState state) {
   if (state == state_) return;
   state_ = state;
-  if (!peer_) return;
+  // A hidden form has the size of its state only when it is shown.
+  if (!peer_ || !visible_) return;
   peer_->SetState();
   OnResize();
 }

@@ -39,7 +39,19 @@ Size MemoryPeer::InnerOf(const Box& bounds) const {
   return {bounds.width - desktop_.frame.width, bounds.height - desktop_.frame.height};
 }
 
+void MemoryPeer::Maximise(const Box& whole) {
+  normal_ = form_.bounds();
+  zoomed_ = true;
+  form_.PeerPlaced(whole, InnerOf(whole), WindowState::kMaximised);
+}
+
+void MemoryPeer::Minimise() {
+  iconic_ = true;
+  form_.PeerPlaced(form_.bounds(), form_.inner(), WindowState::kMinimised);
+}
+
 void MemoryPeer::Place(const Box& bounds) {
+  if (iconic_) return;
   form_.PeerPlaced(bounds, InnerOf(bounds), form_.State());
   FollowMonitor();
 }
@@ -67,10 +79,14 @@ Point MemoryPeer::ClientOrigin() const {
           resolution.PixelsY(form_.Top() + desktop_.frame.height - border)};
 }
 
-void MemoryPeer::SetState() {}
+void MemoryPeer::SetState() { Show(true); }
 
 void MemoryPeer::Show(bool visible) {
-  if (visible && form_.State() != WindowState::kMinimised) {
+  if (visible) iconic_ = form_.State() == WindowState::kMinimised;
+  if (visible && !iconic_) {
+    if (form_.State() == WindowState::kNormal && std::exchange(zoomed_, false)) {
+      form_.PeerPlaced(normal_, InnerOf(normal_), WindowState::kNormal);
+    }
     desktop_.foreground = &form_;
     form_.UserActivate();
   } else if (!visible && desktop_.foreground == &form_) {

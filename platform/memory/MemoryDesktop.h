@@ -42,6 +42,10 @@ class MemoryPeer : public FormPeer {
   Point ClientOrigin() const override;
   void Rescale(const PixelRect& place) override;
   void Close() override;
+  /// The user maximises the window to these outer bounds, in twips.
+  void Maximise(const Box& whole);
+  /// The user minimises the window: it stays where it was until it is shown in another state.
+  void Minimise();
   /// Destroys the window and those that it owns, without the form's doing.
   void Destroy() { form_.PeerLost(); }
 
@@ -70,6 +74,9 @@ class MemoryPeer : public FormPeer {
   Form& form_;
   const Form* owner_;
   WindowHandle handle_;
+  Box normal_;  ///< where a maximised window is in the normal state
+  bool iconic_ = false;
+  bool zoomed_ = false;
   bool closed_ = false;
 };
 

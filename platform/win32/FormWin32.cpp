@@ -219,9 +219,7 @@ void FormWin32::Place(const Box& bounds) {
                SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
 }
 
-void FormWin32::SetState() {
-  if (form_.Visible()) Show(true);
-}
+void FormWin32::SetState() { Show(true); }
 
 void FormWin32::Show(bool visible) {
   if (!visible) {

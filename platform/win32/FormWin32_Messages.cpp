@@ -196,7 +196,11 @@ FormWin32::Result FormWin32::OnActivate(WPARAM w, LPARAM l) {
   if (!form_.loaded()) return {};
   const LRESULT result = DefWindowProcW(window_, WM_ACTIVATE, w, l);
   RestoreFocus();
-  desktop_.Event([&] { form_.UserActivate(); });
+  desktop_.Event([&] {
+    // A window that comes back may be activated before it is told its size.
+    if (!IsIconic(window_)) Report();
+    form_.UserActivate();
+  });
   return result;
 }
 

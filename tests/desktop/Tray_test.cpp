@@ -432,6 +432,9 @@ TEST_F(Tray, MinimisedByCodeHidesAndAMaximisedWindowComesBackInItsNormalSize) {
   ASSERT_TRUE(WaitUntil([&] { return IsZoomed(main) != FALSE; }));
   ASSERT_TRUE(Minimise(main));
   ASSERT_TRUE(BringBack(main));
+  // The last step of it; sizes have been reported before.
+  ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == main; }));
+  SendMessageW(main, WM_NULL, 0, 0);
   EXPECT_FALSE(IsZoomed(main));
   const RECT after = AreaOf(main);
   EXPECT_TRUE(EqualRect(&before, &after));

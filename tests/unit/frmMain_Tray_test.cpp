@@ -27,8 +27,9 @@ class TrayForm : public testing::Test {
     TrayMessage(kRightClick);
     world.tray.choice = 0;
   }
+  MemoryPeer& Peer() { return *static_cast<MemoryPeer*>(world.main().peer()); }
   void Minimise() {
-    world.main().PeerPlaced(world.main().bounds(), world.main().inner(), WindowState::kMinimised);
+    Peer().Minimise();
   }
 
   World world;
@@ -105,6 +106,25 @@ TEST_F(TrayForm, DoubleClickSetsAMaximisedWindowToNormal) {
   TrayMessage(kDoubleClick);
   EXPECT_EQ(world.main().State(), WindowState::kNormal);
   EXPECT_TRUE(world.main().Visible());
+}
+
+// It came back as high as it had been maximised.
+TEST_F(TrayForm, MaximisedThenMinimisedWindowComesBackInItsNormalSize) {
+  Start();
+  frmMain& main = world.main();
+  const Box normal = main.bounds();
+  const Size inner = main.inner();
+  const int wanted = main.ClientHeight;
+  world.desktop.Event([&] { Peer().Maximise({-45, -45, 15450, 11610}); });
+  EXPECT_EQ(main.ClientHeight, wanted);
+  world.desktop.Event([&] { Minimise(); });
+  ASSERT_FALSE(main.Visible());
+  TrayMessage(kDoubleClick);
+  ASSERT_TRUE(main.Visible());
+  EXPECT_EQ(main.State(), WindowState::kNormal);
+  EXPECT_EQ(main.ClientHeight, wanted);
+  EXPECT_EQ(main.bounds(), normal);
+  EXPECT_EQ(main.inner(), inner);
 }
 
 TEST_F(TrayForm, SingleClickDoesNothing) {
