@@ -13,12 +13,6 @@ namespace marl {
 
 namespace {
 
-/// Of a label, in twips.
-constexpr int kLabelWidth = 1695;
-constexpr int kLabelHeight = 435;
-/// The inside of the form beyond its columns and rows, in twips.
-constexpr int kBesideColumns = 90;
-constexpr int kBelowRows = 390;
 /// Of a pixel at 96 dpi. The gradient is the same at other resolutions, in more steps.
 constexpr double kPixel = 15;
 /// Size of large bold text, in ten-thousandths of a point.
@@ -42,8 +36,8 @@ std::vector<Color> Grounds(const GradientSweep& sweep, int columns, int shown) {
     const Point at = CellAt(k, columns).label;
     std::array<double, 4> corners;  // the lines are straight: a label's extremes are there
     for (std::size_t i = 0; i < corners.size(); ++i) {
-      corners[i] = LineAt(sweep, (at.x + (i % 2 ? kLabelWidth : 0)) / kPixel,
-                          (at.y + (i / 2 ? kLabelHeight : 0)) / kPixel);
+      corners[i] = LineAt(sweep, (at.x + (i % 2 ? kLabelSize.width : 0)) / kPixel,
+                          (at.y + (i / 2 ? kLabelSize.height : 0)) / kPixel);
     }
     const auto [low, high] = std::minmax_element(corners.begin(), corners.end());
     const auto from = static_cast<std::size_t>(std::clamp(std::floor(*low), 0., last));
@@ -68,9 +62,9 @@ CaptionContrast ContrastOfCaptions(Desktop& desktop, const SkinSettings& skin, i
   gradient.SetAngle(static_cast<float>(skin.Angle));
   gradient.SetColor1(skin.Color1);
   gradient.SetColor2(skin.Color2);
-  const GradientSweep sweep =
-      gradient.Sweep(static_cast<int>((columns * kColumnPitch + kBesideColumns) / kPixel),
-                     static_cast<int>((rows * kRowPitch + kBelowRows) / kPixel));
+  const Size inner = PanelSize(columns, rows);
+  const GradientSweep sweep = gradient.Sweep(static_cast<int>(inner.width / kPixel),
+                                             static_cast<int>(inner.height / kPixel));
   const std::vector<Color> grounds = Grounds(sweep, columns, shown);
   const auto contrast = [&](Color text) {
     return ContrastOf(text < 0 ? desktop.SystemColorValue(text & 0x7FFFFFFF) : text, grounds);

@@ -12,6 +12,11 @@ namespace marl {
 inline constexpr std::int32_t kColumnPitch = 1740;
 inline constexpr std::int32_t kRowPitch = 1260;
 
+/// Sizes of a button's three controls, in twips; the picture has 48 pixels at 96 dpi.
+inline constexpr Size kFrameSize{1695, 1215};
+inline constexpr Size kLabelSize{1695, 435};
+inline constexpr Size kPictureSize{720, 720};
+
 /// Positions of a button's three controls, in twips from the form's inner corner.
 struct PanelCell {
   Point frame;
@@ -23,6 +28,12 @@ struct PanelCell {
 
 /// Cell `k`, from 0, of a grid that is filled row by row. Throws "Division by zero" for no columns.
 PanelCell CellAt(std::int32_t k, std::int32_t columns);
+
+/// Inner size of the form, in twips, that has room for a grid, the status line below it and the
+/// margins.
+constexpr Size PanelSize(std::int32_t columns, std::int32_t rows) {
+  return {columns * kColumnPitch + 90, rows * kRowPitch + 390};
+}
 
 /// A button's label before the panel is laid out.
 struct LabelPlace {

@@ -8,11 +8,8 @@ namespace marl {
 
 namespace {
 
-// The design has five columns; a picture is 48 pixels wide at 96 dpi.
 constexpr int kColumns = 5;
-constexpr Size kFrame{1695, 1215};
-constexpr Size kLabel{1695, 435};
-constexpr Size kPicture{720, 720};
+constexpr int kRows = (kButtonCount + kColumns - 1) / kColumns;
 // Below the frames of the last row: the ring around a button with the focus.
 constexpr std::int32_t kRing = 30;
 
@@ -27,7 +24,7 @@ frmMain::frmMain(Platform& platform, bool debugLog)
       platform_(platform),
       log_(platform.files, ProgramFolder(), debugLog) {
   platform_.pictures.Prepare(frmSplash::PictureId(desktop()));
-  Design = {8790, 5430};
+  Design = PanelSize(kColumns, kRows);
   Border = BorderStyle::kFixedSingle;
   MinButton = true;
   ShowInTaskbar = true;
@@ -40,12 +37,12 @@ frmMain::frmMain(Platform& platform, bool debugLog)
     const auto slot = static_cast<std::size_t>(i);
     const PanelCell cell = CellAt(i, kColumns);
     shpRun[slot] = std::make_unique<Shape>(*this, "shpRun", i);
-    shpRun[slot]->SetBounds(At(cell.frame, kFrame));
+    shpRun[slot]->SetBounds(At(cell.frame, kFrameSize));
     imgRun[slot] = std::make_unique<Image>(*this, "imgRun", i);
-    imgRun[slot]->SetBounds(At(cell.picture, kPicture));
+    imgRun[slot]->SetBounds(At(cell.picture, kPictureSize));
     imgRun[slot]->Click = [this, i] { Press(i); };
     lblRun[slot] = std::make_unique<Label>(*this, "lblRun", i);
-    lblRun[slot]->SetBounds(At(cell.label, kLabel));
+    lblRun[slot]->SetBounds(At(cell.label, kLabelSize));
     lblRun[slot]->Alignment = Alignment::kCenter;
     lblRun[slot]->SetForeColor(Rgb(255, 255, 255));
     lblRun[slot]->Tag = kSwitchboard[slot].tag;
@@ -59,7 +56,7 @@ frmMain::frmMain(Platform& platform, bool debugLog)
   }
   // Some platforms make it so high at high resolutions that it would cover the last row.
   stbMain.MaxHeight =
-      Design.height - CellAt(kButtonCount - 1, kColumns).frame.y - kFrame.height - kRing;
+      Design.height - CellAt(kButtonCount - 1, kColumns).frame.y - kFrameSize.height - kRing;
   imgFocus = std::make_unique<Image>(*this, "imgFocus");
   imgFocus->SetVisible(false);
   imgFocus->SetEnabled(false);  // it lets clicks through

@@ -334,9 +334,11 @@ void Form::Announce(Announcement what, const Control* control, int row) {
 void Form::UserPressPart(Control& control, int row) {
   if (!peer_ || !peer_->TakesInput() || !control.Reachable()) return;
   if (row > 0) {
-    if (control.kind() == ControlKind::kListBox) static_cast<ListBox&>(control).UserCheck(row - 1);
-    if (control.kind() == ControlKind::kTabStrip)
+    if (control.kind() == ControlKind::kListBox) {
+      static_cast<ListBox&>(control).UserCheck(row - 1);
+    } else if (control.kind() == ControlKind::kTabStrip) {
       static_cast<TabStrip&>(control).UserSelectTab(row);
+    }
     return;
   }
   if (Control* const painted = control.StandsFor) {

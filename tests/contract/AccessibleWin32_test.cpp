@@ -41,23 +41,34 @@ class AccessibleMain : public MainWindow {
   ComThread com_;
 };
 
-struct WinEvent {
-  DWORD what;
-  LONG child;
+/// The events of one window's client area while it lives, as a screen reader hears them.
+class HeardEvents {
+ public:
+  explicit HeardEvents(HWND window)
+      : hook_(SetWinEventHook(EVENT_MIN, EVENT_MAX, nullptr, OnEvent, GetCurrentProcessId(),
+                              GetCurrentThreadId(), WINEVENT_OUTOFCONTEXT)) {
+    watched_ = window;
+    Clear();
+  }
+  ~HeardEvents() { UnhookWinEvent(hook_); }
+  HeardEvents(const HeardEvents&) = delete;
+  HeardEvents& operator=(const HeardEvents&) = delete;
+
+  static void Clear() { events_.clear(); }
+  static bool Has(DWORD what, LONG child) {
+    return std::find(events_.begin(), events_.end(), std::pair(what, child)) != events_.end();
+  }
+
+ private:
+  static void CALLBACK OnEvent(HWINEVENTHOOK, DWORD what, HWND window, LONG object, LONG child,
+                               DWORD, DWORD) {
+    if (window == watched_ && object == OBJID_CLIENT) events_.emplace_back(what, child);
+  }
+
+  static inline HWND watched_ = nullptr;
+  static inline std::vector<std::pair<DWORD, LONG>> events_;
+  HWINEVENTHOOK hook_;
 };
-std::vector<WinEvent> g_events;
-HWND g_watched = nullptr;
-
-void CALLBACK OnEvent(HWINEVENTHOOK, DWORD what, HWND window, LONG object, LONG child, DWORD,
-                      DWORD) {
-  if (window == g_watched && object == OBJID_CLIENT) g_events.push_back({what, child});
-}
-
-bool HeardEvent(DWORD what, LONG child) {
-  return std::any_of(g_events.begin(), g_events.end(), [&](const WinEvent& event) {
-    return event.what == what && event.child == child;
-  });
-}
 
 class AccessibleFields : public testing::Test {
  protected:
@@ -191,27 +202,21 @@ TEST_F(AccessibleMain, EventsFollowTheFocusAndTheLayout) {
   Start();
   const AccessibleAnswer panel(Window());
   ASSERT_TRUE(panel);
-  g_events.clear();
-  g_watched = Window();
-  const HWINEVENTHOOK hook =
-      SetWinEventHook(EVENT_OBJECT_REORDER, EVENT_OBJECT_NAMECHANGE, nullptr, OnEvent,
-                      GetCurrentProcessId(), GetCurrentThreadId(), WINEVENT_OUTOFCONTEXT);
-  ASSERT_TRUE(hook);
+  const HeardEvents heard(Window());
   desktop.Event([&] { main->UserKeyDown(kKeyTab, 0); });
   desktop.Event([&] { main->UserKeyDown(kKeyRight, 0); });
   desktop.DoEvents();
-  EXPECT_TRUE(HeardEvent(EVENT_OBJECT_FOCUS, 1));
-  EXPECT_TRUE(HeardEvent(EVENT_OBJECT_FOCUS, 2));
+  EXPECT_TRUE(heard.Has(EVENT_OBJECT_FOCUS, 1));
+  EXPECT_TRUE(heard.Has(EVENT_OBJECT_FOCUS, 2));
   EXPECT_TRUE(panel.State(2) & STATE_SYSTEM_FOCUSED);
-  g_events.clear();
+  heard.Clear();
   desktop.Event([&] { main->SetUI(); });
   desktop.DoEvents();
-  EXPECT_TRUE(HeardEvent(EVENT_OBJECT_REORDER, CHILDID_SELF));
+  EXPECT_TRUE(heard.Has(EVENT_OBJECT_REORDER, CHILDID_SELF));
   EXPECT_EQ(panel->accSelect(SELFLAG_TAKEFOCUS, ChildId(6)), S_OK);
   desktop.DoEvents();
   EXPECT_EQ(main->FocusButton, 5);
-  EXPECT_TRUE(HeardEvent(EVENT_OBJECT_FOCUS, 6));
-  UnhookWinEvent(hook);
+  EXPECT_TRUE(heard.Has(EVENT_OBJECT_FOCUS, 6));
 }
 
 TEST_F(AccessibleMain, ObjectOutlivesTheWindow) {
@@ -317,16 +322,11 @@ TEST_F(AccessibleFields, RowsHaveTicksAndPlaces) {
   const RECT second = list.Place(2);
   EXPECT_GT(second.top, list.Place(1).top);
   EXPECT_EQ(list.At((second.left + second.right) / 2, (second.top + second.bottom) / 2), 2);
-  g_events.clear();
-  g_watched = Window(form.list);
-  const HWINEVENTHOOK hook =
-      SetWinEventHook(EVENT_OBJECT_STATECHANGE, EVENT_OBJECT_STATECHANGE, nullptr, OnEvent,
-                      GetCurrentProcessId(), GetCurrentThreadId(), WINEVENT_OUTOFCONTEXT);
+  const HeardEvents heard(Window(form.list));
   EXPECT_EQ(list.Press(1), S_OK);
   desktop.DoEvents();
   EXPECT_TRUE(form.list.Selected(0));
-  EXPECT_TRUE(HeardEvent(EVENT_OBJECT_STATECHANGE, 1));
-  UnhookWinEvent(hook);
+  EXPECT_TRUE(heard.Has(EVENT_OBJECT_STATECHANGE, 1));
   EXPECT_EQ(list->accSelect(SELFLAG_TAKEFOCUS | SELFLAG_TAKESELECTION, ChildId(3)), S_OK);
   desktop.DoEvents();
   EXPECT_EQ(form.list.ListIndex(), 2);
@@ -470,32 +470,15 @@ TEST_F(AccessibleAreas, GroupHasWhatIsPaintedAndTheWindowsInIt) {
   EXPECT_EQ(there.Name(hit), L"Normal") << "from the point on the screen";
 }
 
-TEST_F(AccessibleAreas, ChangeInAGroupIsAnnouncedThere) {
+TEST_F(AccessibleAreas, ChangesAndAlertsInAGroupAreAnnouncedThere) {
   const AccessibleAnswer group(Window(form.group));
   ASSERT_TRUE(group);
-  g_events.clear();
-  g_watched = Window(form.group);
-  const HWINEVENTHOOK hook =
-      SetWinEventHook(EVENT_OBJECT_NAMECHANGE, EVENT_OBJECT_NAMECHANGE, nullptr, OnEvent,
-                      GetCurrentProcessId(), GetCurrentThreadId(), WINEVENT_OUTOFCONTEXT);
+  const HeardEvents heard(Window(form.group));
   form.Announce(Announcement::kName, &form.angle);
-  desktop.DoEvents();
-  EXPECT_TRUE(HeardEvent(EVENT_OBJECT_NAMECHANGE, 1));
-  UnhookWinEvent(hook);
-}
-
-TEST_F(AccessibleAreas, AlertIsHeard) {
-  const AccessibleAnswer group(Window(form.group));
-  ASSERT_TRUE(group);
-  g_events.clear();
-  g_watched = Window(form.group);
-  const HWINEVENTHOOK hook =
-      SetWinEventHook(EVENT_SYSTEM_ALERT, EVENT_SYSTEM_ALERT, nullptr, OnEvent,
-                      GetCurrentProcessId(), GetCurrentThreadId(), WINEVENT_OUTOFCONTEXT);
   form.Announce(Announcement::kAlert, &form.angle);
   desktop.DoEvents();
-  EXPECT_TRUE(HeardEvent(EVENT_SYSTEM_ALERT, 1));
-  UnhookWinEvent(hook);
+  EXPECT_TRUE(heard.Has(EVENT_OBJECT_NAMECHANGE, 1));
+  EXPECT_TRUE(heard.Has(EVENT_SYSTEM_ALERT, 1));
 }
 
 TEST_F(AccessibleAreas, TabsAreReadAndChosen) {
@@ -512,17 +495,12 @@ TEST_F(AccessibleAreas, TabsAreReadAndChosen) {
   EXPECT_GT(first.right, first.left);
   EXPECT_GE(second.left, first.right - 4);
   EXPECT_EQ(tabs.At(Middle(second).x, Middle(second).y), 2);
-  g_events.clear();
-  g_watched = Window(form.tabs);
-  const HWINEVENTHOOK hook =
-      SetWinEventHook(EVENT_OBJECT_SELECTION, EVENT_OBJECT_SELECTION, nullptr, OnEvent,
-                      GetCurrentProcessId(), GetCurrentThreadId(), WINEVENT_OUTOFCONTEXT);
+  const HeardEvents heard(Window(form.tabs));
   EXPECT_EQ(tabs.Press(2), S_OK);
   EXPECT_EQ(form.tabs.SelectedItem(), 1) << "not before the client has its answer";
   desktop.DoEvents();
   EXPECT_EQ(form.tabs.SelectedItem(), 2);
-  EXPECT_TRUE(HeardEvent(EVENT_OBJECT_SELECTION, 2));
-  UnhookWinEvent(hook);
+  EXPECT_TRUE(heard.Has(EVENT_OBJECT_SELECTION, 2));
   EXPECT_EQ(tabs->accSelect(SELFLAG_TAKEFOCUS | SELFLAG_TAKESELECTION, ChildId(1)), S_OK);
   desktop.DoEvents();
   EXPECT_EQ(form.tabs.SelectedItem(), 1);

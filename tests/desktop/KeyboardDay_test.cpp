@@ -89,26 +89,9 @@ TEST_P(KeyboardDay, EverythingIsReachedWithoutAMouse) {
   ASSERT_EQ(suite.WaitForTools(count).size(), count);
 
   // Every button of the panel, one after the other.
-  const std::vector<std::wstring> tools = {L"Q17Gauge.exe",
-                                           L"Q17Pair.exe",
-                                           L"Q17Lexis.exe",
-                                           L"Q17Cadence.exe",
-                                           L"Q17Batch.exe",
-                                           L"Q17Bench.exe",
-                                           L"",
-                                           L"",
-                                           L"Q17Warden.exe",
-                                           L"Q17Kit.exe",
-                                           L"",
-                                           L"Q17Vault.exe",
-                                           L"Q17Renew.exe",
-                                           L"Q17Diff.exe",
-                                           L"Q17Bridge.exe",
-                                           L"Q17Cleave.exe",
-                                           L"Q17Xlf.exe"};
-  for (int button = 0; button < static_cast<int>(tools.size()); ++button) {
+  for (int button = 0; button < kExit; ++button) {
     ASSERT_TRUE(FocusOn(main, VK_TAB, button)) << button;
-    const std::wstring& tool = tools[static_cast<std::size_t>(button)];
+    const std::wstring tool = ToolOf(button);
     if (!tool.empty()) {
       Chord({}, button % 2 ? VK_RETURN : VK_SPACE);
       const auto starts = suite.WaitForTools(++count);

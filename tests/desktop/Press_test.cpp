@@ -12,18 +12,6 @@ namespace {
 
 using Starts = std::vector<Started>;
 
-struct Button {
-  int index;
-  const wchar_t* program;
-};
-
-constexpr Button kStarted[] = {
-    {0, L"Q17Gauge.exe"},   {1, L"Q17Pair.exe"},   {2, L"Q17Lexis.exe"},  {3, L"Q17Cadence.exe"},
-    {4, L"Q17Batch.exe"},   {5, L"Q17Bench.exe"},  {8, L"Q17Warden.exe"}, {9, L"Q17Kit.exe"},
-    {11, L"Q17Vault.exe"},  {12, L"Q17Renew.exe"}, {13, L"Q17Diff.exe"},  {14, L"Q17Bridge.exe"},
-    {15, L"Q17Cleave.exe"}, {16, L"Q17Xlf.exe"},
-};
-
 constexpr wchar_t kOddFolder[] = L"My  suite, \u00dcbung \u03a9 & co (1)";
 
 class Press : public SwitchboardTest {};
@@ -34,14 +22,15 @@ void PressAll(const SuiteFolder& suite, const RunningMarl& marl, const std::wstr
   ASSERT_TRUE(main);
   const std::wstring folder = directory.ends_with(L'\\') ? directory : directory + L"\\";
   std::size_t count = 0;
-  for (const Button& button : kStarted) {
-    for (const POINT at : {IconOf(main, button.index), LabelOf(main, button.index)}) {
+  for (int button = 0; button < kExit; ++button) {
+    const std::wstring tool = ToolOf(button);
+    if (tool.empty()) continue;
+    for (const POINT at : {IconOf(main, button), LabelOf(main, button)}) {
       Click(at);
       const Starts starts = suite.WaitForTools(++count);
       if (starts.size() != count) Screenshot("no-start");
-      ASSERT_EQ(starts.size(), count) << "button " << button.index;
-      EXPECT_EQ(starts.back(),
-                (Started{button.program, folder + button.program, L"", directory, SW_SHOWNORMAL}));
+      ASSERT_EQ(starts.size(), count) << "button " << button;
+      EXPECT_EQ(starts.back(), (Started{tool, folder + tool, L"", directory, SW_SHOWNORMAL}));
     }
   }
   EXPECT_FALSE(marl.Box());

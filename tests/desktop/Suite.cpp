@@ -189,6 +189,26 @@ std::optional<Started> ParseStarted(const std::string& line) {
   return started;
 }
 
+std::wstring ToolOf(int button) {
+  switch (button) {
+    case 0: return L"Q17Gauge.exe";
+    case 1: return L"Q17Pair.exe";
+    case 2: return L"Q17Lexis.exe";
+    case 3: return L"Q17Cadence.exe";
+    case 4: return L"Q17Batch.exe";
+    case 5: return L"Q17Bench.exe";
+    case 8: return L"Q17Warden.exe";
+    case 9: return L"Q17Kit.exe";
+    case 11: return L"Q17Vault.exe";
+    case 12: return L"Q17Renew.exe";
+    case 13: return L"Q17Diff.exe";
+    case 14: return L"Q17Bridge.exe";
+    case 15: return L"Q17Cleave.exe";
+    case 16: return L"Q17Xlf.exe";
+    default: return {};
+  }
+}
+
 const std::vector<std::wstring>& Tools() {
   static const std::vector<std::wstring> tools = {
       L"Q17Gauge.exe", L"Q17Pair.exe",   L"Q17Lexis.exe",  L"Q17Cadence.exe", L"Q17Batch.exe",

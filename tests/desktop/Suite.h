@@ -29,6 +29,9 @@ struct Programs {
 };
 extern Programs g_programs;
 
+/// The program that a button of the panel starts, by the button's index; empty if it starts none.
+std::wstring ToolOf(int button);
+
 /// One entry of a stand-in's log.
 struct Started {
   std::wstring program;
