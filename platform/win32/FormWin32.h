@@ -16,6 +16,7 @@
 namespace marl::win32 {
 
 class DesktopWin32;
+class PageBackground;
 
 /// What an accessibility client wants done with a part.
 enum class PartRequest : WORD { kPress, kFocus };
@@ -198,7 +199,8 @@ class FormWin32 : public FormPeer {
   HWND lastFocus_ = nullptr;  ///< had the focus when another window became active
   std::map<const Control*, HWND> windows_;
   std::map<const Control*, std::unique_ptr<ListWin32>> lists_;
-  std::map<const Control*, UniqueBrush> pages_;  ///< backgrounds of the pages of tab strips
+  /// Backgrounds of the pages of tab strips: one for all of the same size.
+  std::map<const Control*, std::shared_ptr<PageBackground>> pages_;
   /// The native menu of each entry that has one; under null, the menu bar.
   std::map<const Menu*, UniqueMenu> menus_;
   bool hasFields_ = false;

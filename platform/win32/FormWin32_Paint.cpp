@@ -4,7 +4,9 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -130,7 +132,8 @@ HBRUSH FormWin32::BackgroundIn(const Control* container, POINT& origin) const {
   origin = {};
   for (; container; container = container->container()) {
     const auto found = pages_.find(container);
-    if (found != pages_.end()) return found->second.get();
+    const HBRUSH background = found == pages_.end() ? nullptr : found->second->Brush();
+    if (background) return background;
     origin.x -= form_.resolution().PixelsX(container->Left());
     origin.y -= form_.resolution().PixelsY(container->Top());
   }
@@ -144,9 +147,11 @@ void FormWin32::CreatePages() {
     if (control->kind() != ControlKind::kPictureBox) continue;
     const auto& box = static_cast<const PictureBox&>(*control);
     if (!StripOf(box)) continue;
-    if (UniqueBrush background = PageBackground(box.PixelSize(), dpi())) {
-      pages_[control] = std::move(background);
-    }
+    const Size size = box.PixelSize();
+    const auto same = std::find_if(pages_.begin(), pages_.end(),
+                                   [&](const auto& page) { return page.second->size() == size; });
+    pages_[control] =
+        same != pages_.end() ? same->second : std::make_shared<PageBackground>(size, dpi());
   }
 }
 

@@ -4,6 +4,8 @@
 #include <commctrl.h>
 #include <vssym32.h>
 
+#include <utility>
+
 #include "platform/forms/Form.h"
 
 namespace marl::win32 {
@@ -33,19 +35,20 @@ const TabStrip* StripOf(const Control& box) {
   return nullptr;
 }
 
-UniqueBrush PageBackground(Size size, int dpi) {
-  const UniqueTheme theme(Themes::Open(L"TAB", dpi));
-  if (!theme) return {};
+HBRUSH PageBackground::Brush() {
+  if (std::exchange(painted_, true)) return brush_.get();
+  const UniqueTheme theme(Themes::Open(L"TAB", dpi_));
+  if (!theme) return nullptr;
   const ClientContext screen(nullptr);
   const UniqueContext memory(CreateCompatibleDC(screen.get()));
-  const UniqueBitmap bitmap(CreateCompatibleBitmap(screen.get(), size.width, size.height));
+  const UniqueBitmap bitmap(CreateCompatibleBitmap(screen.get(), size_.width, size_.height));
   const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
-  const RECT area = {0, 0, size.width, size.height};
+  const RECT area = {0, 0, size_.width, size_.height};
   FillRect(memory.get(), &area, GetSysColorBrush(COLOR_BTNFACE));
   const bool painted = Themes::DrawBackground(theme.get(), memory.get(), TABP_BODY, 0, area);
   SelectObject(memory.get(), before);
-  if (!painted) return {};
-  return UniqueBrush(CreatePatternBrush(bitmap.get()));
+  if (painted) brush_ = UniqueBrush(CreatePatternBrush(bitmap.get()));
+  return brush_.get();
 }
 
 void FillWith(HDC context, const RECT& area, HBRUSH brush, POINT origin) {

@@ -11,9 +11,22 @@ void SyncTabs(const TabStrip& tabs, HWND window);
 /// The tab strip whose page the control is (a sibling within its bounds); null if it is no page.
 const TabStrip* StripOf(const Control& page);
 
-/// The theme's background for a page of this size, in pixels, at this resolution; none without a
-/// theme.
-UniqueBrush PageBackground(Size size, int dpi);
+/// The theme's background for the pages of one size. It is painted when it is first needed: most
+/// pages of a form are never looked at.
+class PageBackground {
+ public:
+  /// `size` in pixels.
+  PageBackground(Size size, int dpi) : size_(size), dpi_(dpi) {}
+  const Size& size() const { return size_; }
+  /// Null without a theme.
+  HBRUSH Brush();
+
+ private:
+  Size size_;
+  int dpi_;
+  bool painted_ = false;
+  UniqueBrush brush_;
+};
 
 /// Fills the area with a brush whose pattern starts at `origin`, in the context's own coordinates.
 void FillWith(HDC context, const RECT& area, HBRUSH brush, POINT origin);
