@@ -169,7 +169,10 @@ LRESULT CALLBACK FormWin32::ContainerEntry(HWND window, UINT message, WPARAM w, 
     case WM_CTLCOLORBTN:
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORLISTBOX: return SendMessageW(form->window_, message, w, l);
-    case WM_ERASEBKGND: form->EraseContainer(window, reinterpret_cast<HDC>(w)); return 1;
+    case WM_ERASEBKGND:
+      // While the whole form changes, it is painted once, at the end.
+      if (!form->rescaling_) form->EraseContainer(window, reinterpret_cast<HDC>(w));
+      return 1;
     case WM_PRINTCLIENT:
     case WM_PAINT: {
       const Control* const control = form->ControlOf(window);

@@ -315,6 +315,45 @@ TEST_P(RescaledContract, NothingIsPaintedBeforeTheChangeIsComplete) {
   RemoveWindowSubclass(Window(), Seen::Proc, 1);
 }
 
+// Groups and pages were erased in the middle of it, with a background in the old size.
+TEST_P(RescaledContract, NothingIsErasedBeforeTheChangeIsComplete) {
+  if (!real()) return;
+  UpdateWindow(Window());
+  desktop->DoEvents();
+  // Has it erase a bitmap of its own, and looks whether that has changed.
+  struct Erasing {
+    int count = 0;
+    static LRESULT CALLBACK Proc(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
+                                 DWORD_PTR data) {
+      if (message != WM_ERASEBKGND) return DefSubclassProc(window, message, w, l);
+      constexpr COLORREF kOdd = RGB(1, 200, 3);
+      const win32::ClientContext screen(window);
+      const win32::UniqueContext memory(CreateCompatibleDC(screen.get()));
+      const win32::UniqueBitmap bitmap(CreateCompatibleBitmap(screen.get(), 4, 4));
+      const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
+      SetPixel(memory.get(), 1, 1, kOdd);
+      const LRESULT result =
+          DefSubclassProc(window, message, reinterpret_cast<WPARAM>(memory.get()), l);
+      if (GetPixel(memory.get(), 1, 1) != kOdd) ++reinterpret_cast<Erasing*>(data)->count;
+      SelectObject(memory.get(), before);
+      return result;
+    }
+  };
+  const std::array<const Control*, 2> containers = {&form->frame, &form->page};
+  for (const Control* control : containers) {
+    Erasing erasing;
+    ASSERT_TRUE(SetWindowSubclass(Window(*control), Erasing::Proc, 1,
+                                  reinterpret_cast<DWORD_PTR>(&erasing)));
+    Rescale(168, 60, 40);
+    EXPECT_EQ(erasing.count, 0) << control->name() << ", during the change";
+    desktop->DoEvents();
+    EXPECT_GT(erasing.count, 0) << control->name() << ", after it";
+    Rescale(start, 60, 40);
+    desktop->DoEvents();
+    RemoveWindowSubclass(Window(*control), Erasing::Proc, 1);
+  }
+}
+
 TEST_P(RescaledContract, AThousandChangesLoseNothing) {
   if (!real()) return;
   struct State {
