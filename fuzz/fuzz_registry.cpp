@@ -22,8 +22,14 @@ class Model {
   using Key = std::map<std::string, StoredValue>;
   std::map<std::string, Key> keys;
 
-  static std::string Plain(const Text& text) { return {text.begin(), text.end()}; }
-  static Text Wide(const std::string& text) { return {text.begin(), text.end()}; }
+  explicit Model(const RegistryStore& store) : store_(store) {}
+
+  /// No name between two % signs is known; the expansion ends at the first NUL.
+  static std::string Expanded(std::uint32_t kind, const std::string& text) {
+    return kind == 2 ? std::string(text.c_str()) : text;
+  }
+  std::string Plain(const Text& text) const { return store_.ToNarrow(text); }
+  Text Wide(const std::string& text) const { return store_.FromNarrow(text); }
   static bool HoldsName(const std::string& text) {
     const std::size_t first = text.find('%');
     return first != std::string::npos && text.find('%', first + 2) != std::string::npos;
@@ -73,7 +79,7 @@ class Model {
       case 2:
       case 7: {
         std::string text = Plain(RegistryText(value));
-        if (!text.empty()) text += '\0';
+        if (!text.empty() && text.back() != '\0') text += '\0';
         found->second[name] = {static_cast<std::uint32_t>(kind), text};
         return true;
       }
@@ -112,7 +118,7 @@ class Model {
       case 4: return Number(value->data);
       default:
         if (value->data.empty()) return otherwise;
-        return Wide(value->data.substr(0, value->data.size() - 1));
+        return Wide(Expanded(value->kind, value->data.substr(0, value->data.size() - 1)));
     }
   }
 
@@ -126,14 +132,18 @@ class Model {
       case 4: return Number(value->data);
       case 7: {
         const std::size_t size = value->data.size();
-        if (size <= 2) return otherwise;
+        if (size <= 2 || value->data.front() == '\0') return otherwise;
         return Wide(value->data.substr(0, size - 2));
       }
       default:
         if (value->data.empty()) return otherwise;
-        return Wide(value->data.substr(0, value->data.size() - 1));
+        // As long as the call reports, and that is with the terminator.
+        return Wide((Expanded(value->kind, value->data) + '\0').substr(0, value->data.size() - 1));
     }
   }
+
+ private:
+  const RegistryStore& store_;  // for the code page
 };
 
 /// Takes decisions from the input; 0 after its end.
@@ -171,7 +181,7 @@ class Source {
 // Any sequence of operations of both registry classes on two keys, against a model.
 MARL_FUZZ_TARGET(registry) {
   MemoryRegistryStore store;
-  Model model;
+  Model model(store);
   cRegistry cursor(store);
   clsRegistry accessor(store);
   cursor.ClassKey = accessor.hkey = kCurrentUser;
@@ -186,9 +196,9 @@ MARL_FUZZ_TARGET(registry) {
     const std::string key = source.Below(2) == 0 ? "a" : "b";
     static constexpr const char* kNames[] = {"", "v", "w"};
     const std::string name = kNames[source.Below(3)];
-    cursor.SectionKey = u"Software\\Fuzz\\" + Model::Wide(key);
-    cursor.ValueKey = Model::Wide(name);
-    accessor.Subkey = Model::Wide(key);
+    cursor.SectionKey = u"Software\\Fuzz\\" + model.Wide(key);
+    cursor.ValueKey = model.Wide(name);
+    accessor.Subkey = model.Wide(key);
     const bool there = model.keys.contains(key);
     switch (source.Below(9)) {
       case 0:
@@ -219,7 +229,7 @@ MARL_FUZZ_TARGET(registry) {
       case 6: {
         const int kind = source.Below(9);
         const RegistryValue value = source.Value();
-        fuzz::Expect(accessor.SetRegistryValue(Model::Wide(name), value, kind) ==
+        fuzz::Expect(accessor.SetRegistryValue(model.Wide(name), value, kind) ==
                          model.Set(key, name, kind, value),
                      "the write succeeds as the rules say");
         break;
@@ -228,7 +238,7 @@ MARL_FUZZ_TARGET(registry) {
         fuzz::Expect(cursor.Value() == model.Value(key, name, otherwise), "the value of one class");
         break;
       default:
-        fuzz::Expect(accessor.GetRegistryValue(Model::Wide(name), otherwise) ==
+        fuzz::Expect(accessor.GetRegistryValue(model.Wide(name), otherwise) ==
                          model.Get(key, name, otherwise),
                      "the value of the other");
         break;
