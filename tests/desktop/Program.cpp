@@ -4,6 +4,8 @@
 #include <tlhelp32.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <map>
 
 #include "tests/desktop/Input.h"
@@ -20,6 +22,58 @@ constexpr int kCellHeight = 1260;
 constexpr int kMiddle = 900;
 constexpr int kIconMiddle = 480;
 constexpr int kLabelMiddle = 1050;
+
+/// Counts a process's graphics objects in its own table of them; Wine keeps no count. 0 if there is
+/// no such table.
+DWORD GraphicsObjectsInTable(HANDLE process) {
+  struct Entry {
+    std::uint64_t object;
+    std::uint32_t owner;
+    std::uint16_t unique;
+    std::uint8_t type;  // 0 if it is free
+    std::uint8_t flags;
+    std::uint64_t user;
+  };
+  struct BasicInformation {
+    LONG_PTR status;
+    ULONG_PTR environment;
+    ULONG_PTR others[4];
+  } basic = {};
+  constexpr std::size_t kEntries = 0x4000;
+  // Under Wine, a 32-bit process has the table in its 64-bit block, a page below the other one.
+  constexpr LONG_PTR kTable = sizeof(void*) == 8 ? 0xF8 : 0xF8 - 0x1000;
+  using Query = LONG(NTAPI*)(HANDLE, int, void*, ULONG, ULONG*);
+  const auto query = reinterpret_cast<Query>(reinterpret_cast<void*>(
+      GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQueryInformationProcess")));
+  if (!query || query(process, 0, &basic, sizeof basic, nullptr) < 0) return 0;
+  const auto read = [&](ULONG_PTR from, void* to, std::size_t size) {
+    SIZE_T done = 0;
+    return ReadProcessMemory(process, reinterpret_cast<const void*>(from), to, size, &done) &&
+           done == size;
+  };
+  ULONG_PTR table = 0;
+  std::vector<Entry> entries(kEntries);
+  if (!read(basic.environment + kTable, &table, sizeof table) || !table ||
+      !read(table, entries.data(), kEntries * sizeof(Entry))) {
+    return 0;
+  }
+  return static_cast<DWORD>(std::count_if(entries.begin(), entries.end(),
+                                          [](const Entry& entry) { return entry.type != 0; }));
+}
+
+/// Windows, menus, icons and cursors of all programs of the desktop, which share their handles:
+/// enough new ones fill all gaps.
+DWORD UserObjectsOfAll() {
+  std::array<HMENU, 512> made = {};
+  DWORD highest = 0;
+  for (HMENU& menu : made) {
+    menu = CreateMenu();
+    highest = std::max<DWORD>(highest, LOWORD(HandleToULong(menu)));
+  }
+  for (const HMENU menu : made) DestroyMenu(menu);
+  // Every other number is a handle.
+  return highest / 2 - static_cast<DWORD>(made.size());
+}
 
 /// Counts a process's handles in the table of all handles; Wine keeps no count for each process.
 std::size_t HandlesInSystemTable(DWORD process) {
@@ -231,8 +285,14 @@ bool RunningMarl::WaitForIdle() const {
   return process_ && WaitForInputIdle(process_, static_cast<DWORD>(kDeadline.count())) == 0;
 }
 
-DWORD RunningMarl::GuiObjects() const {
-  return GetGuiResources(process_, GR_GDIOBJECTS) + GetGuiResources(process_, GR_USEROBJECTS);
+DWORD RunningMarl::GraphicsObjects() const {
+  const DWORD count = GetGuiResources(process_, GR_GDIOBJECTS);
+  return count ? count : GraphicsObjectsInTable(process_);
+}
+
+DWORD RunningMarl::UserObjects() const {
+  const DWORD count = GetGuiResources(process_, GR_USEROBJECTS);
+  return count ? count : UserObjectsOfAll();
 }
 
 bool RunningMarl::PressMenu(wchar_t top, wchar_t entry) const {

@@ -75,8 +75,10 @@ class RunningMarl {
   /// Private bytes of the process.
   std::size_t PrivateBytes() const;
   std::size_t Handles() const;
-  /// GDI and USER objects; 0 if the platform does not report them.
-  DWORD GuiObjects() const;
+  /// Its graphics objects: pens, brushes, fonts, bitmaps, ...
+  DWORD GraphicsObjects() const;
+  /// Its windows, menus, icons, ...; under Wine those of all programs of the desktop.
+  DWORD UserObjects() const;
 
  private:
   HANDLE process_ = nullptr;
