@@ -388,6 +388,56 @@ INSTANTIATE_TEST_SUITE_P(Missing, AdverseRights,
                                          Right{"All", KEY_ALL_ACCESS}),
                          [](const auto& right) { return std::string(right.param.name); });
 
+TEST_F(Adverse, KeyThatCannotBeDeletedKeepsOldExpressionsBeyondTheNewOnes) {
+  constexpr wchar_t kListKey[] = L"Software\\Oru\\Marl\\HiddenSegments";
+  constexpr wchar_t kKeyBelow[] = L"Software\\Oru\\Marl\\HiddenSegments\\Below";
+  const std::string before[] = {"one", "two", "three", "four"};
+  for (int n = 0; n < 4; ++n) {
+    PutStored(kListKey, "RegEx" + std::to_string(n + 1), Text(before[n]));
+  }
+  const SuiteFolder suite;
+  const RunningMarl marl(suite);
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  const auto removeFirst = [&] {
+    ASSERT_TRUE(marl.PressMenu(L'O', L'O'));
+    const Dialog options(marl, L"Options");
+    ASSERT_TRUE(options && WaitUntil([&] { return options.InFront(); }));
+    Chord({VK_MENU}, 'H');
+    ASSERT_TRUE(WaitUntil([&] { return options.Button(L"&Remove") != nullptr; }));
+    const HWND list = options.Find(L"ListBox");
+    const std::size_t rows = RowsOf(list).size();
+    Click(RowOf(list, 0));
+    ASSERT_TRUE(WaitUntil([&] { return SelectionOf(list) == std::vector<int>{0}; }));
+    ASSERT_TRUE(options.Press(L"&Remove"));
+    ASSERT_TRUE(WaitUntil([&] { return RowsOf(list).size() == rows - 1; }));
+    ASSERT_TRUE(options.Leave(L"OK"));
+    ASSERT_TRUE(WaitUntil([&] { return IsWindowEnabled(main) || marl.Box(); }));
+    EXPECT_FALSE(marl.Box()) << ToUtf8(marl.Box().Text());
+    // Answered once everything is stored.
+    SendMessageW(main, WM_NULL, 0, 0);
+  };
+  // A key with another one below it.
+  PutStored(kKeyBelow, "kept", Text("x"));
+  ASSERT_NO_FATAL_FAILURE(removeFirst());
+  StoredKey left = {{"RegEx1", Text("two")},
+                    {"RegEx2", Text("three")},
+                    {"RegEx3", Text("four")},
+                    {"RegEx4", Text("four")}};
+  EXPECT_EQ(ReadStored(kListKey), left);
+  EXPECT_EQ(ReadStored(kKeyBelow), (StoredKey{{"kept", Text("x")}}));
+  EXPECT_EQ(RegDeleteTreeW(HKEY_CURRENT_USER, kKeyBelow), ERROR_SUCCESS);
+  // A key that may not be deleted. Wine asks nobody for that right.
+  const DeniedKey denied(kListKey, DELETE);
+  if (denied.made()) {
+    ASSERT_NO_FATAL_FAILURE(removeFirst());
+    left["RegEx1"] = Text("three");
+    left["RegEx2"] = Text("four");
+    EXPECT_EQ(ReadStored(kListKey), left);
+  }
+  EXPECT_TRUE(Close(marl));
+}
+
 TEST_F(Adverse, SettingsThatCannotBeWrittenKeepTheirValues) {
   settings.Set(L"Left", L"321");
   settings.Set(L"Tools", L"False");
