@@ -157,6 +157,26 @@ class Tray : public SwitchboardTest {
     }
     return testing::AssertionSuccess();
   }
+  static SIZE SizeOf(const RECT& area) { return {area.right - area.left, area.bottom - area.top}; }
+  /// The size of the window of a start in the normal state.
+  SIZE SizeOfAWindow() const {
+    const RunningMarl marl(suite);
+    const HWND main = marl.WaitForWindow();
+    const SIZE size = main ? SizeOf(AreaOf(main)) : SIZE{};
+    EXPECT_TRUE(Close(marl));
+    return size;
+  }
+  /// Waits until the window has come back, and compares its size.
+  static testing::AssertionResult IsBackAs(HWND main, const SIZE& expected) {
+    // Coming to the front is the last of it; sizes have been reported before.
+    if (!WaitUntil([&] { return GetForegroundWindow() == main; })) {
+      return testing::AssertionFailure() << "it is not in front";
+    }
+    SendMessageW(main, WM_NULL, 0, 0);
+    const SIZE size = SizeOf(AreaOf(main));
+    if (size.cx == expected.cx && size.cy == expected.cy) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "it has " << size.cx << " by " << size.cy << " pixels";
+  }
   static bool Visible(HWND main) {
     return WaitUntil([&] { return IsWindowVisible(main) && !IsIconic(main); });
   }
@@ -234,7 +254,7 @@ TEST_F(Tray, DoubleClickBringsBackWhatTheTitleBarButtonHid) {
   EXPECT_TRUE(IconSeen(main));
   Screenshot("tray-hidden");
   EXPECT_TRUE(BringBack(main));
-  EXPECT_TRUE(WaitUntil([&] { return GetForegroundWindow() == main; }));
+  EXPECT_TRUE(IsBackAs(main, SizeOf(before)));
   const RECT after = AreaOf(main);
   EXPECT_TRUE(EqualRect(&before, &after));
   EXPECT_TRUE(Close(marl));
@@ -324,6 +344,7 @@ TEST_F(Tray, ExitFromTheMenuEndsTheProgramWithoutShowingTheWindow) {
 }
 
 TEST_F(Tray, WindowStateOfOneStartsInTheTray) {
+  const SIZE normal = SizeOfAWindow();
   settings.Set(L"WindowState", L"1");
   const RunningMarl marl(suite);
   ASSERT_TRUE(WaitUntil([&] { return marl.Window() != nullptr; }));
@@ -332,6 +353,8 @@ TEST_F(Tray, WindowStateOfOneStartsInTheTray) {
   ASSERT_TRUE(WaitUntil([&] { return IconSeen(main) && !marl.Splash(); }));
   EXPECT_FALSE(IsWindowVisible(main));
   EXPECT_TRUE(BringBack(main));
+  EXPECT_TRUE(IsBackAs(main, normal));
+  Screenshot("tray-first-shown", main);
   EXPECT_TRUE(Close(marl));
   EXPECT_EQ(settings.Get(L"WindowState"), L"0");
 }
@@ -409,6 +432,7 @@ TEST_F(Tray, DoubleClickOnTheIconOfAVisibleWindowBringsItToTheFront) {
 }
 
 TEST_F(Tray, DoubleClickSetsAMaximisedWindowToNormal) {
+  const SIZE normal = SizeOfAWindow();
   settings.Set(L"WindowState", L"2");
   const RunningMarl marl(suite);
   const HWND main = marl.WaitForWindow();
@@ -418,6 +442,9 @@ TEST_F(Tray, DoubleClickSetsAMaximisedWindowToNormal) {
   PostMessageW(main, MenuMessage(), 0, kDoubleClick);
   EXPECT_TRUE(WaitUntil([&] { return !IsZoomed(main); }));
   EXPECT_TRUE(IsWindowVisible(main));
+  EXPECT_TRUE(IsBackAs(main, normal));
+  EXPECT_TRUE(Close(marl));
+  EXPECT_EQ(settings.Get(L"WindowState"), L"0");
 }
 
 TEST_F(Tray, MinimisedByCodeHidesAndAMaximisedWindowComesBackInItsNormalSize) {
@@ -432,9 +459,7 @@ TEST_F(Tray, MinimisedByCodeHidesAndAMaximisedWindowComesBackInItsNormalSize) {
   ASSERT_TRUE(WaitUntil([&] { return IsZoomed(main) != FALSE; }));
   ASSERT_TRUE(Minimise(main));
   ASSERT_TRUE(BringBack(main));
-  // The last step of it; sizes have been reported before.
-  ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == main; }));
-  SendMessageW(main, WM_NULL, 0, 0);
+  EXPECT_TRUE(IsBackAs(main, SizeOf(before)));
   EXPECT_FALSE(IsZoomed(main));
   const RECT after = AreaOf(main);
   EXPECT_TRUE(EqualRect(&before, &after));
