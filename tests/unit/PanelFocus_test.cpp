@@ -7,8 +7,11 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "appearance/SkinFile.h"
 #include "platform/Contrast.h"
@@ -473,6 +476,57 @@ TEST_F(KeyboardOnPanel, RingHasTheSystemsColourWithHighContrast) {
   world.desktop.SetHighContrast(true);
   ASSERT_TRUE(Ring());
   EXPECT_EQ(form().imgFocus->Picture()->At(0, 0), 0xFFFFFF00);
+}
+
+// Nothing fades or blinks, with animations or without: a change is painted once, and the ticks of
+// the timer that follow paint nothing.
+TEST_F(KeyboardOnPanel, WhatHasChangedIsPaintedAndThenNothingMoves) {
+  world.Start();
+  auto& peer = *static_cast<MemoryPeer*>(form().peer());
+  const auto paints = [&] {
+    const std::size_t all =
+        peer.invalidated.size() + static_cast<std::size_t>(peer.invalidatedWhole + peer.refreshed);
+    peer.invalidated.clear();
+    peer.invalidatedWhole = peer.refreshed = 0;
+    return all;
+  };
+  const auto rest = [&](int button) {
+    const Box& frame = form().shpRun[static_cast<std::size_t>(button)]->bounds();
+    const Point origin = form().ClientOrigin();
+    const Resolution own = form().resolution();
+    world.tray.cursor = {origin.x + own.PixelsX(frame.left + 600),
+                         origin.y + own.PixelsY(frame.top + 600)};
+  };
+  const std::pair<const char*, std::function<void()>> changes[] = {
+      {"highlight", [&] { rest(3); }},
+      {"other highlight", [&] { rest(4); }},
+      {"ring", [&] { Press(kKeyTab); }},
+      {"moved ring", [&] { Press(kKeyDown); }},
+      {"layout", [&] { Apply({}); }},
+      {"high contrast", [&] { world.desktop.SetHighContrast(true); }},
+      {"dialog", [&] { world.Type(u"setgui"); }},
+      {"other window", [&] { world.desktop.SwitchAway(); }},
+      {"back", [&] { world.desktop.SwitchBack(); }},
+  };
+  world.desktop.whenModal["frmUI"] = [](Form& dialog) {
+    auto& own = *static_cast<MemoryPeer*>(dialog.peer());
+    own.invalidated.clear();
+    own.invalidatedWhole = own.refreshed = 0;
+    static_cast<MemoryDesktop&>(dialog.desktop()).Advance(2000);
+    EXPECT_TRUE(own.invalidated.empty() && own.invalidatedWhole == 0 && own.refreshed == 0);
+  };
+  world.desktop.Advance(100);
+  for (const auto& [what, change] : changes) {
+    paints();
+    change();
+    world.desktop.Advance(100);  // the timer finds the mouse
+    if (what != std::string_view("dialog")) {
+      EXPECT_GT(paints(), 0u) << what;
+    }
+    paints();
+    world.desktop.Advance(2000);
+    EXPECT_EQ(paints(), 0u) << what;
+  }
 }
 
 /// Contrast of the ring with the gradient under it, at its weakest pixel.
