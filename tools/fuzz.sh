@@ -94,8 +94,8 @@ fuzz_minimise() {
     kept=$(mktemp -d build/fuzz/kept.XXXXXX)
     cp fuzz/corpus/"$name"/* "$kept"
     rm -f "$kept"/found-*
-    # Into the seeds, so that only what they do not reach is added.
-    "build/fuzz/fuzz/fuzz_$name" -merge=1 -timeout=10 "$kept" "fuzz/corpus/$name" \
+    # Into the seeds, so that only what they do not reach is added: lines, not how often.
+    "build/fuzz/fuzz/fuzz_$name" -merge=1 -use_counters=0 -timeout=10 "$kept" "fuzz/corpus/$name" \
       "build/fuzz/corpus/$name" 2>"build/fuzz/$name.merge" || fail "$name: build/fuzz/$name.merge"
     for file in "$kept"/*; do
       # The fuzzer names an input by its hash.
