@@ -125,6 +125,17 @@ declare -A FUZZ_LINES=(
   [tokens]='documents/clsXMLEngine.cpp'
 )
 
+# In awk: whether a path is that of one of `sources`.
+FUZZ_OF_SOURCES='
+  function of(path,   all, n) {
+    for (n = split(sources, all, " "); n > 0; --n) {
+      if (length(path) >= length(all[n]) &&
+          substr(path, length(path) - length(all[n]) + 1) == all[n]) return 1
+    }
+    return 0
+  }
+'
+
 # fuzz_coverage: the lines that the corpus reaches, its own and what build/fuzz/corpus has, in targets
 # without sanitizers. Those that are not reached are in build/fuzz-coverage/NAME.txt.
 fuzz_coverage() {
@@ -142,14 +153,18 @@ fuzz_coverage() {
     LLVM_PROFILE_FILE=$folder/$name.raw "$program" -runs=0 "fuzz/corpus/$name" \
       "build/fuzz/corpus/$name" 2>/dev/null || fail "$name fails; ./marl fuzz $name 1 shows where"
     llvm-profdata merge -sparse "$folder/$name.raw" -o "$folder/$name.profile"
-    # shellcheck disable=SC2086
-    llvm-cov show "$program" "-instr-profile=$folder/$name.profile" ${FUZZ_LINES[$name]} |
-      grep -E '^ +[0-9]+\| +0\||^/.*:$' >"$folder/$name.txt" || true
-    # shellcheck disable=SC2086
-    llvm-cov export -summary-only "$program" "-instr-profile=$folder/$name.profile" \
-      ${FUZZ_LINES[$name]} | grep -o '"totals":.*' | grep -o '"lines":{[^}]*}' |
-      sed 's/[^0-9.]\+/ /g' | awk -v name="$name" \
-      '{ printf "%-14s %8d %8d %6.1f %%\n", name, $1, $2, $2 * 100 / $1 }'
+    llvm-cov show "$program" "-instr-profile=$folder/$name.profile" |
+      awk -v sources="${FUZZ_LINES[$name]}" "$FUZZ_OF_SOURCES"'
+        /^\/.*:$/ { wanted = of(substr($0, 1, length($0) - 1)); if (wanted) print; next }
+        wanted && /^ +[0-9]+\| +0\|/' >"$folder/$name.txt"
+    llvm-cov report "$program" "-instr-profile=$folder/$name.profile" |
+      awk -v sources="${FUZZ_LINES[$name]}" -v name="$name" "$FUZZ_OF_SOURCES"'
+        of($1) { lines += $8; missed += $9 }
+        END {
+          if (!lines) { print name ": no lines"; exit 1 }
+          printf "%-14s %8d %8d %6.1f %%\n", name, lines, lines - missed,
+            (lines - missed) * 100 / lines
+        }'
   done
 }
 
