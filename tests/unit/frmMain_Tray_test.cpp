@@ -28,9 +28,7 @@ class TrayForm : public testing::Test {
     world.tray.choice = 0;
   }
   MemoryPeer& Peer() { return *static_cast<MemoryPeer*>(world.main().peer()); }
-  void Minimise() {
-    Peer().Minimise();
-  }
+  void Minimise() { Peer().Minimise(); }
 
   World world;
   WindowHandle window = 0;
