@@ -310,8 +310,11 @@ NetworkShare::NetworkShare(const std::wstring& folder) {
     link_ = WineDriveLink(L'U');
     // Beside the drives, a folder for each server.
     link_.resize(link_.size() - 2);
-    link_ += L"unc/marltest";
-    RunUnixTool(L"mkdir -p \"" + link_ + L"\"");
+    link_ += L"unc";
+    // A tool's folder could come too late for the link in it.
+    CreateDirectoryW((L"Z:" + link_).c_str(), nullptr);
+    link_ += L"/marltest";
+    CreateDirectoryW((L"Z:" + link_).c_str(), nullptr);
     RunUnixTool(L"ln -s \"" + UnixNameOf(folder) + L"\" \"" + link_ + L"/jobs\"");
   }
   made_ = WaitUntil([&] { return GetFileAttributesW(name_.c_str()) != INVALID_FILE_ATTRIBUTES; },
