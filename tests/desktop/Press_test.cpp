@@ -241,7 +241,8 @@ TEST_F(Press, TwoHundredPressesLeakNothing) {
   // What the platform loads at the first starts stays loaded.
   ASSERT_TRUE(press(20));
   const std::size_t handles = marl.Handles();
-  const DWORD graphics = marl.GraphicsObjects();
+  DWORD graphics = marl.GraphicsObjects();
+  DWORD leastGraphics = MAXDWORD;
   const DWORD objects = marl.UserObjects();
   ASSERT_GT(handles, 0u);
   ASSERT_GT(graphics, 0u);
@@ -255,10 +256,13 @@ TEST_F(Press, TwoHundredPressesLeakNothing) {
     const std::size_t before = bytes.back();
     bytes.push_back(marl.PrivateBytes());
     leastGrowth = std::min(leastGrowth, bytes.back() > before ? bytes.back() - before : 0);
+    const DWORD now = marl.GraphicsObjects();
+    leastGraphics = std::min(leastGraphics, now > graphics ? now - graphics : 0);
+    graphics = now;
   }
   EXPECT_TRUE(WaitUntil([&] { return marl.Handles() <= handles + 2; }))
       << handles << " handles before, " << marl.Handles() << " after";
-  EXPECT_LE(marl.GraphicsObjects(), graphics + 2);
+  EXPECT_LE(leastGraphics, 2u);
   EXPECT_TRUE(WaitUntil([&] { return marl.UserObjects() <= objects + 2; }))
       << objects << " windows and menus before, " << marl.UserObjects() << " after";
   EXPECT_LE(leastGrowth, 8192u) << testing::PrintToString(bytes);
