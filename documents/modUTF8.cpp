@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "documents/Scan.h"
+#include "documents/UTF8Blocks.h"
 #include "platform/RuntimeError.h"
 
 namespace marl {
@@ -60,16 +61,18 @@ std::size_t NarrowASCII(const char16_t* in, std::size_t count, unsigned char* ou
   std::size_t done = 0;
 #if defined(MARL_SCAN_SSE2)
   const __m128i high = _mm_set1_epi16(static_cast<short>(0xFF80));
-  const __m128i zero = _mm_setzero_si128();
-  for (; count - done >= 16; done += 16) {
+  for (; count - done >= 32; done += 32) {
     const auto* const from = reinterpret_cast<const __m128i*>(in + done);
+    auto* const to = reinterpret_cast<__m128i*>(out + done);
     const __m128i first = _mm_loadu_si128(from);
     const __m128i second = _mm_loadu_si128(from + 1);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + done), _mm_packus_epi16(first, second));
-    const __m128i plain = _mm_packs_epi16(_mm_cmpeq_epi16(_mm_and_si128(first, high), zero),
-                                          _mm_cmpeq_epi16(_mm_and_si128(second, high), zero));
-    const int others = ~_mm_movemask_epi8(plain) & 0xFFFF;
-    if (others != 0) return done + LowestBit(static_cast<unsigned>(others));
+    const __m128i third = _mm_loadu_si128(from + 2);
+    const __m128i fourth = _mm_loadu_si128(from + 3);
+    const __m128i all = _mm_or_si128(_mm_or_si128(first, second), _mm_or_si128(third, fourth));
+    const __m128i plain = _mm_cmpeq_epi16(_mm_and_si128(all, high), _mm_setzero_si128());
+    if (_mm_movemask_epi8(plain) != 0xFFFF) break;
+    _mm_storeu_si128(to, _mm_packus_epi16(first, second));
+    _mm_storeu_si128(to + 1, _mm_packus_epi16(third, fourth));
   }
 #endif
   while (done != count && in[done] < 0x80) {
@@ -133,17 +136,25 @@ unsigned char* EncodeStep(const char16_t* in, std::size_t count, unsigned char* 
 void EncodeUTF8(TextView text, Bytes& bytes) {
   unsigned char buffer[16 * kStepBytes];
   unsigned char* out = buffer;
-  const auto step = [&](const char16_t* in, std::size_t count) {
-    out = EncodeStep(in, count, out);
-    if (buffer + sizeof(buffer) - out >= static_cast<std::ptrdiff_t>(kStepBytes)) return;
+  const auto free = [&] { return static_cast<std::size_t>(buffer + sizeof(buffer) - out); };
+  const auto flush = [&] {
+    if (free() >= kStepBytes) return;
     bytes.insert(bytes.end(), buffer, out);
     out = buffer;
   };
-  for (; text.size() >= kStepUnits; text.remove_prefix(kStep)) step(text.data(), kStep);
+  for (; text.size() >= kStepUnits; flush()) {
+    const EncodedUTF8 blocks = EncodeBlocks(text, out, free());
+    out += blocks.bytes;
+    text.remove_prefix(blocks.units);
+    if (blocks.units != 0) continue;
+    out = EncodeStep(text.data(), kStep, out);
+    text.remove_prefix(kStep);
+  }
   char16_t last[kStepUnits + kStepUnits] = {};
   std::copy(text.begin(), text.end(), last);
   for (std::size_t at = 0; at < text.size(); at += kStep) {
-    step(last + at, std::min(text.size() - at, kStep));
+    out = EncodeStep(last + at, std::min(text.size() - at, kStep), out);
+    flush();
   }
   bytes.insert(bytes.end(), buffer, out);
 }
@@ -257,8 +268,10 @@ DecodedUTF8 DecodeUTF8(const unsigned char* bytes, std::size_t size, char16_t* o
     }
     // Forms of one and two bytes, as long as they are well formed and there is room to spare.
     constexpr auto kSpare = static_cast<std::ptrdiff_t>(kStretch + kBlock);
-    while (*in < 0xE0 && end - in >= kSpare && full - to >= kSpare) {
-      const DecodedUTF8 done = DecodeStretch(in, to);
+    while (end - in >= kSpare && full - to >= kSpare && *in < 0xE0) {
+      DecodedUTF8 done = DecodeBlocks(in, static_cast<std::size_t>(end - in), to,
+                                      static_cast<std::size_t>(full - to));
+      if (done.bytes == 0) done = DecodeStretch(in, to);
       if (done.bytes == 0) break;
       in += done.bytes;
       to += done.units;

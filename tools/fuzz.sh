@@ -172,8 +172,8 @@ fuzz_coverage() {
 fuzz_agreement() {
   local program
   ensure_packages bench
-  build_preset bench reader_tests plain_reader_tests
-  for program in reader_tests plain_reader_tests; do
+  build_preset bench reader_tests baseline_reader_tests plain_reader_tests
+  for program in reader_tests baseline_reader_tests plain_reader_tests; do
     say "$program, $1 documents for each comparison"
     MARL_ROUNDS=$1 "build/bench/tests/unit/$program" --gtest_filter="$(
       printf '%s' '*Agree*:*TokensWithoutDecoding*:*ConcatenatedTokens*:*DecodingUndoes*:' \
