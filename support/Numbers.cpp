@@ -1,12 +1,11 @@
 #include "support/Numbers.h"
 
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <string>
-#include <system_error>
 
 #include "platform/RuntimeError.h"
+#include "support/Decimal.h"
 
 namespace marl {
 namespace {
@@ -137,15 +136,8 @@ Scan ScanNumber(TextView text, const NumberFormat& format, double& out) {
   out = 0;
   if (parts.digits.empty()) return Scan::kNumber;
 
-  const std::string plain = parts.digits + 'e' + std::to_string(parts.exponent);
-  double value = 0;
-  const auto result = std::from_chars(plain.data(), plain.data() + plain.size(), value);
-  if (result.ec == std::errc::result_out_of_range) {
-    // Too large or too small: the power of ten of the first digit shows which. Too small is zero.
-    const auto size = static_cast<std::int64_t>(parts.digits.size());
-    if (parts.exponent + size > 0) return Scan::kTooLarge;
-    value = 0;
-  }
+  const double value = NearestDouble(parts.digits, parts.exponent);
+  if (std::isinf(value)) return Scan::kTooLarge;
   out = parts.negative ? -value : value;
   return Scan::kNumber;
 }
