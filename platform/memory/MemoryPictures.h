@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+#include <memory>
 #include <set>
 #include <vector>
 
@@ -17,21 +19,11 @@ class MemoryPictures : public Pictures {
   PicturePtr Load(int id) override {
     loaded.push_back(id);
     if (missing.contains(id)) return nullptr;
-    switch (id) {
-      case MARL_PICTURE_SPLASH: return Plain(480, 300);
-      case MARL_PICTURE_SPLASH_144: return Plain(720, 450);
-      case MARL_PICTURE_SPLASH_192: return Plain(960, 600);
-      case MARL_PICTURE_ABOUT: return Plain(400, 96);
-      case MARL_PICTURE_ABOUT_144: return Plain(600, 144);
-      case MARL_PICTURE_ABOUT_192: return Plain(800, 192);
-      case MARL_PICTURE_MENU_16: return Plain(MARL_STRIP_PICTURES * 16, 16);
-      case MARL_PICTURE_MENU_24: return Plain(MARL_STRIP_PICTURES * 24, 24);
-      default: break;
-    }
-    if (id < MARL_PICTURE_SET0_48 || id > MARL_PICTURE_SET3_96) return nullptr;
-    constexpr int kSizes[] = {48, 72, 96};
-    const int size = kSizes[(id - MARL_PICTURE_SET0_48) % 3];
-    return Plain(MARL_STRIP_PICTURES * size, 2 * size);
+    const int set = id - MARL_PICTURE_SET0_48;
+    const bool icons = set >= 0 && id <= MARL_PICTURE_SET3_96;
+    // All sets have the same sizes.
+    const auto found = All().find(icons ? MARL_PICTURE_SET0_48 + set % 3 : id);
+    return found == All().end() ? nullptr : found->second;
   }
 
   void Prepare(int id) override { prepared.insert(id); }
@@ -39,6 +31,24 @@ class MemoryPictures : public Pictures {
  private:
   static PicturePtr Plain(int width, int height) {
     return std::make_shared<const Picture>(width, height, 0xFF808080);
+  }
+
+  /// Shared by all desktops: tests start the program thousands of times.
+  static const std::map<int, PicturePtr>& All() {
+    static const std::map<int, PicturePtr> all = {
+        {MARL_PICTURE_SPLASH, Plain(480, 300)},
+        {MARL_PICTURE_SPLASH_144, Plain(720, 450)},
+        {MARL_PICTURE_SPLASH_192, Plain(960, 600)},
+        {MARL_PICTURE_ABOUT, Plain(400, 96)},
+        {MARL_PICTURE_ABOUT_144, Plain(600, 144)},
+        {MARL_PICTURE_ABOUT_192, Plain(800, 192)},
+        {MARL_PICTURE_MENU_16, Plain(MARL_STRIP_PICTURES * 16, 16)},
+        {MARL_PICTURE_MENU_24, Plain(MARL_STRIP_PICTURES * 24, 24)},
+        {MARL_PICTURE_SET0_48, Plain(MARL_STRIP_PICTURES * 48, 2 * 48)},
+        {MARL_PICTURE_SET0_48 + 1, Plain(MARL_STRIP_PICTURES * 72, 2 * 72)},
+        {MARL_PICTURE_SET0_48 + 2, Plain(MARL_STRIP_PICTURES * 96, 2 * 96)},
+    };
+    return all;
   }
 };
 
