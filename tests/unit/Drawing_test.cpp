@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <random>
 
 #include "platform/memory/MemoryPictures.h"
 
@@ -50,6 +51,32 @@ TEST(Scaled, KeepsAnEvenSurfaceAndAveragesAnUnevenOne) {
   halves.At(0, 0) = 0xFF000000;
   halves.At(1, 0) = 0xFFFFFFFF;
   EXPECT_EQ(Scaled(halves, 1, 1).At(0, 0), 0xFF808080u);
+}
+
+// Even areas are copied, not computed: next to each other and to uneven ones.
+TEST(Scaled, HalfTheSizeIsTheMeanOfFourPixelsEvenOrNot) {
+  constexpr std::array<std::uint32_t, 2> kColors = {0x80402010, 0xFE06A4F3};
+  std::mt19937 random(5);
+  Picture picture(64, 48);
+  for (std::uint32_t& pixel : picture.pixels) pixel = kColors[random() % 2];
+  const Picture half = Scaled(picture, 32, 24);
+  int even = 0;
+  for (int y = 0; y < half.height; ++y) {
+    for (int x = 0; x < half.width; ++x) {
+      std::uint32_t expected = 0;
+      for (const int channel : {0, 8, 16, 24}) {
+        std::uint32_t sum = 0;
+        for (const int i : {0, 1, 2, 3}) {
+          sum += picture.At(2 * x + i % 2, 2 * y + i / 2) >> channel & 0xFF;
+        }
+        expected |= (sum + 2) / 4 << channel;
+      }
+      ASSERT_EQ(half.At(x, y), expected) << x << ", " << y;
+      if (expected == kColors[0] || expected == kColors[1]) ++even;
+    }
+  }
+  EXPECT_GT(even, 30);
+  EXPECT_LT(even, 400);
 }
 
 TEST(Scaled, LargerInterpolatesBetweenPixels) {
