@@ -319,7 +319,7 @@ void PaintSweep(const GradientSweep& sweep, Picture& picture) {
   }
 }
 
-void GradientPicture::Begin(Size size, Color background) {
+[[gnu::cold]] void GradientPicture::Begin(Size size, Color background) {
   const int width = std::max(size.width, 0);
   const int height = std::max(size.height, 0);
   if (picture_) taken_.push_back(std::move(picture_));
@@ -342,7 +342,7 @@ bool GradientPicture::GetClientRect(Size& size) {
   return true;
 }
 
-void GradientPicture::Line(Point from, Point to, Color color) {
+[[gnu::cold]] void GradientPicture::Line(Point from, Point to, Color color) {
   if (!picture_) return;
   Picture& out = *picture_;
   WalkLine(from, to, [&](std::int64_t x, std::int64_t y) {

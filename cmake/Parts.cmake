@@ -19,7 +19,8 @@ function(marl_ships target)
 endfunction()
 
 # Sources of the calling folder that are compiled for speed, not size. With sanitizers the best level
-# is -O2: -O3 takes much longer to compile.
+# is -O2: -O3 takes much longer to compile. Functions of these sources that are marked gnu::cold are
+# compiled for size all the same.
 function(marl_hot_loops)
   set(level -O3)
   if(MARL_SANITIZE)

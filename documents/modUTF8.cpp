@@ -161,7 +161,7 @@ void EncodeUTF8(TextView text, Bytes& bytes) {
 
 }  // namespace
 
-Text XMLEscape(TextView text) {
+[[gnu::cold]] Text XMLEscape(TextView text) {
   // One pass has the same result as four replacements one after the other, ampersand first: no
   // entity contains a character that a later step replaces.
   Text escaped;
@@ -177,7 +177,7 @@ Text XMLEscape(TextView text) {
   return escaped;
 }
 
-Text XMLUnescape(TextView text) {
+[[gnu::cold]] Text XMLUnescape(TextView text) {
   Text plain(text);
   plain.resize(XMLUnescape(plain.data(), plain.size()));
   return plain;
@@ -318,7 +318,7 @@ Text DecodeUTF8(const Bytes& bytes) {
   return text;
 }
 
-void modUTF8::OpenUTF8File(TextView path, bool echo) {
+[[gnu::cold]] void modUTF8::OpenUTF8File(TextView path, bool echo) {
   if (files_.FileExists(path)) {
     const Status removed = files_.Remove(path, true);
     if (removed != kOk) throw FileError(removed);
@@ -331,7 +331,7 @@ void modUTF8::OpenUTF8File(TextView path, bool echo) {
   if (echo_) echoText_.clear();
 }
 
-void modUTF8::WriteUTF8Line(std::uint8_t flags, TextView text) {
+[[gnu::cold]] void modUTF8::WriteUTF8Line(std::uint8_t flags, TextView text) {
   if (flags & kIndentBefore) ++indent_;
   if (indent_ < 0) throw RuntimeError::InvalidCall();
   Text line(static_cast<std::size_t>(indent_), u' ');
