@@ -1,90 +1,17 @@
-#include "tests/desktop/Dialog.h"
-#include "tests/desktop/Switchboard.h"
-#include "tests/desktop/Words.h"
+#include "tests/desktop/KeyboardDay.h"
 
-// A day without a mouse, in every language: what the program can do is reached and used by keys,
-// from the first start to the exit. The mouse rests in a corner of the screen. (Menu_test chooses
-// every entry of the menu bar by its keys.)
+// From the first start to the exit, with every button of the panel. The dialogs are used in
+// KeyboardForms_test, every entry of the menu bar in Menu_test.
 
 namespace marl::desktop {
 
-namespace {
-
-class KeyboardDay : public SwitchboardTest, public testing::WithParamInterface<std::string> {
- protected:
-  KeyboardDay() {
-    settings.Set(L"FirstRun", L"Y");
-    MoveMouse(0, 0);
-  }
-
-  void SetUp() override {
-    ASSERT_TRUE(CopyFileW(g_programs.In(GetParam()).c_str(), suite.marl().c_str(), FALSE));
-  }
-
-  /// Presses a key once the window takes it.
-  static bool Press(HWND window, const std::vector<WORD>& held, WORD key) {
-    if (!BringForward(window)) return false;
-    Chord(held, key);
-    return true;
-  }
-  /// Alt and the underlined letter of a text.
-  bool PressAccessKey(HWND window, int text) const {
-    const std::wstring caption = words(text);
-    const std::size_t at = caption.find(L'&');
-    if (at == std::wstring::npos) return false;
-    return Press(window, {VK_MENU}, LOBYTE(VkKeyScanW(towlower(caption[at + 1]))));
-  }
-  /// Goes with Tab to the first control of this class, and text if it is not null.
-  static bool TabTo(const Dialog& dialog, const wchar_t* windowClass,
-                    const wchar_t* text = nullptr) {
-    const auto isThere = [&] {
-      const HWND focus = dialog.Focus();
-      return focus && _wcsicmp(ClassOf(focus).c_str(), windowClass) == 0 &&
-             (!text || TextOf(focus) == text);
-    };
-    for (int tabs = 0; tabs < 40 && !isThere(); ++tabs) {
-      const HWND before = dialog.Focus();
-      if (!Press(dialog.window(), {}, VK_TAB)) return false;
-      if (!WaitUntil([&] { return dialog.Focus() != before; })) return false;
-    }
-    return isThere();
-  }
-  testing::AssertionResult SayNo(const RunningMarl& marl, int question) const {
-    const MessageBoxWindow box = marl.WaitForBox();
-    if (!box) return testing::AssertionFailure() << "no message box came";
-    if (box.Text() != words(question)) return testing::AssertionFailure() << ToUtf8(box.Text());
-    if (!Press(box.window(), {}, VK_RIGHT)) return testing::AssertionFailure() << "no keyboard";
-    Chord({}, VK_RETURN);
-    const bool closed =
-        WaitUntil([&] { return !IsWindow(box.window()) || !IsWindowVisible(box.window()); });
-    return closed ? testing::AssertionSuccess() : testing::AssertionFailure() << "it stays";
-  }
-  static std::wstring Status(HWND main) {
-    return TextOf(FindWindowExW(main, nullptr, L"msctls_statusbar32", nullptr));
-  }
-  /// Moves the panel's focus on, and waits until the status line has this button's text.
-  bool FocusOn(HWND main, WORD key, int button) const {
-    if (!Press(main, {}, key)) return false;
-    return WaitUntil([&] { return Status(main) == words(IDS_TIP_ANALYSE + button); });
-  }
-
-  const Words words{GetParam()};
-  const SuiteFolder suite;
-};
-
-}  // namespace
-
 TEST_P(KeyboardDay, EverythingIsReachedWithoutAMouse) {
+  settings.Set(L"FirstRun", L"Y");
   const RunningMarl marl(suite);
-  ASSERT_TRUE(SayNo(marl, IDS_ASK_DEMONSTRATION));
-  ASSERT_TRUE(SayNo(marl, IDS_ASK_WIZARD));
-  // Any key closes the splash once start-up is complete.
-  HWND main = nullptr;
-  ASSERT_TRUE(WaitUntil([&] {
-    if (const HWND splash = marl.Splash()) PostMessageW(splash, WM_CHAR, L' ', 0);
-    main = marl.Window();
-    return main && IsWindowVisible(main) && !marl.Splash();
-  }));
+  ASSERT_TRUE(Answer(marl, IDS_ASK_DEMONSTRATION, true));
+  ASSERT_TRUE(Answer(marl, IDS_ASK_WIZARD, true));
+  const HWND main = PastSplash(marl);
+  ASSERT_TRUE(main);
   std::size_t count = 1;  // Q17Shell.exe, for the context menu
   ASSERT_EQ(suite.WaitForTools(count).size(), count);
 
@@ -125,7 +52,7 @@ TEST_P(KeyboardDay, EverythingIsReachedWithoutAMouse) {
     const Dialog dialog(marl, words(IDS_UI_TITLE).c_str());
     ASSERT_TRUE(dialog);
     ASSERT_TRUE(WaitUntil([&] { return dialog.InFront(); }));
-    ASSERT_TRUE(TabTo(dialog, L"ScrollBar"));
+    ASSERT_TRUE(TabTo(dialog, dialog.Find(L"ScrollBar")));
     const HWND bar = dialog.Focus();
     const int angle = GetScrollPos(bar, SB_CTL);
     for (int step = 1; step <= 3; ++step) {
@@ -133,7 +60,7 @@ TEST_P(KeyboardDay, EverythingIsReachedWithoutAMouse) {
       ASSERT_TRUE(WaitUntil([&] { return GetScrollPos(bar, SB_CTL) == angle + step; })) << step;
     }
     // The first row's tick off: the first button is hidden.
-    ASSERT_TRUE(TabTo(dialog, L"ListBox"));
+    ASSERT_TRUE(TabTo(dialog, dialog.Find(L"ListBox")));
     Chord({}, VK_HOME);
     Chord({}, VK_SPACE);
     Screenshot("keyboard-" + GetParam() + "-look", dialog.window());

@@ -1,7 +1,7 @@
 #include "tests/desktop/Component.h"
-#include "tests/desktop/Switchboard.h"
+#include "tests/desktop/KeyboardDay.h"
 
-// The menu bar, by access keys and by shortcuts, and what its entries start.
+// The menu bar, by access keys and by shortcuts in every language, and what its entries start.
 
 namespace marl::desktop {
 
@@ -10,8 +10,8 @@ namespace {
 using Starts = std::vector<Started>;
 
 struct Entry {
-  wchar_t top;    ///< access key of the menu
-  wchar_t entry;  ///< access key in it
+  int menu;   ///< the menu's text
+  int entry;  ///< the entry's
   std::vector<WORD> held;
   WORD key;  ///< shortcut; 0 for none
   const wchar_t* program;
@@ -19,130 +19,216 @@ struct Entry {
 };
 
 const Entry kEntries[] = {
-    {L'P', L'I', {VK_CONTROL}, 'N', L"Q17Cadence.exe", L"/I"},
-    {L'P', L'E', {VK_CONTROL}, 'S', L"Q17Cadence.exe", L"/E"},
-    {L'P', L'A', {VK_CONTROL}, 'A', L"Q17Gauge.exe", L"/w"},
-    {L'M', L'I', {VK_CONTROL}, 'I', L"Q17Vault.exe", L"/I"},
-    {L'M', L'E', {VK_CONTROL}, 'E', L"Q17Vault.exe", L"/E"},
-    {L'T', L'B', {VK_CONTROL}, 'B', L"Q17Batch.exe", L"/w"},
-    {L'T', L'C', {VK_CONTROL}, 'C', L"Q17Bench.exe", L"/C"},
-    {L'A', L'C', {}, VK_F6, L"Q17Pair.exe", L"/n"},
-    {L'A', L'O', {}, VK_F7, L"Q17Pair.exe", L"/o"},
-    {L'V', L'M', {VK_CONTROL}, 'T', L"Q17Lexis.exe", L""},
-    {L'O', L'1', {VK_SHIFT}, VK_F1, L"FaceMap.exe", L""},
-    {L'O', L'2', {VK_SHIFT}, VK_F2, L"Q17Morph.exe", L""},
-    {L'O', L'3', {VK_SHIFT}, VK_F3, L"WordRich.exe", L""},
-    {L'O', L'4', {VK_SHIFT}, VK_F4, L"PageTool.exe", L""},
-    {L'O', L'5', {VK_SHIFT}, VK_F5, L"FrameTool.exe", L""},
-    {L'H', L'T', {}, 0, L"MarlTour.exe", L""},
+    {IDS_MENU_PROJECT, IDS_MENU_PROJECT_NEW, {VK_CONTROL}, 'N', L"Q17Cadence.exe", L"/I"},
+    {IDS_MENU_PROJECT, IDS_MENU_PROJECT_SAVE, {VK_CONTROL}, 'S', L"Q17Cadence.exe", L"/E"},
+    {IDS_MENU_PROJECT, IDS_MENU_PROJECT_ANALYSE, {VK_CONTROL}, 'A', L"Q17Gauge.exe", L"/w"},
+    {IDS_MENU_TM, IDS_MENU_TM_IMPORT, {VK_CONTROL}, 'I', L"Q17Vault.exe", L"/I"},
+    {IDS_MENU_TM, IDS_MENU_TM_EXPORT, {VK_CONTROL}, 'E', L"Q17Vault.exe", L"/E"},
+    {IDS_MENU_TRANSLATE, IDS_MENU_TRANSLATE_BATCH, {VK_CONTROL}, 'B', L"Q17Batch.exe", L"/w"},
+    {IDS_MENU_TRANSLATE, IDS_MENU_TRANSLATE_CLIPBOARD, {VK_CONTROL}, 'C', L"Q17Bench.exe", L"/C"},
+    {IDS_MENU_ALIGN, IDS_MENU_ALIGN_NEW, {}, VK_F6, L"Q17Pair.exe", L"/n"},
+    {IDS_MENU_ALIGN, IDS_MENU_ALIGN_OPEN, {}, VK_F7, L"Q17Pair.exe", L"/o"},
+    {IDS_MENU_GLOSSARY, IDS_MENU_GLOSSARY_MAINTAIN, {VK_CONTROL}, 'T', L"Q17Lexis.exe", L""},
+    {IDS_MENU_TOOLS, IDS_MENU_TOOLS_APP_1, {VK_SHIFT}, VK_F1, L"FaceMap.exe", L""},
+    {IDS_MENU_TOOLS, IDS_MENU_TOOLS_APP_2, {VK_SHIFT}, VK_F2, L"Q17Morph.exe", L""},
+    {IDS_MENU_TOOLS, IDS_MENU_TOOLS_APP_3, {VK_SHIFT}, VK_F3, L"WordRich.exe", L""},
+    {IDS_MENU_TOOLS, IDS_MENU_TOOLS_APP_4, {VK_SHIFT}, VK_F4, L"PageTool.exe", L""},
+    {IDS_MENU_TOOLS, IDS_MENU_TOOLS_APP_5, {VK_SHIFT}, VK_F5, L"FrameTool.exe", L""},
+    {IDS_MENU_HELP, IDS_MENU_HELP_TUTORIAL, {}, 0, L"MarlTour.exe", L""},
 };
 
 /// The effect of an entry that does not start one of the suite's programs.
 enum class Leads { kToWindow, kToBox, kToCall, kToSite };
 
 struct OtherEntry {
-  wchar_t top;
-  wchar_t entry;
+  int menu;
+  int entry;
   std::vector<WORD> held;
   WORD key;
   Leads leads;
-  const wchar_t* text;  ///< the window's title, the box's text, the call or the address
+  int text;                         ///< the window's title or the box's text
+  const wchar_t* effect = nullptr;  ///< the call or the address
 };
 
 constexpr wchar_t kSite[] = L"https://alpha:81/OruCadenceProjectTracking/logon.aspx";
 
 const OtherEntry kOtherEntries[] = {
-    {L'P', L'O', {VK_CONTROL}, 'O', Leads::kToWindow, L"Open Marl project file"},
-    {L'P', L'R', {VK_CONTROL}, 'W', Leads::kToBox, L"No temporary files found"},
-    {L'P', L'P', {VK_CONTROL}, 'M', Leads::kToCall, L"Marl.ProjectTmComponent.Run()"},
-    {L'P', L'S', {VK_CONTROL}, 'G', Leads::kToWindow, L"Change server"},
-    {L'P', L'T', {VK_CONTROL}, 'H', Leads::kToSite, kSite},
-    {L'T', L'P', {VK_CONTROL}, 'P', Leads::kToBox, L"No target languages found"},
-    {L'T', L'F', {VK_CONTROL}, 'F', Leads::kToCall, L"Marl.SingleFileComponent.Run(,0)"},
-    {L'T', L'G', {VK_CONTROL}, 'R', Leads::kToCall, L"Marl.ReplaceComponent.Run()"},
-    {L'V', L'Q', {VK_CONTROL}, 'Q', Leads::kToCall, L"Marl.QaComponent.Run(1)"},
-    {L'O', L'Q', {VK_CONTROL}, 'K', Leads::kToCall, L"Marl.QaComponent.Run(0)"},
-    {L'O', L'C', {VK_CONTROL}, 'J', Leads::kToCall, L"Marl.QaComponent.Report()"},
-    {L'H', L'C', {}, VK_F1, Leads::kToBox, L"The help file was not found: "},
-    {L'H', L'A', {VK_CONTROL}, VK_F1, Leads::kToWindow, L"About Marl"},
+    {IDS_MENU_PROJECT,
+     IDS_MENU_PROJECT_OPEN,
+     {VK_CONTROL},
+     'O',
+     Leads::kToWindow,
+     IDS_OPEN_PROJECT_TITLE},
+    {IDS_MENU_PROJECT,
+     IDS_MENU_PROJECT_CLEAN,
+     {VK_CONTROL},
+     'W',
+     Leads::kToBox,
+     IDS_NOTHING_TO_CLEAN},
+    {IDS_MENU_PROJECT,
+     IDS_MENU_PROJECT_TM,
+     {VK_CONTROL},
+     'M',
+     Leads::kToCall,
+     0,
+     L"Marl.ProjectTmComponent.Run()"},
+    {IDS_MENU_PROJECT,
+     IDS_MENU_PROJECT_CHANGE_SERVER,
+     {VK_CONTROL},
+     'G',
+     Leads::kToWindow,
+     IDS_SERVER_TITLE},
+    {IDS_MENU_PROJECT,
+     IDS_MENU_PROJECT_TRACK_PROJECTS,
+     {VK_CONTROL},
+     'H',
+     Leads::kToSite,
+     0,
+     kSite},
+    {IDS_MENU_TRANSLATE,
+     IDS_MENU_TRANSLATE_PROJECT,
+     {VK_CONTROL},
+     'P',
+     Leads::kToBox,
+     IDS_NO_LANGUAGES},
+    {IDS_MENU_TRANSLATE,
+     IDS_MENU_TRANSLATE_SINGLE,
+     {VK_CONTROL},
+     'F',
+     Leads::kToCall,
+     0,
+     L"Marl.SingleFileComponent.Run(,0)"},
+    {IDS_MENU_TRANSLATE,
+     IDS_MENU_TRANSLATE_REPLACE,
+     {VK_CONTROL},
+     'R',
+     Leads::kToCall,
+     0,
+     L"Marl.ReplaceComponent.Run()"},
+    {IDS_MENU_GLOSSARY,
+     IDS_MENU_GLOSSARY_QA_CHECK,
+     {VK_CONTROL},
+     'Q',
+     Leads::kToCall,
+     0,
+     L"Marl.QaComponent.Run(1)"},
+    {IDS_MENU_TOOLS,
+     IDS_MENU_TOOLS_QA_CHECK,
+     {VK_CONTROL},
+     'K',
+     Leads::kToCall,
+     0,
+     L"Marl.QaComponent.Run(0)"},
+    {IDS_MENU_TOOLS,
+     IDS_MENU_TOOLS_COMMENT_REPORT,
+     {VK_CONTROL},
+     'J',
+     Leads::kToCall,
+     0,
+     L"Marl.QaComponent.Report()"},
+    {IDS_MENU_TOOLS,
+     IDS_MENU_TOOLS_OPTIONS,
+     {VK_SHIFT},
+     VK_F6,
+     Leads::kToWindow,
+     IDS_OPTIONS_TITLE},
+    {IDS_MENU_HELP, IDS_MENU_HELP_CONTENTS, {}, VK_F1, Leads::kToBox, IDS_NO_HELP_FILE},
+    {IDS_MENU_HELP, IDS_MENU_HELP_ABOUT, {VK_CONTROL}, VK_F1, Leads::kToWindow, IDS_ABOUT_TITLE},
 };
 
 class MenuBar : public SwitchboardTest {
  protected:
   MenuBar() { settings.Set(L"Tools", L"True"); }
-
-  /// Waits for the entry's effect, and closes what it opened.
-  static testing::AssertionResult Follow(const OtherEntry& entry, const SuiteFolder& suite,
-                                         const RunningMarl& marl, const ComponentCalls& calls) {
-    switch (entry.leads) {
-      case Leads::kToWindow: {
-        HWND window = nullptr;
-        WaitUntil([&] {
-          window = marl.Window(L"MarlForm", entry.text);
-          if (!window) window = marl.Window(L"#32770", entry.text);
-          return window != nullptr;
-        });
-        if (!window) return testing::AssertionFailure() << "no window";
-        if (!BringForward(window)) return testing::AssertionFailure() << "it takes no keys";
-        Chord({}, VK_ESCAPE);
-        if (!WaitUntil([&] { return !IsWindow(window); })) {
-          return testing::AssertionFailure() << "the window stays";
-        }
-        break;
-      }
-      case Leads::kToBox: {
-        const MessageBoxWindow box = marl.WaitForBox();
-        if (!box) return testing::AssertionFailure() << "no message";
-        if (!box.Text().starts_with(entry.text)) {
-          return testing::AssertionFailure() << ToUtf8(box.Text());
-        }
-        if (!box.Press(IDOK)) return testing::AssertionFailure() << "the message stays";
-        break;
-      }
-      case Leads::kToCall: {
-        const auto last = [&] {
-          const std::vector<std::wstring> all = calls.All();
-          return all.empty() ? std::wstring() : all.back();
-        };
-        if (!WaitUntil([&] { return last() == entry.text; })) {
-          return testing::AssertionFailure() << "the last call is " << ToUtf8(last());
-        }
-        break;
-      }
-      case Leads::kToSite: {
-        const auto last = [&] {
-          return suite.Starts().empty() ? Started{} : suite.Starts().back();
-        };
-        if (!WaitUntil([&] { return last().arguments == entry.text; })) {
-          return testing::AssertionFailure() << last();
-        }
-        break;
-      }
-    }
-    return testing::AssertionSuccess();
-  }
 };
 
-std::string Name(const OtherEntry& entry) {
-  return ToUtf8(std::wstring(1, entry.top) + L", " + entry.entry);
+/// The access key of a text; the suite's programs are numbered.
+wchar_t KeyOf(const Words& words, int text) {
+  if (text >= IDS_MENU_TOOLS_APP_1 && text <= IDS_MENU_TOOLS_APP_5) {
+    return static_cast<wchar_t>(L'1' + text - IDS_MENU_TOOLS_APP_1);
+  }
+  const std::wstring caption = words(text);
+  return static_cast<wchar_t>(towlower(caption.at(caption.find(L'&') + 1)));
 }
 
-std::string Name(const Entry& entry) {
-  return ToUtf8(std::wstring(1, entry.top) + L", " + entry.entry);
+/// Opens a menu by its access key, and chooses an entry by its own.
+bool PressEntry(const RunningMarl& marl, const Words& words, int menu, int entry) {
+  return marl.PressMenu(KeyOf(words, menu), KeyOf(words, entry));
+}
+
+/// Waits for the entry's effect, and closes what it opened by a key.
+testing::AssertionResult Follow(const OtherEntry& entry, const Words& words,
+                                const SuiteFolder& suite, const RunningMarl& marl,
+                                const ComponentCalls& calls) {
+  const std::wstring text = entry.text ? words(entry.text) : std::wstring();
+  switch (entry.leads) {
+    case Leads::kToWindow: {
+      HWND window = nullptr;
+      WaitUntil([&] {
+        window = marl.Window(L"MarlForm", text.c_str());
+        if (!window) window = marl.Window(L"#32770", text.c_str());
+        return window != nullptr;
+      });
+      if (!window) return testing::AssertionFailure() << "no window";
+      if (!BringForward(window)) return testing::AssertionFailure() << "it takes no keys";
+      Chord({}, VK_ESCAPE);
+      if (!WaitUntil([&] { return !IsWindow(window); })) {
+        return testing::AssertionFailure() << "the window stays";
+      }
+      break;
+    }
+    case Leads::kToBox: {
+      const MessageBoxWindow box = marl.WaitForBox();
+      if (!box) return testing::AssertionFailure() << "no message";
+      if (!box.Text().starts_with(text)) {
+        return testing::AssertionFailure() << ToUtf8(box.Text());
+      }
+      if (!BringForward(box.window())) return testing::AssertionFailure() << "it takes no keys";
+      Chord({}, VK_RETURN);
+      if (!WaitUntil([&] { return !IsWindow(box.window()); })) {
+        return testing::AssertionFailure() << "the message stays";
+      }
+      break;
+    }
+    case Leads::kToCall: {
+      const auto last = [&] {
+        const std::vector<std::wstring> all = calls.All();
+        return all.empty() ? std::wstring() : all.back();
+      };
+      if (!WaitUntil([&] { return last() == entry.effect; })) {
+        return testing::AssertionFailure() << "the last call is " << ToUtf8(last());
+      }
+      break;
+    }
+    case Leads::kToSite: {
+      const auto last = [&] { return suite.Starts().empty() ? Started{} : suite.Starts().back(); };
+      if (!WaitUntil([&] { return last().arguments == entry.effect; })) {
+        return testing::AssertionFailure() << last();
+      }
+      break;
+    }
+  }
+  return testing::AssertionSuccess();
+}
+
+template <typename AnyEntry>
+std::string Name(const Words& words, const AnyEntry& entry) {
+  return ToUtf8(words(entry.menu) + L", " + words(entry.entry));
 }
 
 }  // namespace
 
-TEST_F(MenuBar, EntriesStartTheirToolsFromAFolderWithBlanksAndForeignLetters) {
-  const SuiteFolder suite(L"My  suite, \u00dcbung \u03a9 & co (1)");
-  const RunningMarl marl(suite);
-  ASSERT_TRUE(marl.WaitForWindow());
+TEST_P(KeyboardDay, EntriesStartTheirToolsFromAFolderWithBlanksAndForeignLetters) {
+  settings.Set(L"Tools", L"True");
+  const SuiteFolder foreign(L"My  suite, \u00dcbung \u03a9 & co (1)");
+  ASSERT_TRUE(CopyFileW(suite.marl().c_str(), foreign.marl().c_str(), FALSE));
+  const RunningMarl marl(foreign);
+  ASSERT_TRUE(PastSplash(marl));
   std::size_t count = 0;
   for (const Entry& entry : kEntries) {
-    ASSERT_TRUE(marl.PressMenu(entry.top, entry.entry)) << Name(entry);
-    const Starts starts = suite.WaitForTools(++count);
-    ASSERT_EQ(starts.size(), count) << Name(entry);
-    EXPECT_EQ(starts.back(), Start(suite, entry.program, entry.arguments));
+    ASSERT_TRUE(PressEntry(marl, words, entry.menu, entry.entry)) << Name(words, entry);
+    const Starts starts = foreign.WaitForTools(++count);
+    ASSERT_EQ(starts.size(), count) << Name(words, entry);
+    EXPECT_EQ(starts.back(), Start(foreign, entry.program, entry.arguments));
   }
   EXPECT_FALSE(marl.Box());
 }
@@ -163,16 +249,15 @@ TEST_F(MenuBar, ShortcutsStartTheirToolsAtADriveRoot) {
     if (!entry.key) continue;
     Chord(entry.held, entry.key);
     const Starts starts = suite.WaitForTools(++count);
-    ASSERT_EQ(starts.size(), count) << Name(entry);
+    ASSERT_EQ(starts.size(), count) << entry.program << entry.arguments;
     EXPECT_EQ(starts.back(),
               (Started{entry.program, root + entry.program, entry.arguments, root, SW_SHOWNORMAL}));
   }
 }
 
-TEST_F(MenuBar, OtherEntriesAndTheirShortcutsLeadToTheirWindowsMessagesAndComponents) {
+TEST_P(KeyboardDay, OtherEntriesAndTheirShortcutsLeadToTheirWindowsMessagesAndComponents) {
   settings.SetRegistry(L"Settings", L"TrackingServer",
                        L"<project-tracking server=\"alpha\" ssl=\"yes\" port=\"81\"/>");
-  const SuiteFolder suite;
   const std::wstring browser = suite.path() + L"\\Browser.exe";
   ASSERT_TRUE(CopyFileW(g_programs.standIn.c_str(), browser.c_str(), TRUE));
   const HtmlBrowser html(browser);
@@ -187,20 +272,18 @@ TEST_F(MenuBar, OtherEntriesAndTheirShortcutsLeadToTheirWindowsMessagesAndCompon
   const std::wstring folder = suite.temp() + L"\\empty";
   ASSERT_TRUE(CreateDirectoryW(folder.c_str(), nullptr));
   const RunningMarl marl(suite);
-  const HWND main = marl.WaitForWindow();
+  const HWND main = PastSplash(marl);
   ASSERT_TRUE(main);
   for (const bool byShortcut : {false, true}) {
     for (const OtherEntry& entry : kOtherEntries) {
-      SCOPED_TRACE(Name(entry) + (byShortcut ? ", by its shortcut" : ", by its command"));
+      SCOPED_TRACE(Name(words, entry) + (byShortcut ? ", by its shortcut" : ", by its command"));
       ASSERT_TRUE(Tell(folder + L"\\none.qprx"));
       if (byShortcut) {
-        ASSERT_TRUE(WaitUntil([&] { return IsWindowEnabled(main) != FALSE; }));
-        ASSERT_TRUE(BringForward(main));
-        Chord(entry.held, entry.key);
+        ASSERT_TRUE(Press(main, entry.held, entry.key));
       } else {
-        ASSERT_TRUE(marl.PressMenu(entry.top, entry.entry));
+        ASSERT_TRUE(PressEntry(marl, words, entry.menu, entry.entry));
       }
-      ASSERT_TRUE(Follow(entry, suite, marl, calls));
+      ASSERT_TRUE(Follow(entry, words, suite, marl, calls));
     }
   }
   EXPECT_FALSE(marl.Box());
@@ -208,7 +291,7 @@ TEST_F(MenuBar, OtherEntriesAndTheirShortcutsLeadToTheirWindowsMessagesAndCompon
   for (int time = 0; time < 2; ++time) {
     for (const OtherEntry& entry : kOtherEntries) {
       // A project without languages does not load those of the suite.
-      if (entry.leads == Leads::kToCall) expected.push_back(entry.text);
+      if (entry.leads == Leads::kToCall) expected.push_back(entry.effect);
     }
   }
   EXPECT_EQ(calls.All(), expected);

@@ -178,4 +178,32 @@ HtmlBrowser::HtmlBrowser(const std::wstring& program)
       open_(L"MarlTestPage\\shell\\open", L""),
       command_(L"MarlTestPage\\shell\\open\\command", L"\"" + program + L"\" \"%1\"") {}
 
+namespace {
+
+constexpr wchar_t kOpenAddress[] = L"http\\shell\\open\\command";
+
+bool OpenAddressesBy(const std::wstring& command) {
+  return RegSetKeyValueW(HKEY_CLASSES_ROOT, kOpenAddress, nullptr, REG_SZ, command.c_str(),
+                         static_cast<DWORD>((command.size() + 1) * sizeof(wchar_t))) ==
+         ERROR_SUCCESS;
+}
+
+}  // namespace
+
+WebAddresses::WebAddresses(const std::wstring& program) {
+  if (!GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version")) return;
+  wchar_t text[1024] = {};
+  DWORD size = sizeof text;
+  if (RegGetValueW(HKEY_CLASSES_ROOT, kOpenAddress, nullptr, RRF_RT_REG_SZ, nullptr, text, &size) !=
+      ERROR_SUCCESS) {
+    return;
+  }
+  before_ = text;
+  made_ = OpenAddressesBy(L"\"" + program + L"\" \"%1\"");
+}
+
+WebAddresses::~WebAddresses() {
+  if (made_) OpenAddressesBy(before_);
+}
+
 }  // namespace marl::desktop

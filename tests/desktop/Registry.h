@@ -80,4 +80,19 @@ class HtmlBrowser {
   ClassKey command_;
 };
 
+/// Makes a program the one that opens web addresses while this lives. On Windows only the user can
+/// choose that: it is not made there.
+class WebAddresses {
+ public:
+  explicit WebAddresses(const std::wstring& program);
+  ~WebAddresses();
+  WebAddresses(const WebAddresses&) = delete;
+  WebAddresses& operator=(const WebAddresses&) = delete;
+  bool made() const { return made_; }
+
+ private:
+  std::wstring before_;
+  bool made_ = false;
+};
+
 }  // namespace marl::desktop

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <array>
 #include <vector>
 
 #include "tests/desktop/Dialog.h"
@@ -96,41 +95,6 @@ class About : public SwitchboardTest {
   RunningMarl marl{suite};
   HWND main = nullptr;
   HWND about = nullptr;
-};
-
-/// Makes a stand-in the program that opens web addresses while this lives. On Windows only the user
-/// can choose that.
-class WebAddresses {
- public:
-  explicit WebAddresses(const std::wstring& program) {
-    if (!GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version")) return;
-    std::array<wchar_t, 1024> text = {};
-    DWORD size = sizeof text;
-    if (RegGetValueW(HKEY_CLASSES_ROOT, kCommand, nullptr, RRF_RT_REG_SZ, nullptr, text.data(),
-                     &size) != ERROR_SUCCESS) {
-      return;
-    }
-    before_ = text.data();
-    made_ = Write(L"\"" + program + L"\" \"%1\"");
-  }
-  ~WebAddresses() {
-    if (made_) Write(before_);
-  }
-  WebAddresses(const WebAddresses&) = delete;
-  WebAddresses& operator=(const WebAddresses&) = delete;
-  bool made() const { return made_; }
-
- private:
-  static constexpr wchar_t kCommand[] = L"http\\shell\\open\\command";
-
-  static bool Write(const std::wstring& command) {
-    return RegSetKeyValueW(HKEY_CLASSES_ROOT, kCommand, nullptr, REG_SZ, command.c_str(),
-                           static_cast<DWORD>((command.size() + 1) * sizeof(wchar_t))) ==
-           ERROR_SUCCESS;
-  }
-
-  std::wstring before_;
-  bool made_ = false;
 };
 
 }  // namespace
