@@ -7,6 +7,9 @@
 #include <tlhelp32.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <sstream>
 
 // The program as a screen reader meets it: another process reads its windows through accessible
 // objects, and presses its buttons with them.
@@ -84,6 +87,46 @@ class Listener {
 };
 
 }  // namespace
+
+/// What a client is to read of a form in a language, line by line: the list that the tests of the
+/// forms keep.
+std::vector<std::wstring> Written(const std::string& language, const std::string& form) {
+  std::ifstream file(std::string(MARL_ACCESSIBLE_TREES "/") + language + ".txt", std::ios::binary);
+  std::vector<std::wstring> lines;
+  bool inside = false;
+  for (std::string line; std::getline(file, line);) {
+    if (inside && line.empty()) break;
+    if (inside) lines.push_back(FromUtf8(line));
+    inside = inside || line == form;
+  }
+  return lines;
+}
+
+/// Compares what a client reads of a window, in another process, with what is written.
+testing::AssertionResult Reads(HWND window, const std::string& language, const std::string& form) {
+  std::wistringstream tree(AccessibleTree(window, L"  "));
+  const std::vector<std::wstring> written = Written(language, form);
+  if (written.empty()) return testing::AssertionFailure() << "nothing is written of " << form;
+  std::size_t read = 0;
+  for (std::wstring line; std::getline(tree, line); ++read) {
+    const std::wstring expected = read < written.size() ? written[read] : L"(nothing)";
+    // The word stands for the program's version.
+    constexpr std::wstring_view kVersion = L"VERSION";
+    const std::size_t word = expected.find(kVersion);
+    const bool same = word == std::wstring::npos
+                          ? line == expected
+                          : line.starts_with(expected.substr(0, word)) &&
+                                line.ends_with(expected.substr(word + kVersion.size()));
+    if (!same) {
+      return testing::AssertionFailure()
+             << form << ": " << ToUtf8(line) << ", written is " << ToUtf8(expected);
+    }
+  }
+  if (read != written.size()) {
+    return testing::AssertionFailure() << form << " ends before " << ToUtf8(written[read]);
+  }
+  return testing::AssertionSuccess();
+}
 
 TEST_P(ScreenReader, CostsNothingUntilItAsks) {
   const RunningMarl marl(suite);
@@ -202,6 +245,83 @@ TEST_P(ScreenReader, FollowsTheFocusOfTheKeyboard) {
   EXPECT_TRUE(WaitUntil([&] { return panel.Focus() == 6; }));
   Chord({}, VK_SPACE);
   EXPECT_EQ(suite.WaitForTools(1).size(), 1u);
+  EXPECT_TRUE(Close(marl));
+}
+
+TEST_P(ScreenReader, ReadsEveryFormAsItIsWritten) {
+  // With all tools.
+  const SuiteFolder full;
+  ASSERT_TRUE(CopyFileW(g_programs.In(GetParam()).c_str(), full.marl().c_str(), FALSE));
+  const RunningMarl marl(full);
+  HWND splash = nullptr;
+  ASSERT_TRUE(WaitUntil([&] { return (splash = marl.Splash()) != nullptr || marl.Window(); }));
+  if (splash) {
+    EXPECT_TRUE(Reads(splash, GetParam(), "frmSplash"));
+  }
+  const HWND main = marl.WaitForWindow();
+  ASSERT_TRUE(main);
+  const auto open = [&](HWND over, const std::vector<WORD>& held, WORD key, int title) {
+    EXPECT_TRUE(WaitUntil([&] { return IsWindowEnabled(over) != FALSE; }));
+    EXPECT_TRUE(BringForward(over));
+    Chord(held, key);
+    Dialog dialog(marl, words(title));
+    EXPECT_TRUE(dialog && dialog.InFront()) << title;
+    return dialog;
+  };
+  const auto leave = [](const Dialog& dialog) {
+    Chord({}, VK_ESCAPE);
+    EXPECT_TRUE(dialog.Gone());
+  };
+  EXPECT_TRUE(Reads(main, GetParam(), "frmMain"));
+  {
+    const Dialog about = open(main, {VK_CONTROL}, VK_F1, IDS_ABOUT_TITLE);
+    EXPECT_TRUE(Reads(about.window(), GetParam(), "frmAbout2006"));
+    leave(about);
+  }
+  {
+    const Dialog server = open(main, {VK_CONTROL}, 'G', IDS_SERVER_TITLE);
+    EXPECT_TRUE(Reads(server.window(), GetParam(), "frmChangeServer"));
+    leave(server);
+  }
+  const Dialog options = open(main, {VK_SHIFT}, VK_F6, IDS_OPTIONS_TITLE);
+  {
+    const Dialog look = open(options.window(), {}, VK_F4, IDS_UI_TITLE);
+    EXPECT_TRUE(Reads(look.window(), GetParam(), "frmUI"));
+    // The reader presses the buttons.
+    const auto press = [&](const Dialog& dialog, const std::wstring& caption) {
+      const AccessibleAnswer button(dialog.Button(caption.c_str()));
+      EXPECT_TRUE(button && button.Press(CHILDID_SELF) == S_OK) << ToUtf8(caption);
+    };
+    press(look, words(IDS_UI_TEXT_HIGHLIGHTED) + L"...");
+    const Dialog font(marl, words(IDS_FONT_TITLE));
+    ASSERT_TRUE(font && font.InFront());
+    EXPECT_TRUE(Reads(font.window(), GetParam(), "frmFont"));
+    press(font, words(IDS_FONT_CANCEL));
+    EXPECT_TRUE(font.Gone());
+    ASSERT_TRUE(look.InFront());
+    press(look, words(IDS_UI_CANCEL));
+    EXPECT_TRUE(look.Gone());
+    ASSERT_TRUE(options.InFront());
+  }
+  const AccessibleAnswer tabs(options.Find(L"SysTabControl32"));
+  ASSERT_TRUE(tabs);
+  const int buttons[] = {IDS_OPTIONS_DISPLAY, IDS_OPTIONS_SEGMENTATION, IDS_OPTIONS_LAN,
+                         IDS_OPTIONS_EXPRESSIONS_ADD};
+  for (int page = 1; page <= 4; ++page) {
+    EXPECT_EQ(tabs.Press(page), S_OK);
+    const auto button = [&] { return options.Button(words(buttons[page - 1]).c_str()); };
+    ASSERT_TRUE(WaitUntil([&] { return button() != nullptr; })) << page;
+    EXPECT_TRUE(Reads(options.window(), GetParam(), "frmOptions-" + std::to_string(page)));
+    if (page != 2 && page != 3) continue;
+    EXPECT_EQ(AccessibleAnswer(button()).Press(CHILDID_SELF), S_OK);
+    const Dialog dialog(marl, words(page == 2 ? IDS_SEGMENTATION_TITLE : IDS_LAN_TITLE));
+    ASSERT_TRUE(dialog && dialog.InFront());
+    EXPECT_TRUE(
+        Reads(dialog.window(), GetParam(), page == 2 ? "frmSegmentation" : "frmLanSettings"));
+    leave(dialog);
+    ASSERT_TRUE(options.InFront());
+  }
+  leave(options);
   EXPECT_TRUE(Close(marl));
 }
 
