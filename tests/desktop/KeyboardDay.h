@@ -53,6 +53,9 @@ class KeyboardDay : public SwitchboardTest, public testing::WithParamInterface<s
       const HWND focus = dialog.Focus();
       return focus == control || (focus && GetParent(focus) == control);
     };
+    // A dialog that has just closed may not have given the focus back yet.
+    if (!WaitUntil([&] { return IsWindowEnabled(dialog.window()) != FALSE; })) return false;
+    if (!BringForward(dialog.window()) || !dialog.InFront()) return false;
     for (int tabs = 0; tabs < 40 && !isThere(); ++tabs) {
       const HWND before = dialog.Focus();
       if (!Press(dialog.window(), {}, VK_TAB)) return false;

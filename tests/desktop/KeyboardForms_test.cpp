@@ -93,7 +93,7 @@ TEST_P(KeyboardDay, LooksAreChosenSavedAndLoaded) {
                                         {VK_NEXT, 60}, {VK_PRIOR, 30}, {VK_RIGHT, 31}};
   for (const auto& [key, expected] : steps) {
     Chord({}, key);
-    EXPECT_TRUE(WaitUntil([&, value = expected] { return angle() == value; })) << expected;
+    ASSERT_TRUE(WaitUntil([&, value = expected] { return angle() == value; })) << expected;
   }
   for (const int sample : {IDS_UI_TEXT_NORMAL, IDS_UI_TEXT_HIGHLIGHTED}) {
     ASSERT_TRUE(TabAndPress(look, words(sample) + L"..."));
