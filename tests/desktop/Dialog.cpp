@@ -106,6 +106,24 @@ bool Dialog::FocusGoesTo(HWND control) const {
   return WaitUntil([&] { return Focus() == control; });
 }
 
+bool Dialog::TabTo(HWND control) const {
+  if (!control) return false;
+  const auto isThere = [&] {
+    const HWND focus = Focus();
+    return focus == control || (focus && GetParent(focus) == control);
+  };
+  // A dialog that has just closed gives the focus back late: first to the window, then to a
+  // control. A Tab sent before would be taken for what moved it, and one Tab too many would follow.
+  const auto takesKeys = [&] { return IsWindowEnabled(window_) && IsChild(window_, Focus()); };
+  if (!WaitUntil(takesKeys) || !BringForward(window_) || !WaitUntil(takesKeys)) return false;
+  for (int tabs = 0; tabs < 40 && !isThere(); ++tabs) {
+    const HWND before = Focus();
+    Chord({}, VK_TAB);
+    if (!WaitUntil([&] { return Focus() != before && takesKeys(); })) return false;
+  }
+  return isThere();
+}
+
 bool Dialog::Type(HWND field, const std::wstring& text) const {
   // A click into the field that already has the focus could arrive behind the selection.
   if (!field || !BringForward(window_)) return false;

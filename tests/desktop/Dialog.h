@@ -42,6 +42,8 @@ class Dialog {
   /// The control with the focus.
   HWND Focus() const;
   bool FocusGoesTo(HWND control) const;
+  /// Goes with Tab to this control, or to the field in it.
+  bool TabTo(HWND control) const;
   /// Clicks into the field, replaces its text, and waits until it has the new one.
   bool Type(HWND field, const std::wstring& text) const;
   /// A screenshot, once it is completely painted.

@@ -266,14 +266,6 @@ TEST_F(DisplaySettings, TheKeyboardAloneChangesAndConfirms) {
   ASSERT_TRUE(dialog);
   ASSERT_TRUE(dialog.InFront());
   const auto focus = [&] { return dialog.Focus(); };
-  const auto tab = [&](HWND to) {
-    for (int i = 0; i < 25 && focus() != to; ++i) {
-      const HWND before = focus();
-      Chord({}, VK_TAB);
-      WaitUntil([&] { return focus() != before; });
-    }
-    return focus() == to;
-  };
   // One round: nineteen stops.
   ASSERT_TRUE(WaitUntil([&] { return focus() == dialog.Button(kFirstButton); }));
   std::vector<HWND> stops;
@@ -287,17 +279,17 @@ TEST_F(DisplaySettings, TheKeyboardAloneChangesAndConfirms) {
   EXPECT_EQ(focus(), stops.front()) << visited;
   EXPECT_EQ(std::set<HWND>(stops.begin(), stops.end()).size(), 19u) << visited;
 
-  EXPECT_TRUE(tab(dialog.Bar()));
+  EXPECT_TRUE(dialog.TabTo(dialog.Bar()));
   Chord({}, VK_NEXT);
   Chord({}, VK_RIGHT);
-  EXPECT_TRUE(tab(dialog.Button(L"Normal...")));
+  EXPECT_TRUE(dialog.TabTo(dialog.Button(L"Normal...")));
   Chord({}, VK_SPACE);
   const Dialog font(marl, L"Set Font");
   EXPECT_TRUE(font && font.InFront());
   Chord({}, VK_ESCAPE);
   EXPECT_TRUE(font.Gone());
   EXPECT_TRUE(dialog.InFront());
-  EXPECT_TRUE(tab(dialog.List()));
+  EXPECT_TRUE(dialog.TabTo(dialog.List()));
   const auto row = [&] { return SendMessageW(dialog.List(), LB_GETCURSEL, 0, 0); };
   Chord({}, VK_HOME);
   EXPECT_TRUE(WaitUntil([&] { return row() == 0; }));
@@ -306,7 +298,7 @@ TEST_F(DisplaySettings, TheKeyboardAloneChangesAndConfirms) {
   EXPECT_TRUE(WaitUntil([&] { return row() == 1; }));
   Chord({VK_MENU}, 'D');
   EXPECT_TRUE(WaitUntil([&] { return dialog.RowText(1) == L"TermVault"; }));
-  EXPECT_TRUE(tab(dialog.Columns()));
+  EXPECT_TRUE(dialog.TabTo(dialog.Columns()));
   Chord({}, VK_HOME);
   Chord({}, VK_RETURN);
   EXPECT_TRUE(dialog.Gone());

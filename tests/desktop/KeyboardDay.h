@@ -47,25 +47,9 @@ class KeyboardDay : public SwitchboardTest, public testing::WithParamInterface<s
     const wchar_t letter = AccessKey(text);
     return letter && Press(window, {VK_MENU}, LOBYTE(VkKeyScanW(letter)));
   }
-  /// Goes with Tab to this control, or to the field in it.
-  static bool TabTo(const Dialog& dialog, HWND control) {
-    const auto isThere = [&] {
-      const HWND focus = dialog.Focus();
-      return focus == control || (focus && GetParent(focus) == control);
-    };
-    // A dialog that has just closed may not have given the focus back yet.
-    if (!WaitUntil([&] { return IsWindowEnabled(dialog.window()) != FALSE; })) return false;
-    if (!BringForward(dialog.window()) || !dialog.InFront()) return false;
-    for (int tabs = 0; tabs < 40 && !isThere(); ++tabs) {
-      const HWND before = dialog.Focus();
-      if (!Press(dialog.window(), {}, VK_TAB)) return false;
-      if (!WaitUntil([&] { return dialog.Focus() != before; })) return false;
-    }
-    return control && isThere();
-  }
   /// Goes with Tab to the button or box with this text, and presses it.
   bool TabAndPress(const Dialog& dialog, const std::wstring& caption) const {
-    if (!TabTo(dialog, dialog.Button(caption.c_str()))) return false;
+    if (!dialog.TabTo(dialog.Button(caption.c_str()))) return false;
     Chord({}, VK_SPACE);
     return true;
   }
@@ -90,7 +74,7 @@ class KeyboardDay : public SwitchboardTest, public testing::WithParamInterface<s
   /// Opens the drop-down list, goes to a row, and closes it.
   static bool Choose(const Dialog& dialog, HWND combo, int row) {
     const auto isOpen = [&] { return SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0) != 0; };
-    if (!TabTo(dialog, combo)) return false;
+    if (!dialog.TabTo(combo)) return false;
     Chord({}, VK_F4);
     if (!WaitUntil(isOpen)) return false;
     const auto selected = [&] { return SendMessageW(combo, CB_GETCURSEL, 0, 0); };

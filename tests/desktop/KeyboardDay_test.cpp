@@ -52,7 +52,7 @@ TEST_P(KeyboardDay, EverythingIsReachedWithoutAMouse) {
     const Dialog dialog(marl, words(IDS_UI_TITLE).c_str());
     ASSERT_TRUE(dialog);
     ASSERT_TRUE(WaitUntil([&] { return dialog.InFront(); }));
-    ASSERT_TRUE(TabTo(dialog, dialog.Find(L"ScrollBar")));
+    ASSERT_TRUE(dialog.TabTo(dialog.Find(L"ScrollBar")));
     const HWND bar = dialog.Focus();
     const int angle = GetScrollPos(bar, SB_CTL);
     for (int step = 1; step <= 3; ++step) {
@@ -60,7 +60,7 @@ TEST_P(KeyboardDay, EverythingIsReachedWithoutAMouse) {
       ASSERT_TRUE(WaitUntil([&] { return GetScrollPos(bar, SB_CTL) == angle + step; })) << step;
     }
     // The first row's tick off: the first button is hidden.
-    ASSERT_TRUE(TabTo(dialog, dialog.Find(L"ListBox")));
+    ASSERT_TRUE(dialog.TabTo(dialog.Find(L"ListBox")));
     Chord({}, VK_HOME);
     Chord({}, VK_SPACE);
     Screenshot("keyboard-" + GetParam() + "-look", dialog.window());

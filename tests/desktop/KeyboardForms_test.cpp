@@ -24,12 +24,7 @@ bool TypeColor(const RunningMarl& marl, COLORREF color) {
   const int channels[] = {GetRValue(color), GetGValue(color), GetBValue(color)};
   for (int i = 0; i < 3; ++i) {
     const HWND field = GetDlgItem(dialog.window(), kRed + i);
-    for (int tabs = 0; tabs < 40 && dialog.Focus() != field; ++tabs) {
-      const HWND before = dialog.Focus();
-      Chord({}, VK_TAB);
-      WaitUntil([&] { return dialog.Focus() != before; });
-    }
-    if (dialog.Focus() != field) return false;
+    if (!dialog.TabTo(field)) return false;
     const std::wstring number = std::to_wstring(channels[i]);
     // The number that is there is selected.
     Keys(number);
@@ -88,7 +83,7 @@ TEST_P(KeyboardDay, LooksAreChosenSavedAndLoaded) {
   ASSERT_TRUE(TypeColor(marl, RGB(10, 20, 30)));
   ASSERT_TRUE(TabAndPress(look, IDS_UI_COLOUR_2));
   ASSERT_TRUE(TypeColor(marl, RGB(40, 50, 60)));
-  ASSERT_TRUE(TabTo(look, bar));
+  ASSERT_TRUE(look.TabTo(bar));
   const std::pair<WORD, int> steps[] = {{VK_END, 359}, {VK_LEFT, 358}, {VK_HOME, 0},  {VK_NEXT, 30},
                                         {VK_NEXT, 60}, {VK_PRIOR, 30}, {VK_RIGHT, 31}};
   for (const auto& [key, expected] : steps) {
@@ -126,7 +121,7 @@ TEST_P(KeyboardDay, LooksAreChosenSavedAndLoaded) {
     SendMessageW(list, LB_GETTEXT, index, reinterpret_cast<LPARAM>(text));
     return std::wstring(text);
   };
-  ASSERT_TRUE(TabTo(look, list));
+  ASSERT_TRUE(look.TabTo(list));
   // The first key chooses the row that has the focus; the next ones go from there.
   const std::pair<WORD, LRESULT> rows[] = {{VK_HOME, 0}, {VK_NEXT, 17}, {VK_HOME, 0},
                                            {VK_DOWN, 1}, {VK_UP, 0},    {VK_END, 17}};
@@ -138,7 +133,7 @@ TEST_P(KeyboardDay, LooksAreChosenSavedAndLoaded) {
   }
   ASSERT_TRUE(TabAndPress(look, IDS_UI_UP));
   EXPECT_TRUE(WaitUntil([&] { return row(16) == words(IDS_BUTTON_EXIT); }));
-  ASSERT_TRUE(TabTo(look, list));
+  ASSERT_TRUE(look.TabTo(list));
   Chord({}, VK_HOME);
   Chord({}, VK_SPACE);
   ASSERT_TRUE(TabAndPress(look, IDS_UI_DOWN));
@@ -246,7 +241,7 @@ TEST_P(KeyboardDay, OptionsAreChangedOnEveryPage) {
         ASSERT_TRUE(WaitUntil([&] { return RowsOf(lists[i]) == rows; }));
       }
       // The first row.
-      ASSERT_TRUE(TabTo(rules, lists[i]));
+      ASSERT_TRUE(rules.TabTo(lists[i]));
       Chord({}, VK_HOME);
       ASSERT_TRUE(WaitUntil([&] { return SelectionOf(lists[i]) == std::vector<int>{0}; }));
       ASSERT_TRUE(PressAccessKey(rules.window(), columns[i].remove));
@@ -267,7 +262,7 @@ TEST_P(KeyboardDay, OptionsAreChangedOnEveryPage) {
   {
     const Dialog lan(marl, words(IDS_LAN_TITLE));
     ASSERT_TRUE(lan && lan.InFront());
-    ASSERT_TRUE(TabTo(lan, lan.Button(words(IDS_LAN_DEFAULT).c_str())));
+    ASSERT_TRUE(lan.TabTo(lan.Button(words(IDS_LAN_DEFAULT).c_str())));
     Chord({}, VK_DOWN);
     ASSERT_TRUE(WaitUntil([&] { return lan.Checked(words(IDS_LAN_OVERRIDE).c_str()); }));
     EXPECT_TRUE(Toggle(lan, IDS_LAN_USE_PROXY));
@@ -302,7 +297,7 @@ TEST_P(KeyboardDay, OptionsAreChangedOnEveryPage) {
     return WaitUntil([&] { return RowsOf(list) == rows; });
   };
   for (const wchar_t* text : {L"one", L"two", L"three"}) ASSERT_TRUE(add(text));
-  ASSERT_TRUE(TabTo(options, list));
+  ASSERT_TRUE(options.TabTo(list));
   Chord({}, VK_HOME);
   // A row that is chosen is edited at once: back to the list for the next one.
   ASSERT_TRUE(options.FocusGoesTo(field));
@@ -321,7 +316,7 @@ TEST_P(KeyboardDay, OptionsAreChangedOnEveryPage) {
   ASSERT_TRUE(goTo({VK_CONTROL}, VK_TAB, IDS_OPTIONS_DISPLAY));
   ASSERT_TRUE(goTo({VK_CONTROL, VK_SHIFT}, VK_TAB, IDS_OPTIONS_EXPRESSIONS_ADD));
   ASSERT_TRUE(goTo({VK_CONTROL}, VK_PRIOR, IDS_OPTIONS_LAN));
-  ASSERT_TRUE(TabTo(options, options.Find(L"SysTabControl32")));
+  ASSERT_TRUE(options.TabTo(options.Find(L"SysTabControl32")));
   ASSERT_TRUE(goTo({}, VK_LEFT, IDS_OPTIONS_SEGMENTATION));
   ASSERT_TRUE(Close(options, VK_RETURN));
   // The main form answers when it is done.
