@@ -281,6 +281,28 @@ TEST_F(ContrastHint, IsReadToThoseWhoDoNotSeeItOnceItChanges) {
   });
 }
 
+TEST_F(ContrastHint, SaysNothingOfTheStepsOfALoadedSkin) {
+  // After its angle alone the labels would be on the bright end.
+  world.files.Put(u"C:\\Suite\\Skins\\Mine.qsk",
+                  R"(<marlskin><parameter name="angle" value="180"/>)"
+                  R"(<parameter name="colour1" value="0"/>)"
+                  R"(<parameter name="colour2" value="0"/></marlskin>)");
+  world.fileDialogs.Choose(u"C:\\Suite\\Skins\\Mine.qsk");
+  SkinSettings skin = Skin(0, kBlack, kWhite, 6);
+  skin.Text2 = kWhite;
+  skin.DisplayIcons = u"001|011|020|030|040|050|060|070|080|090|100|110|120|130|140|150|160|170";
+  Open(skin, [&](frmUI& form) {
+    EXPECT_EQ(form.lblContrast.Caption(), u"");
+    auto& announced = static_cast<MemoryPeer*>(form.peer())->announced;
+    announced.clear();
+    form.cmdLoad.UserClick();
+    EXPECT_EQ(form.hsbAngle.Value(), 180);
+    EXPECT_EQ(form.lblContrast.Caption(), u"");
+    EXPECT_TRUE(std::none_of(announced.begin(), announced.end(),
+                             [](const auto& each) { return each.what == Announcement::kAlert; }));
+  });
+}
+
 TEST_F(ContrastHint, ChangesNothingElse) {
   Open({}, [&](frmUI& form) {
     const Box place = form.lblContrast.bounds();
