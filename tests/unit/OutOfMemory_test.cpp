@@ -15,7 +15,7 @@ namespace marl {
 namespace {
 
 /// In a long run, so many allocations of a journey fail, evenly spread.
-constexpr std::int64_t kMostSamples = 600;
+constexpr std::int64_t kMostSamples = 150;
 
 class EveryAllocation : public testing::TestWithParam<std::tuple<Journey, bool>> {
  protected:
