@@ -6,9 +6,13 @@
 
 namespace marl {
 
+/// The longest path of an INI file, in characters. The platform's functions for these files are not
+/// among those that take longer ones, and under Wine they may write to a file of another name.
+constexpr std::size_t kLongestProfilePath = 259;
+
 /// INI files, which are 8-bit in the system's code page. Section and key names ignore the case of
 /// the letters A to Z; for other letters it depends on the platform. A file name without a folder
-/// means the Windows folder. Texts end at their first NUL.
+/// means the Windows folder. Texts end at their first NUL. A path that is too long names no file.
 class Profile {
  public:
   virtual ~Profile() = default;

@@ -71,6 +71,8 @@ std::size_t FindKey(const std::vector<std::string>& lines, std::size_t head, Tex
 }  // namespace
 
 Text MemoryProfile::PathOf(TextView file) const {
+  file = BeforeNul(file);
+  if (file.size() > kLongestProfilePath) return {};
   return IsBare(file) ? windowsFolder + u'\\' + Text(file) : Text(file);
 }
 

@@ -1,17 +1,15 @@
 #include "platform/win32/ProfileWin32.h"
 
-#include "platform/FileNames.h"
 #include "platform/win32/CodePage.h"
 
 namespace marl::win32 {
 
 namespace {
 
-/// The path up to its first NUL. One that is too long becomes a name that no file has: some
-/// versions of Wine crash with it.
+/// The path up to its first NUL. One that is too long becomes a name that no file has.
 NarrowText FileOf(TextView file) {
   const TextView path = file.substr(0, file.find(u'\0'));
-  return ToSystemCodePage(path.size() <= kLongestPath ? path : TextView(u"?"));
+  return ToSystemCodePage(path.size() <= kLongestProfilePath ? path : TextView(u"?"));
 }
 
 }  // namespace

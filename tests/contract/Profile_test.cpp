@@ -16,12 +16,11 @@
 namespace marl {
 namespace {
 
-/// INI files in a private folder.
+/// INI files of the test.
 class ProfileContract : public BackendTest {
  protected:
   std::unique_ptr<FileSystem> files;
   std::unique_ptr<Profile> profile;
-  Text folder;
   Text file;
 
   void SetUp() override {
@@ -62,11 +61,25 @@ TEST_P(ProfileContract, ValuesAreFoundWithoutRegardToCase) {
 }
 
 TEST_P(ProfileContract, PathThatIsTooLongNamesNoFile) {
-  for (const std::size_t length : {32'000u, 32'767u, 40'000u, 70'000u}) {
+  for (const std::size_t length : {260u, 1'000u, 32'000u, 32'767u, 40'000u, 70'000u}) {
     Text path = u"C:\\";
     while (path.size() < length) path += path.size() % 200 ? u'a' : u'\\';
     EXPECT_EQ(profile->GetString(u"Project", u"Name", u"none ", 100, path), u"none") << length;
     EXPECT_FALSE(profile->SetString(u"Project", u"Name", u"value", path)) << length;
+  }
+}
+
+TEST_P(ProfileContract, LongestPathHas259Characters) {
+  const Text folder = files->TempPath();
+  const Text longest = folder + Text(259 - folder.size(), u'n');
+  for (const Text& path : {longest, longest + u'n'}) {
+    file = path;
+    Put("[Project]\r\nName=old\r\n");
+    const bool possible = path.size() == 259;
+    EXPECT_EQ(Get(u"Project", u"Name"), possible ? u"old" : u"-") << path.size();
+    EXPECT_EQ(profile->SetString(u"Project", u"Name", u"new", path), possible) << path.size();
+    EXPECT_EQ(Content(), possible ? "[Project]\r\nName=new\r\n" : "[Project]\r\nName=old\r\n");
+    files->Remove(path, true);
   }
 }
 
