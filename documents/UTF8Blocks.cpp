@@ -88,7 +88,6 @@ MARL_SHUFFLE DecodedUTF8 Decode(const Shuffles& shuffles, const unsigned char* b
     if (((leads << 1 | open) & 0xFFFF) != continuations || PlacesOfLeadsOfThree(block) != 0) break;
     const unsigned ends = ~leads & 0xFFFF;
     // Each character belongs to the half in which it ends.
-    // Each character belongs to the half in which it ends.
     const __m128i first = _mm_alignr_epi8(block, before, 15);
     StoreUnits(Shuffled(first, shuffles.decode[continuations & 0xFF]), to);
     to += CountBits(ends & 0xFF);

@@ -6,9 +6,15 @@
 
 namespace marl {
 
-/// The longest path of an INI file, in characters. The platform's functions for these files are not
-/// among those that take longer ones, and under Wine they may write to a file of another name.
+/// The longest path of an INI file, in characters, with the folder that the platform puts in front
+/// of a name. The platform's functions for these files are not among those that take longer ones,
+/// and under Wine they may write to a file of another name, or past the end of their own buffer.
 constexpr std::size_t kLongestProfilePath = 259;
+
+/// True for a name without a folder: the file is in the Windows folder.
+constexpr bool IsBareProfile(TextView file) {
+  return file.find_first_of(u"\\/:") == TextView::npos;
+}
 
 /// INI files, which are 8-bit in the system's code page. Section and key names ignore the case of
 /// the letters A to Z; for other letters it depends on the platform. A file name without a folder

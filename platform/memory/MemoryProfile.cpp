@@ -27,8 +27,6 @@ std::string_view Unquote(std::string_view value) {
 
 TextView BeforeNul(TextView text) { return text.substr(0, text.find(u'\0')); }
 
-bool IsBare(TextView file) { return file.find_first_of(u"\\/:") == TextView::npos; }
-
 bool SameName(std::string_view name, TextView wanted) {
   return SameText(FromCodePage1252(Trim(name)),
                   FromCodePage1252(Trim(ToCodePage1252(BeforeNul(wanted)))));
@@ -72,8 +70,9 @@ std::size_t FindKey(const std::vector<std::string>& lines, std::size_t head, Tex
 
 Text MemoryProfile::PathOf(TextView file) const {
   file = BeforeNul(file);
-  if (file.size() > kLongestProfilePath) return {};
-  return IsBare(file) ? windowsFolder + u'\\' + Text(file) : Text(file);
+  Text path = IsBareProfile(file) ? windowsFolder + u'\\' + Text(file) : Text(file);
+  if (path.size() > kLongestProfilePath) path.clear();
+  return path;
 }
 
 std::vector<std::string> MemoryProfile::Lines(TextView file) const {
@@ -131,7 +130,7 @@ bool MemoryProfile::SetString(TextView section, TextView key, TextView value, Te
   }
   std::string content;
   for (const std::string& each : lines) content += each + "\r\n";
-  if (IsBare(file)) files_.MakeFolder(windowsFolder);
+  if (IsBareProfile(BeforeNul(file))) files_.MakeFolder(windowsFolder);
   Status status = kOk;
   const auto output = files_.Create(PathOf(file), status);
   return output && output->Write(content.data(), content.size()) == kOk;

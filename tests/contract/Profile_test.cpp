@@ -83,6 +83,25 @@ TEST_P(ProfileContract, LongestPathHas259Characters) {
   }
 }
 
+// The platform puts the Windows folder in front.
+TEST_P(ProfileContract, NameThatIsTooLongBehindItsFolderNamesNoFile) {
+  for (const std::size_t length : {255u, 259u}) {
+    const Text name(length, u'n');
+    EXPECT_EQ(profile->GetString(u"Project", u"Name", u"none", 100, name), u"none") << length;
+    EXPECT_FALSE(profile->SetString(u"Project", u"Name", u"value", name)) << length;
+  }
+}
+
+TEST_P(ProfileContract, PathEndsAtItsFirstNul) {
+  Put("[Project]\r\nName=old\r\n");
+  const Text path = file;
+  file += Text(1, u'\0') + Text(300, u'n');
+  EXPECT_EQ(Get(u"Project", u"Name"), u"old");
+  EXPECT_TRUE(profile->SetString(u"Project", u"Name", u"new", file));
+  file = path;
+  EXPECT_EQ(Content(), "[Project]\r\nName=new\r\n");
+}
+
 TEST_P(ProfileContract, OfTwoKeysTheFirstCounts) {
   Put("[S]\r\nK=1\r\nk=2\r\n[s]\r\nK=3\r\nL=4\r\n");
   EXPECT_EQ(Get(u"S", u"K"), u"1");

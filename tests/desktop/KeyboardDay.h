@@ -36,15 +36,9 @@ class KeyboardDay : public SwitchboardTest, public testing::WithParamInterface<s
     Chord(held, key);
     return true;
   }
-  /// The underlined letter of a text; 0 if there is none.
-  wchar_t AccessKey(int text) const {
-    const std::wstring caption = words(text);
-    const std::size_t at = caption.find(L'&');
-    return at == std::wstring::npos ? L'\0' : static_cast<wchar_t>(towlower(caption[at + 1]));
-  }
   /// Alt and the underlined letter of a text.
   bool PressAccessKey(HWND window, int text) const {
-    const wchar_t letter = AccessKey(text);
+    const wchar_t letter = words.AccessKey(text);
     return letter && Press(window, {VK_MENU}, LOBYTE(VkKeyScanW(letter)));
   }
   /// Goes with Tab to the button or box with this text, and presses it.
@@ -109,6 +103,11 @@ class KeyboardDay : public SwitchboardTest, public testing::WithParamInterface<s
     const bool closed =
         WaitUntil([&] { return !IsWindow(box.window()) || !IsWindowVisible(box.window()); });
     return closed ? testing::AssertionSuccess() : testing::AssertionFailure() << "it stays";
+  }
+  /// Opens the options from the panel, by their shortcut.
+  Dialog OpenOptions(const RunningMarl& marl, HWND main) const {
+    Press(main, {VK_SHIFT}, VK_F6);
+    return {marl, words(IDS_OPTIONS_TITLE)};
   }
   static std::wstring Status(HWND main) {
     return TextOf(FindWindowExW(main, nullptr, L"msctls_statusbar32", nullptr));

@@ -65,8 +65,7 @@ TEST_P(KeyboardDay, LooksAreChosenSavedAndLoaded) {
   const RunningMarl marl(suite);
   const HWND main = PastSplash(marl);
   ASSERT_TRUE(main);
-  ASSERT_TRUE(Press(main, {VK_SHIFT}, VK_F6));
-  const Dialog options(marl, words(IDS_OPTIONS_TITLE));
+  const Dialog options = OpenOptions(marl, main);
   ASSERT_TRUE(options && options.InFront());
   ASSERT_TRUE(Press(options.window(), {}, VK_F4));
   const Dialog look(marl, words(IDS_UI_TITLE));
@@ -196,8 +195,7 @@ TEST_P(KeyboardDay, OptionsAreChangedOnEveryPage) {
   const RunningMarl marl(suite);
   const HWND main = PastSplash(marl);
   ASSERT_TRUE(main);
-  ASSERT_TRUE(Press(main, {VK_SHIFT}, VK_F6));
-  const Dialog options(marl, words(IDS_OPTIONS_TITLE));
+  const Dialog options = OpenOptions(marl, main);
   ASSERT_TRUE(options && options.InFront());
   const auto goTo = [&](const std::vector<WORD>& held, WORD key, int button) {
     return Press(options.window(), held, key) &&

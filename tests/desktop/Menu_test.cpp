@@ -146,8 +146,7 @@ wchar_t KeyOf(const Words& words, int text) {
   if (text >= IDS_MENU_TOOLS_APP_1 && text <= IDS_MENU_TOOLS_APP_5) {
     return static_cast<wchar_t>(L'1' + text - IDS_MENU_TOOLS_APP_1);
   }
-  const std::wstring caption = words(text);
-  return static_cast<wchar_t>(towlower(caption.at(caption.find(L'&') + 1)));
+  return words.AccessKey(text);
 }
 
 /// Opens a menu by its access key, and chooses an entry by its own.

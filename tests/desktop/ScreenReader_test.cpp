@@ -86,8 +86,6 @@ class Listener {
   HWINEVENTHOOK hook_;
 };
 
-}  // namespace
-
 /// What a client is to read of a form in a language, line by line: the list that the tests of the
 /// forms keep.
 std::vector<std::wstring> Written(const std::string& language, const std::string& form) {
@@ -127,6 +125,8 @@ testing::AssertionResult Reads(HWND window, const std::string& language, const s
   }
   return testing::AssertionSuccess();
 }
+
+}  // namespace
 
 TEST_P(ScreenReader, CostsNothingUntilItAsks) {
   const RunningMarl marl(suite);

@@ -98,6 +98,9 @@ class Server : public SwitchboardTest {
     if (!WaitUntil([&] { return GetForegroundWindow() == dialog.window(); })) {
       return testing::AssertionFailure() << "the dialog is not in front";
     }
+    if (!BringForward(dialog.window())) {
+      return testing::AssertionFailure() << "the dialog takes no keys";
+    }
     // The whole name is selected when the dialog opens.
     if (name.empty()) {
       Chord({}, VK_DELETE);
@@ -320,6 +323,7 @@ TEST_F(Server, DropDownShowsTheListAndAChosenEntrySetsAllFields) {
 
   // Down the list by keys: the first is alpha itself, the second is delta.
   ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == dialog.window(); }));
+  ASSERT_TRUE(BringForward(dialog.window()));
   Chord({}, VK_DOWN);
   Chord({}, VK_DOWN);
   EXPECT_TRUE(WaitUntil([&] { return TextOf(combo) == L"delta"; })) << ToUtf8(TextOf(combo));
@@ -349,10 +353,13 @@ TEST_F(Server, EscapeAndAccessKeysWork) {
   const ServerDialog dialog(marl);
   ASSERT_TRUE(dialog);
   ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == dialog.window(); }));
+  ASSERT_TRUE(BringForward(dialog.window()));
   const auto focus = [&] { return dialog.Focus(); };
   EXPECT_TRUE(WaitUntil([&] { return IsChild(dialog.Combo(), focus()); }));
   Chord({VK_MENU}, 'O');
-  EXPECT_TRUE(WaitUntil([&] { return focus() == dialog.Port(); })) << "the port, by its label";
+  EXPECT_TRUE(WaitUntil([&] { return focus() == dialog.Port(); }))
+      << "the port, by its label; the focus is in " << ToUtf8(ClassOf(focus())) << " "
+      << ToUtf8(TextOf(focus()));
   Chord({VK_MENU}, 'S');
   EXPECT_TRUE(WaitUntil([&] { return IsChild(dialog.Combo(), focus()); })) << "the server";
   Chord({VK_MENU}, 'R');
