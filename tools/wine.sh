@@ -237,6 +237,8 @@ display_begin() {
   local answer
   # No test types composed letters, and reading their table takes a tenth of a program's start.
   export XCOMPOSEFILE=/dev/null
+  # Nor are there resources, but while there is no file of them Xlib looks for one at each font.
+  export XENVIRONMENT=/dev/null
   exec {answer}< <(exec Xvfb -displayfd 1 -screen 0 "${1}x24" -nolisten tcp -noreset 2>/dev/null)
   XVFB_PID=$!
   local number=
