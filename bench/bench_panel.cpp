@@ -8,6 +8,7 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,7 @@
 #include "platform/win32/CanvasWin32.h"
 #include "platform/win32/DesktopWin32.h"
 #include "platform/win32/IconsWin32.h"
+#include "platform/win32/PixelSurface.h"
 #include "platform/win32/RegistryStoreWin32.h"
 #include "platform/win32/TipWindowsWin32.h"
 #include "platform/win32/TrayWin32.h"
@@ -39,22 +41,16 @@
 namespace marl {
 namespace {
 
+/// The context of the surface, once it has this size.
+HDC ContextOf(win32::PixelSurface& surface, Size size) {
+  if (!surface.Fit(size.width, size.height)) throw std::bad_alloc();
+  return surface.context();
+}
+
 /// A device context with its own pixels.
 class Surface : public GradientTarget {
  public:
-  explicit Surface(Size size) : size_(size), context_(CreateCompatibleDC(nullptr)) {
-    BITMAPINFO info = {};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = size.width;
-    info.bmiHeader.biHeight = -size.height;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    void* bits = nullptr;
-    bitmap_ = win32::UniqueBitmap(
-        CreateDIBSection(context_.get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-    before_ = SelectObject(context_.get(), bitmap_.get());
-  }
-  ~Surface() override { SelectObject(context_.get(), before_); }
+  explicit Surface(Size size) : size_(size) {}
 
   bool GetClientRect(Size& size) override {
     size = size_;
@@ -64,11 +60,9 @@ class Surface : public GradientTarget {
 
  private:
   Size size_;
-  win32::UniqueContext context_;
-  win32::UniqueBitmap bitmap_;
-  HGDIOBJ before_ = nullptr;
+  win32::PixelSurface surface_;
   win32::FontCache fonts_;
-  win32::CanvasWin32 canvas_{context_.get(), fonts_, 96};
+  win32::CanvasWin32 canvas_{ContextOf(surface_, size_), fonts_, 96};
 };
 
 /// The real registry, read-only, with an angle that the benchmark sets.

@@ -17,29 +17,15 @@ constexpr Size kArea{40, 30};
 
 class CanvasDraw : public testing::Test {
  protected:
-  CanvasDraw() : context_(CreateCompatibleDC(nullptr)) {
-    BITMAPINFO info = {};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = kArea.width;
-    info.bmiHeader.biHeight = -kArea.height;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    void* bits = nullptr;
-    bitmap_ = win32::UniqueBitmap(
-        CreateDIBSection(context_.get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-    bits_ = static_cast<std::uint32_t*>(bits);
-    before_ = SelectObject(context_.get(), bitmap_.get());
-    for (int i = 0; i < kArea.width * kArea.height; ++i) bits_[i] = kGround;
+  CanvasDraw() {
+    EXPECT_TRUE(shown_.Fit(kArea.width, kArea.height));
+    Clear();
   }
-  ~CanvasDraw() override { SelectObject(context_.get(), before_); }
 
   static constexpr std::uint32_t kGround = 0x404040;
 
-  std::uint32_t At(int x, int y) {
-    GdiFlush();
-    return bits_[y * kArea.width + x] & 0xFFFFFF;
-  }
-  win32::CanvasWin32 Paper() { return {context_.get(), fonts_, 96}; }
+  std::uint32_t At(int x, int y) { return shown_.RowOf(y)[x] & 0xFFFFFF; }
+  win32::CanvasWin32 Paper() { return {shown_.context(), fonts_, 96}; }
   /// The pixels that are no longer the ground, and lie within the box.
   int Changed(const Box& box = {0, 0, kArea.width, kArea.height}) {
     int count = 0;
@@ -52,10 +38,10 @@ class CanvasDraw : public testing::Test {
   void ExpectDrawn(const Picture& picture, int x, int y, const Box& clip) {
     HRGN region =
         CreateRectRgn(clip.left, clip.top, clip.left + clip.width, clip.top + clip.height);
-    SelectClipRgn(context_.get(), region);
+    SelectClipRgn(shown_.context(), region);
     DeleteObject(region);
-    win32::CanvasWin32(context_.get(), fonts_, 96).Draw(picture, x, y);
-    SelectClipRgn(context_.get(), nullptr);
+    win32::CanvasWin32(shown_.context(), fonts_, 96).Draw(picture, x, y);
+    SelectClipRgn(shown_.context(), nullptr);
     ExpectPixels(picture, x, y, clip);
     DrawOnSurface(clip, [&](win32::CanvasWin32& canvas) { canvas.Draw(picture, x, y); });
     ExpectPixels(picture, x, y, clip);
@@ -63,7 +49,7 @@ class CanvasDraw : public testing::Test {
   /// Paints the part of the area on a surface of its own, as windows do, and shows it.
   template <typename Paint>
   void DrawOnSurface(const Box& part, Paint paint) {
-    for (int i = 0; i < kArea.width * kArea.height; ++i) bits_[i] = kGround;
+    Clear();
     win32::PixelSurface surface;
     ASSERT_TRUE(surface.Fit(part.width + 3, part.height));
     for (int y = 0; y < part.height; ++y) {
@@ -73,7 +59,7 @@ class CanvasDraw : public testing::Test {
     const PixelRect area = {part.left, part.top, part.left + part.width, part.top + part.height};
     win32::CanvasWin32 canvas(surface, area, fonts_, 96);
     paint(canvas);
-    BitBlt(context_.get(), part.left, part.top, part.width, part.height, surface.context(),
+    BitBlt(shown_.context(), part.left, part.top, part.width, part.height, surface.context(),
            part.left, part.top, SRCCOPY);
   }
   /// Compares each pixel within `clip` with the picture there; outside nothing may have changed.
@@ -109,10 +95,9 @@ class CanvasDraw : public testing::Test {
     return result;
   }
 
-  win32::UniqueContext context_;
-  win32::UniqueBitmap bitmap_;
-  HGDIOBJ before_ = nullptr;
-  std::uint32_t* bits_ = nullptr;
+  void Clear() { std::fill_n(shown_.RowOf(0), kArea.width * kArea.height, kGround); }
+
+  win32::PixelSurface shown_;
   win32::FontCache fonts_;
 };
 

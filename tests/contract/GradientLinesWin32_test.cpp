@@ -6,29 +6,23 @@
 #include "appearance/GradientRect.h"
 #include "platform/memory/MemoryDesktop.h"
 #include "platform/win32/CanvasWin32.h"
+#include "platform/win32/PixelSurface.h"
 
 // Compares the computed gradient with the one that the platform draws, line by line.
 
 namespace marl {
 namespace {
 
+/// The context of the surface, once it has this size.
+HDC ContextOf(win32::PixelSurface& surface, Size size) {
+  EXPECT_TRUE(surface.Fit(size.width, size.height));
+  return surface.context();
+}
+
 /// A target with 32-bit pixels on which the platform draws the lines.
 class Surface : public GradientTarget {
  public:
-  explicit Surface(Size size) : size_(size), context_(CreateCompatibleDC(nullptr)) {
-    BITMAPINFO info = {};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = size.width;
-    info.bmiHeader.biHeight = -size.height;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    void* bits = nullptr;
-    bitmap_ = win32::UniqueBitmap(
-        CreateDIBSection(context_.get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-    bits_ = static_cast<std::uint32_t*>(bits);
-    before_ = SelectObject(context_.get(), bitmap_.get());
-  }
-  ~Surface() override { SelectObject(context_.get(), before_); }
+  explicit Surface(Size size) : size_(size) {}
 
   bool GetClientRect(Size& size) override {
     size = size_;
@@ -37,22 +31,19 @@ class Surface : public GradientTarget {
   void Line(Point from, Point to, Color color) override { canvas_.Line(from, to, color); }
   /// The drawn pixels, in the layout of a picture; clears the surface.
   std::vector<std::uint32_t> Take() {
-    GdiFlush();
-    std::uint32_t* const end = bits_ + static_cast<std::size_t>(size_.width) * size_.height;
-    std::vector<std::uint32_t> pixels(bits_, end);
+    std::uint32_t* const begin = surface_.RowOf(0);
+    std::uint32_t* const end = begin + static_cast<std::size_t>(size_.width) * size_.height;
+    std::vector<std::uint32_t> pixels(begin, end);
     for (std::uint32_t& pixel : pixels) pixel |= 0xFF000000u;
-    std::fill(bits_, end, 0);
+    std::fill(begin, end, 0);
     return pixels;
   }
 
  private:
   Size size_;
-  win32::UniqueContext context_;
-  win32::UniqueBitmap bitmap_;
-  HGDIOBJ before_ = nullptr;
-  std::uint32_t* bits_ = nullptr;
+  win32::PixelSurface surface_;
   win32::FontCache fonts_;
-  win32::CanvasWin32 canvas_{context_.get(), fonts_, 96};
+  win32::CanvasWin32 canvas_{ContextOf(surface_, size_), fonts_, 96};
 };
 
 constexpr Size kSurface{64, 48};

@@ -296,13 +296,20 @@ TEST(SwitchboardPlace, IsTakenEvenBehindTheTaskbar) {
   EXPECT_EQ(world.main().Top(), 0);
 }
 
-TEST(SwitchboardPlace, CentringComesBackToThePrimaryScreenFromAnotherResolution) {
-  SuiteWorld world;
+/// Starts on two monitors and moves the switchboard to the left one: a second time, as its
+/// resolution is another one once it is there.
+frmMain& StartOnTheLeft(SuiteWorld& world) {
   world.desktop.monitors = {kPrimary, kLeft};
   world.desktop.screen = {1920 * 15, 1080 * 15};
   world.Start();
   frmMain& form = world.main();
   for (int i = 0; i < 2; ++i) form.Move(form.resolution().TwipsX(-2000), 3000);
+  return form;
+}
+
+TEST(SwitchboardPlace, CentringComesBackToThePrimaryScreenFromAnotherResolution) {
+  SuiteWorld world;
+  frmMain& form = StartOnTheLeft(world);
   ASSERT_EQ(form.resolution(), kLeft.resolution);
   EXPECT_EQ(form.imgRun[0]->Picture()->width, 72);
   world.Type(u"C");
@@ -315,11 +322,7 @@ TEST(SwitchboardPlace, CentringComesBackToThePrimaryScreenFromAnotherResolution)
 
 TEST(SwitchboardPlace, RestoredFromTheNotificationAreaItIsWithinReach) {
   SuiteWorld world;
-  world.desktop.monitors = {kPrimary, kLeft};
-  world.desktop.screen = {1920 * 15, 1080 * 15};
-  world.Start();
-  frmMain& form = world.main();
-  for (int i = 0; i < 2; ++i) form.Move(form.resolution().TwipsX(-2000), 3000);
+  frmMain& form = StartOnTheLeft(world);
   world.desktop.Event(
       [&] { form.PeerPlaced(form.bounds(), form.inner(), WindowState::kMinimised); });
   ASSERT_FALSE(form.Visible());

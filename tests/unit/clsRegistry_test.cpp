@@ -12,12 +12,17 @@ namespace {
 
 // Cases that a real registry cannot be brought into by a test.
 
-TEST(clsRegistryOnMemory, TextIsPassedWithoutItsTerminatorCounted) {
-  WatchedRegistry store;
+clsRegistry OnTestKey(RegistryStore& store) {
   clsRegistry registry(store);
   registry.hkey = kCurrentUser;
   registry.KeyRoot = u"Software";
   registry.Subkey = u"Test";
+  return registry;
+}
+
+TEST(clsRegistryOnMemory, TextIsPassedWithoutItsTerminatorCounted) {
+  WatchedRegistry store;
+  clsRegistry registry = OnTestKey(store);
   ASSERT_EQ(registry.CreateKey(), u"0");
   for (const std::int32_t kind : {1, 2, 7}) {
     store.written.clear();
@@ -29,10 +34,7 @@ TEST(clsRegistryOnMemory, TextIsPassedWithoutItsTerminatorCounted) {
 
 TEST(clsRegistryOnMemory, ARefusedWriteIsReported) {
   WatchedRegistry store;
-  clsRegistry registry(store);
-  registry.hkey = kCurrentUser;
-  registry.KeyRoot = u"Software";
-  registry.Subkey = u"Test";
+  clsRegistry registry = OnTestKey(store);
   ASSERT_EQ(registry.CreateKey(), u"0");
   store.refuseWriting = true;
   EXPECT_FALSE(registry.SetRegistryValue(u"v", Text(u"text"), 1));
@@ -50,10 +52,7 @@ TEST(clsRegistryOnMemory, ARefusedWriteIsReported) {
 TEST(clsRegistryOnMemory, AnotherMachinesRegistryIsItsOwn) {
   MemoryRegistryStore store;
   MemoryRegistryStore& other = store.AddMachine("\\\\other");
-  clsRegistry registry(store);
-  registry.hkey = kCurrentUser;
-  registry.KeyRoot = u"Software";
-  registry.Subkey = u"Test";
+  clsRegistry registry = OnTestKey(store);
   other.Plant(kLocalMachine, "Software\\Test", "v", kRegSz, NarrowText("there\0", 6));
   EXPECT_EQ(registry.ReadRemoteRegistryValue(u"\\\\OTHER", kLocalMachine, u"v"),
             RegistryValue(Text(u"there")));
@@ -141,10 +140,7 @@ TEST(RightsOfcRegistry, AreThoseThatTheOperationNeeds) {
 TEST(RightsOfclsRegistry, AreThoseThatTheOperationNeeds) {
   WatchedRegistry store;
   store.Plant(kCurrentUser, "Software\\Test", "v", kRegSz, std::string("x\0", 2));
-  clsRegistry registry(store);
-  registry.hkey = kCurrentUser;
-  registry.KeyRoot = u"Software";
-  registry.Subkey = u"Test";
+  clsRegistry registry = OnTestKey(store);
   EXPECT_EQ(RightsOf(store, [&] { registry.KeyExists(); }), Rights{0x20019});
   EXPECT_EQ(RightsOf(store, [&] { registry.CreateKey(); }), Rights{0xF003F});
   EXPECT_EQ(RightsOf(store, [&] { registry.GetRegistryValue(u"v"); }), Rights{0x20019});
