@@ -62,6 +62,12 @@ function(marl_test_bodies target)
   set_target_properties(${target} PROPERTIES UNITY_BUILD ${MARL_UNITY} UNITY_BUILD_MODE GROUP)
 endfunction()
 
+# Sources of the calling folder's test program that are optimised all the same: they go over every
+# pixel.
+function(marl_over_pixels)
+  set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS -O2)
+endfunction()
+
 # Registers the whole test program `target` under its part: unit, contract or desktop. Further
 # arguments are passed to the program.
 function(marl_test part target)

@@ -3,6 +3,7 @@
 #include <objidl.h>
 #include <gdiplus.h>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -54,13 +55,10 @@ class ScreenPart {
 
   HBITMAP bitmap() const { return bitmap_; }
   Pixels Read() const {
-    Pixels pixels{width_, height_, {}};
     const auto count = static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_);
-    pixels.colors.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) {
-      const DWORD bgr = bits_[i];
-      pixels.colors.push_back(RGB(bgr >> 16 & 0xFF, bgr >> 8 & 0xFF, bgr & 0xFF));
-    }
+    Pixels pixels{width_, height_, std::vector<COLORREF>(count)};
+    std::transform(bits_, bits_ + count, pixels.colors.begin(),
+                   [](DWORD bgr) { return RGB(bgr >> 16 & 0xFF, bgr >> 8 & 0xFF, bgr & 0xFF); });
     return pixels;
   }
 
