@@ -12,9 +12,7 @@ using std::int64_t;
 
 namespace {
 
-float Turn(double x) {
-  return static_cast<float>(x - std::floor(std::floor(x / 360) * 360));
-}
+float Turn(double x) { return static_cast<float>(x - std::floor(std::floor(x / 360) * 360)); }
 
 void Rotate(float ox, float oy, float& x, float& y, float degrees) {
   const float a = static_cast<float>(static_cast<double>(degrees) * 0x1.1df46a2529d34p-6);

@@ -12,7 +12,7 @@
 #include "platform/Text.h"
 
 /// A second implementation of the reader, deliberately slow and simple: one step per rule, every
-/// token cut from a copy of the rest. The engine must agree with it on every input.
+/// token copied from the rest. The engine must agree with it on every input.
 namespace marl::reference {
 
 struct Token {
@@ -65,22 +65,22 @@ inline Text WithoutMark(Text text) {
   return text;
 }
 
-inline Token Cut(Text& rest, XMLTokenKind kind, TextView terminator) {
+inline Token Cut(TextView& rest, XMLTokenKind kind, TextView terminator) {
   const std::size_t found = rest.find(terminator);
   const std::size_t length = found == Text::npos ? rest.size() : found + terminator.size();
-  Token token{kind, rest.substr(0, length)};
-  rest.erase(0, length);
+  Token token{kind, Text(rest.substr(0, length))};
+  rest.remove_prefix(length);
   return token;
 }
 
-inline Token Next(Text& rest) {
+inline Token Next(TextView& rest) {
   const auto begins = [&](const char16_t* keyword) {
     return FoldCase(rest.substr(0, Text(keyword).size())) == keyword;
   };
   if (rest.empty()) return {xtEndOfDocument, u""};
   if (rest[0] != u'<') {
-    Token token{xtText, rest.substr(0, rest.find(u'<'))};
-    rest.erase(0, token.text.size());
+    Token token{xtText, Text(rest.substr(0, rest.find(u'<')))};
+    rest.remove_prefix(token.text.size());
     return token;
   }
   if (rest.substr(0, 2) == u"<?") return Cut(rest, xtInstruction, u"?>");
@@ -100,7 +100,7 @@ inline Token Next(Text& rest) {
 }
 
 /// All tokens of a document, without the end.
-inline std::vector<Token> Tokens(Text rest) {
+inline std::vector<Token> Tokens(TextView rest) {
   std::vector<Token> tokens;
   while (!rest.empty()) tokens.push_back(Next(rest));
   return tokens;
